@@ -1,0 +1,178 @@
+// A drawing in memory: what a DXF file says, in drawing units and radians, without any thought of paper. The
+// reader makes it, the plotter reads it.
+//
+// Object coordinate systems are resolved here: whatever had an extrusion direction of (0,0,-1) has been
+// mirrored into the drawing's plane, so that all coordinates are seen from above. Angles run
+// counter-clockwise.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace hdiplot {
+
+struct Vec2 {
+  double x = 0;
+  double y = 0;
+  bool operator==(const Vec2&) const = default;
+};
+
+struct EntityColor {
+  enum class Kind : uint8_t { kByLayer, kByBlock, kIndex, kTrue };
+  Kind kind = Kind::kByLayer;
+  uint32_t value = 7;  // index 1 to 255, or 0xRRGGBB
+  bool operator==(const EntityColor&) const = default;
+};
+
+// Line weights in hundredths of a millimetre, and the codes that stand for another place to look.
+inline constexpr int kLineWeightByLayer = -1;
+inline constexpr int kLineWeightByBlock = -2;
+inline constexpr int kLineWeightDefault = -3;
+
+struct Attributes {
+  std::string layer = "0";
+  EntityColor color;
+  std::string lineType = "BYLAYER";  // upper case
+  double lineTypeScale = 1;
+  int lineWeight = kLineWeightByLayer;
+  bool visible = true;
+  bool paperSpace = false;
+};
+
+struct LineEntity {
+  Vec2 start, end;
+};
+
+struct PolyVertex {
+  Vec2 point;
+  double bulge =
+      0;  // tangent of a quarter of the arc's angle towards the next vertex, positive counter-clockwise
+  double startWidth = 0;
+  double endWidth = 0;
+};
+
+struct PolylineEntity {  // LWPOLYLINE and the two-dimensional and curve-fitted POLYLINE
+  std::vector<PolyVertex> vertices;
+  bool closed = false;
+};
+
+struct MeshEntity {  // POLYLINE as a polygon mesh or polyface, resolved into faces' edges
+  std::vector<std::vector<Vec2>> edges;
+};
+
+struct ArcEntity {  // CIRCLE is an arc from 0 to a whole turn; runs counter-clockwise, end above start
+  Vec2 center;
+  double radius = 0;
+  double startAngle = 0;
+  double endAngle = 0;
+};
+
+struct EllipseEntity {  // a parameter range of centre + major cos t + minor sin t, end above start
+  Vec2 center;
+  Vec2 majorAxis;
+  Vec2 minorAxis;
+  double startParameter = 0;
+  double endParameter = 0;
+};
+
+struct SplineEntity {
+  int degree = 3;
+  std::vector<double> knots;  // controlPoints.size() + degree + 1, made by the reader where the file has none
+  std::vector<Vec2> controlPoints;
+  std::vector<double> weights;  // empty: all 1
+  std::vector<Vec2> fitPoints;  // used when there are no control points
+  bool closed = false;
+};
+
+struct PointEntity {
+  Vec2 point;
+};
+
+struct SolidEntity {  // SOLID and TRACE, corners in drawing order around the area; three or four
+  std::vector<Vec2> corners;
+};
+
+struct FaceEntity {  // 3DFACE: corners in order, edge i from corner i to the next
+  std::vector<Vec2> corners;
+  std::array<bool, 4> edgeVisible{true, true, true, true};
+};
+
+using HatchEdge = std::variant<LineEntity, ArcEntity, EllipseEntity, SplineEntity>;
+
+struct HatchLoop {
+  PolylineEntity polyline;  // when it has vertices; else the edges
+  std::vector<HatchEdge>
+      edges;  // end to end; an ArcEntity or EllipseEntity may run either way (end below start)
+};
+
+struct HatchPatternLine {  // one family of parallel lines, already at the hatch's angle and scale
+  double angle = 0;
+  Vec2 base;
+  Vec2 offset;                 // from one line to the next
+  std::vector<double> dashes;  // positive dash, negative gap, 0 dot; empty: a continuous line
+};
+
+struct HatchEntity {
+  bool solid = false;
+  std::string patternName;
+  std::vector<HatchPatternLine> lines;
+  std::vector<HatchLoop> loops;
+};
+
+struct InsertEntity {  // INSERT, and DIMENSION through its block
+  std::string block;
+  Vec2 at;
+  double scaleX = 1;
+  double scaleY = 1;
+  double rotation = 0;
+  bool mirrored = false;  // the whole insert is mirrored in X afterwards (extrusion (0,0,-1))
+  int columns = 1;
+  int rows = 1;
+  double columnSpacing = 0;
+  double rowSpacing = 0;
+};
+
+using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
+                           PointEntity, SolidEntity, FaceEntity, HatchEntity, InsertEntity>;
+
+struct Entity {
+  Attributes attributes;
+  Shape shape;
+};
+
+struct Layer {
+  EntityColor color{EntityColor::Kind::kIndex, 7};
+  std::string lineType = "CONTINUOUS";
+  int lineWeight = kLineWeightDefault;
+  bool off = false;
+  bool frozen = false;
+  bool plottable = true;
+};
+
+struct LineType {
+  std::vector<double> dashes;  // positive dash, negative gap, 0 dot, in drawing units; empty: continuous
+};
+
+struct Block {
+  Vec2 base;
+  std::vector<Entity> entities;
+};
+
+struct Drawing {
+  std::string name;  // the file's name without directories
+  std::vector<Entity> entities;
+  std::map<std::string, Layer> layers;        // by name as written; look-ups are without regard to case
+  std::map<std::string, LineType> lineTypes;  // by upper-case name
+  std::map<std::string, Block> blocks;        // by upper-case name
+  double lineTypeScale = 1;                   // $LTSCALE
+  double millimetresPerUnit = 1;              // from $INSUNITS, 1 when unitless
+  int pointMode = 0;                          // $PDMODE
+  double pointSize = 0;                       // $PDSIZE
+  std::map<std::string, uint64_t> skipped;    // entity types that are not plotted, and how many
+};
+
+}  // namespace hdiplot
