@@ -1,0 +1,26 @@
+// The page's resources under the names that its content stream calls them by.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "composition/content_generator.h"
+#include "engine/page.h"
+
+namespace hdi {
+
+class PageResources final : public ResourceNames {
+ public:
+  // `page` must outlive the object.
+  explicit PageResources(engine::Page& page) : page_(page) {}
+
+  std::string AddExtGState(const ExtGStateEntries& entries) override;
+  std::string FontName(uint32_t objectNumber) override;
+  std::string XObjectName(uint32_t objectNumber) override;
+  std::string PropertiesName(uint32_t objectNumber) override;
+
+ private:
+  engine::Page& page_;
+};
+
+}  // namespace hdi

@@ -1,0 +1,135 @@
+// The page writer: the one object between the replay and the engine.
+//
+// It owns the document and the open page, and it holds the graphic state that the command list changes step
+// by step. Page objects have no current colour of their own, so the values in force are stamped on each
+// object at the moment it is finished; the object's bytes go into the page's stream at once and the object is
+// gone. Everything is in dots of the page's dot space. The only scaling is the matrix that FinishPage lays
+// over the page: a point of the page is `pointScale` times a dot plus the origin.
+//
+// Nothing is reported. Without a page or a path, operations do nothing.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "composition/content_generator.h"
+#include "composition/page_objects.h"
+#include "composition/page_resources.h"
+#include "engine/document.h"
+#include "engine/page.h"
+#include "platform/files.h"
+
+namespace hdi {
+
+class PageWriter final : private engine::BlockSink {
+ public:
+  PageWriter();
+  PageWriter(const PageWriter&) = delete;
+  PageWriter& operator=(const PageWriter&) = delete;
+  ~PageWriter();
+
+  // Opens the output: an existing file is removed first, and one that can't be removed is a failure.
+  bool OpenOutput(const std::u16string& path);
+  // Makes the document; pages may begin.
+  void StartDocument(std::u16string_view creator);
+  // Saves the document into the output, closes the document and then the output. A full disk is silent; any
+  // other failure of the output throws std::system_error when everything is closed.
+  void SaveAndClose();
+
+  // State setters only store. What they set counts for the next object finished and, but for the origin, from
+  // page to page.
+  void SetLineWidth(float width) { state_.lineWidth = width; }
+  void SetLineCap(uint32_t cap) { state_.lineCap = cap; }
+  void SetLineJoin(uint32_t join) { state_.lineJoin = join; }
+  void SetStrokeColor(Color color, bool merge);
+  void SetFillColor(Color color, bool merge);
+  // Lengths in points, as pens give them; none for a solid line.
+  void SetDashArray(std::vector<float> points);
+  void SetAlpha(uint8_t alpha) { alpha_ = alpha; }
+  // Once set, the background stays for all pages that follow.
+  void SetBackground(Color color);
+  // Offset of the dot space on the page, in points.
+  void SetOrigin(float x, float y);
+  void SetPointScale(int32_t dotsPerInch);
+  // Whether boxes in points stay as they are instead of being widened to whole points.
+  void SetExactBounds(bool exact) { exactBounds_ = exact; }
+  // The divisor that the host gives for the drawing's scale. Stored for the page's measure.
+  void SetLineScale(double scale) { lineScale_ = scale; }
+
+  // Pages. `pageNumber` counts from 1; the size is in points. What is still open is thrown away, and the clip
+  // and the origin start anew.
+  void BeginPage(uint32_t pageNumber, double width, double height);
+  void FinishPage();
+
+  // The path under construction. Lines and curves before the first move are dropped.
+  void MoveTo(float x, float y);
+  void LineTo(float x, float y);
+  void CurveTo(float x1, float y1, float x2, float y2, float x3, float y3);
+
+  // Paint the path and end it. Fill modes: 1 even-odd, 2 nonzero winding.
+  void StrokePath();
+  // An opaque fill in any mode but winding is closed and outlined with a line of width 0 in the stroke
+  // colour.
+  void FillPath(uint32_t fillMode);
+  void FillAndStrokePath(uint32_t fillMode);
+
+  // Makes the path the clip of all objects that follow on the page, in place of the one before. No path: no
+  // clip.
+  void MakeClipFromPath();
+  // Kept and never applied: the page's own extent stands in for the first clip of a page.
+  void SetPageClipRect(const engine::Rectangle& rect) { pageClipRect_ = rect; }
+
+  // Opens a link to `target`, or takes its place when one is open; an empty target ends the link and writes
+  // its annotation around what has been drawn since.
+  void SetLinkTarget(std::u16string target);
+
+ private:
+  // The attributes that pens and brushes set, as the next path carries them.
+  struct PathState {
+    Color strokeColor{255, 255, 255};
+    Color fillColor{255, 255, 255};
+    float lineWidth = 1.0F;  // dots
+    uint32_t lineCap = 0;
+    uint32_t lineJoin = 0;
+  };
+
+  void WriteBlock(const void* data, size_t size) override;
+  void ResetPageState();
+  void CommitPath(FillType fill, bool stroke);
+  void ClosePath();
+  void ClearPath();
+  void ExtendLinkRect(const engine::Rectangle& rect);
+
+  // Bounds of a path's points in points, widened to whole ones unless exact; nothing for a path without
+  // points.
+  [[nodiscard]] std::optional<engine::Rectangle> ObjectBounds(const PathObject& object) const;
+
+  std::u16string portDir_;  // a temporary directory of ours; nothing reads it
+  OutputFile outputFile_;
+  std::u16string linkTarget_;
+  std::optional<engine::Library> library_;
+  std::unique_ptr<engine::Document> document_;
+  std::unique_ptr<engine::Page> page_;
+  std::optional<PageResources> resources_;
+  std::optional<ContentGenerator> content_;
+  PathObject path_;  // without points: no path is open. Kept for its memory.
+  SharedClip clip_;
+  PathState state_;
+  Color background_{255, 255, 255};
+  engine::Rectangle pageClipRect_{};
+  engine::Rectangle linkRect_{};
+  float originX_ = 0;
+  float originY_ = 0;
+  float pointScale_ = 0.24F;
+  uint8_t alpha_ = 255;
+  bool merge_ = false;
+  bool hasBackground_ = false;
+  bool exactBounds_ = false;
+  std::vector<float> dashArray_;  // dots
+  double lineScale_ = 1;
+};
+
+}  // namespace hdi

@@ -1,0 +1,17 @@
+// The replay: one pass over the command list, from records to calls on the page writer.
+#pragma once
+
+#include <cstdint>
+
+#include "composition/page_writer.h"
+#include "platform/border.h"
+#include "recording/command_list.h"
+
+namespace hdi {
+
+// Plays the list from `head`, which may be null, and returns 1. Every value that survives from one record to
+// the next is the writer's; the list and the arenas stay as they are. `settings` are the driver's, read live;
+// null without any.
+int32_t ReplayCommands(const PlotCommand* head, const DriverDevMode* settings, PageWriter& writer);
+
+}  // namespace hdi

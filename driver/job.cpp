@@ -1,0 +1,122 @@
+#include "driver/job.h"
+
+#include <memory>
+#include <string>
+
+#include "composition/page_writer.h"
+#include "composition/replay.h"
+#include "driver/creator.h"
+#include "driver/output_path.h"
+#include "driver/pdf_driver.h"
+#include "platform/dialogs.h"
+#include "platform/message_texts.h"
+#include "recording/plot_job.h"
+
+namespace hdi {
+namespace {
+
+// The page writer as recording knows it.
+class JobWriter final : public RecordedWriter {
+ public:
+  void SetLineWidth(float width) override { pageWriter.SetLineWidth(width); }
+  void SetLineScale(double scale) override { pageWriter.SetLineScale(scale); }
+
+  PageWriter pageWriter;
+};
+
+JobWriter* WriterOf(const PlotJob& job) { return static_cast<JobWriter*>(job.pageWriter); }
+
+// Entries call each other through the table, whose positions the host may have wrapped.
+const DeviceTable& TableOf(const HostDevice& device) { return *device.table; }
+
+PlotCommand* NewListHead() {
+  PlotCommand* head = AllocRecord();
+  head->SetOpcode(OP_LIST_HEAD);
+  head->next = nullptr;
+  return head;
+}
+
+}  // namespace
+
+int32_t DevOpen(HostDevice* device) {
+  device->job = new PlotJob;
+  ReleaseChunks(recordArena);
+  recordArena.AddChunk(CommandArena::kChunkSize);
+  device->job->head = NewListHead();
+  device->job->tail = device->job->head;
+  return 1;
+}
+
+int32_t DevClose(HostDevice* device) {
+  if (device == nullptr) return 1;
+  delete device->job;
+  ReleaseChunks(recordArena);
+  ReleaseChunks(sideArena);
+  device->job = nullptr;
+  return 1;
+}
+
+void DevPrepare(HostDevice* /*device*/) {}
+
+int32_t DevStartDoc(HostDevice* device, const DOCINFOW* docInfo) {
+  PlotJob* job = JobOf(device);
+  if (job == nullptr || device->driver == nullptr) return 0;
+  auto* driver = static_cast<CPDFDriver*>(device->driver);
+  if (SettleOutputPath(*device, docInfo, *driver, *job) == OutputChoice::kNone) return 0;
+
+  const DeviceTable& table = TableOf(*device);
+  table.At<entry::Prepare>(Position::kPrepare)(device);
+  if (table.At<entry::OpenOutput>(Position::kOpenOutput)(device) == nullptr) return 0;
+  device->started = 1;
+  device->driver->NormalizeDevMode(device->driver->GetDevModePointer());
+  table.At<entry::CreateDocument>(Position::kCreateDocument)(driver->DeviceField());
+  return 1;
+}
+
+void* DevOpenOutput(HostDevice* device) {
+  PlotJob* job = JobOf(device);
+  if (job == nullptr) return nullptr;
+  if (device->started != 0) return job->pageWriter;
+
+  auto writer = std::make_unique<JobWriter>();
+  if (!writer->pageWriter.OpenOutput(job->outputPath)) {
+    ShowMessage(job->outputPath + MessageText(kTextFileInUse));
+    job->pageWriter = nullptr;
+    return nullptr;
+  }
+  if (const DriverDevMode* settings = SettingsOf(device)) {
+    writer->pageWriter.SetPointScale(DotsPerInch(*settings));
+    writer->pageWriter.SetExactBounds(settings->keepFractions != 0);
+  }
+  job->pageWriter = writer.release();  // DevFinish takes it back
+  return job->pageWriter;
+}
+
+int32_t DevCreateDocument(HostDevice** deviceField) {
+  const HostDevice* device = *deviceField;
+  if (device->started == 0) return 1;
+  if (const PlotJob* job = JobWithWriter(device)) WriterOf(*job)->pageWriter.StartDocument(CreatorName());
+  return 1;
+}
+
+int32_t DevEndDoc(HostDevice* device) {
+  if (const PlotJob* job = JobWithWriter(device)) {
+    ReplayCommands(job->head, SettingsOf(device), WriterOf(*job)->pageWriter);
+    DevFinish(static_cast<CPDFDriver*>(device->driver)->DeviceField());
+  }
+  return 1;
+}
+
+int32_t DevFinish(HostDevice** deviceField) {
+  const HostDevice* device = *deviceField;
+  PlotJob* job = JobWithWriter(device);
+  if (device->started == 0 || job == nullptr) return 1;
+  const std::unique_ptr<JobWriter> writer(WriterOf(*job));
+  job->pageWriter = nullptr;
+  writer->pageWriter.SaveAndClose();
+  const DriverDevMode* settings = SettingsOf(device);
+  if (settings != nullptr && settings->openAfterPlot != 0) OpenInViewer(job->outputPath);
+  return 1;
+}
+
+}  // namespace hdi

@@ -1,0 +1,70 @@
+// CPDFDriver: one configured PDF device, as the host knows it. It carries the device's settings and the table
+// of entry points through which the host plots.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/border.h"
+
+namespace hdi {
+
+class CPDFDriver final : public HT_Driver {
+ public:
+  // A device whose settings stand in `section` of `iniFile`. Its record holds the defaults.
+  CPDFDriver(const std::u16string& iniFile, const std::u16string& section);
+  // For a host that makes a driver by name: no settings are read.
+  explicit CPDFDriver(std::u16string name);
+  CPDFDriver(const CPDFDriver&) = delete;
+  CPDFDriver& operator=(const CPDFDriver&) = delete;
+  // Frees the default record's block. An open device is not closed.
+  ~CPDFDriver();
+
+  int32_t QueryInterface(const GUID& iid, HT_Driver** out) override;
+  const char16_t* GetName() override;
+  const char16_t* GetModuleName() override;
+  const char16_t* GetVersion() override;
+  int32_t ShowProperties(void* parentWindow) override;
+  int32_t ReservedA() override;
+  int32_t SetDevMode(void* globalHandle) override;
+  int32_t GetDevMode(void* globalHandle) override;
+  int32_t ReservedB() override;
+  int32_t ReservedC() override;
+  int32_t OpenDevice(HostDevice* device) override;
+  int32_t CloseDevice(HostDevice* device) override;
+  void* GetDefaultDevMode() override;
+  int32_t DeviceCapabilities(uint16_t capability, uint8_t* output, DriverDevMode* devMode) override;
+  int32_t CreatePaper(const PaperSize& paper, int32_t* id, DriverDevMode* devMode) override;
+  int32_t SetCustomPaper(const char16_t* name, double width, double height, double left, double right,
+                         double top, double bottom) override;
+  int32_t ModifyPaper(const PaperSize& paper, int32_t* id, DriverDevMode* devMode) override;
+  int32_t DeletePaper(int32_t id) override;
+  int32_t ReservedD() override;
+  int32_t SetOption(uint32_t id, int64_t value) override;
+  void ReservedE() override;
+  uint32_t GetBackgroundColor() override;
+  void NormalizeDevMode(DriverDevMode* record) override;
+  const char16_t* GetPaperFile() override;
+  DriverDevMode* GetDevModePointer() override;
+  HT_Driver* Destroy(uint32_t flags) override;
+
+  // For the job's frame.
+  [[nodiscard]] int32_t SaveNotHint() const { return saveNotHint_; }
+  void SetSaveNotHint(int32_t value) { saveNotHint_ = value; }
+  // The device as entries that take the address of this field expect it.
+  [[nodiscard]] HostDevice** DeviceField() { return &device_; }
+
+ private:
+  std::u16string name_;
+  DriverDevMode devMode_{};
+  HostDevice* device_ = nullptr;  // set by OpenDevice, never reset
+  void* defaultDevModeHandle_ = nullptr;
+  std::u16string settingsFile_;
+  std::u16string paperFile_;
+  std::u16string settingsSection_;
+  PaperSize customPaper_{};
+  int32_t saveNotHint_ = 0;
+  DeviceTable deviceTable_{};
+};
+
+}  // namespace hdi

@@ -1,0 +1,102 @@
+#include "engine/document.h"
+
+#include <exception>
+#include <string>
+
+#include "core/fpdfapi/parser/cpdf_dictionary.h"
+#include "core/fpdfapi/parser/cpdf_string.h"
+#include "core/fxcrt/bytestring.h"
+#include "core/fxcrt/widestring.h"
+#include "engine/document_implementation.h"
+#include "fpdfsdk/cpdfsdk_helpers.h"
+#include "public/fpdf_edit.h"
+#include "public/fpdf_save.h"
+
+namespace hdi::engine {
+namespace {
+
+// The engine's sink, and what ended the saving early. The engine writes its last block from a destructor, so
+// nothing may be thrown through it.
+struct FileWrite : FPDF_FILEWRITE {
+  BlockSink* sink;
+  std::exception_ptr failure;
+};
+
+int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
+  auto* fileWrite = static_cast<FileWrite*>(self);
+  if (fileWrite->failure != nullptr) return 0;
+  try {
+    fileWrite->sink->WriteBlock(data, size);
+    return 1;
+  } catch (...) {
+    fileWrite->failure = std::current_exception();
+    return 0;
+  }
+}
+
+WideString ToWideString(std::u16string_view text) {
+  std::string littleEndian;
+  littleEndian.reserve(text.size() * 2);
+  for (const char16_t unit : text) {
+    littleEndian.push_back(static_cast<char>(unit & 0xFF));
+    littleEndian.push_back(static_cast<char>(unit >> 8));
+  }
+  return WideString::FromUTF16LE(
+      {reinterpret_cast<const uint8_t*>(littleEndian.data()), littleEndian.size()});
+}
+
+}  // namespace
+
+Library::Library() {
+  FPDF_LIBRARY_CONFIG config{};
+  config.version = 2;
+  FPDF_InitLibraryWithConfig(&config);
+}
+
+Library::~Library() { FPDF_DestroyLibrary(); }
+
+Document::Document() : implementation_(std::make_unique<Implementation>()) {
+  implementation_->handle.reset(FPDF_CreateNewDocument());
+  implementation_->document = CPDFDocumentFromFPDFDocument(implementation_->handle.get());
+}
+
+Document::~Document() = default;
+
+void Document::ClearInformation() {
+  const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();
+  if (information == nullptr) return;
+  for (const ByteString& key : information->GetKeys()) information->RemoveFor(key.AsStringView());
+}
+
+void Document::SetInformationBytes(const char* key, std::string_view bytes) {
+  const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();
+  if (information == nullptr) return;
+  information->SetNewFor<CPDF_String>(key, ByteString(bytes.data(), bytes.size()));
+}
+
+void Document::SetInformationText(const char* key, std::u16string_view text) {
+  const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();
+  if (information == nullptr) return;
+  information->SetNewFor<CPDF_String>(key, ToWideString(text).AsStringView());
+}
+
+std::unique_ptr<Page> Document::NewPage(int index, double width, double height) {
+  ScopedFPDFPage handle(FPDFPage_New(implementation_->handle.get(), index, width, height));
+  if (handle == nullptr) return nullptr;
+  auto page = std::make_unique<Page::Implementation>();
+  page->page = CPDFPageFromFPDFPage(handle.get());
+  page->document = implementation_->document;
+  page->handle = std::move(handle);
+  return std::make_unique<Page>(std::move(page));
+}
+
+void Document::Save(BlockSink& sink) {
+  FileWrite fileWrite{};
+  fileWrite.version = 1;
+  fileWrite.WriteBlock = &WriteBlock;
+  fileWrite.sink = &sink;
+  FPDF_SaveAsCopy(implementation_->handle.get(), &fileWrite, 0);
+  if (fileWrite.failure != nullptr) std::rethrow_exception(fileWrite.failure);
+}
+
+}  // namespace hdi::engine

@@ -1,0 +1,161 @@
+#include "engine/page.h"
+
+#include <sstream>
+#include <utility>
+
+#include "constants/page_object.h"
+#include "core/fpdfapi/edit/cpdf_contentstream_write_utils.h"
+#include "core/fpdfapi/parser/cpdf_array.h"
+#include "core/fpdfapi/parser/cpdf_dictionary.h"
+#include "core/fpdfapi/parser/cpdf_name.h"
+#include "core/fpdfapi/parser/cpdf_number.h"
+#include "core/fpdfapi/parser/cpdf_reference.h"
+#include "core/fpdfapi/parser/cpdf_stream.h"
+#include "core/fxcrt/bytestring.h"
+#include "core/fxcrt/data_vector.h"
+#include "engine/deflate.h"
+#include "engine/document_implementation.h"
+#include "public/fpdf_annot.h"
+
+namespace hdi::engine {
+namespace {
+
+namespace page_object = pdfium::page_object;
+
+ByteStringView ToView(std::string_view text) { return {text.data(), text.size()}; }
+
+const char* CategoryKey(ResourceCategory category) {
+  switch (category) {
+    case ResourceCategory::kExtGState:
+      return "ExtGState";
+    case ResourceCategory::kFont:
+      return "Font";
+    case ResourceCategory::kProperties:
+      return "Properties";
+    case ResourceCategory::kXObject:
+      return "XObject";
+  }
+  return "";
+}
+
+// A stream as it stands. The engine compresses it when it saves.
+uint32_t AddStream(CPDF_Document& document, std::string_view bytes) {
+  const auto stream = document.NewIndirect<CPDF_Stream>(document.New<CPDF_Dictionary>());
+  stream->SetData(ToView(bytes).unsigned_span());
+  return stream->GetObjNum();
+}
+
+// A stream that is compressed already, which the engine then saves as it is. Large content streams spend most
+// of a plot's time here, so they do not go through the engine's compressor.
+uint32_t AddCompressedStream(CPDF_Document& document, std::string_view bytes) {
+  DataVector<uint8_t> compressed(DeflateBound(bytes.size()));
+  const size_t size = Deflate(bytes, compressed);
+  if (size == 0) return AddStream(document, bytes);
+  compressed.resize(size);
+  compressed.shrink_to_fit();
+  auto dictionary = document.New<CPDF_Dictionary>();
+  dictionary->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
+  return document.NewIndirect<CPDF_Stream>(std::move(compressed), std::move(dictionary))->GetObjNum();
+}
+
+// The page's contents as an array, which they become if they are a single stream; null for a page without
+// contents.
+RetainPtr<CPDF_Array> ContentsArray(CPDF_Dictionary& page, CPDF_Document& document) {
+  const RetainPtr<CPDF_Object> contents = page.GetMutableDirectObjectFor(page_object::kContents);
+  if (contents == nullptr) return nullptr;
+  if (contents->IsArray()) return RetainPtr<CPDF_Array>(contents->AsMutableArray());
+  if (!contents->IsStream() || contents->IsInline()) return nullptr;
+  auto array = document.NewIndirect<CPDF_Array>();
+  array->AppendNew<CPDF_Reference>(&document, contents->GetObjNum());
+  page.SetNewFor<CPDF_Reference>(page_object::kContents, &document, array->GetObjNum());
+  return array;
+}
+
+}  // namespace
+
+Page::Page(std::unique_ptr<Implementation> implementation) : implementation_(std::move(implementation)) {}
+
+Page::~Page() = default;
+
+float Page::Width() const { return implementation_->page->GetPageWidth(); }
+
+float Page::Height() const { return implementation_->page->GetPageHeight(); }
+
+bool Page::HasContents() const {
+  return implementation_->page->GetDict()->GetDirectObjectFor(page_object::kContents) != nullptr;
+}
+
+void Page::SetContents(std::string_view bytes) {
+  CPDF_Document& document = *implementation_->document;
+  implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(page_object::kContents, &document,
+                                                                     AddCompressedStream(document, bytes));
+}
+
+void Page::WrapContents(std::string_view before, std::string_view behind) {
+  CPDF_Document& document = *implementation_->document;
+  const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
+  if (array == nullptr) return;
+  array->InsertNewAt<CPDF_Reference>(0, &document, AddStream(document, before));
+  array->AppendNew<CPDF_Reference>(&document, AddStream(document, behind));
+}
+
+void Page::PrependContents(std::string_view bytes) {
+  CPDF_Document& document = *implementation_->document;
+  const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
+  if (array == nullptr) return;
+  array->InsertNewAt<CPDF_Reference>(0, &document, AddStream(document, bytes));
+}
+
+std::string Page::AddGraphicsState(const GraphicsState& state) {
+  const auto dictionary = implementation_->document->NewIndirect<CPDF_Dictionary>();
+  if (state.fillAlpha) dictionary->SetNewFor<CPDF_Number>("ca", *state.fillAlpha);
+  if (state.strokeAlpha) dictionary->SetNewFor<CPDF_Number>("CA", *state.strokeAlpha);
+  if (state.blendMode) dictionary->SetNewFor<CPDF_Name>("BM", ByteString(ToView(*state.blendMode)));
+  return ResourceName(ResourceCategory::kExtGState, dictionary->GetObjNum());
+}
+
+// Names are "FX", the category's first letter and the first number that is free in the category.
+std::string Page::ResourceName(ResourceCategory category, uint32_t objectNumber) {
+  Implementation::Names& names = implementation_->names[category];
+  std::string& name = names.byObject[objectNumber];
+  if (!name.empty()) return name;
+
+  const char* key = CategoryKey(category);
+  const auto resources = implementation_->page->GetMutableDict()->GetOrCreateDictFor(page_object::kResources);
+  const auto dictionary = resources->GetOrCreateDictFor(key);
+  do {
+    name = std::string("FX") + key[0] + std::to_string(++names.last);
+  } while (dictionary->KeyExist(ByteString(ToView(name))));
+  dictionary->SetNewFor<CPDF_Reference>(ByteString(ToView(name)), implementation_->document, objectNumber);
+  return name;
+}
+
+std::string Page::StandardFontName(const std::string& baseFont) {
+  uint32_t& objectNumber = implementation_->standardFonts[baseFont];
+  if (objectNumber == 0) {
+    const auto font = implementation_->document->NewIndirect<CPDF_Dictionary>();
+    font->SetNewFor<CPDF_Name>("Type", "Font");
+    font->SetNewFor<CPDF_Name>("Subtype", "Type1");
+    font->SetNewFor<CPDF_Name>("BaseFont", ByteString(ToView(baseFont)));
+    font->SetNewFor<CPDF_Name>("Encoding", "WinAnsiEncoding");
+    objectNumber = font->GetObjNum();
+  }
+  return ResourceName(ResourceCategory::kFont, objectNumber);
+}
+
+void Page::AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri) {
+  FPDF_PAGE page = implementation_->handle.get();
+  const ScopedFPDFAnnotation annotation(FPDFPage_CreateAnnot(page, FPDF_ANNOT_LINK));
+  FPDFAnnot_SetURI(annotation.get(), uri.c_str());
+  const FS_RECTF rect{rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+  FPDFAnnot_SetRect(annotation.get(), &rect);
+  FPDFAnnot_SetBorder(annotation.get(), 0, 0, 0);
+}
+
+std::string NumberText(float value) {
+  std::ostringstream text;
+  WriteFloat(text, value);
+  return std::move(text).str();
+}
+
+}  // namespace hdi::engine

@@ -1,0 +1,68 @@
+// A page of the engine's document while it is being made: its contents as streams of our own bytes, and its
+// resources.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace hdi::engine {
+
+enum class ResourceCategory : uint8_t { kExtGState, kFont, kProperties, kXObject };
+
+// Entries of a graphics state parameter dictionary (ISO 32000-1:2008, 8.4.5); what is absent is not written.
+struct GraphicsState {
+  std::optional<float> fillAlpha;             // ca
+  std::optional<float> strokeAlpha;           // CA
+  std::optional<std::string_view> blendMode;  // BM
+};
+
+// Left, bottom, right, top in points.
+struct Rectangle {
+  float left, bottom, right, top;
+};
+
+class Page {
+ public:
+  struct Implementation;
+
+  explicit Page(std::unique_ptr<Implementation> implementation);
+  Page(const Page&) = delete;
+  Page& operator=(const Page&) = delete;
+  ~Page();  // releases the page's objects; the page stays in the document
+
+  [[nodiscard]] float Width() const;
+  [[nodiscard]] float Height() const;
+
+  // Whether the page has a "Contents" entry (ISO 32000-1:2008, 7.7.3.3).
+  [[nodiscard]] bool HasContents() const;
+  // Makes `bytes` the page's one content stream, compressed.
+  void SetContents(std::string_view bytes);
+  // Puts a stream before everything that the page's contents hold, and one behind. Nothing for a page without
+  // contents.
+  void WrapContents(std::string_view before, std::string_view behind);
+  // Puts a stream before everything that the page's contents hold. Nothing for a page without contents.
+  void PrependContents(std::string_view bytes);
+
+  // Makes a graphics state dictionary an indirect object and a resource of the page; its name.
+  std::string AddGraphicsState(const GraphicsState& state);
+  // The name under which an indirect object is a resource of the page; becomes one if it is not yet.
+  std::string ResourceName(ResourceCategory category, uint32_t objectNumber);
+  // The same for a font that every reader has (9.6.2.2), with WinAnsiEncoding.
+  std::string StandardFontName(const std::string& baseFont);
+
+  // Appends a link annotation without a visible border (12.5.6.5) whose action resolves `uri` (12.6.4.7).
+  void AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri);
+
+ private:
+  std::unique_ptr<Implementation> implementation_;
+};
+
+// A number in the engine's own form, with all the digits of an f32.
+[[nodiscard]] std::string NumberText(float value);
+
+}  // namespace hdi::engine

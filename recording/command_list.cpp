@@ -1,0 +1,31 @@
+#include "recording/command_list.h"
+
+#include <cstdlib>
+
+namespace hdi {
+
+constinit CommandArena recordArena{};
+constinit CommandArena sideArena{};
+
+void CommandArena::AddChunk(size_t size) {
+  auto* chunk = static_cast<ArenaChunk*>(std::malloc(sizeof(ArenaChunk)));
+  chunk->previous = current;
+  newest = chunk;
+  current = chunk;
+  chunk->base = static_cast<uint8_t*>(std::malloc(size));
+  chunk->cursor = chunk->base;
+  chunk->limit = chunk->base + size;
+}
+
+void ReleaseChunks(CommandArena& arena) {
+  for (ArenaChunk* chunk = arena.newest; chunk != nullptr;) {
+    ArenaChunk* previous = chunk->previous;
+    std::free(chunk->base);
+    std::free(chunk);
+    chunk = previous;
+  }
+  arena.newest = nullptr;
+  arena.current = nullptr;
+}
+
+}  // namespace hdi

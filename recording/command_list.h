@@ -1,0 +1,188 @@
+// The command list: what the plot entries append to and the replay walks, once, from head to tail.
+//
+// A job's list is a chain of fixed 56-byte records in `recordArena`; the operands of a record stand as
+// byte-packed side data in `sideArena`. Both arenas are process-wide bump allocators over 2 MiB chunks,
+// released whole when the device closes. Recording runs once a primitive, so a record costs two compares and
+// two additions.
+//
+// All numbers of side data are little-endian and may be unaligned: it is written and read by copying whole
+// packed layouts (below), never in place. Coordinates are dots, Y up, origin at the lower left of the
+// printable area.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace hdi {
+
+// Every opcode that means something. The numbers left out are reserved: nothing writes them, the replay
+// passes over them, and they are not to be reused.
+#define HDI_FOR_EACH_OPCODE(X) \
+  X(OP_START_PAGE, 0)          \
+  X(OP_END_PAGE, 1)            \
+  X(OP_FILL_STROKE_PATH, 8)    \
+  X(OP_FILL_PATH, 11)          \
+  X(OP_SET_ALPHA, 13)          \
+  X(OP_SET_PEN, 14)            \
+  X(OP_SET_BRUSH, 15)          \
+  X(OP_CLIP_PATH, 17)          \
+  X(OP_LIST_HEAD, 19)          \
+  X(OP_TEXT, 22)               \
+  X(OP_BITMAP, 25)             \
+  X(OP_MOVE_TO, 27)            \
+  X(OP_LINE_TO, 28)            \
+  X(OP_CURVE_TO, 29)           \
+  X(OP_STROKE_PATH, 30)        \
+  X(OP_LINK, 31)               \
+  X(OP_CLIP_RECT, 32)          \
+  X(OP_LAYER, 33)              \
+  X(OP_SHX_COMMENT, 34)
+
+enum Opcode : uint8_t {
+#define HDI_OPCODE_ENUMERATOR(name, number) name = number,
+  HDI_FOR_EACH_OPCODE(HDI_OPCODE_ENUMERATOR)
+#undef HDI_OPCODE_ENUMERATOR
+};
+
+inline constexpr uint8_t kOpcodeMask = 0x3F;
+
+// One record. Bits 6 and 7 of `opcodeByte` are whatever the memory held and mean nothing; `data` is set only
+// by opcodes with side data. The rest of the 56 bytes is never read or written.
+struct PlotCommand {
+  PlotCommand* next;
+  uint8_t opcodeByte;
+  uint8_t* data;
+  uint8_t unused[32];
+
+  [[nodiscard]] uint8_t OpcodeValue() const { return opcodeByte & kOpcodeMask; }
+  void SetOpcode(Opcode opcode) {
+    opcodeByte = static_cast<uint8_t>((opcodeByte & ~kOpcodeMask) | static_cast<uint8_t>(opcode));
+  }
+};
+static_assert(sizeof(PlotCommand) == 56);
+
+// Side data layouts. One that is followed by an array says so; the array begins right behind the layout.
+#pragma pack(push, 1)
+
+struct StartPageData {
+  uint32_t pageNumber;  // from 1
+  double width;         // points, as are the other three lengths
+  double height;
+  uint32_t background;  // bytes red, green, blue, 0; all ones: none
+  double marginLeft;
+  double marginBottom;
+};
+static_assert(sizeof(StartPageData) == 40);
+
+struct FillData {  // OP_FILL_STROKE_PATH, OP_FILL_PATH
+  uint32_t mode;   // 1 even-odd, 2 nonzero winding
+};
+static_assert(sizeof(FillData) == 4);
+
+struct AlphaData {
+  uint32_t alpha;  // as the host gave it; the low byte counts
+};
+static_assert(sizeof(AlphaData) == 4);
+
+struct PenData {
+  float width;  // dots
+  uint32_t cap;
+  uint32_t join;
+  uint32_t color;  // bytes red, green, blue, 0
+  uint8_t merge;
+  uint32_t dashCount;  // f32 dash entries follow, in points
+};
+static_assert(sizeof(PenData) == 21);
+
+struct BrushData {
+  uint32_t style;  // carried and never read, like hatch
+  uint32_t color;  // bytes red, green, blue, 0
+  uint64_t hatch;
+  uint8_t merge;
+};
+static_assert(sizeof(BrushData) == 17);
+
+struct PointData {  // OP_MOVE_TO, OP_LINE_TO
+  float x;
+  float y;
+};
+static_assert(sizeof(PointData) == 8);
+
+struct CurveData {
+  float x1, y1, x2, y2, x3, y3;
+};
+static_assert(sizeof(CurveData) == 24);
+
+struct ClipRectData {
+  float left, bottom, right, top;
+};
+static_assert(sizeof(ClipRectData) == 16);
+
+struct LinkData {
+  uint32_t count;  // 16-bit units follow, without a terminator; none ends the link
+};
+static_assert(sizeof(LinkData) == 4);
+
+#pragma pack(pop)
+
+// The head of one allocation, itself allocated apart from its block.
+struct ArenaChunk {
+  uint8_t* base;
+  uint8_t* cursor;
+  uint8_t* limit;
+  ArenaChunk* previous;
+};
+static_assert(sizeof(ArenaChunk) == 32);
+
+// A bump allocator. Both words are null while it is empty. Running out of memory is not handled.
+struct CommandArena {
+  static constexpr size_t kChunkSize = 0x200000;
+
+  ArenaChunk* newest;   // where a release begins
+  ArenaChunk* current;  // where an allocation looks
+
+  [[nodiscard]] size_t Room() const {
+    return current == nullptr ? 0 : static_cast<size_t>(current->limit - current->cursor);
+  }
+  // Takes `size` bytes of the current chunk, which must have the room.
+  [[nodiscard]] uint8_t* Carve(size_t size) {
+    uint8_t* block = current->cursor;
+    current->cursor += size;
+    return block;
+  }
+  void AddChunk(size_t size);
+};
+
+// Holds nothing but records.
+extern CommandArena recordArena;
+// Holds the side data of all records.
+extern CommandArena sideArena;
+
+// Frees every chunk of `arena`.
+void ReleaseChunks(CommandArena& arena);
+
+// A record whose bytes are undefined.
+[[nodiscard]] inline PlotCommand* AllocRecord() {
+  if (recordArena.Room() < sizeof(PlotCommand)) recordArena.AddChunk(CommandArena::kChunkSize);
+  return reinterpret_cast<PlotCommand*>(recordArena.Carve(sizeof(PlotCommand)));
+}
+
+// `size` bytes of undefined content. A request above the chunk size gets a chunk of exactly its size, which
+// leaves no room for the next one.
+[[nodiscard]] inline uint8_t* AllocSide(uint32_t size) {
+  if (sideArena.Room() < size) {
+    sideArena.AddChunk(size > CommandArena::kChunkSize ? size : CommandArena::kChunkSize);
+  }
+  return sideArena.Carve(size);
+}
+
+// The layout at the head of a record's side data.
+template <typename Data>
+[[nodiscard]] Data ReadSide(const PlotCommand& record) {
+  Data data;
+  std::memcpy(&data, record.data, sizeof data);
+  return data;
+}
+
+}  // namespace hdi

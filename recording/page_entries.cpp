@@ -1,0 +1,69 @@
+// DevStartPage and DevEndPage: the frame of a page in the list.
+#include <algorithm>
+#include <cstring>
+
+#include "recording/path.h"
+#include "recording/plot_entries.h"
+#include "recording/plot_job.h"
+
+namespace hdi {
+namespace {
+
+constexpr uint32_t kWhite = 0xFFFFFF;
+
+double TenthsToPoints(int32_t tenths) {
+  return static_cast<double>(tenths) * kPointsPerInch / static_cast<double>(kTenthsPerInch);
+}
+
+// Copies the host's record over the driver's own: the public part by the driver's size of it, and the driver
+// part when both records give it the same size.
+void ReplaceSettings(DriverDevMode& own, const DriverDevMode& given) {
+  size_t size = own.dm.dmSize;
+  if (given.dm.dmDriverExtra == own.dm.dmDriverExtra) size += own.dm.dmDriverExtra;
+  std::memmove(&own, &given, std::min(size, sizeof own));
+}
+
+// Height of the printable area in dots. The product is one of 32-bit integers, which wraps.
+double PrintableHeight(const DriverDevMode& settings) {
+  const uint32_t tenths = static_cast<uint32_t>(settings.paperHeight) -
+                          static_cast<uint32_t>(settings.marginTop) -
+                          static_cast<uint32_t>(settings.marginBottom);
+  const auto product = static_cast<int32_t>(tenths * static_cast<uint32_t>(DotsPerInch(settings)));
+  return static_cast<double>(product) / static_cast<double>(kTenthsPerInch);
+}
+
+}  // namespace
+
+int32_t DevStartPage(HostDevice* device, const DriverDevMode* devMode) {
+  PlotJob* job = JobOf(device);
+  if (job == nullptr || device->driver == nullptr) return 1;
+  DriverDevMode& settings = *device->driver->GetDevModePointer();
+  if (devMode != nullptr) {
+    ReplaceSettings(settings, *devMode);
+    device->driver->NormalizeDevMode(&settings);
+  }
+  ++job->pageCounter;
+  Record(*job, OP_START_PAGE,
+         StartPageData{
+             .pageNumber = job->pageCounter,
+             .width = TenthsToPoints(settings.paperWidth),
+             .height = TenthsToPoints(settings.paperHeight),
+             .background = settings.backgroundColor == 0 ? kWhite : settings.backgroundColor,
+             .marginLeft = TenthsToPoints(settings.marginLeft),
+             .marginBottom = TenthsToPoints(settings.marginBottom),
+         });
+  job->printableHeight = PrintableHeight(settings);
+  job->pageClipSeen = 0;
+  ResetPath(*job);
+  return 1;
+}
+
+int32_t DevEndPage(HostDevice* device) {
+  PlotJob* job = JobOf(device);
+  if (job == nullptr) return 1;
+  FlushPath(*job);
+  Record(*job, OP_END_PAGE);
+  return 1;
+}
+
+}  // namespace hdi

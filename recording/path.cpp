@@ -1,0 +1,97 @@
+#include "recording/path.h"
+
+#include <cmath>
+
+namespace hdi {
+namespace {
+
+// Points closer than this on both axes are one, in dots.
+constexpr double kSamePoint = 1e-5;
+
+bool SameCoordinate(double a, double b) { return std::fabs(a - b) < kSamePoint; }
+
+PointData CurrentPoint(const PlotJob& job) {
+  return {static_cast<float>(job.currentX), static_cast<float>(job.currentY)};
+}
+
+}  // namespace
+
+float RoundToDot(float value) {
+  const double wide = value;
+  // A widened f32 plus one half is exact in f64, so truncating it is the rounding, without a call per
+  // coordinate.
+  constexpr double kFitsInt32 = 2147483000.0;
+  if (std::fabs(wide) < kFitsInt32) {
+    return static_cast<float>(static_cast<int32_t>(wide + (wide < 0 ? -0.5 : 0.5)));
+  }
+  return static_cast<float>(std::round(wide));
+}
+
+bool PathRecorder::IsCurrentPoint(double x, double y) const {
+  return SameCoordinate(x, job_.currentX) && SameCoordinate(y, job_.currentY);
+}
+
+bool PathRecorder::EndsAtCurrentPoint(const HT_Double_Point& host) const {
+  HT_Double_Point end = MapPoint(host);
+  if (!keepFractions_) end = {std::round(end.x), std::round(end.y)};
+  return IsCurrentPoint(end.x, end.y);  // in f64: this one test does not narrow
+}
+
+void PathRecorder::AddMove(float x, float y, Rounding rounding) {
+  if (rounding == Rounding::kToDots && !keepFractions_) {
+    x = RoundToDot(x);
+    y = RoundToDot(y);
+  }
+  if (IsCurrentPoint(x, y)) return;
+  // Behind a flush of a lone move the flag is still set and this line goes to the sentinel; no path is open
+  // then, and the replay drops it.
+  if (job_.loneMove != 0) Record(job_, OP_LINE_TO, CurrentPoint(job_));
+  job_.loneMove = 1;
+  job_.currentX = x;
+  job_.currentY = y;
+  Record(job_, OP_MOVE_TO, PointData{x, y});
+}
+
+void PathRecorder::AddLine(float x, float y) {
+  if (!keepFractions_) {
+    x = RoundToDot(x);
+    y = RoundToDot(y);
+  }
+  if (IsCurrentPoint(x, y)) return;
+  job_.currentX = x;
+  job_.currentY = y;
+  job_.loneMove = 0;
+  Record(job_, OP_LINE_TO, PointData{x, y});
+}
+
+void PathRecorder::AddCurve(const CurveData& curve) {
+  if (IsCurrentPoint(curve.x1, curve.y1) && IsCurrentPoint(curve.x2, curve.y2) &&
+      IsCurrentPoint(curve.x3, curve.y3)) {
+    return;
+  }
+  job_.loneMove = 0;
+  job_.currentX = curve.x3;
+  job_.currentY = curve.y3;
+  Record(job_, OP_CURVE_TO, curve);
+}
+
+void PathRecorder::AddPolyline(const HT_Double_Point* points, int32_t count) {
+  // The end goes first: a closed ring that starts and ends at the current point is walked backwards.
+  if (count >= 2 && EndsAtCurrentPoint(points[count - 1])) {
+    for (int32_t i = count - 2; i >= 0; --i) AddLineTo(points[i]);
+    return;
+  }
+  AddMoveTo(points[0]);
+  for (int32_t i = 1; i < count; ++i) AddLineTo(points[i]);
+}
+
+void FlushPath(PlotJob& job) {
+  if (!job.HasPendingPath()) return;
+  if (job.loneMove != 0) Record(job, OP_LINE_TO, CurrentPoint(job));
+  Record(job, OP_STROKE_PATH);
+  // The lone-move flag outlives the flush; see AddMove.
+  job.currentX = kNoPoint;
+  job.currentY = kNoPoint;
+}
+
+}  // namespace hdi

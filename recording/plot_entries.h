@@ -1,0 +1,78 @@
+// The entry points of the DeviceTable that record. Each takes the host's device first; what crosses is told
+// in platform/border.h. Results are 1 or 0. None shows a message and none writes PDF.
+//
+// A state-setting entry writes its record whatever the state in force: the same pen set twice gives two
+// records. No point is tested against the page.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/border.h"
+
+namespace hdi {
+
+// Pages.
+
+// Begins a page on the driver's paper, after `devMode`, when given, has replaced the driver's record. Does
+// not flush: a path left pending over a page start keeps its records and is forgotten. Always 1.
+int32_t DevStartPage(HostDevice* device, const DriverDevMode* devMode);
+// Strokes the pending path and ends the page. Always 1.
+int32_t DevEndPage(HostDevice* device);
+
+// Drawing state. Pen, brush, opacity and raster operation stroke the pending path first.
+
+// 0 without a job or an open output.
+int32_t DevSetPen(HostDevice* device, const EXTLOGPEN32* pen);
+int32_t DevSetBrush(HostDevice* device, const LOGBRUSH* brush);
+// 0 without a job. The opacity's low byte counts, at the replay.
+int32_t DevSetAlpha(HostDevice* device, uint32_t opacity);
+// Code 9 asks the pens and brushes that follow to darken what lies below; any other code ends that. No
+// record.
+int32_t DevSetRasterOp(HostDevice* device, uint32_t code);
+// 1 even-odd, 2 winding, 0 records no fills. No record.
+int32_t DevSetFillMode(HostDevice* device, uint32_t mode);
+// Goes to the page writer at once, so the job's last value counts for all its pages. No record. There must be
+// a page writer, that is, DevStartDoc has given 1.
+int32_t DevSetLineScale(HostDevice* device, double scale);
+// Parent of the job's dialogs. No record. Always 1.
+int32_t DevSetOwnerWindow(HostDevice* device, void* window);
+
+// Geometry: host coordinates, which are trusted. Only fills paint; the rest extends the pending path.
+
+// 1 for a count below 1; otherwise 0 without a device, a job, an open output or a driver.
+int32_t DevPolyline(HostDevice* device, const HT_Double_Point* points, int32_t count);
+// The polyline as a run of its own, left open for a fill to come.
+int32_t DevPolygon(HostDevice* device, const HT_Double_Point* points, int32_t count);
+// Polygons of counts[0], counts[1], ... points, filled together. Always 1.
+int32_t DevPolyPolygon(HostDevice* device, const HT_Double_Point* points, const uint32_t* counts,
+                       int32_t polygonCount);
+// A start and groups of three; points behind the last whole group are ignored. 0 without a job or an open
+// output.
+int32_t DevPolyBezier(HostDevice* device, const HT_Double_Point* points, int32_t count);
+// Radii a and b, rotation c, from angle d to angle e, seen with Y up. 0 without a job.
+int32_t DevArc(HostDevice* device, const HT_Double_Point* center, double a, double b, double c, double d,
+               double e);
+// Strokes the pending path. Always 1.
+int32_t DevBeginPath(HostDevice* device);
+// Forgets the current point and leaves the path's records open, so that a fill paints them. Always 1.
+int32_t DevEndPath(HostDevice* device);
+// Paint the open path; nothing with fill mode 0. Always 1.
+int32_t DevFillPath(HostDevice* device);
+int32_t DevStrokeFillPath(HostDevice* device);
+// The first call on a page stores a rectangle, or nothing when its first polygon has not four points; later
+// calls clip to the polygons. 0 without a job or an open output, 1 for a null list.
+int32_t DevSetClip(HostDevice* device, const ClipPolygon* list);
+
+// Links, text, layers, rasters and comments are not recorded yet: these six stroke the pending path, like any
+// call that could change how it looks, and answer 0, on which a host draws text as geometry and goes on
+// without the others.
+int32_t DevBeginLink(HostDevice* device, const char16_t* target);
+int32_t DevEndLink(HostDevice* device);
+int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point* position,
+                const char16_t* text, int32_t count, const double* advances, double textHeight,
+                double obliqueAngle, double trackingFactor, double widthFactor);
+int32_t DevSetLayer(HostDevice* device, int64_t reserved, const char16_t* name);
+int32_t DevBitmap(HostDevice* device, const HostImageRecord* image);
+int32_t DevShxComment(HostDevice* device, const char16_t* text, const int32_t* rect, uint32_t flags);
+
+}  // namespace hdi
