@@ -1,0 +1,75 @@
+#include "tests/recording/recorded_device.h"
+
+#include <fmt/format.h>
+
+namespace hdi {
+namespace {
+
+std::string Pen(const PlotCommand& record) {
+  const auto pen = ReadSide<PenData>(record);
+  std::string text = fmt::format("PEN {} cap {} join {} {:06x} merge {}", pen.width, pen.cap, pen.join,
+                                 pen.color, pen.merge);
+  for (uint32_t i = 0; i < pen.dashCount; ++i) {
+    float dash = 0;
+    std::memcpy(&dash, record.data + sizeof pen + i * sizeof dash, sizeof dash);
+    text += fmt::format(" {}", dash);
+  }
+  return text;
+}
+
+std::string Describe(const PlotCommand& record) {
+  switch (record.OpcodeValue()) {
+    case OP_START_PAGE: {
+      const auto page = ReadSide<StartPageData>(record);
+      return fmt::format("PAGE {} {:.6g}x{:.6g} {:x} {:.6g},{:.6g}", page.pageNumber, page.width, page.height,
+                         page.background, page.marginLeft, page.marginBottom);
+    }
+    case OP_END_PAGE:
+      return "ENDPAGE";
+    case OP_FILL_STROKE_PATH:
+      return fmt::format("FILLSTROKE {}", ReadSide<FillData>(record).mode);
+    case OP_FILL_PATH:
+      return fmt::format("FILL {}", ReadSide<FillData>(record).mode);
+    case OP_SET_ALPHA:
+      return fmt::format("ALPHA {}", ReadSide<AlphaData>(record).alpha);
+    case OP_SET_PEN:
+      return Pen(record);
+    case OP_SET_BRUSH: {
+      const auto brush = ReadSide<BrushData>(record);
+      return fmt::format("BRUSH {:06x} merge {}", brush.color, brush.merge);
+    }
+    case OP_CLIP_PATH:
+      return "CLIP";
+    case OP_MOVE_TO:
+    case OP_LINE_TO: {
+      const auto point = ReadSide<PointData>(record);
+      return fmt::format("{} {},{}", record.OpcodeValue() == OP_MOVE_TO ? 'M' : 'L', point.x, point.y);
+    }
+    case OP_CURVE_TO: {
+      const auto c = ReadSide<CurveData>(record);
+      return fmt::format("C {},{} {},{} {},{}", c.x1, c.y1, c.x2, c.y2, c.x3, c.y3);
+    }
+    case OP_STROKE_PATH:
+      return "STROKE";
+    case OP_CLIP_RECT: {
+      const auto rect = ReadSide<ClipRectData>(record);
+      return fmt::format("CLIPRECT {} {} {} {}", rect.left, rect.bottom, rect.right, rect.top);
+    }
+    default:
+      return fmt::format("opcode {}", record.OpcodeValue());
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> RecordedDevice::TakeRecords() {
+  std::vector<std::string> texts;
+  if (taken_ == nullptr) taken_ = Job().head;
+  while (taken_->next != nullptr) {
+    taken_ = taken_->next;
+    texts.push_back(Describe(*taken_));
+  }
+  return texts;
+}
+
+}  // namespace hdi
