@@ -1,17 +1,24 @@
 // Compression of content streams in the zlib form that FlateDecode takes (ISO 32000-1:2008, 7.4.4).
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string_view>
 
 namespace hdi::engine {
 
-// The most bytes that Deflate needs for `size` bytes of input.
-[[nodiscard]] size_t DeflateBound(size_t size);
+// Compressed bytes in memory of their own, which was never cleared: a page's stream can be large.
+class Deflated {
+ public:
+  explicit Deflated(std::string_view bytes);
 
-// Compresses `bytes` into `out`, which has DeflateBound of room; the size of the result, 0 on failure.
-[[nodiscard]] size_t Deflate(std::string_view bytes, std::span<uint8_t> out);
+  // Empty when there was no memory for it.
+  [[nodiscard]] std::span<const uint8_t> Bytes() const { return {data_.get(), size_}; }
+
+ private:
+  std::unique_ptr<uint8_t[]> data_;
+  size_t size_ = 0;
+};
 
 }  // namespace hdi::engine

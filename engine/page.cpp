@@ -48,14 +48,15 @@ uint32_t AddStream(CPDF_Document& document, std::string_view bytes) {
 // A stream that is compressed already, which the engine then saves as it is. Large content streams spend most
 // of a plot's time here, so they do not go through the engine's compressor.
 uint32_t AddCompressedStream(CPDF_Document& document, std::string_view bytes) {
-  DataVector<uint8_t> compressed(DeflateBound(bytes.size()));
-  const size_t size = Deflate(bytes, compressed);
-  if (size == 0) return AddStream(document, bytes);
-  compressed.resize(size);
-  compressed.shrink_to_fit();
+  const Deflated deflated(bytes);
+  const auto compressed = deflated.Bytes();
+  if (compressed.empty()) return AddStream(document, bytes);
   auto dictionary = document.New<CPDF_Dictionary>();
   dictionary->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
-  return document.NewIndirect<CPDF_Stream>(std::move(compressed), std::move(dictionary))->GetObjNum();
+  return document
+      .NewIndirect<CPDF_Stream>(DataVector<uint8_t>(compressed.begin(), compressed.end()),
+                                std::move(dictionary))
+      ->GetObjNum();
 }
 
 // The page's contents as an array, which they become if they are a single stream; null for a page without
