@@ -13,9 +13,12 @@ inline constexpr char16_t kPathSeparator = u'\\';
 inline constexpr char16_t kPathSeparator = u'/';
 #endif
 
+// Whether a file, a directory or a disk lies at `path`. Terminals, pipes and other streams do not count:
+// output goes to them, and nothing has to make way for it.
 [[nodiscard]] bool FileExists(const std::u16string& path);
 
-// Whether the file is gone. A file that another process holds open without sharing stays (Windows).
+// Whether the file is gone. What is no file (a directory, a device) stays, and so does a file that another
+// process holds open without sharing (Windows).
 bool RemoveFile(const std::u16string& path);
 
 // The directory for temporary files, with or without a separator at its end; empty when there is none.
@@ -42,7 +45,7 @@ class OutputFile {
 
   // Writes the whole block at the file's end so far. A full disk (no space, quota, or the process's file size
   // limit) is silent: what fits is written and the rest of the block is lost. Any other failure throws
-  // std::system_error.
+  // std::system_error with the path.
   void Write(const void* data, size_t size);
 
  private:
@@ -52,6 +55,7 @@ class OutputFile {
 #else
   int descriptor_ = kClosed;
 #endif
+  std::u16string path_;  // for the error that Write throws
 };
 
 }  // namespace hdi

@@ -3,7 +3,8 @@
 // host/library/ keeps the contracts below, so that the driver builds and runs without the host.
 //
 // Wide strings that a function returns belong to the library and stay valid until the next call of the same
-// function. Functions that take an output parameter leave it untouched on failure. No function throws.
+// function. Functions that take an output parameter leave it untouched on failure. No function throws, but
+// for want of memory.
 #pragma once
 
 #include <cstddef>
@@ -112,13 +113,16 @@ HDI_HOST_API int32_t HT_ListCloseDriver(char16_t* buffer, int32_t capacity, cons
 HDI_HOST_API int32_t HT_DefaultDeviceCapabilities(uint16_t capability, char* output, const void* devMode,
                                                   const char16_t* file);
 
+// These change the paper list and save it to `file`. Other lines of the file stay as they are. A broken paper
+// file is not written to, so that it can still be mended: the result is 0.
+//
 // Adds `paper` under a new id (the first free one from 256 on), whatever its `id` says, and saves the file.
 // Returns the new id, or 0 when the file could not be written or the paper's size is not above zero.
 HDI_HOST_API int32_t HT_DefaultCreatePaper(const void* devMode, const hdi::PaperSize& paper,
                                            const char16_t* file);
 
 // Replaces the paper with the id of `paper` and saves the file. Returns that id, or 0 when there is no such
-// paper or the file could not be written.
+// paper, its size is not above zero or the file could not be written.
 HDI_HOST_API int32_t HT_DefaultModifyPaper(const void* devMode, const hdi::PaperSize& paper,
                                            const char16_t* file);
 

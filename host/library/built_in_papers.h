@@ -1,0 +1,12 @@
+// The papers that are there without any file.
+#pragma once
+
+#include <vector>
+
+#include "platform/host_library.h"
+
+namespace hdi {
+
+[[nodiscard]] std::vector<PaperSize> BuiltInPapers();
+
+}  // namespace hdi

@@ -1,0 +1,61 @@
+// Writing whole blocks to a descriptor.
+#include "platform/linux/write_fully.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+
+namespace hdi {
+namespace {
+
+// Holds SIGXFSZ back from this thread: the kernel sends it along with EFBIG, and its default is to end the
+// process, which is the host's and not ours to end.
+class FileSizeSignalBlock {
+ public:
+  FileSizeSignalBlock() {
+    sigset_t pending;
+    sigpending(&pending);
+    wasPending_ = sigismember(&pending, SIGXFSZ) == 1;
+    sigemptyset(&signal_);
+    sigaddset(&signal_, SIGXFSZ);
+    pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+  }
+  FileSizeSignalBlock(const FileSizeSignalBlock&) = delete;
+  FileSizeSignalBlock& operator=(const FileSizeSignalBlock&) = delete;
+  ~FileSizeSignalBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+  // Takes away a signal that came while it was held back.
+  void Discard() {
+    constexpr timespec kNoWait = {};
+    if (!wasPending_) sigtimedwait(&signal_, nullptr, &kNoWait);
+  }
+
+ private:
+  sigset_t signal_;
+  sigset_t before_;
+  bool wasPending_ = false;
+};
+
+}  // namespace
+
+int WriteFully(int descriptor, const void* data, size_t size) {
+  FileSizeSignalBlock block;
+  const char* next = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t written = write(descriptor, next, size);
+    if (written < 0) {
+      const int error = errno;
+      if (error == EINTR) continue;
+      if (error == EFBIG) block.Discard();
+      return error;
+    }
+    next += written;
+    size -= static_cast<size_t>(written);
+  }
+  return 0;
+}
+
+}  // namespace hdi

@@ -1,0 +1,175 @@
+// Settings files: what is read from which text, and what a write leaves alone.
+#include "platform/settings_file.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "platform/unicode.h"
+#include "tests/platform/scratch.h"
+
+namespace hdi {
+namespace {
+
+constexpr const char16_t* kFallback = u"fallback";
+
+std::string Utf16(const std::u16string& text) {
+  std::string bytes = "\xFF\xFE";
+  for (const char16_t unit : text)
+    bytes.append({static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)});
+  return bytes;
+}
+
+class SettingsFile : public testing::Test {
+ protected:
+  // The value of "Key" in "Dev" of a file with this content.
+  std::u16string Value(const std::string& content) {
+    folder.Write("s.ini", content);
+    return ReadSetting(u"Dev", u"Key", kFallback, iniFile);
+  }
+
+  scratch::Directory folder;
+  std::u16string iniFile = folder.Path16("s.ini");
+};
+
+TEST_F(SettingsFile, ReadsTheFormOfPrivateProfiles) {
+  const struct {
+    const char* content;
+    const char16_t* value;
+  } kCases[] = {
+      {"[Dev]\nKey=v\n", u"v"},
+      {"[Dev]\r\nKey=v\r\n", u"v"},
+      {"[Dev]\nKey=v\r", u"v"},
+      {"\xEF\xBB\xBF[Dev]\nKey=\xC3\xBC\xE5\xBB\xBA", u"ü建"},
+      {"[dEV]\nkEY=v", u"v"},
+      {" \t[ Dev ] tail\n \tKey \t= \tv w\t \n", u"v w"},
+      {"[Dev]\nKey=", u""},
+      {"[Dev]\nKey=  \n", u""},
+      {"[Dev]\nKey\n", kFallback},
+      {"[Dev]\nKeys=v\n", kFallback},
+      {"Key=v\n[Dev]\n", kFallback},
+      {"[Other]\nKey=v\n[Dev]\n", kFallback},
+      {"[Dev\nKey=v\n", kFallback},
+      {"", kFallback},
+      // Quotes: one pair that matches.
+      {"[Dev]\nKey=\" v \"", u" v "},
+      {"[Dev]\nKey=' v '", u" v "},
+      {"[Dev]\nKey=\"'v'\"", u"'v'"},
+      {"[Dev]\nKey=\"v'", u"\"v'"},
+      {"[Dev]\nKey=\"", u"\""},
+      {"[Dev]\nKey=\"\"", u""},
+      // What other dialects read in another way.
+      {"[Dev]\nKey=a ; b", u"a ; b"},
+      {"[Dev]\nKey=a:b=c", u"a:b=c"},
+      {"[Dev]\nKey:x=y\nKey=v", u"v"},
+      {"[Dev]\nKey=v\n  more\n", u"v"},
+      {"[Dev]\n#Key=w\n;Key=x\n  ; Key=y\nKey=v\n", u"v"},
+      // The first section and the first key of a name count.
+      {"[Dev]\nKey=1\nKey=2\n[Dev]\nKey=3\n", u"1"},
+      {"[Dev]\nOther=1\n[Dev]\nKey=3\n", kFallback},
+  };
+  for (const auto& row : kCases) EXPECT_EQ(Value(row.content), row.value) << row.content;
+  EXPECT_EQ(Value(Utf16(u"[Dev]\r\nKey= \"ü\U0001F600\" \r\n")), u"ü\U0001F600");
+  EXPECT_EQ(Value(Utf16(u"[DÄV]\n[Dev]\nKey=v") + "x"), u"v");  // half a unit at the end
+  EXPECT_EQ(ReadSetting(u"däv", u"Key", kFallback, iniFile), kFallback);
+  folder.Write("s.ini", "[D\xC3\x84V]\nSchl\xC3\x9CSSEL=v\n");
+  EXPECT_EQ(ReadSetting(u"däv", u"schlüssel", kFallback, iniFile), u"v");
+}
+
+TEST_F(SettingsFile, CutsValuesAtTheBuffersLength) {
+  EXPECT_EQ(Value("[Dev]\nKey=" + std::string(255, 'a')), std::u16string(255, u'a'));
+  EXPECT_EQ(Value("[Dev]\nKey=\"" + std::string(5000, 'a') + "\""), std::u16string(255, u'a'));
+  EXPECT_EQ(ReadSetting(u"Dev", u"No", std::u16string(300, u'b'), iniFile), std::u16string(255, u'b'));
+  EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, folder.Path16("none.ini")), kFallback);
+  EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, folder.Path16()), kFallback);
+}
+
+TEST_F(SettingsFile, WritingKeepsEveryOtherByte) {
+  const struct {
+    std::string before;
+    std::string after;
+  } kCases[] = {
+      {"[Dev]\r\nKey=1\r\n", "[Dev]\r\nKey=new\r\n"},
+      {"; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t= old\nz=\xFF\n\n; tail",
+       "; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t=new\nz=\xFF\n\n; tail"},
+      {"[Dev]\nKey=1", "[Dev]\nKey=new"},
+      {"[Dev]\na=1\n\n; of the next\n[b]\n", "[Dev]\na=1\nKey=new\n\n; of the next\n[b]\n"},
+      {"[Dev]\r\n[b]", "[Dev]\r\nKey=new\r\n[b]"},
+      {"[a]\r\nx=1", "[a]\r\nx=1\r\n[Dev]\r\nKey=new\r\n"},
+      {"", "[Dev]\nKey=new\n"},
+      {"\xEF\xBB\xBF[Dev]\n", "\xEF\xBB\xBF[Dev]\nKey=new\n"},
+      {Utf16(u"[ü]\r\nx=\xD800\r\n"), Utf16(u"[ü]\r\nx=\xD800\r\n[Dev]\r\nKey=new\r\n")},
+  };
+  for (const auto& row : kCases) {
+    folder.Write("s.ini", row.before);
+    EXPECT_TRUE(WriteSetting(u"Dev", u"Key", u"new", iniFile)) << row.before;
+    EXPECT_EQ(folder.Read("s.ini"), row.after);
+    EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, iniFile), u"new");
+  }
+}
+
+TEST_F(SettingsFile, WhatIsWrittenIsReadBackOrRefused) {
+  for (const char16_t* value : {u"", u" v ", u"\"v\"", u"'", u"''", u"a;b=c:[d]", u"ü建\U0001F600"}) {
+    EXPECT_TRUE(WriteSetting(u"Dev", u"Key", value, iniFile));
+    EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, iniFile), value);
+  }
+  const std::string before = folder.Read("s.ini");
+  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"a\nb", iniFile));
+  EXPECT_FALSE(WriteSetting(u"Dev", u"a=b", u"v", iniFile));
+  EXPECT_FALSE(WriteSetting(u"Dev", u";Key", u"v", iniFile));
+  EXPECT_FALSE(WriteSetting(u"Dev\n", u"Key", u"v", iniFile));
+  EXPECT_EQ(folder.Read("s.ini"), before);
+}
+
+TEST_F(SettingsFile, WritingReplacesTheFileInOneStepOrNotAtAll) {
+  EXPECT_TRUE(WriteSetting(u"Dev", u"Key", u"v", folder.Path16("new/deep/s.ini")));
+  EXPECT_EQ(folder.Read("new/deep/s.ini"), "[Dev]\nKey=v\n");
+
+  folder.Write("target.ini", "[Dev]\n");
+  chmod(folder.Path("target.ini").c_str(), 0640);
+  std::filesystem::create_symlink("target.ini", folder.Path("link.ini"));
+  EXPECT_TRUE(WriteSetting(u"Dev", u"Key", u"v", folder.Path16("link.ini")));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("link.ini")));
+  EXPECT_EQ(folder.Read("target.ini"), "[Dev]\nKey=v\n");
+  struct stat status = {};
+  stat(folder.Path("target.ini").c_str(), &status);
+  EXPECT_EQ(status.st_mode & 0777, 0640U);
+
+  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"v", folder.Path16("new/deep")));
+  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"v", u"/proc/none/s.ini"));
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
+    EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << entry.path();
+  }
+}
+
+TEST(SettingToInt, FollowsTheCRuntime) {
+  constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+  constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
+  const struct {
+    const char16_t* text;
+    int32_t number;
+  } kCases[] = {
+      {u"", 0},
+      {u"1", 1},
+      {u" \t\r\n\v\f12x", 12},
+      {u"-7", -7},
+      {u"+7", 7},
+      {u"- 7", 0},
+      {u"--7", 0},
+      {u"abc", 0},
+      {u"1.9", 1},
+      {u"007", 7},
+      {u"0x10", 0},
+      {u"2147483647", kMax},
+      {u"2147483648", kMax},
+      {u"-2147483648", kMin},
+      {u"-2147483649", kMin},
+      {u"99999999999999999999999", kMax},
+      {u"-99999999999999999999999", kMin},
+      {u"/home/2", 0},
+  };
+  for (const auto& row : kCases) EXPECT_EQ(SettingToInt(row.text), row.number) << ToUtf8(row.text);
+}
+
+}  // namespace
+}  // namespace hdi
