@@ -1,0 +1,114 @@
+"""Looks into a PDF through qpdf: pages, decoded streams, resources and the document's own entries."""
+
+from __future__ import annotations
+
+import base64
+import json
+import re
+import subprocess
+from pathlib import Path
+from typing import Any
+
+from plotted_job import PlottedPage
+
+REFERENCE = re.compile(r"^\d+ \d+ R$")
+DATE = re.compile(r"^u:D:\d{14}$")
+# qpdf reads a whole number in a page stream as a 64-bit integer and stops at one that is larger. A point far
+# off the sheet gives such a number by right.
+LARGE_NUMBER = re.compile(r"overflow/underflow converting -?\d+ to 64-bit integer\nqpdf: errors detected")
+PAGE_KEYS = {"/Type", "/Parent", "/MediaBox", "/Rotate", "/Resources", "/Contents"}
+CATALOG_KEYS = {"/Type", "/Pages"}
+PRODUCER = "pdf-ov.hdi"
+
+
+class PdfError(Exception):
+    """What is wrong with a PDF."""
+
+
+def run_qpdf(*arguments: str) -> str:
+    """Runs qpdf and gives its output; a warning counts as an error."""
+    result = subprocess.run(["qpdf", *arguments], capture_output=True, text=True, check=False)
+    if result.returncode != 0:
+        complaint = result.stdout + result.stderr
+        if not LARGE_NUMBER.search(complaint):
+            raise PdfError(f"qpdf {' '.join(arguments)}: {complaint}")
+    return result.stdout
+
+
+class Pdf:
+    """One PDF file, read whole."""
+
+    def __init__(self, path: Path) -> None:
+        run_qpdf("--check", str(path))
+        text = run_qpdf("--json=2", "--json-stream-data=inline", "--decode-level=generalized", str(path))
+        document = json.loads(text)
+        self._objects: dict[str, Any] = document["qpdf"][1]
+        self._page_keys: list[str] = [page["object"] for page in document["pages"]]
+        self._trailer: dict[str, Any] = self._objects["trailer"]["value"]
+
+    def pages(self) -> list[PlottedPage]:
+        """The pages, each held to what every page has."""
+        return [self._page(self._value(key)) for key in self._page_keys]
+
+    def check_document(self, creator: str) -> None:
+        """Holds the information dictionary and the catalog to what every plot has."""
+        info = self._value(self._trailer["/Info"])
+        if set(info) != {"/Producer", "/Creator", "/CreationDate"}:
+            raise PdfError(f"information entries {sorted(info)}")
+        if info["/Producer"] != f"u:{PRODUCER}" or info["/Creator"] != f"u:{creator}":
+            raise PdfError(f"made by {info['/Producer']} and {info['/Creator']}")
+        if not DATE.match(info["/CreationDate"]):
+            raise PdfError(f"creation date {info['/CreationDate']}")
+        unexpected = set(self._value(self._trailer["/Root"])) - CATALOG_KEYS
+        if unexpected:
+            raise PdfError(f"catalog entries {sorted(unexpected)}")
+
+    def _page(self, page: dict[str, Any]) -> PlottedPage:
+        if not set(page) <= PAGE_KEYS:
+            raise PdfError(f"page entries {sorted(set(page) - PAGE_KEYS)}")
+        if page["/Rotate"] != 0:
+            raise PdfError(f"page turned by {page['/Rotate']}")
+        resources = self._value(page["/Resources"])
+        if not set(resources) <= {"/ExtGState"}:
+            raise PdfError(f"resources {sorted(resources)}")
+        box = [float(value) for value in self._value(page["/MediaBox"])]
+        return PlottedPage(
+            media_box=(box[0], box[1], box[2], box[3]),
+            graphic_states=self._graphic_states(resources),
+            streams=self._streams(page),
+        )
+
+    def _graphic_states(self, resources: dict[str, Any]) -> dict[str, dict[str, float | str]]:
+        states = {}
+        for name, state in self._value(resources.get("/ExtGState", {})).items():
+            entries = self._value(state)
+            if not REFERENCE.match(str(state)):
+                raise PdfError(f"the graphic state {name} is no indirect object")
+            states[name[1:]] = {
+                key[1:]: value[1:] if isinstance(value, str) else float(value)
+                for key, value in entries.items()
+            }
+        return states
+
+    def _streams(self, page: dict[str, Any]) -> list[str]:
+        if "/Contents" not in page:
+            return []
+        contents = page["/Contents"]
+        target = self._object(contents) if isinstance(contents, str) else {"value": contents}
+        pieces = target["value"] if "value" in target else [contents]
+        return [self._stream_text(piece) for piece in pieces]
+
+    def _stream_text(self, reference: str) -> str:
+        stream = self._object(reference)["stream"]
+        if "/Filter" in stream["dict"]:
+            raise PdfError(f"the stream {reference} is not of a plain filter")
+        return base64.b64decode(stream["data"]).decode("latin-1")
+
+    def _object(self, reference: str) -> dict[str, Any]:
+        return self._objects[f"obj:{reference}"]
+
+    def _value(self, value: Any) -> Any:
+        """A value with a reference followed."""
+        if isinstance(value, str) and REFERENCE.match(value):
+            return self._object(value)["value"]
+        return value

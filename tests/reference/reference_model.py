@@ -1,0 +1,47 @@
+"""The reference: what a plot trace must give, computed from the calls alone.
+
+As a command it prints the job in the text form of the golden files:  reference_model.py TRACE...
+A new golden file is made this way, read line by line against what the trace is to show, and only then kept.
+"""
+
+from __future__ import annotations
+
+import sys
+from pathlib import Path
+
+from page_writer_model import PageWriter
+from plotted_job import PlottedJob, job_text, result_line
+from recording_model import Recorder
+from settings_record import SettingsRecord, custom_paper
+from trace_file import Trace, read_trace
+
+
+def plot_trace(trace: Trace) -> PlottedJob:
+    """Plays a trace through the reference; arcs are not among what it follows."""
+    settings = SettingsRecord()
+    for name, value in trace.job.get("devMode", {}).items():
+        settings[name] = value
+    if "customPaper" in trace.job:
+        settings.custom = custom_paper(trace.job["customPaper"])
+    writer = PageWriter(settings.dots_per_inch)
+    settings.normalize()
+    recorder = Recorder(settings)
+    job = PlottedJob()
+    for call in trace.calls:
+        job.results.append(result_line(call.line, call.name, recorder.play(call)))
+    # A pen's width reaches the writer while it is recorded: the last one counts until the first is replayed.
+    writer.line_width = recorder.last_pen_width
+    writer.replay(recorder.commands, settings)
+    job.pages = writer.pages
+    return job
+
+
+def main() -> int:
+    """Prints the text form of each trace on the command line."""
+    for name in sys.argv[1:]:
+        sys.stdout.write(job_text(plot_trace(read_trace(Path(name)))))
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,143 @@
+"""Tests of the reference itself, against values that were worked out by hand."""
+
+from __future__ import annotations
+
+import math
+import unittest
+from typing import Any
+
+from number_forms import f32, round_away, write_plain, write_real
+from plotted_job import PlottedPage, differences, job_text
+from recording_model import Recorder
+from reference_model import plot_trace
+from settings_record import SettingsRecord
+from trace_file import Call, parse_trace, write_trace
+from trace_generator import TraceGenerator
+
+A, B, C = [10, 10], [20, 10], [20, 30]
+
+
+def commands(*calls: tuple[str, dict[str, Any]]) -> list[str]:
+    """The commands that some calls record after a page start, as text with Y down."""
+    settings = SettingsRecord()
+    settings["dmPrintQuality"] = 254
+    recorder = Recorder(settings)
+    recorder.play(Call(0, "DevStartPage", {}))
+    for name, arguments in calls:
+        recorder.play(Call(0, name, arguments))
+    texts = []
+    for name, *operands in recorder.commands[1:]:
+        if name in ("move", "line"):
+            texts.append(f"{name} {operands[0]:g} {2630 - operands[1]:g}")
+        else:
+            texts.append(name)
+    return texts
+
+
+def plot(*lines: dict[str, Any]) -> list[PlottedPage]:
+    """The pages of a trace."""
+    return plot_trace(parse_trace(write_trace(list(lines)))).pages
+
+
+class NumberForms(unittest.TestCase):
+    def test_rounding(self) -> None:
+        values = [0.5, -0.5, 1.5, 2.5, 0.49999999999999994, -0.2, 1e300]
+        self.assertEqual([round_away(value) for value in values], [1, -1, 2, 3, 0, 0, 1e300])
+        self.assertEqual(f32(1e39), math.inf)
+
+    def test_reals(self) -> None:
+        cases = {
+            (-0.5, 5): "-.5",
+            (1000.0, 5): "1000",
+            (0.000004, 5): "0",
+            (0.24, 5): ".24",
+            (0.024, 5): ".024",
+            (123456.789, 5): "123456.789",
+            (1234567.0, 5): "1234567",
+            (16777217.0, -1): "16777216",
+            (math.inf, 5): "34028235" + "0" * 31,
+            (-math.inf, 5): "-34028235" + "0" * 31,
+            (math.nan, 5): "0",
+            (595.2755905511812, -1): "595.27557",
+            (0.00001, 5): ".00001",
+        }
+        for (value, precision), text in cases.items():
+            self.assertEqual(write_real(f32(value), precision), text, value)
+
+    def test_six_digits(self) -> None:
+        values = [128 / 255, 1.0, 0.0, 15 / f32(0.12), 1e6, 0.00001]
+        texts = ["0.501961", "1", "0", "125", "1e+06", "1e-05"]
+        self.assertEqual([write_plain(f32(value)) for value in values], texts)
+
+
+class Settings(unittest.TestCase):
+    def test_capabilities_of_the_default_record(self) -> None:
+        expected = {4: 200, 6: 263, 8: 4724, 10: 6212, 88: 600, 90: 600}
+        expected |= {110: 4960, 111: 7015, 112: 118, 113: 401}
+        expected |= {2: 511, 14: 3, 178: 2, 189: 0, 191: 1, 192: 0, -1: 0}
+        record = SettingsRecord()
+        self.assertEqual({index: record.capability(index) for index in expected}, expected)
+
+    def test_quality_codes_count_as_300(self) -> None:
+        for quality in (0, -3):
+            record = SettingsRecord()
+            record["dmPrintQuality"] = quality
+            self.assertEqual(record.capability(8), 2362)
+
+    def test_printable_height(self) -> None:
+        self.assertAlmostEqual(SettingsRecord().printable_height(), 6212.59842519685, places=10)
+
+
+class Recording(unittest.TestCase):
+    def test_lines_join_at_either_end(self) -> None:
+        joined = ["move 10 10", "line 20 10", "line 20 30", "stroke"]
+        for second in ([B, C], [C, B]):
+            lines = (("DevPolyline", {"points": points}) for points in ([A, B], second))
+            self.assertEqual(commands(*lines, ("DevBeginPath", {})), joined)
+
+    def test_a_lone_point_becomes_a_line_of_no_length(self) -> None:
+        lines = (("DevPolyline", {"points": points}) for points in ([A], [B, C]))
+        self.assertEqual(
+            commands(*lines, ("DevEndPage", {})),
+            ["move 10 10", "line 10 10", "move 20 10", "line 20 30", "stroke", "end page"],
+        )
+
+    def test_a_flushed_lone_point_leaves_a_line_to_nowhere(self) -> None:
+        first, second = (("DevPolyline", {"points": points}) for points in ([A], [B, C]))
+        recorded = commands(first, ("DevBeginPath", {}), second)
+        self.assertEqual(recorded[:3], ["move 10 10", "line 10 10", "stroke"])
+        self.assertEqual(recorded[3:], ["line inf -inf", "move 20 10", "line 20 30"])
+
+    def test_fills(self) -> None:
+        no_fills = ("DevSetFillMode", {"mode": 0})
+        fill = ("DevFillPath", {})
+        recorded = commands(("DevPolygon", {"points": [A, B, C]}), fill, no_fills, fill)
+        self.assertEqual(recorded, ["move 10 10", "line 20 10", "line 20 30", "fill"])
+
+
+class Pages(unittest.TestCase):
+    def test_a_red_line(self) -> None:
+        settings = {"marginLeft": 127, "marginTop": 0, "marginBottom": 127}
+        pages = plot(
+            {"job": {"devMode": {"dmPrintQuality": 300}}},
+            {"call": "DevStartPage"},
+            {"call": "DevStartPage", "devMode": settings},
+            {"call": "DevSetPen", "style": 0x12200, "width": 2, "color": [255, 0, 0]},
+            {"call": "DevPolyline", "points": [[100, 3158], [300, 2958]]},
+            {"call": "DevEndPage"},
+        )
+        head = "q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/FXE1 gs "
+        content = head + "1 1 1 rg 1 0 0 RG 2 w 100 200 m 300 400 l S\nQ\n"
+        self.assertEqual(pages[1].streams, ["q .24 0 0 .24 36 36 cm ", content, " Q"])
+        self.assertEqual(pages[0].streams, [])
+
+    def test_the_text_form_names_the_first_operation_that_differs(self) -> None:
+        trace = parse_trace(write_trace(TraceGenerator(3).lines()))
+        text = job_text(plot_trace(trace))
+        self.assertEqual(differences(text, text), [])
+        message = differences(text, text.replace(" l ", " m ", 1))[0]
+        self.assertRegex(message, r"^page 1: stream \d: operation \d+: expected '.* l', found '.* m'")
+
+
+if __name__ == "__main__":
+    unittest.main()
