@@ -34,6 +34,11 @@ struct Decimal {
   int shift;
 };
 
+// The form's rounding: one half is added and the fraction cut off.
+int32_t RoundHalfUp(double x) {
+  return static_cast<int32_t>(x + 0.5);  // NOLINT(bugprone-incorrect-roundings)
+}
+
 Decimal ToDecimal(double x, int precision) {
   constexpr double kLog10Of2 = 0.3010299956639812;
   int binaryExponent = 0;
@@ -42,9 +47,9 @@ Decimal ToDecimal(double x, int precision) {
   int shift = magnitude - 8;
   if (precision >= 0) shift = std::max(shift, -precision);
   const double power = PowerOfTen(-shift);
-  auto digits = static_cast<int32_t>(x * power + 0.5);
+  int32_t digits = RoundHalfUp(x * power);
   if (digits > kMostSignificant) {
-    digits = static_cast<int32_t>(x * power * 0.1 + 0.5);
+    digits = RoundHalfUp(x * power * 0.1);
     shift = magnitude - 7;
   }
   while (digits % 10 == 0) {

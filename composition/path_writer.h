@@ -8,7 +8,7 @@ namespace hdi {
 
 // Writes the points of a path, without a blank before the first or behind the last operator: a rectangle as
 // "re", anything else point by point.
-void WritePathPoints(const PathPoints& points, ByteBuffer& out);
+void WritePathPoints(const PathPoints& points, ByteBuffer& buffer);
 
 // Writes the six numbers with a blank between two; `out` has room for six numbers. Returns the end.
 char* WriteMatrix(char* out, const Matrix& matrix);

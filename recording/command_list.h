@@ -40,7 +40,7 @@ namespace hdi {
   X(OP_SHX_COMMENT, 34)
 
 enum Opcode : uint8_t {
-#define HDI_OPCODE_ENUMERATOR(name, number) name = number,
+#define HDI_OPCODE_ENUMERATOR(name, number) name = (number),
   HDI_FOR_EACH_OPCODE(HDI_OPCODE_ENUMERATOR)
 #undef HDI_OPCODE_ENUMERATOR
 };
