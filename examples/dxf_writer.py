@@ -1,0 +1,336 @@
+"""A small writer of ASCII DXF files: what the example drawings need and no more.
+
+Lengths are drawing units (millimetres here), angles are degrees and run counter-clockwise. A vertex of a
+polyline is (x, y), (x, y, bulge) or (x, y, bulge, start width, end width). The same calls give the same
+bytes.
+"""
+
+from __future__ import annotations
+
+import math
+
+BY_BLOCK = 0  # as a colour
+BY_BLOCK_WEIGHT = -2
+
+
+def real(value: float) -> str:
+    """A number to a hundredth of a micrometre, without trailing zeros."""
+    text = f"{value:.5f}".rstrip("0")
+    text = text + "0" if text.endswith(".") else text
+    return "0.0" if text == "-0.0" else text
+
+
+def point(code: int, p, z: float = 0.0) -> list:
+    return [(code, float(p[0])), (code + 10, float(p[1])), (code + 20, z)]
+
+
+def flat_point(code: int, p) -> list:
+    return [(code, float(p[0])), (code + 10, float(p[1]))]
+
+
+class Entities:
+    """A list of entities: the model space or the content of a block. Each method adds one entity.
+
+    Keywords that every method takes: `layer` (default: what `self.layer` says), `color` (index), `rgb`
+    (0xRRGGBB), `ltype`, `lts` (line type scale) and `lw` (line weight in hundredths of a millimetre).
+    """
+
+    def __init__(self, layer: str = "0"):
+        self.layer = layer
+        self.items = []
+
+    def add(self, kind: str, groups: list, layer=None, color=None, rgb=None, ltype=None, lts=None, lw=None):
+        common = [(8, layer or self.layer)]
+        for code, value in ((6, ltype), (62, color), (48, lts), (370, lw), (420, rgb)):
+            if value is not None:
+                common.append((code, value))
+        self.items.append((kind, common, groups))
+
+    def line(self, a, b, **style):
+        self.add("LINE", [(100, "AcDbLine")] + point(10, a) + point(11, b), **style)
+
+    def point(self, p, **style):
+        self.add("POINT", [(100, "AcDbPoint")] + point(10, p), **style)
+
+    def circle(self, center, radius, **style):
+        self.add("CIRCLE", [(100, "AcDbCircle")] + point(10, center) + [(40, float(radius))], **style)
+
+    def arc(self, center, radius, start, end, **style):
+        groups = [(100, "AcDbCircle")] + point(10, center) + [(40, float(radius)), (100, "AcDbArc")]
+        self.add("ARC", groups + [(50, start % 360.0), (51, end % 360.0)], **style)
+
+    def ellipse(self, center, major, ratio, start=0.0, end=360.0, **style):
+        groups = [(100, "AcDbEllipse")] + point(10, center) + point(11, major)
+        groups += point(210, (0, 0), 1.0)
+        groups += [(40, float(ratio)), (41, math.radians(start)), (42, math.radians(end))]
+        self.add("ELLIPSE", groups, **style)
+
+    def polyline(self, vertices, closed=False, width=0.0, **style):
+        groups = [(100, "AcDbPolyline"), (90, len(vertices)), (70, 1 if closed else 0)]
+        if width:
+            groups.append((43, float(width)))
+        for vertex in vertices:
+            groups += flat_point(10, vertex)
+            if len(vertex) == 5:
+                groups += [(40, float(vertex[3])), (41, float(vertex[4]))]
+            if len(vertex) > 2 and vertex[2]:
+                groups.append((42, float(vertex[2])))
+        self.add("LWPOLYLINE", groups, **style)
+
+    def solid(self, corners, **style):
+        """Three or four corners in order around the area."""
+        a, b, c = corners[:3]
+        d = corners[3] if len(corners) == 4 else c
+        third, fourth = (d, c) if len(corners) == 4 else (c, c)  # the file has them in a Z
+        groups = point(10, a) + point(11, b) + point(12, third) + point(13, fourth)
+        self.add("SOLID", [(100, "AcDbTrace")] + groups, **style)
+
+    def spline(self, controls, closed=False, **style):
+        """A cubic B-spline; open ones start and end in their first and last control point."""
+        controls, knots = cubic_knots(controls, closed)
+        groups = [(100, "AcDbSpline")] + point(210, (0, 0), 1.0)
+        groups += [(70, 11 if closed else 8), (71, 3), (72, len(knots)), (73, len(controls)), (74, 0)]
+        groups += [(42, 1e-5), (43, 1e-5)] + [(40, knot) for knot in knots]
+        for p in controls:
+            groups += point(10, p)
+        self.add("SPLINE", groups, **style)
+
+    def hatch(self, loops, pattern=None, **style):
+        """Fills between `loops`, the first the outermost. `pattern` is None for a solid fill, or
+        (name, [(angle, base, offset, dashes), ...])."""
+        name, families = pattern or ("SOLID", [])
+        groups = [(100, "AcDbHatch")] + point(10, (0, 0)) + point(210, (0, 0), 1.0)
+        groups += [(2, name), (70, 0 if families else 1), (71, 0), (91, len(loops))]
+        for i, loop in enumerate(loops):
+            groups += (
+                loop.groups(outermost=i == 0) if isinstance(loop, SplineLoop) else polyline_loop(loop, i == 0)
+            )
+        groups += [(75, 0), (76, 1 if name in ("SOLID", "ANSI31") else 2)]
+        if families:
+            groups += [(52, 0.0), (41, 1.0), (77, 0), (78, len(families))]
+        for angle, base, offset, dashes in families:
+            groups += [(53, float(angle)), (43, float(base[0])), (44, float(base[1]))]
+            groups += [(45, float(offset[0])), (46, float(offset[1])), (79, len(dashes))]
+            groups += [(49, float(dash)) for dash in dashes]
+        self.add("HATCH", groups + [(98, 0)], **style)
+
+    def insert(
+        self, block, at, scale=(1.0, 1.0), rotation=0.0, columns=1, rows=1, spacing=(0.0, 0.0), **style
+    ):
+        array = columns > 1 or rows > 1
+        groups = [(100, "AcDbMInsertBlock" if array else "AcDbBlockReference"), (2, block)] + point(10, at)
+        groups += [(41, float(scale[0])), (42, float(scale[1])), (43, 1.0), (50, float(rotation))]
+        if array:
+            groups += [(70, columns), (71, rows), (44, float(spacing[0])), (45, float(spacing[1]))]
+        self.add("INSERT", groups, **style)
+
+    def dimension(self, block, kind, definition, text_at, measured, groups, **style):
+        """`kind` is group 70's type without flags; `groups` is the subclass's part."""
+        head = [(100, "AcDbDimension"), (2, block)] + point(10, definition) + point(11, text_at)
+        head += [(70, kind | 32), (71, 5), (42, float(measured)), (3, "STANDARD")]
+        self.add("DIMENSION", head + groups, **style)
+
+
+class SplineLoop:
+    """A hatch boundary of one closed cubic B-spline."""
+
+    def __init__(self, controls):
+        self.controls, self.knots = cubic_knots(controls, closed=True)
+
+    def groups(self, outermost):
+        groups = [(92, 1 if outermost else 16), (93, 1), (72, 4), (94, 3), (73, 0), (74, 1)]
+        groups += [(95, len(self.knots)), (96, len(self.controls))] + [(40, knot) for knot in self.knots]
+        for p in self.controls:
+            groups += flat_point(10, p)
+        return groups + [(97, 0)]
+
+
+def polyline_loop(vertices, outermost):
+    has_bulge = any(len(vertex) > 2 and vertex[2] for vertex in vertices)
+    groups = [(92, 3 if outermost else 18), (72, int(has_bulge)), (73, 1), (93, len(vertices))]
+    for vertex in vertices:
+        groups += flat_point(10, vertex)
+        if has_bulge:
+            groups.append((42, float(vertex[2]) if len(vertex) > 2 else 0.0))
+    return groups + [(97, 0)]
+
+
+def cubic_knots(controls, closed):
+    controls = list(controls)
+    if closed:
+        controls += controls[:3]
+        return controls, [float(i) for i in range(len(controls) + 4)]
+    inner = len(controls) - 4
+    return controls, [0.0] * 4 + [float(i + 1) for i in range(inner)] + [float(inner + 1)] * 4
+
+
+class Drawing:
+    """Tables, blocks and model space. `version` AC1018 is needed for true colours."""
+
+    def __init__(self, size, version="AC1015", line_type_scale=1.0, point_mode=0, point_size=0.0):
+        self.size = size
+        self.version = version
+        self.header = {
+            "$LTSCALE": (40, line_type_scale),
+            "$PDMODE": (70, point_mode),
+            "$PDSIZE": (40, point_size),
+        }
+        self.line_types = [("ByBlock", "", []), ("ByLayer", "", []), ("Continuous", "Solid line", [])]
+        self.layers = []
+        self.blocks = {}
+        self.model = Entities()
+        self.layer("0", 7)
+        self.last_handle = 0
+
+    def line_type(self, name, description, dashes):
+        self.line_types.append((name, description, dashes))
+
+    def layer(self, name, color, ltype="Continuous", lw=25, rgb=None, frozen=False, off=False, plots=True):
+        self.layers.append((name, color, ltype, lw, rgb, frozen, off, plots))
+
+    def block(self, name, layer="0"):
+        self.blocks[name] = Entities(layer)
+        return self.blocks[name]
+
+    def anonymous_block(self, layer="0"):
+        name = f"*D{sum(block.startswith('*D') for block in self.blocks) + 1}"
+        return name, self.block(name, layer)
+
+    def save(self, path):
+        self.last_handle = 0x20
+        self.records = {name: self.handle() for name in ["*Model_Space", "*Paper_Space", *self.blocks]}
+        body = self.tables() + self.block_section() + self.entity_section() + self.objects()
+        groups = self.header_section() + body + [(0, "EOF")]
+        lines = []
+        for code, value in groups:
+            lines.append(f"{code:>3}\n{real(value) if isinstance(value, float) else value}\n")
+        with open(path, "w", encoding="ascii", newline="\n") as file:
+            file.write("".join(lines))
+
+    def handle(self):
+        self.last_handle += 1
+        return f"{self.last_handle:X}"
+
+    def header_section(self):
+        width, height = self.size
+        variables = {
+            "$ACADVER": [(1, self.version)],
+            "$DWGCODEPAGE": [(3, "ANSI_1252")],
+            "$INSBASE": point(10, (0, 0)),
+            "$EXTMIN": point(10, (0, 0)),
+            "$EXTMAX": point(10, (width, height)),
+            "$LIMMIN": flat_point(10, (0, 0)),
+            "$LIMMAX": flat_point(10, (width, height)),
+            "$INSUNITS": [(70, 4)],
+            "$MEASUREMENT": [(70, 1)],
+            "$LWDISPLAY": [(290, 1)],
+            "$HANDSEED": [(5, f"{self.last_handle + 1:X}")],
+        }
+        variables.update({name: [group] for name, group in self.header.items()})
+        groups = [(0, "SECTION"), (2, "HEADER")]
+        for name, value in variables.items():
+            groups += [(9, name)] + value
+        return groups + [(0, "ENDSEC")]
+
+    def table(self, name, entries):
+        """`entries` are (type, subclass, groups)."""
+        owner = self.handle()
+        groups = [
+            (0, "TABLE"),
+            (2, name),
+            (5, owner),
+            (330, "0"),
+            (100, "AcDbSymbolTable"),
+            (70, len(entries)),
+        ]
+        if name == "DIMSTYLE":
+            groups.append((100, "AcDbDimStyleTable"))
+        for subclass, handle, content in entries:
+            code = 105 if name == "DIMSTYLE" else 5
+            groups += [(0, name), (code, handle or self.handle()), (330, owner)]
+            groups += [(100, "AcDbSymbolTableRecord"), (100, subclass)] + content
+        return groups + [(0, "ENDTAB")]
+
+    def tables(self):
+        width, height = self.size
+        viewport = [(2, "*Active"), (70, 0)] + flat_point(10, (0, 0)) + flat_point(11, (1, 1))
+        viewport += (
+            flat_point(12, (width / 2, height / 2)) + flat_point(13, (0, 0)) + flat_point(14, (10, 10))
+        )
+        viewport += flat_point(15, (10, 10)) + point(16, (0, 0), 1.0) + point(17, (0, 0))
+        viewport += [(40, height * 1.05), (41, 1.6), (42, 50.0), (43, 0.0), (44, 0.0), (50, 0.0), (51, 0.0)]
+        viewport += [(71, 0), (72, 1000), (73, 1), (74, 3), (75, 0), (76, 0), (77, 0), (78, 0)]
+        style = [
+            (2, "Standard"),
+            (70, 0),
+            (40, 0.0),
+            (41, 1.0),
+            (50, 0.0),
+            (71, 0),
+            (42, 2.5),
+            (3, "txt"),
+            (4, ""),
+        ]
+        records = [("AcDbBlockTableRecord", handle, [(2, name)]) for name, handle in self.records.items()]
+        groups = [(0, "SECTION"), (2, "TABLES")]
+        groups += self.table("VPORT", [("AcDbViewportTableRecord", None, viewport)])
+        groups += self.table(
+            "LTYPE", [("AcDbLinetypeTableRecord", None, line_type(*t)) for t in self.line_types]
+        )
+        groups += self.table(
+            "LAYER", [("AcDbLayerTableRecord", None, layer(*entry)) for entry in self.layers]
+        )
+        groups += self.table("STYLE", [("AcDbTextStyleTableRecord", None, style)])
+        groups += self.table("VIEW", []) + self.table("UCS", [])
+        groups += self.table("APPID", [("AcDbRegAppTableRecord", None, [(2, "ACAD"), (70, 0)])])
+        groups += self.table("DIMSTYLE", [("AcDbDimStyleTableRecord", None, [(2, "STANDARD"), (70, 0)])])
+        return groups + self.table("BLOCK_RECORD", records) + [(0, "ENDSEC")]
+
+    def entity_groups(self, entities, owner):
+        groups = []
+        for kind, common, own in entities.items:
+            groups += [(0, kind), (5, self.handle()), (330, owner), (100, "AcDbEntity")] + common + own
+        return groups
+
+    def block_section(self):
+        groups = [(0, "SECTION"), (2, "BLOCKS")]
+        for name, owner in self.records.items():
+            content = self.blocks.get(name, Entities())
+            head = [(0, "BLOCK"), (5, self.handle()), (330, owner), (100, "AcDbEntity"), (8, "0")]
+            head += [(100, "AcDbBlockBegin"), (2, name), (70, 1 if name.startswith("*D") else 0)]
+            groups += head + point(10, (0, 0)) + [(3, name), (1, "")] + self.entity_groups(content, owner)
+            groups += [(0, "ENDBLK"), (5, self.handle()), (330, owner), (100, "AcDbEntity"), (8, "0")]
+            groups.append((100, "AcDbBlockEnd"))
+        return groups + [(0, "ENDSEC")]
+
+    def entity_section(self):
+        entities = self.entity_groups(self.model, self.records["*Model_Space"])
+        return [(0, "SECTION"), (2, "ENTITIES")] + entities + [(0, "ENDSEC")]
+
+    def objects(self):
+        root, group = self.handle(), self.handle()
+        groups = [
+            (0, "SECTION"),
+            (2, "OBJECTS"),
+            (0, "DICTIONARY"),
+            (5, root),
+            (330, "0"),
+            (100, "AcDbDictionary"),
+        ]
+        groups += [(281, 1), (3, "ACAD_GROUP"), (350, group), (0, "DICTIONARY"), (5, group), (330, root)]
+        return groups + [(100, "AcDbDictionary"), (281, 1), (0, "ENDSEC")]
+
+
+def line_type(name, description, dashes):
+    length = float(sum(abs(dash) for dash in dashes))
+    groups = [(2, name), (70, 0), (3, description), (72, 65), (73, len(dashes)), (40, length)]
+    for dash in dashes:
+        groups += [(49, float(dash)), (74, 0)]
+    return groups
+
+
+def layer(name, color, ltype, lw, rgb, frozen, off, plots):
+    groups = [(2, name), (70, 1 if frozen else 0), (62, -color if off else color)]
+    if rgb is not None:
+        groups.append((420, rgb))
+    return groups + [(6, ltype), (290, int(plots)), (370, lw)]
