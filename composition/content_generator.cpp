@@ -1,3 +1,4 @@
+// One function for each step of an object: clip, marks, state, transparency, geometry.
 #include "composition/content_generator.h"
 
 #include "composition/number_writer.h"

@@ -91,7 +91,7 @@ class ContentGenerator {
   ResourceNames& names_;
   ByteBuffer out_;
   ContentState state_;
-  uint32_t layer_ = 0;  // the open mark's group
+  uint32_t layer_ = 0;  // the group of the open mark, 0 when none is open
   std::map<TransparencyKey, std::string> extGStates_;
 };
 

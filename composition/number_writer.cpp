@@ -1,7 +1,10 @@
+// Both roads of a number: digits of a whole one straight from its integer, those of any other from a decimal
+// of at most nine digits.
 #include "composition/number_writer.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -39,11 +42,14 @@ int32_t RoundHalfUp(double x) {
   return static_cast<int32_t>(x + 0.5);  // NOLINT(bugprone-incorrect-roundings)
 }
 
+// The power of two above `x`, as frexp gives it. Every f32 but 0 is a normal number once it is widened.
+int BinaryExponent(double x) { return static_cast<int>(std::bit_cast<uint64_t>(x) >> 52 & 0x7FF) - 1022; }
+
+// The floor of `exponent` times log10(2): 78913 / 2^18 is close enough for every exponent of an f32.
+int DecimalExponent(int exponent) { return (exponent * 78913) >> 18; }
+
 Decimal ToDecimal(double x, int precision) {
-  constexpr double kLog10Of2 = 0.3010299956639812;
-  int binaryExponent = 0;
-  std::frexp(x, &binaryExponent);
-  const int magnitude = static_cast<int>(std::floor(binaryExponent * kLog10Of2));
+  const int magnitude = DecimalExponent(BinaryExponent(x));
   int shift = magnitude - 8;
   if (precision >= 0) shift = std::max(shift, -precision);
   const double power = PowerOfTen(-shift);
@@ -133,8 +139,7 @@ char* WriteWhole(char* out, float value) {
   return WriteDigits(out, static_cast<uint32_t>(whole));
 }
 
-char* WriteReal(char* out, float value, int precision) {
-  if (IsSmallWhole(value)) return WriteWhole(out, value);
+char* WriteFraction(char* out, float value, int precision) {
   if (std::isnan(value) || RoundsToZero(value, precision)) {
     *out = '0';
     return out + 1;

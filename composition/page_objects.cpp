@@ -1,3 +1,4 @@
+// What makes two clips the same.
 #include "composition/page_objects.h"
 
 #include <algorithm>

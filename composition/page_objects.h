@@ -3,10 +3,8 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace hdi {
@@ -64,7 +62,7 @@ struct PathObject {
   ObjectAttributes attributes;
   PathPoints points;
   std::vector<float> dashArray;  // empty: solid
-  float dashPhase = 0.0F;
+  float dashPhase = 0.0F;        // pens have none; a stream says it with every array
   FillType fill = FillType::kNone;
   bool stroke = false;
 };

@@ -1,3 +1,4 @@
+// From the generator's requests to the engine's dictionaries.
 #include "composition/page_resources.h"
 
 namespace hdi {

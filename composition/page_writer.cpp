@@ -2,7 +2,6 @@
 #include "composition/page_writer.h"
 
 #include <array>
-#include <exception>
 #include <utility>
 
 #include "composition/number_writer.h"
@@ -16,7 +15,8 @@ namespace {
 
 std::u16string MakePortDirectory() {
   std::u16string directory = TemporaryDirectory();
-  if (directory.empty() || directory.back() != kPathSeparator) directory += kPathSeparator;
+  if (directory.empty()) return directory;
+  if (directory.back() != kPathSeparator) directory += kPathSeparator;
   directory += u"ORVANE-PORT";
   directory += kPathSeparator;
   MakeDirectory(directory);
@@ -31,9 +31,10 @@ std::string ScaleWrapper(float scale, float originX, float originY) {
 
 }  // namespace
 
-PageWriter::PageWriter() : portDir_(MakePortDirectory()) {}
-
-PageWriter::~PageWriter() = default;
+PageWriter::PageWriter() : portDir_(MakePortDirectory()) {
+  path_.attributes.strokeColor = {255, 255, 255};
+  path_.attributes.fillColor = {255, 255, 255};
+}
 
 bool PageWriter::OpenOutput(const std::u16string& path) {
   if (FileExists(path) && !RemoveFile(path)) return false;
@@ -41,42 +42,35 @@ bool PageWriter::OpenOutput(const std::u16string& path) {
 }
 
 void PageWriter::StartDocument(std::u16string_view creator) {
-  library_.emplace();
+  ClosePage();
+  document_.reset();
+  if (!library_) library_.emplace();
   document_ = CreateDocument(creator);
 }
 
-void PageWriter::SaveAndClose() {
-  std::exception_ptr failure;
-  if (document_ != nullptr) {
-    try {
-      document_->Save(*this);
-    } catch (...) {
-      failure = std::current_exception();
-    }
-  }
-  ResetPageState();
-  page_.reset();
-  document_.reset();
-  library_.reset();
-  outputFile_.Close();
-  if (failure != nullptr) std::rethrow_exception(failure);
+void PageWriter::Save() {
+  if (document_ != nullptr) document_->Save(*this);
 }
 
-void PageWriter::WriteBlock(const void* data, size_t size) { outputFile_.Write(data, size); }
-
-void PageWriter::SetStrokeColor(Color color, bool merge) {
-  state_.strokeColor = color;
-  merge_ = merge;
+bool PageWriter::WriteBlock(const void* data, size_t size) {
+  if (!outputFile_.IsOpen()) return false;
+  outputFile_.Write(data, size);
+  return true;
 }
 
-void PageWriter::SetFillColor(Color color, bool merge) {
-  state_.fillColor = color;
-  merge_ = merge;
+void PageWriter::SetStrokeColor(Color color, BlendMode mode) {
+  path_.attributes.strokeColor = color;
+  path_.attributes.blendMode = mode;
+}
+
+void PageWriter::SetFillColor(Color color, BlendMode mode) {
+  path_.attributes.fillColor = color;
+  path_.attributes.blendMode = mode;
 }
 
 void PageWriter::SetDashArray(std::vector<float> points) {
-  dashArray_ = std::move(points);
-  for (float& length : dashArray_) length /= pointScale_;
+  path_.dashArray = std::move(points);
+  for (float& length : path_.dashArray) length /= pointScale_;
 }
 
 void PageWriter::SetBackground(Color color) {
@@ -94,19 +88,24 @@ void PageWriter::SetPointScale(int32_t dotsPerInch) {
 }
 
 void PageWriter::ResetPageState() {
-  ClearPath();
-  clip_.reset();
+  path_.points.clear();
+  path_.attributes.clip.reset();
   pageClipRect_ = {};
   linkRect_ = {};
   originX_ = 0;
   originY_ = 0;
+}
+
+// Without a page, what is drawn leaves no trace.
+void PageWriter::ClosePage() {
   content_.reset();
   resources_.reset();
+  page_.reset();
 }
 
 void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
   ResetPageState();
-  page_.reset();
+  ClosePage();
   if (document_ == nullptr) return;
   page_ = document_->NewPage(static_cast<int>(pageNumber) - 1, width, height);
   if (page_ == nullptr) return;
@@ -114,7 +113,6 @@ void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
   content_.emplace(*resources_);
 }
 
-// From here to the next page there is no page: what is drawn in between leaves no trace.
 void PageWriter::FinishPage() {
   if (page_ == nullptr) return;
   const std::string_view content = content_->Finish();
@@ -123,9 +121,7 @@ void PageWriter::FinishPage() {
     page_->WrapContents(ScaleWrapper(pointScale_, originX_, originY_), " Q");
     if (hasBackground_) SetPageBackground(*page_, background_.red, background_.green, background_.blue);
   }
-  content_.reset();
-  resources_.reset();
-  page_.reset();
+  ClosePage();
 }
 
 }  // namespace hdi

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "composition/content_generator.h"
@@ -24,28 +25,33 @@
 
 namespace hdi {
 
+// How boxes in points come out.
+enum class Bounds : uint8_t { kWholePoints, kExact };
+
 class PageWriter final : private engine::BlockSink {
  public:
   PageWriter();
   PageWriter(const PageWriter&) = delete;
   PageWriter& operator=(const PageWriter&) = delete;
-  ~PageWriter();
+  // Closes what is still open, the output last.
+  ~PageWriter() = default;
 
   // Opens the output: an existing file is removed first, and one that can't be removed is a failure.
-  bool OpenOutput(const std::u16string& path);
-  // Makes the document; pages may begin.
+  [[nodiscard]] bool OpenOutput(const std::u16string& path);
+  // Makes the document, in place of one that is there; pages may begin.
   void StartDocument(std::u16string_view creator);
-  // Saves the document into the output, closes the document and then the output. A full disk is silent; any
-  // other failure of the output throws std::system_error when everything is closed.
-  void SaveAndClose();
+  // Saves the document into the output. A full disk is silent; any other failure of the output throws
+  // std::system_error.
+  void Save();
 
   // State setters only store. What they set counts for the next object finished and, but for the origin, from
-  // page to page.
-  void SetLineWidth(float width) { state_.lineWidth = width; }
-  void SetLineCap(uint32_t cap) { state_.lineCap = cap; }
-  void SetLineJoin(uint32_t join) { state_.lineJoin = join; }
-  void SetStrokeColor(Color color, bool merge);
-  void SetFillColor(Color color, bool merge);
+  // page to page. Cap and join codes that the operators J and j don't know count as 0, a negative width as 1.
+  void SetLineWidth(float width) { path_.attributes.lineWidth = width < 0 ? 1.0F : width; }
+  void SetLineCap(uint32_t cap) { path_.attributes.lineCap = LineCode(cap); }
+  void SetLineJoin(uint32_t join) { path_.attributes.lineJoin = LineCode(join); }
+  // Both colours carry the blend mode of the paths that follow.
+  void SetStrokeColor(Color color, BlendMode mode);
+  void SetFillColor(Color color, BlendMode mode);
   // Lengths in points, as pens give them; none for a solid line.
   void SetDashArray(std::vector<float> points);
   void SetAlpha(uint8_t alpha) { alpha_ = alpha; }
@@ -53,9 +59,9 @@ class PageWriter final : private engine::BlockSink {
   void SetBackground(Color color);
   // Offset of the dot space on the page, in points.
   void SetOrigin(float x, float y);
+  // Dots per inch, above 0. Before the first page; a dash array that has been set keeps its lengths in dots.
   void SetPointScale(int32_t dotsPerInch);
-  // Whether boxes in points stay as they are instead of being widened to whole points.
-  void SetExactBounds(bool exact) { exactBounds_ = exact; }
+  void SetBounds(Bounds bounds) { bounds_ = bounds; }
   // The divisor that the host gives for the drawing's scale. Stored for the page's measure.
   void SetLineScale(double scale) { lineScale_ = scale; }
 
@@ -65,9 +71,16 @@ class PageWriter final : private engine::BlockSink {
   void FinishPage();
 
   // The path under construction. Lines and curves before the first move are dropped.
-  void MoveTo(float x, float y);
-  void LineTo(float x, float y);
-  void CurveTo(float x1, float y1, float x2, float y2, float x3, float y3);
+  void MoveTo(float x, float y) { path_.points.push_back({x, y, PointType::kMove, false}); }
+  void LineTo(float x, float y) {
+    if (!path_.points.empty()) path_.points.push_back({x, y, PointType::kLine, false});
+  }
+  void CurveTo(float x1, float y1, float x2, float y2, float x3, float y3) {
+    if (path_.points.empty()) return;
+    path_.points.insert(path_.points.end(), {{x1, y1, PointType::kBezier, false},
+                                             {x2, y2, PointType::kBezier, false},
+                                             {x3, y3, PointType::kBezier, false}});
+  }
 
   // Paint the path and end it. Fill modes: 1 even-odd, 2 nonzero winding.
   void StrokePath();
@@ -87,48 +100,40 @@ class PageWriter final : private engine::BlockSink {
   void SetLinkTarget(std::u16string target);
 
  private:
-  // The attributes that pens and brushes set, as the next path carries them.
-  struct PathState {
-    Color strokeColor{255, 255, 255};
-    Color fillColor{255, 255, 255};
-    float lineWidth = 1.0F;  // dots
-    uint32_t lineCap = 0;
-    uint32_t lineJoin = 0;
-  };
+  static uint8_t LineCode(uint32_t code) { return code < 3 ? static_cast<uint8_t>(code) : 0; }
 
-  void WriteBlock(const void* data, size_t size) override;
+  bool WriteBlock(const void* data, size_t size) override;
   void ResetPageState();
+  void ClosePage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
-  void ClearPath();
   void ExtendLinkRect(const engine::Rectangle& rect);
 
-  // Bounds of a path's points in points, widened to whole ones unless exact; nothing for a path without
-  // points.
+  // Bounds of a path's points, in points of the page; nothing for a path without points.
   [[nodiscard]] std::optional<engine::Rectangle> ObjectBounds(const PathObject& object) const;
 
   std::u16string portDir_;  // a temporary directory of ours; nothing reads it
+  // Destroyed from the last to the first: what names resources, the page, the document, the engine, the file.
   OutputFile outputFile_;
-  std::u16string linkTarget_;
   std::optional<engine::Library> library_;
   std::unique_ptr<engine::Document> document_;
   std::unique_ptr<engine::Page> page_;
   std::optional<PageResources> resources_;
   std::optional<ContentGenerator> content_;
-  PathObject path_;  // without points: no path is open. Kept for its memory.
-  SharedClip clip_;
-  PathState state_;
+
+  // The path under construction, and with it the state that the next one carries: colours, line attributes,
+  // blend mode, dashes and clip. No path is open while it has no points.
+  PathObject path_;
+  uint8_t alpha_ = 255;
   Color background_{255, 255, 255};
+  bool hasBackground_ = false;
   engine::Rectangle pageClipRect_{};
+  std::u16string linkTarget_;  // empty: no link is open
   engine::Rectangle linkRect_{};
   float originX_ = 0;
   float originY_ = 0;
   float pointScale_ = 0.24F;
-  uint8_t alpha_ = 255;
-  bool merge_ = false;
-  bool hasBackground_ = false;
-  bool exactBounds_ = false;
-  std::vector<float> dashArray_;  // dots
+  Bounds bounds_ = Bounds::kWholePoints;
   double lineScale_ = 1;
 };
 

@@ -58,7 +58,8 @@ std::optional<engine::Rectangle> PageWriter::ObjectBounds(const PathObject& obje
   }
   box = {pointScale_ * box.left + originX_, pointScale_ * box.bottom + originY_,
          pointScale_ * box.right + originX_, pointScale_ * box.top + originY_};
-  if (!exactBounds_) box = {Floor(box.left), Floor(box.bottom), Ceiling(box.right), Ceiling(box.top)};
+  if (bounds_ == Bounds::kWholePoints)
+    box = {Floor(box.left), Floor(box.bottom), Ceiling(box.right), Ceiling(box.top)};
   return box;
 }
 

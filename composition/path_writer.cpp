@@ -1,3 +1,4 @@
+// Rectangles, points and curves as operators.
 #include "composition/path_writer.h"
 
 #include <algorithm>
@@ -9,8 +10,8 @@ namespace {
 
 // The longest text of one point with its operator: two numbers, blanks and " h".
 constexpr size_t kMaxPointLength = 2 * kMaxNumberLength + 8;
-// Points between two looks at the buffer's room.
-constexpr size_t kPointsAtOnce = 64;
+// Segments between two looks at the buffer's room; a segment has at most three points.
+constexpr size_t kSegmentsAtOnce = 32;
 
 bool SamePoint(const PathPoint& a, const PathPoint& b) { return a.x == b.x && a.y == b.y; }
 
@@ -29,14 +30,10 @@ bool IsRectangle(const PathPoints& points) {
   return true;
 }
 
-char* WriteCoordinate(char* out, float value) {
-  return IsSmallWhole(value) ? WriteWhole(out, value) : WriteReal(out, value, kPointPrecision);
-}
-
 char* WritePoint(char* out, float x, float y) {
-  out = WriteCoordinate(out, x);
+  out = WriteReal(out, x, kPointPrecision);
   *out++ = ' ';
-  return WriteCoordinate(out, y);
+  return WriteReal(out, y, kPointPrecision);
 }
 
 char* WriteOperator(char* out, char op) {
@@ -70,8 +67,8 @@ void WritePathPoints(const PathPoints& points, ByteBuffer& buffer) {
     return;
   }
   for (size_t i = 0; i < points.size();) {
-    char* out = buffer.Reserve(kPointsAtOnce * kMaxPointLength);
-    const size_t stop = std::min(points.size(), i + kPointsAtOnce / 3);
+    char* out = buffer.Reserve(kSegmentsAtOnce * 3 * kMaxPointLength);
+    const size_t stop = std::min(points.size(), i + kSegmentsAtOnce);
     for (; i < stop; ++i) {
       if (i > 0) *out++ = ' ';
       out = WritePoint(out, points[i].x, points[i].y);

@@ -10,7 +10,8 @@ namespace hdi {
 // "re", anything else point by point.
 void WritePathPoints(const PathPoints& points, ByteBuffer& buffer);
 
-// Writes the six numbers with a blank between two; `out` has room for six numbers. Returns the end.
+// Writes the six numbers with a blank between two; `out` has room for 6 * kMaxNumberLength, into which the
+// blanks fit. Returns the end.
 char* WriteMatrix(char* out, const Matrix& matrix);
 
 }  // namespace hdi

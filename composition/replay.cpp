@@ -1,7 +1,10 @@
+// What each opcode does to the page writer.
 #include "composition/replay.h"
 
 #include <cmath>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace hdi {
@@ -19,6 +22,8 @@ void Play(Replay& replay, const PlotCommand& record);
 Color ColorOf(uint32_t word) {
   return {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8), static_cast<uint8_t>(word >> 16)};
 }
+
+BlendMode BlendModeOf(uint8_t mergeFlag) { return mergeFlag != 0 ? BlendMode::kDarken : BlendMode::kNormal; }
 
 // An array of `count` values that stands behind a layout of `offset` bytes.
 template <typename Value>
@@ -66,18 +71,19 @@ template <>
 void Play<OP_SET_PEN>(Replay& replay, const PlotCommand& record) {
   const auto pen = ReadSide<PenData>(record);
   const auto dashCount = static_cast<int32_t>(pen.dashCount);
+  // The one step that can fail goes first, so that a pen is taken whole or not at all.
+  auto dashes = ReadArray<float>(record, sizeof pen, dashCount > 0 ? static_cast<uint32_t>(dashCount) : 0);
   replay.writer.SetLineWidth(pen.width);
   replay.writer.SetLineCap(pen.cap);
   replay.writer.SetLineJoin(pen.join);
-  replay.writer.SetStrokeColor(ColorOf(pen.color), pen.merge != 0);
-  replay.writer.SetDashArray(
-      ReadArray<float>(record, sizeof pen, dashCount > 0 ? static_cast<uint32_t>(dashCount) : 0));
+  replay.writer.SetStrokeColor(ColorOf(pen.color), BlendModeOf(pen.merge));
+  replay.writer.SetDashArray(std::move(dashes));
 }
 
 template <>
 void Play<OP_SET_BRUSH>(Replay& replay, const PlotCommand& record) {
   const auto brush = ReadSide<BrushData>(record);
-  replay.writer.SetFillColor(ColorOf(brush.color), brush.merge != 0);
+  replay.writer.SetFillColor(ColorOf(brush.color), BlendModeOf(brush.merge));
 }
 
 template <>
@@ -133,20 +139,27 @@ void Play<OP_LAYER>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
 template <>
 void Play<OP_SHX_COMMENT>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
 
+void PlayRecord(Replay& replay, const PlotCommand& record) {
+  switch (record.OpcodeValue()) {
+#define HDI_PLAY_OPCODE(name, number) \
+  case name:                          \
+    return Play<name>(replay, record);
+    HDI_FOR_EACH_OPCODE(HDI_PLAY_OPCODE)
+#undef HDI_PLAY_OPCODE
+    default:  // reserved or unknown: passed over
+      return;
+  }
+}
+
 }  // namespace
 
 int32_t ReplayCommands(const PlotCommand* head, const DriverDevMode* settings, PageWriter& writer) {
   Replay replay{settings, writer};
   for (const PlotCommand* record = head; record != nullptr; record = record->next) {
-    switch (record->OpcodeValue()) {
-#define HDI_PLAY_OPCODE(name, number) \
-  case name:                          \
-    Play<name>(replay, *record);      \
-    break;
-      HDI_FOR_EACH_OPCODE(HDI_PLAY_OPCODE)
-#undef HDI_PLAY_OPCODE
-      default:  // reserved or unknown: passed over
-        break;
+    try {
+      PlayRecord(replay, *record);
+    } catch (const std::bad_alloc&) {
+      continue;  // no memory for this record; the others are still played
     }
   }
   return 1;

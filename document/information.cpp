@@ -1,3 +1,4 @@
+// The document's information entries.
 #include "document/information.h"
 
 #include <array>
@@ -28,7 +29,6 @@ std::string CreationDate() {
 
 std::unique_ptr<engine::Document> CreateDocument(std::u16string_view creator) {
   auto document = std::make_unique<engine::Document>();
-  document->ClearInformation();
   document->SetInformationBytes("CreationDate", CreationDate());
   document->SetInformationText("Creator", creator);
   document->SetInformationText("Producer", kProducer);

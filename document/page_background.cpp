@@ -1,3 +1,4 @@
+// The background's content stream.
 #include "document/page_background.h"
 
 #include <array>

@@ -1,8 +1,7 @@
-// DevGetCaps: the device as the host lays a drawing out on it. There is no device context behind it; every
-// answer comes from the driver's record.
-#include <cstring>
+// There is no device context behind the driver; every answer comes from its record.
+#include "driver/capabilities.h"
 
-#include "driver/job.h"
+#include <cstring>
 
 namespace hdi {
 namespace {
@@ -38,7 +37,7 @@ int32_t ToDots(int32_t tenths, int32_t dotsPerInch) {
   return static_cast<int32_t>(product) / kTenthsPerInch;
 }
 
-int32_t Without(int32_t length, int32_t margin1, int32_t margin2) {
+int32_t PrintableLength(int32_t length, int32_t margin1, int32_t margin2) {
   return static_cast<int32_t>(static_cast<uint32_t>(length) - static_cast<uint32_t>(margin1) -
                               static_cast<uint32_t>(margin2));
 }
@@ -56,8 +55,8 @@ SheetSize SheetOf(const DriverDevMode& record) {
 int32_t Capability(const DriverDevMode& record, uint32_t index) {
   const int32_t dpi = DotsPerInch(record);
   const SheetSize sheet = SheetOf(record);
-  const int32_t printableWidth = Without(sheet.width, record.marginRight, record.marginLeft);
-  const int32_t printableHeight = Without(sheet.height, record.marginBottom, record.marginTop);
+  const int32_t printableWidth = PrintableLength(sheet.width, record.marginRight, record.marginLeft);
+  const int32_t printableHeight = PrintableLength(sheet.height, record.marginBottom, record.marginTop);
   switch (index) {
     case kDriverVersion:
     case kClipCaps:
@@ -114,6 +113,7 @@ int32_t Capability(const DriverDevMode& record, uint32_t index) {
 uint32_t DevGetCaps(HostDevice* device, int32_t index) {
   if (device == nullptr || device->driver == nullptr) return 0;
   DriverDevMode* record = device->driver->GetDevModePointer();
+  if (record == nullptr) return 0;
   device->driver->NormalizeDevMode(record);
   if (static_cast<uint32_t>(index) > kHighestIndex) return 0;
   return static_cast<uint32_t>(Capability(*record, static_cast<uint32_t>(index)));

@@ -1,3 +1,4 @@
+// From the process's file to a name.
 #include "driver/creator.h"
 
 #include "platform/files.h"

@@ -1,6 +1,7 @@
 // Opening and closing a device: the table of entry points that the host plots through.
 #include <algorithm>
 
+#include "driver/capabilities.h"
 #include "driver/job.h"
 #include "driver/pdf_driver.h"
 #include "recording/plot_entries.h"

@@ -1,3 +1,4 @@
+// The entries between the host's DevOpen and DevClose that do not draw.
 #include "driver/job.h"
 
 #include <memory>
@@ -86,7 +87,7 @@ void* DevOpenOutput(HostDevice* device) {
   }
   if (const DriverDevMode* settings = SettingsOf(device)) {
     writer->pageWriter.SetPointScale(DotsPerInch(*settings));
-    writer->pageWriter.SetExactBounds(settings->keepFractions != 0);
+    writer->pageWriter.SetBounds(settings->keepFractions != 0 ? Bounds::kExact : Bounds::kWholePoints);
   }
   job->pageWriter = writer.release();  // DevFinish takes it back
   return job->pageWriter;
@@ -94,8 +95,8 @@ void* DevOpenOutput(HostDevice* device) {
 
 int32_t DevCreateDocument(HostDevice** deviceField) {
   const HostDevice* device = *deviceField;
-  if (device->started == 0) return 1;
-  if (const PlotJob* job = JobWithWriter(device)) WriterOf(*job)->pageWriter.StartDocument(CreatorName());
+  const PlotJob* job = JobWithWriter(device);
+  if (job != nullptr && device->started != 0) WriterOf(*job)->pageWriter.StartDocument(CreatorName());
   return 1;
 }
 
@@ -110,10 +111,13 @@ int32_t DevEndDoc(HostDevice* device) {
 int32_t DevFinish(HostDevice** deviceField) {
   const HostDevice* device = *deviceField;
   PlotJob* job = JobWithWriter(device);
-  if (device->started == 0 || job == nullptr) return 1;
-  const std::unique_ptr<JobWriter> writer(WriterOf(*job));
-  job->pageWriter = nullptr;
-  writer->pageWriter.SaveAndClose();
+  if (job == nullptr || device->started == 0) return 1;
+  {
+    // Whatever the saving throws, the writer closes its document, the engine and the file.
+    const std::unique_ptr<JobWriter> writer(WriterOf(*job));
+    job->pageWriter = nullptr;
+    writer->pageWriter.Save();
+  }
   const DriverDevMode* settings = SettingsOf(device);
   if (settings != nullptr && settings->openAfterPlot != 0) OpenInViewer(job->outputPath);
   return 1;

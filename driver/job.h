@@ -34,8 +34,4 @@ int32_t DevEndDoc(HostDevice* device);
 // Takes the address of the driver's device field.
 int32_t DevFinish(HostDevice** deviceField);
 
-// A capability of the device, computed from the driver's record: indexes as GetDeviceCaps has them, and the
-// host's own from 175 on; 0 for what it does not know.
-uint32_t DevGetCaps(HostDevice* device, int32_t index);
-
 }  // namespace hdi

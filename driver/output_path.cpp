@@ -1,3 +1,4 @@
+// The rules and the questions that settle an output path.
 #include "driver/output_path.h"
 
 #include <algorithm>

@@ -18,8 +18,8 @@ enum class OutputChoice : uint8_t {
 
 // Settles the job's outputPath from the document's output: none takes the device's default output as it
 // stands, a path gets ".pdf" unless it ends so, "FILE:" asks the user.
-OutputChoice SettleOutputPath(const HostDevice& device, const DOCINFOW* docInfo, CPDFDriver& driver,
-                              PlotJob& job);
+[[nodiscard]] OutputChoice SettleOutputPath(const HostDevice& device, const DOCINFOW* docInfo,
+                                            CPDFDriver& driver, PlotJob& job);
 
 // The file name that the save dialog offers for a document: its name without directories and without what
 // follows the last dot, "Drawing1" when nothing is left, and ".pdf". A name without a dot leaves nothing.

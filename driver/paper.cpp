@@ -85,12 +85,11 @@ void CPDFDriver::NormalizeDevMode(DriverDevMode* record) {
     return;
   }
 
-  HT_Driver* self = this;
-  const int32_t count = self->DeviceCapabilities(kCapabilityPapers, nullptr, record);
+  const int32_t count = DeviceCapabilities(kCapabilityPapers, nullptr, record);
   if (count <= 0) return;
   const std::unique_ptr<PaperSize[]> papers(new (std::nothrow) PaperSize[static_cast<size_t>(count)]());
   if (papers == nullptr) return;
-  self->DeviceCapabilities(kCapabilityPapers, reinterpret_cast<uint8_t*>(papers.get()), record);
+  DeviceCapabilities(kCapabilityPapers, reinterpret_cast<uint8_t*>(papers.get()), record);
   const std::span list(papers.get(), static_cast<size_t>(count));
   const auto paper = std::ranges::find(list, int32_t{paperId}, &PaperSize::id);
   if (paper == list.end()) return;

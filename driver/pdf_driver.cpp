@@ -3,6 +3,7 @@
 #include "driver/pdf_driver.h"
 
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "driver/settings_paths.h"
@@ -16,7 +17,6 @@ namespace {
 constexpr uint32_t kMovableZeroed = 0x42;  // GMEM_MOVEABLE, GMEM_ZEROINIT
 constexpr uint32_t kOptionLayers = 180;
 constexpr uint32_t kOptionOpenAfterPlot = 189;
-constexpr uint32_t kWhite = 0xFFFFFF;
 constexpr uint32_t kFreeObject = 1;
 
 // The record in a global memory block, locked; null when the block can't be locked or holds another driver's
@@ -114,10 +114,8 @@ int32_t CPDFDriver::SetOption(uint32_t id, int64_t value) {
 void CPDFDriver::ReservedE() {}
 
 uint32_t CPDFDriver::GetBackgroundColor() {
-  HT_Driver* self = this;  // through the slot, which a host may have replaced
-  const DriverDevMode* record = self->GetDevModePointer();
-  if (record == nullptr) return kWhite;
-  return record->backgroundColor == 0 ? kWhite : record->backgroundColor;
+  const DriverDevMode* record = GetDevModePointer();  // through the slot
+  return record == nullptr ? kWhite : BackgroundOf(*record);
 }
 
 const char16_t* CPDFDriver::GetPaperFile() { return paperFile_.c_str(); }
@@ -125,11 +123,8 @@ const char16_t* CPDFDriver::GetPaperFile() { return paperFile_.c_str(); }
 DriverDevMode* CPDFDriver::GetDevModePointer() { return &devMode_; }
 
 HT_Driver* CPDFDriver::Destroy(uint32_t flags) {
-  if ((flags & kFreeObject) != 0) {
-    delete this;
-  } else {
-    this->~CPDFDriver();
-  }
+  this->~CPDFDriver();
+  if ((flags & kFreeObject) != 0) ::operator delete(this);
   return this;
 }
 

@@ -9,7 +9,9 @@
 
 namespace hdi {
 
-class CPDFDriver final : public HT_Driver {
+// Not final: the driver calls its own slots through the table of virtual operations, which a host may have
+// patched, and a compiler would call the operations of a final class directly.
+class CPDFDriver : public HT_Driver {
  public:
   // A device whose settings stand in `section` of `iniFile`. Its record holds the defaults.
   CPDFDriver(const std::u16string& iniFile, const std::u16string& section);

@@ -1,3 +1,4 @@
+// Paths below the host's directories.
 #include "driver/settings_paths.h"
 
 #include "platform/files.h"

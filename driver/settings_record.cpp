@@ -1,3 +1,4 @@
+// The default values, one by one.
 #include "driver/settings_record.h"
 
 #include <algorithm>
@@ -7,7 +8,14 @@ namespace hdi {
 namespace {
 
 constexpr std::u16string_view kDeviceName = u"PDF";
+// A4 upright with the margins that the host's list gives it, in tenths of a millimetre.
 constexpr int16_t kPaperA4 = 9;
+constexpr int16_t kWidth = 2100;
+constexpr int16_t kHeight = 2970;
+constexpr int16_t kSideMargin = 50;
+constexpr int16_t kEndMargin = 170;
+
+constexpr int16_t kDotsPerInch = 600;
 
 }  // namespace
 
@@ -21,24 +29,24 @@ DriverDevMode DefaultDevMode() {
   record.dm.dmFields = 0x123;
   record.dm.dmOrientation = kOrientationPortrait;
   record.dm.dmPaperSize = kPaperA4;
-  record.dm.dmPaperLength = 2970;
-  record.dm.dmPaperWidth = 2100;
+  record.dm.dmPaperLength = kHeight;
+  record.dm.dmPaperWidth = kWidth;
   record.dm.dmScale = 100;
-  record.dm.dmPrintQuality = 600;
+  record.dm.dmPrintQuality = kDotsPerInch;
   record.dm.dmColor = 2;
   record.dm.dmDuplex = 1;
-  record.dm.dmYResolution = 600;
+  record.dm.dmYResolution = kDotsPerInch;
   record.dm.dmTTOption = 1;
 
   std::ranges::copy(kDeviceName, record.profileName);
   record.privateTag = 256;
   record.paperId = kPaperA4;
-  record.paperWidth = 2100;
-  record.paperHeight = 2970;
-  record.marginLeft = 50;
-  record.marginTop = 170;
-  record.marginRight = 50;
-  record.marginBottom = 170;
+  record.paperWidth = kWidth;
+  record.paperHeight = kHeight;
+  record.marginLeft = kSideMargin;
+  record.marginTop = kEndMargin;
+  record.marginRight = kSideMargin;
+  record.marginBottom = kEndMargin;
   record.backgroundColor = kNoBackground;
   record.privateCount = 32;
   record.layersEnabled = 1;

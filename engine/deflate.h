@@ -1,6 +1,7 @@
 // Compression of content streams in the zlib form that FlateDecode takes (ISO 32000-1:2008, 7.4.4).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>

@@ -1,3 +1,4 @@
+// The document behind the engine's handle: creation, information, pages, saving.
 #include "engine/document.h"
 
 #include <exception>
@@ -26,8 +27,7 @@ int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
   auto* fileWrite = static_cast<FileWrite*>(self);
   if (fileWrite->failure != nullptr) return 0;
   try {
-    fileWrite->sink->WriteBlock(data, size);
-    return 1;
+    return fileWrite->sink->WriteBlock(data, size) ? 1 : 0;
   } catch (...) {
     fileWrite->failure = std::current_exception();
     return 0;
@@ -58,15 +58,13 @@ Library::~Library() { FPDF_DestroyLibrary(); }
 Document::Document() : implementation_(std::make_unique<Implementation>()) {
   implementation_->handle.reset(FPDF_CreateNewDocument());
   implementation_->document = CPDFDocumentFromFPDFDocument(implementation_->handle.get());
-}
-
-Document::~Document() = default;
-
-void Document::ClearInformation() {
+  // The engine's own entries are not ours.
   const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();
   if (information == nullptr) return;
   for (const ByteString& key : information->GetKeys()) information->RemoveFor(key.AsStringView());
 }
+
+Document::~Document() = default;
 
 void Document::SetInformationBytes(const char* key, std::string_view bytes) {
   const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();

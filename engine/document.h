@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -23,16 +22,17 @@ class Library {
   ~Library();
 };
 
-// Takes the saved file block by block. A block that it throws on ends the saving.
+// Takes the saved file block by block. A block that it refuses (false) or throws on ends the saving.
 class BlockSink {
  public:
-  virtual void WriteBlock(const void* data, size_t size) = 0;
+  virtual bool WriteBlock(const void* data, size_t size) = 0;
 
  protected:
   ~BlockSink() = default;
 };
 
-// A new document with a catalog, an empty page tree and an information dictionary.
+// A new document with a catalog, an empty page tree and an empty information dictionary (ISO 32000-1:2008,
+// 14.3.3).
 class Document {
  public:
   Document();
@@ -40,11 +40,9 @@ class Document {
   Document& operator=(const Document&) = delete;
   ~Document();
 
-  // Removes every entry of the information dictionary (ISO 32000-1:2008, 14.3.3).
-  void ClearInformation();
-  // Sets an entry to the bytes as they stand.
+  // Sets an entry of the information dictionary to the bytes as they stand.
   void SetInformationBytes(const char* key, std::string_view bytes);
-  // Sets an entry to a text string (7.9.2.2).
+  // The same with a text string (7.9.2.2).
   void SetInformationText(const char* key, std::u16string_view text);
 
   // Adds a page of this size before the page that stands at `index`, which is clamped to what exists. Null

@@ -1,6 +1,10 @@
 // The engine's objects behind Document and Page; seen by this folder only.
 #pragma once
 
+#include <cstdint>
+#include <map>
+#include <string>
+
 #include "core/fpdfapi/page/cpdf_page.h"
 #include "core/fpdfapi/parser/cpdf_document.h"
 #include "engine/document.h"
@@ -11,13 +15,13 @@ namespace hdi::engine {
 
 struct Document::Implementation {
   ScopedFPDFDocument handle;
-  CPDF_Document* document;  // the object behind the handle
+  CPDF_Document* document = nullptr;  // the object behind the handle
 };
 
 struct Page::Implementation {
   ScopedFPDFPage handle;
-  CPDF_Page* page;  // the object behind the handle
-  CPDF_Document* document;
+  CPDF_Page* page = nullptr;  // the object behind the handle
+  CPDF_Document* document = nullptr;
 
   // Names given so far: the last counter and the objects of each category.
   struct Names {

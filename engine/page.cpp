@@ -1,3 +1,4 @@
+// The page's dictionary: contents, resources, annotations.
 #include "engine/page.h"
 
 #include <sstream>

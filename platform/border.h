@@ -69,9 +69,19 @@ inline constexpr uint32_t kNoBackground = 0xFFFFFFFF;
 inline constexpr int32_t kTenthsPerInch = 254;
 inline constexpr double kPointsPerInch = 72.0;
 
-// The device's resolution: the record's print quality, 300 when that is cleared or one of the negative codes.
+inline constexpr int32_t kDefaultDotsPerInch = 300;
+
+// The device's resolution: the record's print quality, the default when that is cleared or one of the
+// negative codes.
 [[nodiscard]] inline int32_t DotsPerInch(const DriverDevMode& devMode) {
-  return devMode.dm.dmPrintQuality < 1 ? 300 : devMode.dm.dmPrintQuality;
+  return devMode.dm.dmPrintQuality < 1 ? kDefaultDotsPerInch : devMode.dm.dmPrintQuality;
+}
+
+inline constexpr uint32_t kWhite = 0xFFFFFF;
+
+// The page's background, in which 0 counts as white: a true black can't be asked for.
+[[nodiscard]] inline uint32_t BackgroundOf(const DriverDevMode& devMode) {
+  return devMode.backgroundColor == 0 ? kWhite : devMode.backgroundColor;
 }
 
 // Positions of the DeviceTable. A position that has no name here stays null.

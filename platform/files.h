@@ -39,9 +39,9 @@ class OutputFile {
   ~OutputFile();
 
   // Creates `path`, or opens an existing file without emptying it, for writing. Returns whether it is open.
-  bool Open(const std::u16string& path);
+  [[nodiscard]] bool Open(const std::u16string& path);
   [[nodiscard]] bool IsOpen() const;
-  void Close();
+  void Close();  // what it fails with is not reported
 
   // Writes the whole block at the file's end so far. A full disk (no space, quota, or the process's file size
   // limit) is silent: what fits is written and the rest of the block is lost. Any other failure throws
@@ -49,10 +49,10 @@ class OutputFile {
   void Write(const void* data, size_t size);
 
  private:
-  static constexpr int kClosed = -1;
 #if defined(_WIN32)
   void* handle_ = nullptr;
 #else
+  static constexpr int kClosed = -1;
   int descriptor_ = kClosed;
 #endif
   std::u16string path_;  // for the error that Write throws

@@ -100,8 +100,8 @@ HDI_HOST_API const char16_t* OrvaneGetAppDataPathWithBackslash();
 // The device list of `iniFile`: the names of its sections in file order, each zero-terminated, with an empty
 // name at the end. The first section holds general settings and is no device. With a null buffer and a
 // capacity of 0 the result is the number of 16-bit units needed, 0 when there is no section or no file.
-// Otherwise fills at most `capacity` units, always ended by two zeros, and returns the number of units
-// needed.
+// Otherwise fills at most `capacity` units, ended by two zeros when the capacity is 2 or more, and returns
+// the number of units needed.
 HDI_HOST_API int32_t HT_ListCloseDriver(char16_t* buffer, int32_t capacity, const char16_t* iniFile);
 
 // Paper queries on the paper file `file`. Capability 19 (the host's own): with a null `output` the number of

@@ -1,6 +1,9 @@
+// The two arenas and their chunks.
 #include "recording/command_list.h"
 
 #include <cstdlib>
+
+#include "platform/memory.h"
 
 namespace hdi {
 
@@ -12,7 +15,7 @@ void CommandArena::AddChunk(size_t size) {
   chunk->previous = current;
   newest = chunk;
   current = chunk;
-  chunk->base = static_cast<uint8_t*>(std::malloc(size));
+  chunk->base = AllocateBlock(size);
   chunk->cursor = chunk->base;
   chunk->limit = chunk->base + size;
 }
@@ -20,7 +23,7 @@ void CommandArena::AddChunk(size_t size) {
 void ReleaseChunks(CommandArena& arena) {
   for (ArenaChunk* chunk = arena.newest; chunk != nullptr;) {
     ArenaChunk* previous = chunk->previous;
-    std::free(chunk->base);
+    FreeBlock(chunk->base);
     std::free(chunk);
     chunk = previous;
   }

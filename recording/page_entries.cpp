@@ -9,8 +9,6 @@
 namespace hdi {
 namespace {
 
-constexpr uint32_t kWhite = 0xFFFFFF;
-
 double TenthsToPoints(int32_t tenths) {
   return static_cast<double>(tenths) * kPointsPerInch / static_cast<double>(kTenthsPerInch);
 }
@@ -37,7 +35,9 @@ double PrintableHeight(const DriverDevMode& settings) {
 int32_t DevStartPage(HostDevice* device, const DriverDevMode* devMode) {
   PlotJob* job = JobOf(device);
   if (job == nullptr || device->driver == nullptr) return 1;
-  DriverDevMode& settings = *device->driver->GetDevModePointer();
+  DriverDevMode* record = device->driver->GetDevModePointer();
+  if (record == nullptr) return 1;
+  DriverDevMode& settings = *record;
   if (devMode != nullptr) {
     ReplaceSettings(settings, *devMode);
     device->driver->NormalizeDevMode(&settings);
@@ -48,7 +48,7 @@ int32_t DevStartPage(HostDevice* device, const DriverDevMode* devMode) {
              .pageNumber = job->pageCounter,
              .width = TenthsToPoints(settings.paperWidth),
              .height = TenthsToPoints(settings.paperHeight),
-             .background = settings.backgroundColor == 0 ? kWhite : settings.backgroundColor,
+             .background = BackgroundOf(settings),
              .marginLeft = TenthsToPoints(settings.marginLeft),
              .marginBottom = TenthsToPoints(settings.marginBottom),
          });

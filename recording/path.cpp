@@ -1,6 +1,8 @@
+// Points to path records.
 #include "recording/path.h"
 
 #include <cmath>
+#include <limits>
 
 namespace hdi {
 namespace {
@@ -10,20 +12,23 @@ constexpr double kSamePoint = 1e-5;
 
 bool SameCoordinate(double a, double b) { return std::fabs(a - b) < kSamePoint; }
 
+// The sentinel narrows to infinity, as IEC 60559 has it.
+static_assert(std::numeric_limits<float>::is_iec559);
 PointData CurrentPoint(const PlotJob& job) {
   return {static_cast<float>(job.currentX), static_cast<float>(job.currentY)};
 }
+
+float Narrow(double value) { return static_cast<float>(value); }
 
 }  // namespace
 
 float RoundToDot(float value) {
   const double wide = value;
-  // A widened f32 plus one half is exact in f64, so truncating it is the rounding, without a call per
-  // coordinate.
+  // Adding one half and cutting off is the rounding, without a call for each coordinate: in f64 the sum of a
+  // widened f32 and one half never rounds up to the next whole number.
   constexpr double kFitsInt32 = 2147483000.0;
-  if (std::fabs(wide) < kFitsInt32) {
-    return static_cast<float>(static_cast<int32_t>(wide + (wide < 0 ? -0.5 : 0.5)));
-  }
+  if (std::fabs(wide) < kFitsInt32)
+    return static_cast<float>(static_cast<int32_t>(wide + std::copysign(0.5, wide)));
   return static_cast<float>(std::round(wide));
 }
 
@@ -33,6 +38,8 @@ bool PathRecorder::IsCurrentPoint(double x, double y) const {
 
 bool PathRecorder::EndsAtCurrentPoint(const HT_Double_Point& host) const {
   HT_Double_Point end = MapPoint(host);
+  // Rounding moves a coordinate by half a dot at most, and most polylines end further away than that.
+  if (std::fabs(end.x - job_.currentX) >= 1 || std::fabs(end.y - job_.currentY) >= 1) return false;
   if (!keepFractions_) end = {std::round(end.x), std::round(end.y)};
   return IsCurrentPoint(end.x, end.y);  // in f64: this one test does not narrow
 }
@@ -78,11 +85,29 @@ void PathRecorder::AddCurve(const CurveData& curve) {
 void PathRecorder::AddPolyline(const HT_Double_Point* points, int32_t count) {
   // The end goes first: a closed ring that starts and ends at the current point is walked backwards.
   if (count >= 2 && EndsAtCurrentPoint(points[count - 1])) {
-    for (int32_t i = count - 2; i >= 0; --i) AddLineTo(points[i]);
+    for (int32_t i = count - 2; i >= 0; --i) AddHostLine(points[i]);
     return;
   }
-  AddMoveTo(points[0]);
-  for (int32_t i = 1; i < count; ++i) AddLineTo(points[i]);
+  AddHostMove(points[0]);
+  for (int32_t i = 1; i < count; ++i) AddHostLine(points[i]);
+}
+
+void PathRecorder::AddHostMove(const HT_Double_Point& point, Rounding rounding) {
+  const HT_Double_Point p = MapPoint(point);
+  AddMove(Narrow(p.x), Narrow(p.y), rounding);
+}
+
+void PathRecorder::AddHostLine(const HT_Double_Point& point) {
+  const HT_Double_Point p = MapPoint(point);
+  AddLine(Narrow(p.x), Narrow(p.y));
+}
+
+void PathRecorder::AddHostCurve(const HT_Double_Point& control1, const HT_Double_Point& control2,
+                                const HT_Double_Point& end) {
+  const HT_Double_Point p1 = MapPoint(control1);
+  const HT_Double_Point p2 = MapPoint(control2);
+  const HT_Double_Point p3 = MapPoint(end);
+  AddCurve({Narrow(p1.x), Narrow(p1.y), Narrow(p2.x), Narrow(p2.y), Narrow(p3.x), Narrow(p3.y)});
 }
 
 void FlushPath(PlotJob& job) {

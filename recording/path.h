@@ -14,7 +14,8 @@ namespace hdi {
 // value.
 [[nodiscard]] float RoundToDot(float value);
 
-// Appends path records to a job. Coordinates are record coordinates: already flipped and narrowed.
+// Appends path records to a job. Operations take record coordinates, already flipped and narrowed, but for
+// those whose name says that they take the host's.
 class PathRecorder {
  public:
   PathRecorder(PlotJob& job, const DriverDevMode* settings)
@@ -38,18 +39,17 @@ class PathRecorder {
   // Adds a curve, unless all three points are the current point. Curves are never rounded.
   void AddCurve(const CurveData& curve);
 
-  // As a polyline: from the first point, or backwards from the last when that touches the current point.
+  // The same from host coordinates.
+  void AddHostMove(const HT_Double_Point& point, Rounding rounding = Rounding::kToDots);
+  void AddHostLine(const HT_Double_Point& point);
+  void AddHostCurve(const HT_Double_Point& control1, const HT_Double_Point& control2,
+                    const HT_Double_Point& end);
+
+  // A polyline of host points, at least one: from the first, or backwards from the last when that touches the
+  // current point.
   void AddPolyline(const HT_Double_Point* points, int32_t count);
 
  private:
-  void AddMoveTo(const HT_Double_Point& host) {
-    const HT_Double_Point p = MapPoint(host);
-    AddMove(static_cast<float>(p.x), static_cast<float>(p.y), Rounding::kToDots);
-  }
-  void AddLineTo(const HT_Double_Point& host) {
-    const HT_Double_Point p = MapPoint(host);
-    AddLine(static_cast<float>(p.x), static_cast<float>(p.y));
-  }
   [[nodiscard]] bool IsCurrentPoint(double x, double y) const;
   [[nodiscard]] bool EndsAtCurrentPoint(const HT_Double_Point& host) const;
 

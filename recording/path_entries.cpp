@@ -10,20 +10,6 @@ namespace {
 
 float Narrow(double value) { return static_cast<float>(value); }
 
-// A curve whose points are host coordinates.
-void AddBezier(PathRecorder& path, const HT_Double_Point& control1, const HT_Double_Point& control2,
-               const HT_Double_Point& end) {
-  const HT_Double_Point p1 = path.MapPoint(control1);
-  const HT_Double_Point p2 = path.MapPoint(control2);
-  const HT_Double_Point p3 = path.MapPoint(end);
-  path.AddCurve({Narrow(p1.x), Narrow(p1.y), Narrow(p2.x), Narrow(p2.y), Narrow(p3.x), Narrow(p3.y)});
-}
-
-void AddCurveStart(PathRecorder& path, const HT_Double_Point& host) {
-  const HT_Double_Point start = path.MapPoint(host);
-  path.AddMove(Narrow(start.x), Narrow(start.y), PathRecorder::Rounding::kExact);
-}
-
 // Neither flushes: the paint record must follow the open path directly.
 int32_t PaintPath(HostDevice* device, Opcode opcode) {
   PlotJob* job = JobOf(device);
@@ -52,14 +38,8 @@ void RecordClipPath(PlotJob& job, PathRecorder& path, const ClipPolygon* list) {
   for (const ClipPolygon* node = list; node != nullptr; node = node->next) {
     apply = node->apply;
     if (node->count < 2) continue;
-    for (int32_t i = 0; i < node->count; ++i) {
-      const HT_Double_Point p = path.MapPoint(node->points[i]);
-      if (i == 0) {
-        path.AddMove(Narrow(p.x), Narrow(p.y), PathRecorder::Rounding::kToDots);
-      } else {
-        path.AddLine(Narrow(p.x), Narrow(p.y));
-      }
-    }
+    path.AddHostMove(node->points[0]);
+    for (int32_t i = 1; i < node->count; ++i) path.AddHostLine(node->points[i]);
   }
   if (apply != 0) Record(job, OP_CLIP_PATH);
 }
@@ -99,8 +79,8 @@ int32_t DevPolyBezier(HostDevice* device, const HT_Double_Point* points, int32_t
   if (job == nullptr) return 0;
   if (count < 4) return 1;
   PathRecorder path(*job, SettingsOf(device));
-  AddCurveStart(path, points[0]);
-  for (int32_t i = 3; i < count; i += 3) AddBezier(path, points[i - 2], points[i - 1], points[i]);
+  path.AddHostMove(points[0], PathRecorder::Rounding::kExact);
+  for (int32_t i = 3; i < count; i += 3) path.AddHostCurve(points[i - 2], points[i - 1], points[i]);
   return 1;
 }
 
@@ -114,8 +94,8 @@ int32_t DevArc(HostDevice* device, const HT_Double_Point* center, double a, doub
   HT_ConvertEllipArcToBezierCurves(arc, curves);
   PathRecorder path(*job, SettingsOf(device));
   for (const HT_BezierCurve& curve : curves) {
-    AddCurveStart(path, curve.start);
-    AddBezier(path, curve.control1, curve.control2, curve.end);
+    path.AddHostMove(curve.start, PathRecorder::Rounding::kExact);
+    path.AddHostCurve(curve.control1, curve.control2, curve.end);
   }
   return 1;
 }

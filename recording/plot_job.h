@@ -31,8 +31,8 @@ struct PlotJob {
   PlotCommand* tail = nullptr;
   RecordedWriter* pageWriter = nullptr;  // from DevOpenOutput to DevFinish, which own it
   std::u16string outputPath;
-  char16_t layerName[1024] = {};
-  int32_t loneMove = 0;  // 1 when the last path record is a move with no segment behind it
+  char16_t layerName[1024] = {};  // filled once layers are recorded
+  int32_t loneMove = 0;           // 1 when the last path record is a move with no segment behind it
   uint32_t fillMode = kFillAlternate;
   double printableHeight = 0;  // dots
   uint32_t pageCounter = 0;
@@ -41,7 +41,8 @@ struct PlotJob {
   double currentY = kNoPoint;
   uint8_t mergeFlag = 0;
   int32_t pageClipSeen = 0;
-  std::map<std::u16string, std::set<char16_t>> fontUsage;  // full font name to the characters plotted in it
+  std::map<std::u16string, std::set<char16_t>>
+      fontUsage;  // full font name to the characters plotted in it; filled once text is recorded
 
   [[nodiscard]] bool HasPendingPath() const { return currentX != kNoPoint || currentY != kNoPoint; }
 };

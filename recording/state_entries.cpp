@@ -104,7 +104,7 @@ int32_t DevSetPen(HostDevice* device, const EXTLOGPEN32* pen) {
     case kPenUserStyle: {
       const uint32_t count = pen->elpNumEntries > 0 ? static_cast<uint32_t>(pen->elpNumEntries) : 0;
       const DriverDevMode* settings = SettingsOf(device);
-      const int32_t dotsPerInch = settings == nullptr ? 300 : DotsPerInch(*settings);
+      const int32_t dotsPerInch = settings == nullptr ? kDefaultDotsPerInch : DotsPerInch(*settings);
       const auto dashes = UserDashes(*pen, count, dotsPerInch);
       if (dashes == nullptr) return 1;  // the earlier pen stays in force
       RecordPen(*job, *pen, width, {dashes.get(), count});

@@ -19,7 +19,9 @@ using SaveAsFunction = int32_t(void* parentWindow, int32_t* noHint);
 class CompanionModule {
  public:
   CompanionModule() {
-    const std::u16string path = std::u16string(OrvaneGetAppFullPath()) + kPathSeparator + u"PDF-UI.dll";
+    const char16_t* directory = OrvaneGetAppFullPath();
+    const std::u16string path =
+        (directory == nullptr ? u"" : directory) + (kPathSeparator + std::u16string(u"PDF-UI.dll"));
     handle_.reset(dlopen(ToUtf8(path).c_str(), RTLD_NOW | RTLD_LOCAL));
   }
 

@@ -44,9 +44,9 @@ std::optional<std::u16string> AskSavePath(void* /*parentWindow*/, const std::u16
 void ShowMessage(const std::u16string& text) {
   const std::string message = ToUtf8(text);
   const std::string program = DialogProgram();
-  if (!program.empty() &&
-      RunProgram({program, "--error", "--no-markup", "--title=PDF", "--text=" + message})) {
-    return;
+  if (!program.empty()) {
+    const auto shown = RunProgram({program, "--error", "--no-markup", "--title=PDF", "--text=" + message});
+    if (shown && shown->succeeded) return;  // else the display may not have been there
   }
   const std::string line = message + '\n';
   // Where nobody listens, a message has nowhere else to go.

@@ -119,7 +119,8 @@ void StartDetached(std::vector<std::string> arguments) {
   const pid_t child = fork();
   if (child == 0) {
     // The child's child goes to the system's first process, and the child is gone at once.
-    if (fork() == 0) BecomeDetached(vector.data());
+    // _Fork, since the host's handlers of fork have run once already and may not run here.
+    if (_Fork() == 0) BecomeDetached(vector.data());
     _exit(0);
   }
   if (child > 0) WaitFor(child);

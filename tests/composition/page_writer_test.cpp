@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -20,24 +21,25 @@ class PageWriterTest : public testing::Test {
   PageWriterTest()
       : file_(std::filesystem::temp_directory_path() /
               (std::string("hdi_page_writer_") + TestName() + ".pdf")) {
-    EXPECT_TRUE(writer_.OpenOutput(ToUtf16(file_.string())));
-    writer_.SetPointScale(72);  // a dot is a point
-    writer_.StartDocument(u"test");
+    EXPECT_TRUE(writer_->OpenOutput(ToUtf16(file_.string())));
+    writer_->SetPointScale(72);  // a dot is a point
+    writer_->StartDocument(u"test");
   }
   ~PageWriterTest() override { std::filesystem::remove(file_); }
 
   static std::string TestName() { return testing::UnitTest::GetInstance()->current_test_info()->name(); }
 
   std::vector<QPDFPageObjectHelper> SavedPages() {
-    writer_.SaveAndClose();
+    writer_->Save();
+    writer_.reset();
     saved_.processFile(file_.c_str());
     return QPDFPageDocumentHelper(saved_).getAllPages();
   }
 
   void DrawLine(float x1, float y1, float x2, float y2) {
-    writer_.MoveTo(x1, y1);
-    writer_.LineTo(x2, y2);
-    writer_.StrokePath();
+    writer_->MoveTo(x1, y1);
+    writer_->LineTo(x2, y2);
+    writer_->StrokePath();
   }
 
   static std::vector<std::string> Contents(QPDFPageObjectHelper& page) {
@@ -50,28 +52,28 @@ class PageWriterTest : public testing::Test {
   }
 
   std::filesystem::path file_;
-  PageWriter writer_;
+  std::optional<PageWriter> writer_{std::in_place};
   QPDF saved_;
 };
 
 TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
-  writer_.BeginPage(1, 100, 200);
-  writer_.SetOrigin(10, 20);
-  writer_.SetStrokeColor({255, 0, 0}, false);
-  writer_.SetBackground({255, 0, 128});
+  writer_->BeginPage(1, 100, 200);
+  writer_->SetOrigin(10, 20);
+  writer_->SetStrokeColor({255, 0, 0}, BlendMode::kNormal);
+  writer_->SetBackground({255, 0, 128});
   DrawLine(1, 2, 3, 4);
-  writer_.MoveTo(0, 0);
-  writer_.LineTo(9, 9);
-  writer_.MakeClipFromPath();
-  writer_.MoveTo(5, 5);  // never painted
-  writer_.FinishPage();
+  writer_->MoveTo(0, 0);
+  writer_->LineTo(9, 9);
+  writer_->MakeClipFromPath();
+  writer_->MoveTo(5, 5);  // never painted
+  writer_->FinishPage();
   DrawLine(7, 7, 8, 8);  // no page
-  writer_.FinishPage();
-  writer_.BeginPage(9, 50, 60);  // the number runs ahead
+  writer_->FinishPage();
+  writer_->BeginPage(9, 50, 60);  // the number runs ahead
   DrawLine(1, 2, 3, 4);
-  writer_.FinishPage();
-  writer_.BeginPage(3, 50.5, 60);
-  writer_.FinishPage();
+  writer_->FinishPage();
+  writer_->BeginPage(3, 50.5, 60);
+  writer_->FinishPage();
 
   auto pages = SavedPages();
   ASSERT_EQ(pages.size(), 3U);
@@ -87,17 +89,17 @@ TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
 }
 
 TEST_F(PageWriterTest, ALinkCoversWhatIsDrawnWhileItIsOpen) {
-  writer_.BeginPage(1, 100, 100);
+  writer_->BeginPage(1, 100, 100);
   DrawLine(0, 0, 99, 99);
-  writer_.SetLinkTarget(u"http://\u00e9\U0001F600");
+  writer_->SetLinkTarget(u"http://\u00e9\U0001F600");
   DrawLine(10.2F, 20.2F, 30.4F, 40.4F);
-  writer_.MoveTo(5, 50);
-  writer_.CurveTo(6, 61, 7, 62, 8, 50);  // control points count
-  writer_.StrokePath();
-  writer_.SetLinkTarget(u"");
-  writer_.SetLinkTarget(u"nothing");
-  writer_.SetLinkTarget(u"");  // an empty area writes nothing
-  writer_.FinishPage();
+  writer_->MoveTo(5, 50);
+  writer_->CurveTo(6, 61, 7, 62, 8, 50);  // control points count
+  writer_->StrokePath();
+  writer_->SetLinkTarget(u"");
+  writer_->SetLinkTarget(u"nothing");
+  writer_->SetLinkTarget(u"");  // an empty area writes nothing
+  writer_->FinishPage();
 
   auto pages = SavedPages();
   auto annotations = pages[0].getObjectHandle().getKey("/Annots");
@@ -141,8 +143,8 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
     list[i].data = static_cast<uint8_t*>(records[i].second);
     list[i].next = i + 1 < records.size() ? &list[i + 1] : nullptr;
   }
-  EXPECT_EQ(ReplayCommands(list.data(), nullptr, writer_), 1);
-  EXPECT_EQ(ReplayCommands(nullptr, nullptr, writer_), 1);
+  EXPECT_EQ(ReplayCommands(list.data(), nullptr, *writer_), 1);
+  EXPECT_EQ(ReplayCommands(nullptr, nullptr, *writer_), 1);
 
   auto pages = SavedPages();
   ASSERT_EQ(pages.size(), 1U);

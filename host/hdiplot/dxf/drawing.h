@@ -129,7 +129,7 @@ struct InsertEntity {  // INSERT, and DIMENSION through its block
   double scaleX = 1;
   double scaleY = 1;
   double rotation = 0;
-  bool mirrored = false;  // the whole insert is mirrored in X afterwards (extrusion (0,0,-1))
+  bool mirrored = false;  // the whole insert, its place too, is mirrored in X afterwards (extrusion (0,0,-1))
   int columns = 1;
   int rows = 1;
   double columnSpacing = 0;

@@ -1,0 +1,59 @@
+#include "bench/child.h"
+
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <stdexcept>
+#include <system_error>
+
+namespace bench {
+namespace {
+
+constexpr int kCannotPlot = 3;  // exit status of contestant_main.cpp
+
+std::string ReadAll(int descriptor) {
+  std::string text;
+  std::array<char, 256> block;
+  while (true) {
+    const ssize_t size = read(descriptor, block.data(), block.size());
+    if (size <= 0) return text;
+    text.append(block.data(), static_cast<size_t>(size));
+  }
+}
+
+}  // namespace
+
+std::optional<RunResult> RunContestant(std::vector<std::string> command) {
+  std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
+  for (std::string& word : command) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+
+  std::array<int, 2> pipeEnds;
+  if (pipe(pipeEnds.data()) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
+  posix_spawn_file_actions_addclose(&actions, pipeEnds[0]);
+  posix_spawn_file_actions_addclose(&actions, pipeEnds[1]);
+  pid_t child = 0;
+  const int failure = posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(pipeEnds[1]);
+  const std::string output = failure == 0 ? ReadAll(pipeEnds[0]) : std::string();
+  close(pipeEnds[0]);
+  if (failure != 0) throw std::system_error(failure, std::generic_category(), command[0]);
+
+  int status = 0;
+  rusage usage{};
+  wait4(child, &status, 0, &usage);
+  if (WIFEXITED(status) && WEXITSTATUS(status) == kCannotPlot) return std::nullopt;
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error(command[0] + " failed");
+  return RunResult{std::atof(output.c_str()), static_cast<double>(usage.ru_maxrss) * 1024};
+}
+
+}  // namespace bench

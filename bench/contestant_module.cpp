@@ -1,0 +1,153 @@
+// PDF.hdi as a host uses it: loaded at run time and called through the DeviceTable.
+#include <dlfcn.h>
+
+#include <cstring>
+#include <stdexcept>
+
+#include "bench/contestant.h"
+#include "platform/border.h"
+
+namespace bench {
+namespace {
+
+using hdi::Position;
+
+class OneDriver final : public hdi::HostDriverList {
+ public:
+  void HostOwn() override {}
+  void AddDriver(hdi::HT_Driver* driver) override {
+    if (driver_ == nullptr) driver_ = driver;
+  }
+  void RemoveDriver(hdi::HT_Driver*) override {}
+  [[nodiscard]] hdi::HT_Driver* Get() const { return driver_; }
+
+ private:
+  hdi::HT_Driver* driver_ = nullptr;
+};
+
+hdi::HT_Driver& LoadDriver() {
+  static OneDriver drivers;
+  void* module = dlopen(BENCH_DRIVER_PATH, RTLD_NOW);
+  if (module == nullptr) throw std::runtime_error(dlerror());
+  const auto itDriver = reinterpret_cast<hdi::ItDriverFunction*>(dlsym(module, "IT_Driver"));
+  if (itDriver == nullptr) throw std::runtime_error(dlerror());
+  itDriver(hdi::kCreateDrivers, static_cast<hdi::HostDriverList*>(&drivers));
+  if (drivers.Get() == nullptr) throw std::runtime_error("the device list (pdf.ini) names no device");
+  return *drivers.Get();
+}
+
+// The sheet goes straight into the driver's part; the snapshot says that the public part has been resolved.
+void SetSheet(hdi::DriverDevMode& record) {
+  record.dm.dmPrintQuality = static_cast<int16_t>(kDotsPerInch);
+  record.paperWidth = kSheetWidthTenths;
+  record.paperHeight = kSheetHeightTenths;
+  record.marginLeft = record.marginRight = record.marginBottom = 0;
+  record.marginTop = kTopMarginTenths;
+  record.openAfterPlot = 0;
+  std::memcpy(record.snapshot, &record.dm, sizeof record.dm);
+}
+
+std::u16string Widen(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
+class Plotter {
+ public:
+  Plotter(hdi::HostDevice& device, const Scene& scene) : device_(device), scene_(scene) {}
+
+  void Page() {
+    Call<hdi::entry::StartPage>(Position::kStartPage, static_cast<const hdi::DriverDevMode*>(nullptr));
+    const hdi::EXTLOGPEN32 pen = {hdi::kPenGeometric | hdi::kPenCapFlat | hdi::kPenJoinMiter,
+                                  static_cast<uint32_t>(kLineWidth),
+                                  0,
+                                  0,
+                                  0,
+                                  0,
+                                  {}};
+    Call<hdi::entry::SetPen>(Position::kSetPen, &pen);
+    switch (scene_.kind) {
+      case Kind::kStrokes:
+        Shapes(Position::kPolyline);
+        break;
+      case Kind::kCurves:
+        Shapes(Position::kPolyBezier);
+        break;
+      case Kind::kClipped:
+        ClippedShapes();
+        break;
+    }
+    Call<hdi::entry::EndPage>(Position::kEndPage);
+  }
+
+ private:
+  template <typename Function, typename... Arguments>
+  void Call(Position position, Arguments... arguments) {
+    device_.table->At<Function>(position)(&device_, arguments...);
+  }
+
+  [[nodiscard]] const hdi::HT_Double_Point* ShapePoints(size_t index) const {
+    return reinterpret_cast<const hdi::HT_Double_Point*>(scene_.Shape(index).data());
+  }
+
+  void Shapes(Position position) {
+    const auto plot = device_.table->At<hdi::entry::Polyline>(position);
+    const auto count = static_cast<int32_t>(scene_.pointsPerShape);
+    for (size_t i = 0; i < scene_.ShapeCount(); ++i) plot(&device_, ShapePoints(i), count);
+  }
+
+  void SetClip(const std::array<Point, 4>& corners) {
+    const hdi::ClipPolygon node = {1, nullptr, 4,
+                                   reinterpret_cast<const hdi::HT_Double_Point*>(corners.data())};
+    Call<hdi::entry::SetClip>(Position::kSetClip, &node);
+  }
+
+  void ClippedShapes() {
+    const double right = kAreaWidth;
+    const double bottom = kAreaHeight;
+    SetClip({{{0, 0}, {right, 0}, {right, bottom}, {0, bottom}}});  // a page's first clip is the page's own
+    Call<hdi::entry::SetFillMode>(Position::kSetFillMode, hdi::kFillWinding);
+    const auto polygon = device_.table->At<hdi::entry::Polygon>(Position::kPolygon);
+    const auto fill = device_.table->At<hdi::entry::FillPath>(Position::kFillPath);
+    const auto count = static_cast<int32_t>(scene_.pointsPerShape);
+    size_t shape = 0;
+    for (const Clip& clip : scene_.clips) {
+      SetClip(clip.corners);
+      const Color color = clip.color;
+      const hdi::LOGBRUSH brush = {0, static_cast<uint32_t>(color.red | color.green << 8 | color.blue << 16),
+                                   0};
+      Call<hdi::entry::SetBrush>(Position::kSetBrush, &brush);
+      for (size_t i = 0; i < scene_.shapesPerClip; ++i) {
+        polygon(&device_, ShapePoints(shape++), count);
+        fill(&device_);
+      }
+    }
+  }
+
+  hdi::HostDevice& device_;
+  const Scene& scene_;
+};
+
+}  // namespace
+
+static_assert(sizeof(Point) == sizeof(hdi::HT_Double_Point));
+
+bool CanPlot(const Scene&) { return true; }
+
+void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start) {
+  hdi::HT_Driver& driver = LoadDriver();
+  SetSheet(*driver.GetDevModePointer());
+  hdi::HostDevice device{};
+  device.driver = &driver;
+  driver.OpenDevice(&device);
+  const std::u16string output = Widen(path);
+  const hdi::DOCINFOW info = {sizeof info, u"bench", output.c_str(), nullptr, 0};
+
+  start();
+  if (device.table->At<hdi::entry::StartDoc>(Position::kStartDoc)(&device, &info) != 1) {
+    throw std::runtime_error("the document could not be started");
+  }
+  device.table->At<hdi::entry::SetLineScale>(Position::kSetLineScale)(&device, 1.0);
+  Plotter(device, scene).Page();
+  device.table->At<hdi::entry::EndDoc>(Position::kEndDoc)(&device);
+  driver.CloseDevice(&device);
+}
+
+}  // namespace bench

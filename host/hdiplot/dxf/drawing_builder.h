@@ -1,0 +1,68 @@
+// Puts the drawing together from the objects of a DXF.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/hdiplot/dxf/block_graph.h"
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxflib_adapter.h"
+#include "host/hdiplot/dxf/name_decoder.h"
+#include "host/hdiplot/dxf/polyline_reader.h"
+#include "host/hdiplot/dxf/structure_reader.h"
+
+namespace hdiplot {
+
+class DrawingBuilder : public DxfVisitor {
+ public:
+  DrawingBuilder();
+
+  void OnVariable(const DxfObject& variable) override;
+  void OnTableEntry(const DxfObject& entry) override;
+  void OnBlock(const DxfObject& block) override;
+  void OnBlockEnd() override;
+  void OnEntity(const DxfObject& entity) override;
+  void OnEntitiesEnd() override;
+
+  // The drawing, after the last object. Throws DxfFault.
+  Drawing Finish();
+
+ private:
+  // An insert of a block that may not exist; known at the end only.
+  struct Insert {
+    std::string within;  // as BlockGraph names it
+    std::string block;
+    std::string type;  // of the entity
+    uint64_t copies;
+    size_t line;
+    bool visible;
+  };
+
+  struct OpenPolyline {
+    PolylineBuilder builder;
+    Attributes attributes;
+  };
+
+  void AddPartOfPolyline(const DxfObject& object);
+  void CheckNoPolylineOpen() const;
+  void AddDimension(const DxfObject& dimension, const Attributes& attributes);
+  void AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert);
+  void AddHatch(const DxfObject& object, const Attributes& attributes);
+  void AddEntity(const Attributes& attributes, Shape shape);
+  void CountSkipped(std::string_view type, const Attributes& attributes);
+  std::string Place(const Attributes& attributes) const;
+  void RemoveUnresolved(std::vector<Entity>& entities) const;
+
+  NameDecoder names_;
+  DxflibAdapter adapter_;
+  Drawing drawing_;
+  BlockGraph graph_;
+  std::vector<Insert> inserts_;
+  std::vector<std::string> external_;  // blocks whose content is in another file
+  std::string block_;                  // the one being read; empty in the model
+  std::vector<Entity>* entities_;      // its entities
+  std::optional<OpenPolyline> polyline_;
+};
+
+}  // namespace hdiplot

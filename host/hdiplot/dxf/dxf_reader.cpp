@@ -1,0 +1,25 @@
+#include "host/hdiplot/dxf/dxf_reader.h"
+
+#include <string>
+
+#include "host/hdiplot/dxf/drawing_builder.h"
+#include "host/hdiplot/dxf/dxf_text.h"
+#include "host/hdiplot/dxf/structure_reader.h"
+#include "host/hdiplot/errors.h"
+
+namespace hdiplot {
+
+Drawing ReadDxf(const std::filesystem::path& file) {
+  const std::string text = LoadDxfText(file);
+  try {
+    DrawingBuilder builder;
+    StructureReader(text, builder).Read();
+    Drawing drawing = builder.Finish();
+    drawing.name = file.filename().string();
+    return drawing;
+  } catch (const DxfFault& fault) {
+    throw InputError(file, fault.line, fault.message);
+  }
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,48 @@
+#include "host/hdiplot/dxf/entity_attributes.h"
+
+#include <cstdlib>
+
+namespace hdiplot {
+namespace {
+
+constexpr int64_t kHeaviestLine = 10000;  // a decimetre; the weights in use end at 2.11 mm
+
+EntityColor IndexedColor(int64_t index, EntityColor fallback, ColorSign sign) {
+  if (sign == ColorSign::kMeansOff) index = std::abs(index);
+  if (sign == ColorSign::kInvalid && index == 0) return {EntityColor::Kind::kByBlock, fallback.value};
+  if (index >= 1 && index <= 255) return {EntityColor::Kind::kIndex, static_cast<uint32_t>(index)};
+  return fallback;
+}
+
+}  // namespace
+
+EntityColor ColorOf(const DxfObject& object, EntityColor fallback, ColorSign sign) {
+  if (const Group* color = object.Find(420)) {
+    return {EntityColor::Kind::kTrue, static_cast<uint32_t>(color->integer & 0xffffff)};
+  }
+  const Group* index = object.Find(62);
+  return index ? IndexedColor(index->integer, fallback, sign) : fallback;
+}
+
+int LineWeightOf(const DxfObject& object, int fallback) {
+  const int64_t weight = object.Integer(370, fallback);
+  return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int>(weight) : fallback;
+}
+
+Attributes AttributesOf(const DxfObject& entity, const NameDecoder& names) {
+  Attributes attributes;
+  if (const Group* layer = entity.Find(8); layer && !layer->value.empty()) {
+    attributes.layer = names.Decode(*layer);
+  }
+  if (const Group* lineType = entity.Find(6); lineType && !lineType->value.empty()) {
+    attributes.lineType = UpperCase(names.Decode(*lineType));
+  }
+  attributes.color = ColorOf(entity, {}, ColorSign::kInvalid);
+  attributes.lineTypeScale = entity.Real(48, 1);
+  attributes.lineWeight = LineWeightOf(entity, kLineWeightByLayer);
+  attributes.visible = entity.Integer(60, 0) == 0;
+  attributes.paperSpace = entity.Integer(67, 0) != 0;
+  return attributes;
+}
+
+}  // namespace hdiplot

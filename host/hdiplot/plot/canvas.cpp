@@ -1,0 +1,140 @@
+#include "host/hdiplot/plot/canvas.h"
+
+#include <array>
+
+#include "host/hdiplot/plot/line_types.h"
+
+namespace hdiplot {
+
+namespace {
+
+hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
+
+}  // namespace
+
+void Canvas::UseStroke(const Stroke& stroke) {
+  if (stroke_ == stroke) return;
+  Pen pen;
+  pen.color = stroke.color;
+  pen.width = stroke.width;
+  pen.style = hdi::kPenGeometric;
+  pen.style |= stroke.ends == LineEnds::kRound ? hdi::kPenCapRound | hdi::kPenJoinRound
+                                               : hdi::kPenCapFlat | hdi::kPenJoinMiter;
+  if (stroke.lineType != nullptr) {
+    // A dash without a length shows by its round ends only.
+    const uint32_t shortestDash = stroke.ends == LineEnds::kRound ? 0 : 1;
+    pen.entries = PenDashes(stroke.lineType->dashes, stroke.lineTypeScale, shortestDash);
+  }
+  pen.style |= pen.entries.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
+  SetPen(pen);
+  stroke_ = stroke;
+}
+
+void Canvas::UseFill(Rgb color) {
+  if (!pen_ || !(pen_->color == color) || !pen_->entries.empty()) {
+    Pen pen;
+    pen.color = color;
+    SetPen(pen);
+  }
+  if (brush_ == color) return;
+  device_.SetBrush({color});
+  brush_ = color;
+}
+
+void Canvas::SetPen(const Pen& pen) {
+  stroke_.reset();
+  if (pen_ == pen) return;
+  device_.SetPen(pen);
+  pen_ = pen;
+}
+
+void Canvas::Dot(Vec2 at) {
+  if (!IsPlottable(at)) return;
+  const hdi::HT_Double_Point point = HostPoint(at);
+  device_.Polyline({&point, 1});
+}
+
+void Canvas::Line(Vec2 from, Vec2 to) {
+  if (!IsPlottable(from) || !IsPlottable(to)) return;
+  const std::array<hdi::HT_Double_Point, 2> points{HostPoint(from), HostPoint(to)};
+  device_.Polyline(points);
+}
+
+void Canvas::Polyline(std::span<const Vec2> points) {
+  if (!std::all_of(points.begin(), points.end(), IsPlottable)) return;
+  points_.clear();
+  for (const Vec2& p : points) points_.push_back(HostPoint(p));
+  if (!points_.empty()) device_.Polyline(points_);
+}
+
+void Canvas::Arc(const ConicArc& arc) {
+  const double reach = arc.Reach();
+  if (!IsPlottable(arc.center) || !IsPlottable({reach, reach})) return;
+  const AxisArc axes = AxesOnPaper(arc);
+  device_.Arc(HostPoint(arc.center), axes.radiusA, axes.radiusB, axes.rotation, axes.start, axes.end);
+}
+
+void Canvas::BeginPath(Vec2 at) {
+  points_.assign(1, HostPoint(at));
+  pathPart_ = PathPart::kNone;
+}
+
+void Canvas::LineTo(Vec2 to) {
+  if (pathPart_ == PathPart::kCurves) FlushPathPart();
+  pathPart_ = PathPart::kLines;
+  points_.push_back(HostPoint(to));
+}
+
+void Canvas::CurveTo(Vec2 control1, Vec2 control2, Vec2 to) {
+  if (pathPart_ == PathPart::kLines) FlushPathPart();
+  pathPart_ = PathPart::kCurves;
+  for (const Vec2& p : {control1, control2, to}) points_.push_back(HostPoint(p));
+}
+
+void Canvas::EndPath() { FlushPathPart(); }
+
+void Canvas::FlushPathPart() {
+  if (pathPart_ == PathPart::kLines) device_.Polyline(points_);
+  if (pathPart_ == PathPart::kCurves) device_.PolyBezier(points_);
+  points_.assign(1, hdi::HT_Double_Point(points_.back()));
+  pathPart_ = PathPart::kNone;
+}
+
+Vec2 Canvas::OnWholeDot(Vec2 p) const {
+  if (!sheet_.wholeDots) return p;
+  return {std::round(p.x), sheet_.mappedHeight - std::round(sheet_.mappedHeight - p.y)};
+}
+
+void Canvas::BeginRing() {
+  CloseRing();
+  if (ringCount_ == rings_.size()) rings_.emplace_back();
+  rings_[ringCount_++].clear();
+}
+
+void Canvas::RingPoint(Vec2 p) {
+  if (IsPlottable(p)) rings_[ringCount_ - 1].push_back(HostPoint(p));
+}
+
+// Rings repeat their first point: the driver closes only the last subpath of an area.
+void Canvas::CloseRing() {
+  if (ringCount_ == 0) return;
+  auto& ring = rings_[ringCount_ - 1];
+  if (ring.size() < 2) {
+    --ringCount_;
+    return;
+  }
+  const hdi::HT_Double_Point first = ring.front();
+  if (ring.back().x != first.x || ring.back().y != first.y) ring.push_back(first);
+}
+
+void Canvas::FillRings(uint32_t fillMode) {
+  CloseRing();
+  if (ringCount_ > 0) {
+    if (fillMode_ != fillMode) device_.SetFillMode(fillMode);
+    fillMode_ = fillMode;
+    device_.PolyPolygon({rings_.data(), ringCount_});
+  }
+  ringCount_ = 0;
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,87 @@
+// What the plotter draws with: lines, curves and areas in dots, turned into as few calls of the device as do
+// it.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "host/hdiplot/plot/curves.h"
+#include "host/hdiplot/plot/page_setup.h"
+#include "host/hdiplot/plot_device.h"
+
+namespace hdiplot {
+
+enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
+
+struct Stroke {
+  Rgb color;
+  uint32_t width = 1;  // dots
+  LineEnds ends = LineEnds::kRound;
+  const LineType* lineType = nullptr;  // null: continuous
+  double lineTypeScale = 1;            // dots a unit of the line type
+  bool operator==(const Stroke&) const = default;
+};
+
+// Points are dots of the host, Y down. What is not finite or lies absurdly far off the sheet is not drawn.
+class Canvas {
+ public:
+  // The width of a pen: the nearest whole number, at least 1.
+  [[nodiscard]] static uint32_t PenWidth(double dots) {
+    return dots > 1 ? static_cast<uint32_t>(std::min(std::round(dots), 1e6)) : 1;
+  }
+
+  Canvas(PlotDevice& device, const Sheet& sheet) : device_(device), sheet_(sheet) {}
+
+  [[nodiscard]] const Sheet& GetSheet() const { return sheet_; }
+  [[nodiscard]] static bool IsPlottable(Vec2 p) {
+    constexpr double kFarthest = 1e9;
+    return std::abs(p.x) < kFarthest && std::abs(p.y) < kFarthest;
+  }
+
+  // Sets the pen, unless it is the one in use: consecutive lines of one pen become one path in the driver.
+  void UseStroke(const Stroke& stroke);
+  // Sets the brush, and a solid pen of its colour, in which the driver draws a hairline around areas.
+  void UseFill(Rgb color);
+
+  void Dot(Vec2 at);
+  void Line(Vec2 from, Vec2 to);
+  void Polyline(std::span<const Vec2> points);
+  void Arc(const ConicArc& arc);
+
+  // A path of lines and curves, of plottable points. Where a line meets a curve, the point has to come from
+  // OnWholeDot: the driver rounds the ends of lines but not those of curves, and only joins what is the same.
+  void BeginPath(Vec2 at);
+  void LineTo(Vec2 to);
+  void CurveTo(Vec2 control1, Vec2 control2, Vec2 to);
+  void EndPath();
+  // Where the driver would put the end of a line.
+  [[nodiscard]] Vec2 OnWholeDot(Vec2 p) const;
+  // Keeps what comes from being joined to what has been drawn.
+  void SeparatePath() { device_.BeginPath(); }
+
+  // Areas: rings of points that are closed here, then filled together.
+  void BeginRing();
+  void RingPoint(Vec2 p);
+  void FillRings(uint32_t fillMode);
+
+ private:
+  enum class PathPart { kNone, kLines, kCurves };
+
+  void SetPen(const Pen& pen);
+  void CloseRing();
+  void FlushPathPart();
+
+  PlotDevice& device_;
+  Sheet sheet_;
+  std::optional<Pen> pen_;        // as last set, as the next two
+  std::optional<Stroke> stroke_;  // none when the pen is not from a stroke
+  std::optional<Rgb> brush_;
+  std::optional<uint32_t> fillMode_;
+  std::vector<hdi::HT_Double_Point> points_;
+  PathPart pathPart_ = PathPart::kNone;
+  std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
+  size_t ringCount_ = 0;
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,32 @@
+// Colours of a drawing, and what becomes of them on the sheet.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "host/hdiplot/plot_options.h"
+
+namespace hdiplot {
+
+// The colour of an index: 1 to 9 the named ones, 10 to 249 a wheel of 24 hues in five shades, each full and
+// half saturated, 250 to 255 greys. Others than 1 to 255 are white, which stands for the foreground.
+[[nodiscard]] Rgb IndexColor(uint32_t index);
+
+[[nodiscard]] Rgb TrueColor(uint32_t value);  // 0xRRGGBB
+
+// Turns a drawing's colours into those of the plot. White is the colour that stands out from the sheet:
+// black on white paper and on any light background, white on a dark one. A monochrome plot has no other.
+class Ink {
+ public:
+  Ink(const std::optional<Rgb>& background, bool monochrome);
+
+  [[nodiscard]] Rgb Of(Rgb color) const {
+    return monochrome_ || color == Rgb{255, 255, 255} ? foreground_ : color;
+  }
+
+ private:
+  Rgb foreground_;
+  bool monochrome_;
+};
+
+}  // namespace hdiplot

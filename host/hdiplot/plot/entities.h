@@ -1,0 +1,56 @@
+// Draws the shapes of a drawing, one kind after the other.
+#pragma once
+
+#include "host/hdiplot/plot/canvas.h"
+#include "host/hdiplot/plot/hatch_boundary.h"
+#include "host/hdiplot/plot/polyline_plotter.h"
+#include "host/hdiplot/plot/styles.h"
+
+namespace hdiplot {
+
+// What the shapes of one drawing have in common.
+struct ShapeScale {
+  double dotsPerUnit = 1;          // of the drawing
+  double dotsPerLineTypeUnit = 1;  // the same with the drawing's line type scale
+  int pointMode = 0;               // as Drawing has it
+  double pointSize = 0;            // dots
+};
+
+class EntityPlotter {
+ public:
+  EntityPlotter(Canvas& canvas, const ShapeScale& scale)
+      : canvas_(canvas), scale_(scale), polylines_(canvas) {}
+
+  // Draws `shape` in `style`; `map` leads from its coordinates to dots. Does nothing for an InsertEntity.
+  void Plot(const Shape& shape, const Affine& map, const Style& style);
+
+ private:
+  [[nodiscard]] Stroke StrokeOf(const Style& style) const;
+  void UseStyle() { canvas_.UseStroke(StrokeOf(*style_)); }
+
+  void Draw(const LineEntity& line);
+  void Draw(const PolylineEntity& polyline);
+  void Draw(const MeshEntity& mesh);
+  void Draw(const ArcEntity& arc);
+  void Draw(const EllipseEntity& ellipse);
+  void Draw(const SplineEntity& spline);
+  void Draw(const PointEntity& point);
+  void Draw(const SolidEntity& solid);
+  void Draw(const FaceEntity& face);
+  void Draw(const HatchEntity& hatch);
+  void Draw(const InsertEntity& /*insert*/) {}
+
+  void DrawPointFigure(Vec2 at);
+  void FillHatch(const std::vector<Ring>& rings);
+  void DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings);
+
+  Canvas& canvas_;
+  ShapeScale scale_;
+  PolylinePlotter polylines_;
+  Affine map_;  // of the shape being drawn, as the next
+  const Style* style_ = nullptr;
+  std::vector<Vec2> points_;
+  std::vector<Cubic> cubics_;
+};
+
+}  // namespace hdiplot

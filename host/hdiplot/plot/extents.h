@@ -1,0 +1,13 @@
+// How large is what will be plotted?
+#pragma once
+
+#include "host/hdiplot/plot/transform.h"
+#include "host/hdiplot/plot_options.h"
+
+namespace hdiplot {
+
+// The box in drawing units around all that DrawingWalk comes upon, whatever the file's header says: exact for
+// lines, arcs and splines, with the widths of polylines and without line weights and point symbols.
+[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options);
+
+}  // namespace hdiplot

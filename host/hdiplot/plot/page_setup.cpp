@@ -1,0 +1,60 @@
+#include "host/hdiplot/plot/page_setup.h"
+
+#include "host/hdiplot/plot/extents.h"
+
+namespace hdiplot {
+
+namespace {
+
+// Indexes of the device's capabilities.
+constexpr int32_t kPrintableWidth = 8;
+constexpr int32_t kPrintableHeight = 10;
+constexpr int32_t kDotsPerInchAcross = 88;
+
+constexpr double kMillimetresPerInch = 25.4;
+
+// The factor at which `extents` take up the whole of the sheet in one direction. Infinite without an extent.
+double FittingScale(const Box& extents, const Sheet& sheet) {
+  return std::min(sheet.width / extents.Width(), sheet.height / extents.Height());
+}
+
+}  // namespace
+
+Sheet MakeSheet(PlotDevice& device) {
+  Sheet sheet;
+  // Margins wider than the paper give negative answers; a dot is left to plot on.
+  const auto dots = [&](int32_t index) { return std::max(static_cast<int32_t>(device.GetCaps(index)), 1); };
+  sheet.width = dots(kPrintableWidth);
+  sheet.height = dots(kPrintableHeight);
+  const uint32_t dotsPerInch = device.GetCaps(kDotsPerInchAcross);
+  sheet.dotsPerMillimetre = dotsPerInch / kMillimetresPerInch;
+  // Read behind the queries, which bring the record up to date.
+  const hdi::DriverDevMode& record = *device.Driver().GetDevModePointer();
+  const int32_t height = record.paperHeight - record.marginTop - record.marginBottom;
+  sheet.mappedHeight = height * static_cast<double>(dotsPerInch) / hdi::kTenthsPerInch;
+  sheet.wholeDots = record.keepFractions == 0;
+  return sheet;
+}
+
+Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, const Sheet& portrait,
+                            const Sheet& landscape) {
+  if (options.orientation != Orientation::kFit) return options.orientation;
+  const Box extents = PlottedExtents(drawing, options);
+  return FittingScale(extents, landscape) > FittingScale(extents, portrait) ? Orientation::kLandscape
+                                                                            : Orientation::kPortrait;
+}
+
+Affine DrawingToDots(const Box& extents, double millimetresPerUnit, const PlotOptions& options,
+                     const Sheet& sheet) {
+  if (extents.Empty()) return {};
+  const double trueSize = millimetresPerUnit * sheet.dotsPerMillimetre;
+  const double fitting = FittingScale(extents, sheet);
+  const double scale = options.scale            ? trueSize / *options.scale
+                       : std::isfinite(fitting) ? fitting
+                                                : trueSize;
+  const Vec2 middle = Between(extents.low, extents.high, 0.5);
+  return Affine::Translation({sheet.width / 2, sheet.height / 2}) * Affine::Scaling(scale, -scale) *
+         Affine::Translation(middle * -1);
+}
+
+}  // namespace hdiplot

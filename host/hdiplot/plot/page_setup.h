@@ -1,0 +1,36 @@
+// Where a drawing lands on the sheet.
+#pragma once
+
+#include "host/hdiplot/plot/transform.h"
+#include "host/hdiplot/plot_device.h"
+#include "host/hdiplot/plot_options.h"
+
+namespace hdiplot {
+
+// The printable area of the device. Host coordinates begin at its upper left corner.
+struct Sheet {
+  double width = 0;   // dots
+  double height = 0;  // dots
+  double dotsPerMillimetre = 1;
+  // The height, with its fraction of a dot, by which the driver turns Y round: record y is this less host y.
+  double mappedHeight = 0;
+  // Whether the driver puts lines on whole dots of the record.
+  bool wholeDots = true;
+};
+
+// The sheet that the device is set up for: its capabilities, and what they leave out from the driver's
+// record. To be asked behind the page's start when the page brings a record of its own.
+[[nodiscard]] Sheet MakeSheet(PlotDevice& device);
+
+// What `options` ask for; for Orientation::kFit the way in which the drawing comes out larger, or with a
+// fixed scale has more room. Portrait when there is nothing between them. Never kFit.
+[[nodiscard]] Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options,
+                                          const Sheet& portrait, const Sheet& landscape);
+
+// The map from drawing units, Y up, to dots, Y down. The middle of `extents` comes to the middle of the
+// sheet, at the scale that the options ask for; else at the largest that fits, or at 1:1 when the drawing has
+// no extent.
+[[nodiscard]] Affine DrawingToDots(const Box& extents, double millimetresPerUnit, const PlotOptions& options,
+                                   const Sheet& sheet);
+
+}  // namespace hdiplot

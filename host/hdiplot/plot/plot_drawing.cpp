@@ -1,0 +1,71 @@
+#include "host/hdiplot/plot/plot_drawing.h"
+
+#include <vector>
+
+#include "host/hdiplot/plot/entities.h"
+#include "host/hdiplot/plot/extents.h"
+#include "host/hdiplot/plot/walk.h"
+
+namespace hdiplot {
+
+namespace {
+
+class PlotSink final : public ShapeSink {
+ public:
+  PlotSink(Canvas& canvas, const ShapeScale& scale, Progress& progress)
+      : plotter_(canvas, scale), progress_(progress) {}
+
+  void Put(const Shape& shape, const Affine& map, const Style& style) override {
+    plotter_.Plot(shape, map, style);
+  }
+  void Done(size_t entities) override { progress_.Advance(entities); }
+
+ private:
+  EntityPlotter plotter_;
+  Progress& progress_;
+};
+
+// In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
+double PointSizeInDots(double size, double dotsPerUnit, const Sheet& sheet) {
+  if (size > 0) return size * dotsPerUnit;
+  return (size < 0 ? -size : 5) / 100 * sheet.height;
+}
+
+// Keeps a drawing that is larger than the sheet, which a scale of the user's can make it, off the margins.
+// The driver takes the first clip of a page for the page's own, and any later one for a clip.
+void ClipToSheet(const Box& extents, const Affine& map, const Sheet& sheet, PlotDevice& device) {
+  constexpr double kOverhang = 1;  // dots; a drawing that has been fitted may stick out by a rounding error
+  const Vec2 corners[] = {map(extents.low), map(extents.high)};
+  bool fits = true;
+  for (const Vec2& p : corners) {
+    fits = fits && p.x >= -kOverhang && p.x <= sheet.width + kOverhang && p.y >= -kOverhang &&
+           p.y <= sheet.height + kOverhang;
+  }
+  if (fits) return;
+  const std::vector<std::vector<hdi::HT_Double_Point>> area{
+      {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}}};
+  device.SetClip(area);
+  device.SetClip(area);
+}
+
+}  // namespace
+
+void PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, PlotDevice& device,
+                 Progress& progress) {
+  const Box extents = PlottedExtents(drawing, options);
+  progress.Start(drawing.entities.size());
+  if (extents.Empty()) return;
+  const Affine map = DrawingToDots(extents, drawing.millimetresPerUnit, options, sheet);
+  ClipToSheet(extents, map, sheet, device);
+
+  ShapeScale scale;
+  scale.dotsPerUnit = map.LargestScale();
+  scale.dotsPerLineTypeUnit = scale.dotsPerUnit * drawing.lineTypeScale;
+  scale.pointMode = drawing.pointMode;
+  scale.pointSize = PointSizeInDots(drawing.pointSize, scale.dotsPerUnit, sheet);
+  Canvas canvas(device, sheet);
+  PlotSink sink(canvas, scale, progress);
+  DrawingWalk(drawing, options, sink).Run(map);
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,17 @@
+// Plots a drawing onto one page.
+#pragma once
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/plot/page_setup.h"
+#include "host/hdiplot/plot_device.h"
+#include "host/hdiplot/plot_options.h"
+#include "host/hdiplot/progress.h"
+
+namespace hdiplot {
+
+// Makes the calls that draw `drawing` on `sheet`, between the page's start and its end, which are the
+// caller's. Shows the drawing's entities as progress. The order of the file is the order of drawing.
+void PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, PlotDevice& device,
+                 Progress& progress);
+
+}  // namespace hdiplot

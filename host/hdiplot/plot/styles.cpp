@@ -1,0 +1,122 @@
+#include "host/hdiplot/plot/styles.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "host/hdiplot/plot/wildcard.h"
+
+namespace hdiplot {
+
+namespace {
+
+constexpr int kDefaultLineWeight = 25;
+constexpr uint32_t kForegroundIndex = 7;
+
+std::vector<std::u16string> FoldedPatterns(const std::vector<std::string>& patterns) {
+  std::vector<std::u16string> folded;
+  folded.reserve(patterns.size());
+  for (const std::string& pattern : patterns) folded.push_back(FoldedCase(pattern));
+  return folded;
+}
+
+bool MatchesAny(const std::vector<std::u16string>& patterns, std::u16string_view name) {
+  return std::any_of(patterns.begin(), patterns.end(),
+                     [&](const std::u16string& pattern) { return MatchesWildcard(pattern, name); });
+}
+
+std::string UpperAscii(std::string text) {
+  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return text;
+}
+
+}  // namespace
+
+StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options)
+    : drawing_(drawing),
+      ink_(options.background, options.monochrome),
+      wanted_(FoldedPatterns(options.layers)),
+      unwanted_(FoldedPatterns(options.skipLayers)) {
+  for (const auto& [name, layer] : drawing.layers) layersByFoldedName_.emplace(FoldedCase(name), &layer);
+}
+
+Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) {
+  Style style;
+  style.layer = &FindLayer(attributes.layer);
+  if (insert != nullptr && style.layer->isZero) style.layer = insert->layer;
+
+  const Rgb byBlock = insert != nullptr ? insert->color : ink_.Of(IndexColor(kForegroundIndex));
+  style.color = PlottedColor(attributes.color, style.layer->color, byBlock);
+
+  switch (attributes.lineWeight) {
+    case kLineWeightByLayer:
+      style.lineWeight = style.layer->lineWeight;
+      break;
+    case kLineWeightByBlock:
+      style.lineWeight = insert != nullptr ? insert->lineWeight : kDefaultLineWeight;
+      break;
+    default:
+      style.lineWeight = attributes.lineWeight < 0 ? kDefaultLineWeight : attributes.lineWeight;
+  }
+
+  style.lineTypeScale = attributes.lineTypeScale;
+  if (attributes.lineType == "BYLAYER") {
+    style.lineType = style.layer->lineType;
+  } else if (attributes.lineType == "BYBLOCK") {
+    style.lineType = insert != nullptr ? insert->lineType : nullptr;
+  } else {
+    style.lineType = FindLineType(attributes.lineType);
+  }
+  return style;
+}
+
+const LayerStyle& StyleResolver::FindLayer(const std::string& name) {
+  if (lastLayer_ == nullptr || lastLayer_->first != name) {
+    auto found = layers_.find(name);
+    if (found == layers_.end()) found = layers_.emplace(name, MakeLayer(name)).first;
+    lastLayer_ = &*found;
+  }
+  return lastLayer_->second;
+}
+
+LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
+  static const Layer kMissing;
+  const std::u16string folded = FoldedCase(name);
+  const auto found = layersByFoldedName_.find(folded);
+  const Layer& layer = found != layersByFoldedName_.end() ? *found->second : kMissing;
+  LayerStyle style;
+  const Rgb foreground = ink_.Of(IndexColor(kForegroundIndex));
+  style.color = PlottedColor(layer.color, foreground, foreground);
+  style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
+  style.lineType = FindLineType(UpperAscii(layer.lineType));
+  style.frozen = layer.frozen;
+  // The layer of dimensions' definition points never plots, whatever its entry says.
+  const bool onPaper = layer.plottable && folded != u"DEFPOINTS";
+  style.plotted = onPaper && !layer.off && !layer.frozen && IsAskedFor(folded);
+  style.isZero = name == "0";
+  return style;
+}
+
+bool StyleResolver::IsAskedFor(std::u16string_view foldedName) const {
+  return (wanted_.empty() || MatchesAny(wanted_, foldedName)) && !MatchesAny(unwanted_, foldedName);
+}
+
+Rgb StyleResolver::PlottedColor(const EntityColor& color, Rgb byLayer, Rgb byBlock) const {
+  switch (color.kind) {
+    case EntityColor::Kind::kByLayer:
+      return byLayer;
+    case EntityColor::Kind::kByBlock:
+      return byBlock;
+    case EntityColor::Kind::kIndex:
+      return ink_.Of(IndexColor(color.value));
+    case EntityColor::Kind::kTrue:
+      return ink_.Of(TrueColor(color.value));
+  }
+  return byLayer;
+}
+
+const LineType* StyleResolver::FindLineType(const std::string& name) const {
+  const auto found = drawing_.lineTypes.find(name);
+  return found != drawing_.lineTypes.end() && !found->second.dashes.empty() ? &found->second : nullptr;
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,60 @@
+// From an entity's attributes to how it looks: by layer, by block, and what is not plotted at all.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/plot/colors.h"
+#include "host/hdiplot/plot_options.h"
+
+namespace hdiplot {
+
+// A layer as the plot sees it.
+struct LayerStyle {
+  Rgb color;
+  int lineWeight = 0;                  // hundredths of a millimetre
+  const LineType* lineType = nullptr;  // null: continuous
+  bool frozen = false;                 // hides the contents of blocks inserted on it, too
+  bool plotted = true;                 // on, plottable and asked for
+  bool isZero = false;                 // layer "0", which in a block stands for the layer of the insert
+};
+
+// How an entity looks, nothing left to look up. Pointers are into the drawing and the StyleResolver.
+struct Style {
+  const LayerStyle* layer = nullptr;
+  Rgb color;                           // of the plot
+  int lineWeight = 0;                  // hundredths of a millimetre
+  const LineType* lineType = nullptr;  // null: continuous
+  double lineTypeScale = 1;            // the entity's own
+};
+
+class StyleResolver {
+ public:
+  // Refers to both from then on.
+  StyleResolver(const Drawing& drawing, const PlotOptions& options);
+
+  // `insert` is the style of the INSERT that the entity's block came by, null in the drawing itself. What is
+  // by block there is the foreground colour, continuous and of the default weight.
+  [[nodiscard]] Style Resolve(const Attributes& attributes, const Style* insert);
+
+ private:
+  [[nodiscard]] const LayerStyle& FindLayer(const std::string& name);
+  [[nodiscard]] LayerStyle MakeLayer(const std::string& name) const;
+  [[nodiscard]] bool IsAskedFor(std::u16string_view foldedName) const;
+  [[nodiscard]] Rgb PlottedColor(const EntityColor& color, Rgb byLayer, Rgb byBlock) const;
+  [[nodiscard]] const LineType* FindLineType(const std::string& name) const;
+
+  const Drawing& drawing_;
+  Ink ink_;
+  std::vector<std::u16string> wanted_;    // folded patterns
+  std::vector<std::u16string> unwanted_;  // folded patterns
+  std::map<std::u16string, const Layer*> layersByFoldedName_;
+  std::unordered_map<std::string, LayerStyle> layers_;  // by name as entities write it, made when first met
+  const std::pair<const std::string, LayerStyle>* lastLayer_ = nullptr;  // entities come in runs of one layer
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,63 @@
+#include "host/hdiplot/plot/walk.h"
+
+#include <algorithm>
+
+namespace hdiplot {
+
+DrawingWalk::DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink)
+    : drawing_(drawing), sink_(sink), styles_(drawing, options) {}
+
+void DrawingWalk::Run(const Affine& map) {
+  const bool hasModel = std::any_of(drawing_.entities.begin(), drawing_.entities.end(),
+                                    [](const Entity& entity) { return !entity.attributes.paperSpace; });
+  size_t done = 0;
+  for (const Entity& entity : drawing_.entities) {
+    if (entity.attributes.paperSpace != hasModel) Visit(entity, map, nullptr);
+    sink_.Done(++done);
+  }
+}
+
+void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* insert) {
+  if (!entity.attributes.visible) return;
+  const Style style = styles_.Resolve(entity.attributes, insert);
+  if (const auto* inner = std::get_if<InsertEntity>(&entity.shape)) {
+    // A layer that is off does not hide what a block has on other layers; a frozen one does.
+    if (!style.layer->frozen) VisitInsert(*inner, map, style);
+  } else if (style.layer->plotted) {
+    sink_.Put(entity.shape, map, style);
+  }
+}
+
+void DrawingWalk::VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style) {
+  const auto found = drawing_.blocks.find(insert.block);
+  if (found == drawing_.blocks.end() || open_.size() == kDeepestInsert || IsOpen(found->second)) return;
+  const Block& block = found->second;
+  const Affine mirror = insert.mirrored ? Affine::Scaling(-1, 1) : Affine{};
+  // The array's columns and rows turn with the insert and are not scaled.
+  const Affine place = map * mirror * Affine::Translation(insert.at) * Affine::Rotation(insert.rotation);
+  const Affine form =
+      Affine::Scaling(insert.scaleX, insert.scaleY) * Affine::Translation({-block.base.x, -block.base.y});
+  open_.push_back(&block);
+  for (int row = 0; row < std::max(insert.rows, 1) && leftFromBlocks_ > 0; ++row) {
+    for (int column = 0; column < std::max(insert.columns, 1) && leftFromBlocks_ > 0; ++column) {
+      const Vec2 offset{column * insert.columnSpacing, row * insert.rowSpacing};
+      --leftFromBlocks_;  // an empty block takes time, too
+      VisitBlock(block, place * Affine::Translation(offset) * form, style);
+    }
+  }
+  open_.pop_back();
+}
+
+void DrawingWalk::VisitBlock(const Block& block, const Affine& map, const Style& style) {
+  for (const Entity& entity : block.entities) {
+    if (leftFromBlocks_ == 0) return;
+    --leftFromBlocks_;
+    Visit(entity, map, &style);
+  }
+}
+
+bool DrawingWalk::IsOpen(const Block& block) const {
+  return std::find(open_.begin(), open_.end(), &block) != open_.end();
+}
+
+}  // namespace hdiplot

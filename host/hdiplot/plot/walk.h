@@ -1,0 +1,50 @@
+// Goes through a drawing in its order, into the blocks that it inserts.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/hdiplot/plot/styles.h"
+#include "host/hdiplot/plot/transform.h"
+
+namespace hdiplot {
+
+// Takes what is plotted. `map` leads from the shape's coordinates to those that the walk was given.
+class ShapeSink {
+ public:
+  virtual ~ShapeSink() = default;
+
+  // `shape` is no InsertEntity.
+  virtual void Put(const Shape& shape, const Affine& map, const Style& style) = 0;
+  // Behind each entity of the drawing itself: how many of them are done.
+  virtual void Done(size_t entities) { static_cast<void>(entities); }
+};
+
+// Model space is walked, paper space when there is nothing in model space. Left out are invisible entities,
+// layers that are not plotted, blocks inserted on frozen layers and inserts of blocks that are missing, are
+// open already or stand more than kDeepestInsert deep. Nothing more comes from blocks once kMostFromBlocks
+// entities have: a small file can ask for any number of them.
+class DrawingWalk {
+ public:
+  static constexpr size_t kDeepestInsert = 16;
+  static constexpr size_t kMostFromBlocks = 10'000'000;
+
+  DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink);
+
+  void Run(const Affine& map);
+
+ private:
+  void Visit(const Entity& entity, const Affine& map, const Style* insert);
+  void VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style);
+  void VisitBlock(const Block& block, const Affine& map, const Style& style);
+  [[nodiscard]] bool IsOpen(const Block& block) const;
+
+  const Drawing& drawing_;
+  ShapeSink& sink_;
+  StyleResolver styles_;
+  std::vector<const Block*> open_;
+  size_t leftFromBlocks_ = kMostFromBlocks;
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,127 @@
+// Extents of drawings, orientation, and the place on the sheet.
+#include "host/hdiplot/plot/page_setup.h"
+
+#include <gtest/gtest.h>
+
+#include "host/hdiplot/plot/extents.h"
+#include "tests/hdiplot_plot/logging_driver.h"
+
+namespace hdiplot {
+namespace {
+
+constexpr double kPi = 3.14159265358979;
+
+Sheet SheetOf(double width, double height) {
+  Sheet sheet;
+  sheet.width = width;
+  sheet.height = height;
+  sheet.dotsPerMillimetre = 10;
+  return sheet;
+}
+
+Box Extents(std::vector<Entity> entities) {
+  Drawing drawing;
+  drawing.entities = std::move(entities);
+  return PlottedExtents(drawing, {});
+}
+
+TEST(PlottedExtents, AreThoseOfTheGeometry) {
+  const Box arc = Extents({Thing(ArcEntity{{0, 0}, 10, kPi / 4, 3 * kPi / 4})});
+  EXPECT_NEAR(arc.high.y, 10, 1e-9);
+  EXPECT_NEAR(arc.low.y, 10 * std::sqrt(0.5), 1e-9);
+
+  SplineEntity spline;
+  spline.knots = {0, 0, 0, 0, 1, 1, 1, 1};
+  spline.controlPoints = {{0, 0}, {0, 4}, {4, 4}, {4, 0}};
+  EXPECT_NEAR(Extents({Thing(spline)}).high.y, 3, 1e-9);  // not the control points' 4
+
+  const Box wide =
+      Extents({Thing(PolylineEntity{{{{0, 0}, 0, 2, 2}, {{10, 0}, 1, 2, 2}, {{20, 0}, 0, 2, 2}}, false})});
+  EXPECT_NEAR(wide.high.y, 1, 1e-9);
+  EXPECT_NEAR(wide.low.y, -6, 1e-9);  // half a circle of radius 5 and half the width
+}
+
+TEST(PlottedExtents, GoThroughInsertsAndLeaveOutWhatIsHidden) {
+  Drawing drawing;
+  drawing.blocks["B"].base = {1, 1};
+  drawing.blocks["B"].entities = {Thing(ArcEntity{{1, 1}, 1, 0, 2 * kPi})};
+  InsertEntity insert;
+  insert.block = "B";
+  insert.at = {10, 0};
+  insert.scaleX = 3;
+  insert.rotation = kPi / 2;
+  insert.columns = 2;
+  insert.columnSpacing = 20;
+  drawing.entities = {Thing(insert), Thing(LineEntity{{-500, 0}, {500, 0}}, "hidden")};
+  drawing.layers["Hidden"].off = true;
+  const Box box = PlottedExtents(drawing, {});
+  EXPECT_NEAR(box.low.x, 9, 1e-9);
+  EXPECT_NEAR(box.high.x, 11, 1e-9);
+  EXPECT_NEAR(box.low.y, -3, 1e-9);
+  EXPECT_NEAR(box.high.y, 23, 1e-9);
+}
+
+TEST(BestOrientation, TakesTheLargerPlot) {
+  const Sheet portrait = SheetOf(2000, 2900);
+  const Sheet landscape = SheetOf(2900, 2000);
+  Drawing drawing;
+  const auto best = [&](const PlotOptions& options = {}) {
+    return BestOrientation(drawing, options, portrait, landscape);
+  };
+  EXPECT_EQ(best(), Orientation::kPortrait);  // an empty drawing
+  drawing.entities = {Thing(LineEntity{{0, 0}, {40, 30}})};
+  EXPECT_EQ(best(), Orientation::kLandscape);
+  PlotOptions asked;
+  asked.orientation = Orientation::kPortrait;
+  EXPECT_EQ(best(asked), Orientation::kPortrait);
+  drawing.entities = {Thing(LineEntity{{0, 0}, {30, 40}})};
+  EXPECT_EQ(best(), Orientation::kPortrait);
+  drawing.entities = {Thing(LineEntity{{0, 0}, {40, 0}})};
+  EXPECT_EQ(best(), Orientation::kLandscape);
+}
+
+TEST(DrawingToDots, FitsAndCentres) {
+  const Sheet sheet = SheetOf(2000, 3000);
+  Box extents;
+  extents.Add({10, 10});
+  extents.Add({110, 60});
+  const Affine map = DrawingToDots(extents, 1, {}, sheet);
+  EXPECT_NEAR(map({10, 10}).x, 0, 1e-9);
+  EXPECT_NEAR(map({110, 60}).x, 2000, 1e-9);
+  EXPECT_NEAR(map({110, 60}).y, 1000, 1e-9);  // above the middle, where Y points down
+  EXPECT_NEAR(map({10, 10}).y, 2000, 1e-9);
+
+  Box point;
+  point.Add({7, 7});
+  const Affine single = DrawingToDots(point, 25.4, {}, sheet);
+  EXPECT_NEAR(single({7, 7}).x, 1000, 1e-9);
+  EXPECT_NEAR(single.LargestScale(), 254, 1e-9);
+}
+
+TEST(DrawingToDots, KeepsAScale) {
+  PlotOptions options;
+  options.scale = 50;
+  Box extents;
+  extents.Add({0, 0});
+  extents.Add({3, 2});
+  // Metres at 1:50 are 20 mm, 200 dots.
+  const Affine map = DrawingToDots(extents, 1000, options, SheetOf(2000, 3000));
+  EXPECT_NEAR(map.LargestScale(), 200, 1e-9);
+  EXPECT_NEAR(map({1.5, 1}).x, 1000, 1e-9);
+  EXPECT_NEAR(map({1.5, 1}).y, 1500, 1e-9);
+}
+
+TEST(MakeSheet, ReadsTheDevice) {
+  LoggingDriver driver;
+  driver.GetDevModePointer()->marginTop = 17;
+  PlotDevice device(driver);
+  const Sheet sheet = MakeSheet(device);
+  EXPECT_EQ(sheet.width, 2000);
+  EXPECT_EQ(sheet.height, 3000);
+  EXPECT_DOUBLE_EQ(sheet.dotsPerMillimetre, 10);
+  EXPECT_DOUBLE_EQ(sheet.mappedHeight, 2983);
+  EXPECT_TRUE(sheet.wholeDots);
+}
+
+}  // namespace
+}  // namespace hdiplot

@@ -1,0 +1,146 @@
+// Splines against their definition by basis functions.
+#include "host/hdiplot/plot/splines.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace hdiplot {
+namespace {
+
+// The Cox-de Boor recursion as it is written down; the last span is closed at its end.
+double Basis(const std::vector<double>& knots, size_t i, int degree, double t) {
+  if (degree == 0) {
+    const bool last = t == knots.back() && knots[i] < knots[i + 1] && knots[i + 1] == knots.back();
+    return (knots[i] <= t && t < knots[i + 1]) || last ? 1 : 0;
+  }
+  const auto p = static_cast<size_t>(degree);
+  const double left = knots[i + p] - knots[i];
+  const double right = knots[i + p + 1] - knots[i + 1];
+  return (left > 0 ? (t - knots[i]) / left * Basis(knots, i, degree - 1, t) : 0) +
+         (right > 0 ? (knots[i + p + 1] - t) / right * Basis(knots, i + 1, degree - 1, t) : 0);
+}
+
+Vec2 PointOf(const SplineEntity& spline, double t) {
+  Vec2 sum;
+  double weights = 0;
+  for (size_t i = 0; i < spline.controlPoints.size(); ++i) {
+    const double weight = spline.weights.empty() ? 1 : spline.weights[i];
+    const double basis = Basis(spline.knots, i, spline.degree, t) * weight;
+    sum = sum + spline.controlPoints[i] * basis;
+    weights += basis;
+  }
+  return sum * (1 / weights);
+}
+
+// The greatest distance from points of the curve to the nearest of many points of the cubics.
+double Departure(const SplineEntity& spline, const std::vector<Cubic>& cubics) {
+  std::vector<Vec2> drawn;
+  for (const Cubic& cubic : cubics) {
+    for (int i = 0; i <= 400; ++i) drawn.push_back(cubic.At(i / 400.0));
+  }
+  const auto degree = static_cast<size_t>(spline.degree);
+  const double from = spline.knots[degree];
+  const double to = spline.knots[spline.controlPoints.size()];
+  double worst = 0;
+  for (int i = 0; i <= 100; ++i) {
+    const Vec2 wanted = PointOf(spline, from + (to - from) * (i / 100.0));
+    double nearest = 1e9;
+    for (const Vec2& p : drawn) nearest = std::min(nearest, Length(p - wanted));
+    worst = std::max(worst, nearest);
+  }
+  return worst;
+}
+
+SplineEntity Random(int degree, size_t points, bool clamped, bool rational) {
+  std::mt19937 random(static_cast<uint32_t>(degree) * 100 + static_cast<uint32_t>(points));
+  std::uniform_real_distribution<double> any(0, 10);
+  SplineEntity spline;
+  spline.degree = degree;
+  for (size_t i = 0; i < points; ++i) {
+    spline.controlPoints.push_back({any(random), any(random)});
+    if (rational) spline.weights.push_back(0.2 + any(random) / 3);
+  }
+  const auto ends = static_cast<size_t>(degree);
+  double knot = 0;
+  for (size_t i = 0; i < points + ends + 1; ++i) {
+    spline.knots.push_back(knot);
+    const bool repeated = clamped && (i < ends || i >= points);
+    if (!repeated) knot += 0.5 + any(random) / 10;
+  }
+  return spline;
+}
+
+TEST(Splines, LowDegreesAreExact) {
+  for (const int degree : {1, 2, 3}) {
+    for (const bool clamped : {true, false}) {
+      const SplineEntity spline = Random(degree, 7, clamped, false);
+      std::vector<Cubic> cubics;
+      AppendCubics(spline, 100, cubics);  // no tolerance is needed
+      EXPECT_EQ(cubics.size(), 7U - static_cast<size_t>(degree));
+      const double step = 20.0 / 400;  // between the points that Departure compares with
+      EXPECT_LT(Departure(spline, cubics), step) << degree << clamped;
+      EXPECT_LT(Length(cubics.front().points[0] - PointOf(spline, spline.knots[static_cast<size_t>(degree)])),
+                1e-9);
+    }
+  }
+}
+
+TEST(Splines, HigherDegreesAndWeightsKeepTheTolerance) {
+  for (const int degree : {2, 3, 5, 9}) {
+    const SplineEntity spline = Random(degree, 14, true, degree <= 3);
+    std::vector<Cubic> cubics;
+    AppendCubics(spline, 1e-3, cubics);
+    EXPECT_LT(Departure(spline, cubics), 0.02) << degree;
+    for (size_t i = 1; i < cubics.size(); ++i) {
+      EXPECT_LT(Length(cubics[i].points[0] - cubics[i - 1].points[3]), 1e-9);
+    }
+  }
+}
+
+TEST(Splines, ARationalQuadraticIsACircle) {
+  const double w = std::sqrt(0.5);
+  SplineEntity circle;
+  circle.degree = 2;
+  circle.knots = {0, 0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 4};
+  circle.controlPoints = {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}};
+  circle.weights = {1, w, 1, w, 1, w, 1, w, 1};
+  std::vector<Cubic> cubics;
+  AppendCubics(circle, 1e-5, cubics);
+  for (const Cubic& cubic : cubics) {
+    for (int i = 0; i <= 10; ++i) EXPECT_NEAR(Length(cubic.At(i / 10.0)), 1, 2e-5);
+  }
+}
+
+TEST(Splines, FitPointsAreMetSmoothly) {
+  for (const bool closed : {false, true}) {
+    SplineEntity spline;
+    spline.fitPoints = {{0, 0}, {4, 3}, {8, 0}, {4, -3}};
+    spline.closed = closed;
+    std::vector<Cubic> cubics;
+    AppendCubics(spline, 0.1, cubics);
+    ASSERT_EQ(cubics.size(), closed ? 4U : 3U);
+    for (size_t i = 0; i < cubics.size(); ++i) {
+      EXPECT_LT(Length(cubics[i].points[0] - spline.fitPoints[i]), 1e-9);
+      if (i == 0 && !closed) continue;
+      const Cubic& before = cubics[(i + cubics.size() - 1) % cubics.size()];
+      const Vec2 in = before.points[3] - before.points[2];
+      const Vec2 out = cubics[i].points[1] - cubics[i].points[0];
+      EXPECT_LT(std::abs(Cross(in, out)), 1e-4 * Length(in) * Length(out)) << i << closed;
+      EXPECT_GT(Dot(in, out), 0);
+    }
+  }
+}
+
+TEST(Splines, AFaultyOneIsItsPolygon) {
+  SplineEntity spline;
+  spline.controlPoints = {{0, 0}, {1, 2}, {3, 0}};
+  spline.knots = {0, 1};
+  std::vector<Cubic> cubics;
+  AppendCubics(spline, 0.1, cubics);
+  ASSERT_EQ(cubics.size(), 2U);
+  EXPECT_EQ(cubics[1].points[3], (Vec2{3, 0}));
+}
+
+}  // namespace
+}  // namespace hdiplot
