@@ -1,18 +1,19 @@
 // One open device of the driver and the job that is plotted on it: the calls of the DeviceTable as methods.
 // Every call of hdiplot goes through here, whether it comes from a drawing or from a trace, so this is also
-// where a trace is recorded and where results are reported.
+// where a trace is recorded.
 //
 // Coordinates are the host's: dots of the device, Y down, origin at the upper left corner of the printable
 // area.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "host/hdiplot/record_fields.h"
 #include "platform/border.h"
 
 namespace hdiplot {
@@ -46,23 +47,30 @@ class TraceWriter;
 // Methods return what the entry returned. A null position of the table gives 0.
 class PlotDevice {
  public:
-  // Opens `driver`'s device. `recorder`, when given, gets every call; it must outlive the device.
-  PlotDevice(hdi::HT_Driver& driver, TraceWriter* recorder);
+  // Opens `driver`'s device. The driver must outlive it.
+  explicit PlotDevice(hdi::HT_Driver& driver);
   PlotDevice(const PlotDevice&) = delete;
   PlotDevice& operator=(const PlotDevice&) = delete;
   ~PlotDevice();  // closes the device
 
+  // From here on `recorder` gets every call but those of the document's start and end, which traces do not
+  // hold. It must outlive the device.
+  void RecordTo(TraceWriter& recorder) { recorder_ = &recorder; }
+
   [[nodiscard]] hdi::HT_Driver& Driver() { return driver_; }
-  // Calls made between pages' starts and ends that draw or set something: what the summary line counts.
+  // Calls that draw: what the summary line counts.
   [[nodiscard]] uint64_t ObjectCount() const { return objects_; }
   [[nodiscard]] uint32_t PageCount() const { return pages_; }
 
+  // No output: `defaultOutput` is the file, which must be given then.
   int32_t StartDoc(const std::u16string& docName, const std::optional<std::u16string>& output,
-                   const std::optional<std::u16string>& defaultOutput);
+                   const std::u16string& defaultOutput);
   int32_t EndDoc();
 
   uint32_t GetCaps(int32_t index);
-  int32_t StartPage(const hdi::DriverDevMode* devMode);  // null: the driver's record as it stands
+  // With changes, even an empty list of them, the page starts with a copy of the driver's record in which
+  // they have been made; without, with a null record.
+  int32_t StartPage(const std::optional<std::vector<FieldSetting>>& changes);
   int32_t EndPage();
   int32_t SetPen(const Pen& pen);
   int32_t SetBrush(const Brush& brush);
@@ -82,21 +90,31 @@ class PlotDevice {
   int32_t StrokeFillPath();
   // No polygons: a null list. `apply` goes into the last node.
   int32_t SetClip(std::span<const std::vector<hdi::HT_Double_Point>> polygons, uint32_t apply = 1);
-  // Calls that only traces make so far; arguments as the entries take them.
   int32_t BeginLink(const std::u16string& target);
   int32_t EndLink();
-  int32_t SetLayer(const std::u16string& name);
-  int32_t Text(const hdi::LOGFONTW& font, hdi::HT_Double_Point position, const std::u16string& text,
+  int32_t SetLayer(const std::u16string& name);  // at most 1023 units
+  // `advances` holds one number for each unit of the text, or is null.
+  int32_t Text(const hdi::LOGFONTW& font, hdi::HT_Double_Point position, std::u16string_view text,
                const std::vector<double>* advances, double textHeight, double obliqueAngle,
                double trackingFactor, double widthFactor);
+  // The record and its raster must live until EndDoc has returned.
   int32_t Bitmap(const hdi::HostImageRecord& image);
-  int32_t ShxComment(const std::u16string& text, const int32_t (&rect)[4], uint32_t flags);
+  // `rect` is x1, x2, y1, y2.
+  int32_t ShxComment(const std::u16string& text, std::span<const int32_t, 4> rect, uint32_t flags);
 
  private:
+  template <typename Function, typename... Arguments>
+  auto Invoke(hdi::Position position, Arguments... arguments);
+  template <typename Record, typename... Values>
+  void Log(Values&&... values);
+
   hdi::HT_Driver& driver_;
   hdi::HostDevice device_{};
-  TraceWriter* recorder_;
+  TraceWriter* recorder_ = nullptr;
   std::u16string defaultOutput_;
+  std::vector<uint32_t> penWords_;  // kept for its memory, as the next two
+  std::vector<hdi::HT_Double_Point> joinedPoints_;
+  std::vector<uint32_t> counts_;
   uint64_t objects_ = 0;
   uint32_t pages_ = 0;
 };

@@ -41,13 +41,15 @@ TEST(IndexColor, IsTheTable) {
   EXPECT_EQ(IndexColor(255), kWhite);
 }
 
-TEST(Ink, WhiteStandsOutFromTheSheet) {
-  EXPECT_EQ(Ink(std::nullopt, false).Of(kWhite), kBlack);
-  EXPECT_EQ(Ink(kWhite, false).Of(kWhite), kBlack);
-  EXPECT_EQ(Ink(Rgb{20, 30, 60}, false).Of(kWhite), kWhite);
-  EXPECT_EQ(Ink(std::nullopt, false).Of(kRed), kRed);
-  EXPECT_EQ(Ink(std::nullopt, true).Of(kRed), kBlack);
-  EXPECT_EQ(Ink(kBlack, true).Of(kRed), kWhite);
+TEST(Ink, TheForegroundStandsOutFromTheSheetAndOtherWhitesStay) {
+  EXPECT_EQ(Ink(std::nullopt, false).OfIndex(7), kBlack);
+  EXPECT_EQ(Ink(kWhite, false).OfIndex(7), kBlack);
+  EXPECT_EQ(Ink(Rgb{20, 30, 60}, false).OfIndex(7), kWhite);
+  EXPECT_EQ(Ink(std::nullopt, false).OfIndex(255), kWhite);
+  EXPECT_EQ(Ink(std::nullopt, false).OfTrueColor(0xFFFFFF), kWhite);
+  EXPECT_EQ(Ink(std::nullopt, false).OfIndex(1), kRed);
+  EXPECT_EQ(Ink(std::nullopt, true).OfIndex(1), kBlack);
+  EXPECT_EQ(Ink(kBlack, true).OfTrueColor(0xFF0000), kWhite);
 }
 
 TEST(Wildcards, MatchWholeNames) {

@@ -9,20 +9,26 @@
 namespace hdiplot {
 
 // The colour of an index: 1 to 9 the named ones, 10 to 249 a wheel of 24 hues in five shades, each full and
-// half saturated, 250 to 255 greys. Others than 1 to 255 are white, which stands for the foreground.
+// half saturated, 250 to 255 greys. Others than 1 to 255 are white.
 [[nodiscard]] Rgb IndexColor(uint32_t index);
 
 [[nodiscard]] Rgb TrueColor(uint32_t value);  // 0xRRGGBB
 
-// Turns a drawing's colours into those of the plot. White is the colour that stands out from the sheet:
-// black on white paper and on any light background, white on a dark one. A monochrome plot has no other.
+// The index that stands for the foreground.
+inline constexpr uint32_t kForegroundIndex = 7;
+
+// Turns a drawing's colours into those of the plot. The foreground is the colour that stands out from the
+// sheet: black on white paper and on any light background, white on a dark one. A monochrome plot has no
+// other. Any other white stays white: drawings mask what lies below with it.
 class Ink {
  public:
   Ink(const std::optional<Rgb>& background, bool monochrome);
 
-  [[nodiscard]] Rgb Of(Rgb color) const {
-    return monochrome_ || color == Rgb{255, 255, 255} ? foreground_ : color;
+  [[nodiscard]] Rgb Foreground() const { return foreground_; }
+  [[nodiscard]] Rgb OfIndex(uint32_t index) const {
+    return monochrome_ || index == kForegroundIndex ? foreground_ : IndexColor(index);
   }
+  [[nodiscard]] Rgb OfTrueColor(uint32_t value) const { return monochrome_ ? foreground_ : TrueColor(value); }
 
  private:
   Rgb foreground_;

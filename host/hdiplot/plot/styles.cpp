@@ -10,7 +10,6 @@ namespace hdiplot {
 namespace {
 
 constexpr int kDefaultLineWeight = 25;
-constexpr uint32_t kForegroundIndex = 7;
 
 std::vector<std::u16string> FoldedPatterns(const std::vector<std::string>& patterns) {
   std::vector<std::u16string> folded;
@@ -44,7 +43,7 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
   style.layer = &FindLayer(attributes.layer);
   if (insert != nullptr && style.layer->isZero) style.layer = insert->layer;
 
-  const Rgb byBlock = insert != nullptr ? insert->color : ink_.Of(IndexColor(kForegroundIndex));
+  const Rgb byBlock = insert != nullptr ? insert->color : ink_.Foreground();
   style.color = PlottedColor(attributes.color, style.layer->color, byBlock);
 
   switch (attributes.lineWeight) {
@@ -84,7 +83,7 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
   const auto found = layersByFoldedName_.find(folded);
   const Layer& layer = found != layersByFoldedName_.end() ? *found->second : kMissing;
   LayerStyle style;
-  const Rgb foreground = ink_.Of(IndexColor(kForegroundIndex));
+  const Rgb foreground = ink_.Foreground();
   style.color = PlottedColor(layer.color, foreground, foreground);
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
   style.lineType = FindLineType(UpperAscii(layer.lineType));
@@ -107,9 +106,9 @@ Rgb StyleResolver::PlottedColor(const EntityColor& color, Rgb byLayer, Rgb byBlo
     case EntityColor::Kind::kByBlock:
       return byBlock;
     case EntityColor::Kind::kIndex:
-      return ink_.Of(IndexColor(color.value));
+      return ink_.OfIndex(color.value);
     case EntityColor::Kind::kTrue:
-      return ink_.Of(TrueColor(color.value));
+      return ink_.OfTrueColor(color.value);
   }
   return byLayer;
 }

@@ -1,0 +1,116 @@
+// Plotting drawings from the command line, a page each.
+#include <fmt/format.h>
+
+#include <exception>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/hdiplot/dxf/dxf_reader.h"
+#include "host/hdiplot/errors.h"
+#include "host/hdiplot/job.h"
+#include "host/hdiplot/module.h"
+#include "host/hdiplot/paper_plan.h"
+#include "host/hdiplot/plot/plot_drawing.h"
+#include "host/hdiplot/plot_commands.h"
+#include "host/hdiplot/progress.h"
+#include "platform/unicode.h"
+
+namespace hdiplot {
+
+namespace {
+
+// The drawings that can be read; each of the others is reported.
+std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& files) {
+  std::vector<Drawing> drawings;
+  for (const auto& file : files) {
+    try {
+      drawings.push_back(ReadDxf(file));
+    } catch (const InputError& error) {
+      PrintError(error);
+    } catch (const std::exception& error) {
+      PrintError(InputError(file, 0, error.what()));  // no memory, say
+    }
+  }
+  return drawings;
+}
+
+// 0x00BBGGRR. The driver reads 0 as white, so black is the darkest colour that it can store.
+uint32_t BackgroundWord(Rgb color) {
+  if (color == Rgb{}) color = {1, 1, 1};
+  return uint32_t{color.red} | uint32_t{color.green} << 8 | uint32_t{color.blue} << 16;
+}
+
+std::vector<Orientation> ChooseOrientations(const std::vector<Drawing>& drawings, const PlotOptions& options,
+                                            const PaperPlan& paper) {
+  const Sheet portrait = paper.SheetFor(Orientation::kPortrait);
+  const Sheet landscape = paper.SheetFor(Orientation::kLandscape);
+  std::vector<Orientation> orientations;
+  orientations.reserve(drawings.size());
+  for (const Drawing& drawing : drawings) {
+    orientations.push_back(paper.IsCustom() && !orientations.empty()
+                               ? orientations.front()
+                               : BestOrientation(drawing, options, portrait, landscape));
+  }
+  return orientations;
+}
+
+JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const PaperPlan& paper,
+                        Orientation orientation) {
+  JobSettings job;
+  job.device = hdi::ToUtf16(line.device);
+  job.docName = hdi::ToUtf16(first.name);
+  job.devMode = {DevModeSetting("dmPrintQuality", line.plot.dpi),
+                 DevModeSetting("dmYResolution", line.plot.dpi)};
+  paper.AddTo(job, orientation);
+  if (line.plot.background) {
+    job.devMode.push_back(DevModeSetting("backgroundColor", BackgroundWord(*line.plot.background)));
+  }
+  return job;
+}
+
+void PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
+               const std::vector<Orientation>& orientations, PlotDevice& device, Progress& progress) {
+  for (size_t i = 0; i < drawings.size(); ++i) {
+    device.StartPage(paper.PageChanges(orientations[i]));
+    const uint64_t before = device.ObjectCount();
+    PlotDrawing(drawings[i], line.plot, MakeSheet(device), device, progress);
+    device.EndPage();
+    if (line.verbosity == Verbosity::kVerbose) {
+      progress.Finish();
+      fmt::print(stderr, "page {}: {}, {} {}, {} objects\n", i + 1, drawings[i].name, paper.Name(),
+                 orientations[i] == Orientation::kLandscape ? "landscape" : "portrait",
+                 device.ObjectCount() - before);
+    }
+  }
+}
+
+void PrintSkipped(const CommandLine& line, const std::vector<Drawing>& drawings) {
+  std::map<std::string, uint64_t> skipped;
+  for (const Drawing& drawing : drawings) {
+    for (const auto& [type, count] : drawing.skipped) skipped[type] += count;
+  }
+  std::FILE* stream = SummaryStream(line);
+  if (stream != nullptr && !skipped.empty()) fmt::print(stream, "{}\n", FormatSkipped(skipped));
+}
+
+}  // namespace
+
+ExitStatus PlotDrawings(const CommandLine& line) {
+  const Clock::time_point start = Clock::now();
+  Progress progress(ProgressFor(line.verbosity));
+  const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
+  if (drawings.empty()) return ExitStatus::kNothingDone;
+
+  const Module module(line.module);
+  hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
+  const PaperPlan paper(driver, line.plot);
+  const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, paper);
+  Job job(driver, SettingsFor(line, drawings.front(), paper, orientations.front()), line);
+  PlotPages(line, drawings, paper, orientations, job.Device(), progress);
+  const ExitStatus status = Conclude(job, line, start, progress);
+  PrintSkipped(line, drawings);
+  return drawings.size() < line.inputs.size() ? ExitStatus::kPartlyDone : status;
+}
+
+}  // namespace hdiplot

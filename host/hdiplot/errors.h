@@ -1,0 +1,18 @@
+// What hdiplot reports about its input.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace hdiplot {
+
+// Something is wrong with an input file. what() is "FILE:LINE: message", or "FILE: message" for line 0.
+class InputError : public std::runtime_error {
+ public:
+  InputError(const std::filesystem::path& file, size_t line, const std::string& message)
+      : std::runtime_error(file.string() + (line == 0 ? "" : ":" + std::to_string(line)) + ": " + message) {}
+};
+
+}  // namespace hdiplot

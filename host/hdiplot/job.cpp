@@ -1,0 +1,120 @@
+// A job from its settings to the finished file.
+#include "host/hdiplot/job.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "host/hdiplot/errors.h"
+#include "host/hdiplot/output_file.h"
+#include "platform/unicode.h"
+
+namespace hdiplot {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsSameFile(const fs::path& a, const fs::path& b) {
+  std::error_code error;
+  return fs::weakly_canonical(a, error) == fs::weakly_canonical(b, error) && !error;
+}
+
+void SetUpDriver(hdi::HT_Driver& driver, const JobSettings& settings, bool open) {
+  hdi::DriverDevMode* record = driver.GetDevModePointer();
+  WriteField(DevModeSetting("openAfterPlot", 0), record);
+  for (const FieldSetting& setting : settings.devMode) WriteField(setting, record);
+  if (open) WriteField(DevModeSetting("openAfterPlot", 1), record);
+  if (const auto& paper = settings.customPaper) {
+    driver.SetCustomPaper(paper->name.c_str(), paper->width, paper->height, paper->left, paper->right,
+                          paper->top, paper->bottom);
+  }
+}
+
+}  // namespace
+
+Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line) {
+  const auto output = line.output ? std::optional(hdi::ToUtf16(*line.output)) : settings.output;
+  file_ = OutputFile(output, settings.defaultOutput);
+  CheckFiles(line);
+  if (line.record) recorder_.emplace(*line.record);
+
+  if (line.verbosity == Verbosity::kVerbose) {
+    fmt::print(stderr, "device \"{}\" of {}\n", hdi::ToUtf8(driver.GetName()), line.module.string());
+  }
+  SetUpDriver(driver, settings, line.open);
+  device_.emplace(driver);
+  if (device_->StartDoc(settings.docName, output, settings.defaultOutput) == 0) {
+    const std::string name = file_ ? file_->string() + ": " : "";
+    throw std::runtime_error(name + "the driver did not start the document");
+  }
+  device_->SetLineScale(settings.lineScale);
+  if (recorder_) {
+    recorder_->WriteJob(settings);
+    device_->RecordTo(*recorder_);
+  }
+}
+
+void Job::CheckFiles(const CommandLine& line) const {
+  if (file_ && file_->empty()) {
+    throw std::runtime_error(
+        "no output file: give one with -o, or as output or defaultOutput in the job line");
+  }
+  for (const fs::path& input : line.inputs) {
+    if (file_ && IsSameFile(*file_, input)) throw InputError(input, 0, "is the input and the output");
+    if (line.record && IsSameFile(*line.record, input))
+      throw InputError(input, 0, "is the input and the record");
+  }
+  if (file_ && line.record && IsSameFile(*file_, *line.record)) {
+    throw InputError(*file_, 0, "is the output and the record");
+  }
+  if (file_) RequireWritable(*file_);
+}
+
+void Job::Finish() {
+  summary_.pages = device_->PageCount();
+  summary_.objects = device_->ObjectCount();
+  try {
+    device_->EndDoc();
+  } catch (const std::exception& error) {
+    // A write that fails otherwise than for a full disk.
+    throw std::runtime_error((file_ ? file_->string() + ": " : "") + "cannot be written: " + error.what());
+  }
+  device_.reset();
+  if (file_) {
+    RequireComplete(*file_);
+    summary_.file = *file_;
+    summary_.bytes = fs::file_size(*file_);
+  }
+}
+
+void Job::FinishRecord() {
+  if (recorder_) recorder_->Finish();
+}
+
+ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, Progress& progress) {
+  job.Finish();
+  progress.Finish();
+  ExitStatus status = ExitStatus::kDone;
+  try {
+    job.FinishRecord();
+  } catch (const InputError& error) {
+    PrintError(error);
+    status = ExitStatus::kPartlyDone;
+  }
+  PlotSummary summary = job.Summary();
+  summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  if (std::FILE* stream = SummaryStream(line)) fmt::print(stream, "{}\n", FormatSummary(summary));
+  return status;
+}
+
+std::FILE* SummaryStream(const CommandLine& line) {
+  if (line.verbosity == Verbosity::kQuiet) return nullptr;
+  return line.results ? stderr : stdout;
+}
+
+void PrintError(const std::exception& error) { fmt::print(stderr, "hdiplot: {}\n", error.what()); }
+
+}  // namespace hdiplot

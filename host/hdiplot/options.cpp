@@ -1,0 +1,168 @@
+// The options as CLI11 knows them, and what may stand together.
+#include "host/hdiplot/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <functional>
+#include <iostream>
+#include <stdexcept>
+#include <type_traits>
+
+#include "host/hdiplot/module.h"
+
+namespace hdiplot {
+
+namespace {
+
+constexpr const char* kVersion = "hdiplot 1.0";
+
+constexpr const char* kDescription =
+    "Plots DXF drawings and plot traces to PDF through the driver module PDF.hdi.";
+
+constexpr const char* kExamples = R"(Examples:
+  hdiplot plan.dxf                                 plan.pdf in the current directory, A4, as large as fits
+  hdiplot plan.dxf -o out/plan.pdf --paper A1 --scale 1:100
+  hdiplot *.dxf -o set.pdf --paper "ANSI D"        one PDF with a page for each drawing
+  hdiplot plan.dxf --paper 600x300 --margins 10,5,10,5 --background ivory
+  hdiplot plan.dxf --layer 'WALL*' --layer DOORS --skip-layer '*_TEXT' --monochrome
+  hdiplot plan.dxf --record plan.jsonl             also keeps the plot as a trace
+  hdiplot plan.jsonl -o again.pdf                  plays a trace
+  hdiplot job.jsonl -o job.pdf --results           prints what each call of the trace returned
+
+Exit status: 0 done, 1 some drawings failed and the others are plotted, 2 nothing plotted.)";
+
+// A converter for an option's value that turns exceptions into a message about this option.
+template <typename T>
+std::function<void(const std::string&)> Into(
+    T& target, const char* option, std::type_identity_t<std::function<T(const std::string&)>> parse) {
+  return [&target, option, parse](const std::string& text) {
+    try {
+      target = parse(text);
+    } catch (const std::invalid_argument& error) {
+      throw CLI::ValidationError(option, std::string(error.what()) + ", not \"" + text + "\"");
+    }
+  };
+}
+
+bool HasExtension(const std::filesystem::path& file, std::string_view extension) {
+  std::string own = file.extension().string();
+  std::ranges::transform(own, own.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return own == extension;
+}
+
+// What CLI11 cannot tell: the rules between options and kinds of input. Throws CLI::ValidationError.
+void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawingOptions) {
+  const auto traces =
+      std::ranges::count_if(line.inputs, [](const auto& f) { return HasExtension(f, ".jsonl"); });
+  for (const auto& input : line.inputs) {
+    if (!HasExtension(input, ".jsonl") && !HasExtension(input, ".dxf")) {
+      throw CLI::ValidationError(input.string(), "is neither a drawing (.dxf) nor a plot trace (.jsonl)");
+    }
+  }
+  if (traces > 0 && line.inputs.size() > 1) {
+    throw CLI::ValidationError("inputs", "a plot trace is played alone");
+  }
+  line.isTrace = traces > 0;
+  for (const CLI::Option* option : drawingOptions) {
+    if (line.isTrace && option->count() > 0) {
+      throw CLI::ValidationError(option->get_name(), "is for drawings; a trace has its own settings");
+    }
+  }
+  if (line.results && !line.isTrace) throw CLI::ValidationError("--results", "is for traces");
+  if (!line.isTrace && line.inputs.size() > 1 && !line.output) {
+    throw CLI::ValidationError("--output", "is needed to plot several drawings");
+  }
+  if (line.output && (line.output->empty() || line.output->ends_with('/'))) {
+    throw CLI::ValidationError("--output", "names no file");
+  }
+}
+
+}  // namespace
+
+ParsedArguments ParseArguments(int argc, const char* const* argv) {
+  CommandLine line;
+  line.module = DefaultModulePath();
+  bool landscape = false;
+  bool portrait = false;
+  bool fit = false;
+  bool quiet = false;
+  bool verbose = false;
+
+  CLI::App app(kDescription, "hdiplot");
+  app.footer(kExamples);
+  app.set_version_flag("--version", kVersion, "Print the version");
+  app.add_option("inputs", line.inputs, "Drawings (.dxf), or one plot trace (.jsonl)")->type_name("FILE");
+  app.add_option("-o,--output", line.output, "The PDF; needed for several drawings")->type_name("FILE");
+  app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
+  app.add_flag("--results", line.results, "Print the result of each call of a trace");
+
+  std::vector<const CLI::Option*> drawings;
+  const auto forDrawings = [&drawings](CLI::Option* option) {
+    drawings.push_back(option->group("Drawings"));
+    return option;
+  };
+  PlotOptions& plot = line.plot;
+  forDrawings(app.add_option_function("--paper", Into(plot.paper, "--paper", ParsePaper),
+                                      "A paper of the driver's list, or a size in millimetres (default A4)"))
+      ->type_name("NAME|WxH");
+  auto* wide = forDrawings(app.add_flag("--landscape", landscape, "Turn every page to landscape"));
+  forDrawings(app.add_flag("--portrait", portrait, "Turn every page to portrait (default: what fits better)"))
+      ->excludes(wide);
+  forDrawings(app.add_option_function<std::string>("--margins", Into(plot.margins, "--margins", ParseMargins),
+                                                   "Margins in millimetres (default: the paper's)"))
+      ->type_name("M|L,T,R,B");
+  auto* fits = forDrawings(app.add_flag("--fit", fit, "As large as the page takes (default)"));
+  forDrawings(app.add_option_function("--scale", Into(plot.scale, "--scale", ParseScale), "Plot to scale"))
+      ->type_name("1:N")
+      ->excludes(fits);
+  forDrawings(app.add_option("--dpi", plot.dpi, "Dots per inch")->capture_default_str())
+      ->type_name("N")
+      ->check(CLI::Range(72, 4800));
+  forDrawings(app.add_flag("--monochrome", plot.monochrome, "Everything in black"));
+  forDrawings(app.add_option_function("--background", Into(plot.background, "--background", ParseColor),
+                                      "Colour of the page"))
+      ->type_name("COLOR");
+  forDrawings(app.add_option("--layer", plot.layers, "Plot only layers that match (repeatable; * and ?)"))
+      ->type_name("PATTERN")
+      ->allow_extra_args(false);
+  forDrawings(app.add_option("--skip-layer", plot.skipLayers, "Leave out layers that match (repeatable)"))
+      ->type_name("PATTERN")
+      ->allow_extra_args(false);
+
+  app.add_option("--device", line.device, "The driver's device (default: the first)")
+      ->type_name("NAME")
+      ->group("Driver");
+  app.add_option("--module", line.module,
+                 "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot)")
+      ->type_name("FILE")
+      ->group("Driver");
+  app.add_flag("--list-papers", line.listPapers, "Print the device's papers")->group("Driver");
+  app.add_flag("--open", line.open, "Open the PDF in the viewer");
+  auto* silent = app.add_flag("-q,--quiet", quiet, "Print no summary and no progress");
+  app.add_flag("-v,--verbose", verbose, "Tell what is being done")->excludes(silent);
+
+  try {
+    app.parse(argc, argv);
+    if (line.inputs.empty() && !line.listPapers)
+      throw CLI::RequiredError("A drawing (.dxf) or a trace (.jsonl)");
+    CheckInputs(line, drawings);
+  } catch (const CLI::Success& request) {
+    app.exit(request, std::cout, std::cerr);
+    return {};
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "hdiplot: " << error.what() << " (see hdiplot --help)\n";
+    return {std::nullopt, ExitStatus::kNothingDone};
+  }
+  if (!line.output && !line.isTrace && !line.inputs.empty()) {
+    line.output = line.inputs.front().filename().replace_extension(".pdf").string();
+  }
+  if (landscape) plot.orientation = Orientation::kLandscape;
+  if (portrait) plot.orientation = Orientation::kPortrait;
+  if (quiet) line.verbosity = Verbosity::kQuiet;
+  if (verbose) line.verbosity = Verbosity::kVerbose;
+  return {line, ExitStatus::kDone};
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,55 @@
+// The command line.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/hdiplot/plot_options.h"
+#include "host/hdiplot/progress.h"
+
+namespace hdiplot {
+
+enum class ExitStatus : int {
+  kDone = 0,
+  kPartlyDone = 1,  // some drawings failed and the others are plotted, or the plot could not be recorded
+  kNothingDone = 2,
+};
+
+enum class Verbosity { kQuiet, kNormal, kVerbose };
+
+[[nodiscard]] inline ProgressDisplay ProgressFor(Verbosity verbosity) {
+  return verbosity == Verbosity::kQuiet ? ProgressDisplay::kOff : ProgressDisplay::kAuto;
+}
+
+struct CommandLine {
+  std::vector<std::filesystem::path> inputs;  // drawings, or one trace
+  bool isTrace = false;
+  bool listPapers = false;            // and nothing else; no inputs then
+  std::optional<std::string> output;  // of a drawing always there
+  std::optional<std::filesystem::path> record;
+  bool results = false;
+  PlotOptions plot;    // of drawings
+  std::string device;  // empty: the trace's, or the first
+  std::filesystem::path module;
+  bool open = false;
+  Verbosity verbosity = Verbosity::kNormal;
+};
+
+struct ParsedArguments {
+  std::optional<CommandLine> commandLine;  // none: there is nothing left to do
+  ExitStatus status = ExitStatus::kDone;   // for that case
+};
+
+// Prints the help, the version, or one message about what is wrong with the arguments.
+[[nodiscard]] ParsedArguments ParseArguments(int argc, const char* const* argv);
+
+// The values of single options; each throws std::invalid_argument with what is wrong.
+[[nodiscard]] PaperChoice ParsePaper(const std::string& text);
+[[nodiscard]] Margins ParseMargins(const std::string& text);
+[[nodiscard]] double ParseScale(const std::string& text);  // N of 1:N
+[[nodiscard]] Rgb ParseColor(const std::string& text);
+
+}  // namespace hdiplot

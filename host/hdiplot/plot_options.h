@@ -1,0 +1,40 @@
+// What the command line asks of a plot, in the user's units. Traces bring their own settings; these are for
+// drawings.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/hdiplot/plot_device.h"
+
+namespace hdiplot {
+
+struct PaperChoice {
+  std::string name;  // of the driver's paper list, without regard to case; empty: the default, A4
+  std::optional<std::pair<double, double>> sizeMillimetres;  // width and height; goes before the name
+};
+
+enum class Orientation { kFit, kLandscape, kPortrait };
+
+struct Margins {  // millimetres
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+};
+
+struct PlotOptions {
+  PaperChoice paper;
+  Orientation orientation = Orientation::kFit;
+  std::optional<Margins> margins;  // none: the paper's own
+  std::optional<double> scale;     // N of 1:N, drawing millimetres on a millimetre of paper; none: fit
+  int dpi = 600;
+  bool monochrome = false;
+  std::optional<Rgb> background;
+  std::vector<std::string> layers;      // wildcards * and ?, without regard to case; empty: every layer
+  std::vector<std::string> skipLayers;  // the same; goes before `layers`
+};
+
+}  // namespace hdiplot

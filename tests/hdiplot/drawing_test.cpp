@@ -1,0 +1,124 @@
+// Drawings through the driver itself: paper, orientation, margins, pages, and the recorded plot.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "tests/hdiplot/command.h"
+
+namespace {
+
+using command::Outcome;
+using command::Workplace;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// A drawing of one line from the origin to (width, height).
+std::string LineDrawing(const std::string& width, const std::string& height) {
+  return "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n" + width + "\n21\n" + height +
+         "\n0\nENDSEC\n0\nEOF\n";
+}
+
+// The pages' sizes in whole points, in the order of the file.
+std::vector<std::string> MediaBoxes(const std::string& pdf) {
+  std::vector<std::string> boxes;
+  const std::regex pattern(R"(/MediaBox\s*\[\s*0 0 ([0-9]+)[0-9.]* ([0-9]+)[0-9.]*\s*\])");
+  for (std::sregex_iterator match(pdf.begin(), pdf.end(), pattern), end; match != end; ++match) {
+    boxes.push_back((*match)[1].str() + "x" + (*match)[2].str());
+  }
+  return boxes;
+}
+
+// Without what depends on the time: the creation date and the file identifier.
+std::string Timeless(std::string pdf) {
+  pdf = std::regex_replace(pdf, std::regex(R"(D:\d{14})"), "D:");
+  return std::regex_replace(pdf, std::regex(R"(/ID\s*\[[^\]]*\])"), "/ID");
+}
+
+class Drawings : public testing::Test {
+ protected:
+  Drawings() {
+    place.Write("wide.dxf", LineDrawing("200", "10"));
+    place.Write("tall.dxf", LineDrawing("10", "200"));
+  }
+
+  // The capabilities of the page that `arguments` plot wide.dxf on.
+  std::string Capabilities(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"wide.dxf", "-o", "out.pdf", "--record", "out.jsonl"});
+    const Outcome plotted = place.RunReal(arguments);
+    EXPECT_EQ(plotted.status, 0) << plotted.err;
+    const std::string recorded = place.Read("out.jsonl");
+    std::string trace = recorded.substr(0, recorded.find('\n') + 1);
+    for (const char* index : {"110", "111", "112", "113", "8", "10"}) {
+      trace += std::string("{\"call\": \"DevGetCaps\", \"index\": ") + index + "}\n";
+    }
+    place.Write("caps.jsonl", trace);
+    const std::string out = place.RunReal({"caps.jsonl", "-o", "caps.pdf", "--results"}).out;
+    return std::regex_replace(out, std::regex(R"(\d+ DevGetCaps (\d+)\n)"), "$1 ");
+  }
+
+  Workplace place;
+};
+
+TEST_F(Drawings, EachPageTakesTheOrientationThatFits) {
+  EXPECT_EQ(place.RunReal({"wide.dxf", "tall.dxf", "wide.dxf", "-o", "out.pdf"}).status, 0);
+  EXPECT_THAT(MediaBoxes(place.Read("out.pdf")), ElementsAre("841x595", "595x841", "841x595"));
+  EXPECT_EQ(place.RunReal({"wide.dxf", "-o", "out.pdf", "--portrait", "--paper", "a3"}).status, 0);
+  EXPECT_THAT(MediaBoxes(place.Read("out.pdf")), ElementsAre("841x1190"));
+}
+
+TEST_F(Drawings, APaperOfTheListKeepsItsMarginsTurned) {
+  // At 254 dots an inch a dot is a tenth of a millimetre.
+  EXPECT_EQ(Capabilities({"--dpi", "254"}), "2970 2100 170 50 2630 2000 ");
+  EXPECT_EQ(Capabilities({"--dpi", "254", "--portrait"}), "2100 2970 50 170 2000 2630 ");
+}
+
+TEST_F(Drawings, MarginsOfTheUserComeOutWhereTheyAreAskedFor) {
+  EXPECT_EQ(Capabilities({"--dpi", "254", "--margins", "1,2,4,8", "--portrait"}),
+            "2100 2970 10 20 2050 2870 ");
+  EXPECT_EQ(Capabilities({"--dpi", "254", "--margins", "1,2,4,8"}), "2970 2100 10 20 2920 2000 ");
+  EXPECT_EQ(Capabilities({"--dpi", "254", "--paper", "600x300", "--margins", "0"}),
+            "6000 3000 0 0 6000 3000 ");
+  EXPECT_EQ(Capabilities({"--dpi", "254", "--paper", "300x600"}), "6000 3000 50 50 5900 2900 ");
+}
+
+TEST_F(Drawings, ThatCannotBePlacedAreRefused) {
+  const Outcome paper = place.RunReal({"wide.dxf", "--paper", "A99"});
+  EXPECT_EQ(paper.status, 2);
+  EXPECT_THAT(paper.err, HasSubstr("no paper \"A99\"; there are: A0, A1"));
+  const Outcome margins = place.RunReal({"wide.dxf", "--margins", "105"});
+  EXPECT_EQ(margins.status, 2);
+  EXPECT_THAT(margins.err, HasSubstr("leave nothing"));
+  EXPECT_THAT(place.Names(), ElementsAre("tall.dxf", "wide.dxf"));
+}
+
+TEST_F(Drawings, GetAnOutputNamedLikeThemInTheCurrentDirectory) {
+  std::filesystem::create_directory(place.Path("in"));
+  place.Write("in/plan.v2.dxf", LineDrawing("1", "1"));
+  const Outcome outcome = place.RunReal({"in/plan.v2.dxf"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out, testing::StartsWith("plan.v2.pdf: 1 page, 1 object, "));
+  EXPECT_TRUE(place.Has("plan.v2.pdf"));
+}
+
+TEST_F(Drawings, PlayTheSameFromTheirRecordedTrace) {
+  for (const std::vector<std::string>& options : std::vector<std::vector<std::string>>{
+           {}, {"--paper", "Letter", "--dpi", "300", "--background", "black"}, {"--margins", "3,4,5,6"}}) {
+    std::vector<std::string> arguments = {"wide.dxf", "tall.dxf", "-o", "a.pdf", "--record", "a.jsonl"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    ASSERT_EQ(place.RunReal(arguments).status, 0);
+    ASSERT_EQ(place.RunReal({"a.jsonl", "-o", "b.pdf"}).status, 0);
+    EXPECT_EQ(Timeless(place.Read("b.pdf")), Timeless(place.Read("a.pdf")));
+  }
+  EXPECT_THAT(place.Read("a.jsonl"), HasSubstr("\"docName\": \"wide.dxf\""));
+}
+
+TEST_F(Drawings, AskTheDeviceForItsPapers) {
+  const Outcome outcome = place.RunReal({"--list-papers"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out, HasSubstr("A4                   210 x 297 mm\n"));
+}
+
+}  // namespace
