@@ -2,10 +2,10 @@
 // every untouched line byte for byte as it was.
 //
 // A file is UTF-8 with or without a byte order mark, or UTF-16LE with one; its lines end in LF or CRLF. A
-// line whose first character is a semicolon is a comment. A section begins with "[" and ends at the
-// line's last "]". An entry's key is what stands before the first "=", its value what stands behind, both without the
-// blanks around them; one pair of single or double quotes around a value is dropped. Of sections of one name
-// the first counts, and of keys of one name the first in it.
+// line whose first character is a semicolon is a comment. A section begins with "[" and ends at the line's
+// last "]". An entry's key is what stands before the first "=", its value what stands behind, both without
+// the blanks around them; one pair of single or double quotes around a value is dropped. Of sections of one
+// name the first counts, and of keys of one name the first in it.
 //
 // This is not left to a library: the common ones take ":" for "=", "#" and inner ";" for comments, and
 // indented lines for continuations, and none writes a file back as it was.
