@@ -21,8 +21,10 @@ std::string Describe(const PlotCommand& record) {
   switch (record.OpcodeValue()) {
     case OP_START_PAGE: {
       const auto page = ReadSide<StartPageData>(record);
-      return fmt::format("PAGE {} {:.6g}x{:.6g} {:x} {:.6g},{:.6g}", page.pageNumber, page.width, page.height,
-                         page.background, page.marginLeft, page.marginBottom);
+      // Copies, as the layout is packed and the formatter takes references.
+      return fmt::format("PAGE {} {:.6g}x{:.6g} {:x} {:.6g},{:.6g}", uint32_t{page.pageNumber},
+                         double{page.width}, double{page.height}, uint32_t{page.background},
+                         double{page.marginLeft}, double{page.marginBottom});
     }
     case OP_END_PAGE:
       return "ENDPAGE";
