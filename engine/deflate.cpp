@@ -9,7 +9,7 @@ namespace {
 // The quickest levels whose files are no larger than those of other PDF writers (bench/ compares them). The
 // gain of the higher one is worth its time on a stream of ordinary size; on a huge one the time would be most
 // of the plot's.
-constexpr size_t kOrdinarySize = size_t{4} << 20;
+constexpr size_t kOrdinarySize = size_t{2} << 20;
 constexpr int kOrdinaryLevel = 5;
 constexpr int kHugeLevel = 3;
 
