@@ -1,0 +1,68 @@
+"""Runs the host command and the renderers."""
+
+from __future__ import annotations
+
+import os
+import subprocess
+import tempfile
+from pathlib import Path
+
+from pictures import Picture, read_ppm
+
+TIME_LIMIT_SECONDS = 120
+
+
+class PlotError(Exception):
+    """A plot or a rendering that failed, or a PDF with faults."""
+
+
+class Plotter:
+    """Plots with one host command and renders what comes out, in a directory of its own."""
+
+    def __init__(self, hdiplot: Path) -> None:
+        self._hdiplot = hdiplot.resolve()
+        self._directory = tempfile.TemporaryDirectory(prefix="hdi-render-")
+        self.directory = Path(self._directory.name)
+        self._pdf = self.directory / "plot.pdf"
+        # A user directory of its own keeps the papers and settings of whoever runs this out of it.
+        self._environment = dict(os.environ, HDI_USER_DIR=self._directory.name)
+
+    def __enter__(self) -> Plotter:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self._directory.cleanup()
+
+    def plot(self, source: Path, *options: str) -> None:
+        """Plots a drawing or a trace."""
+        self._pdf.unlink(missing_ok=True)
+        self._run(str(self._hdiplot), str(source), "-o", str(self._pdf), *options)
+
+    def plot_text(self, text: str, ending: str, *options: str) -> None:
+        """Plots a drawing or a trace that is given as text."""
+        source = self.directory / f"source{ending}"
+        source.write_text(text, encoding="utf-8")
+        self.plot(source, *options)
+
+    def check(self) -> None:
+        """Has the PDF's structure checked."""
+        self._run("qpdf", "--check", str(self._pdf))
+
+    def poppler(self, resolution: float, page: int = 1) -> Picture:
+        """A page, rendered by Poppler at so many pixels an inch."""
+        pages = ("-f", str(page), "-l", str(page))
+        return read_ppm(self._run("pdftoppm", "-q", "-r", f"{resolution:g}", *pages, str(self._pdf)))
+
+    def mupdf(self, resolution: float, page: int = 1) -> Picture:
+        """A page, rendered by MuPDF at so many pixels an inch."""
+        form = ("-q", "-F", "ppm", "-c", "rgb", "-r", f"{resolution:g}")
+        return read_ppm(self._run("mutool", "draw", *form, "-o", "-", str(self._pdf), str(page)))
+
+    def _run(self, *command: str) -> bytes:
+        run = subprocess.run(
+            command, capture_output=True, env=self._environment, timeout=TIME_LIMIT_SECONDS, check=False
+        )
+        if run.returncode != 0:
+            output = (run.stdout[-500:] + run.stderr[-2000:]).decode(errors="replace")
+            raise PlotError(f"{Path(command[0]).name}: exit status {run.returncode}\n{output}")
+        return run.stdout
