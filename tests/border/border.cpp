@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <thread>
 
 namespace border {
@@ -42,7 +41,7 @@ Sandbox::Sandbox() {
   SetVariable("PATH", (root_ / "bin").string() + ":" + (path == nullptr ? "" : path));
   SetVariable("HDI_APP_DIR", App().string());
   SetVariable("HDI_USER_DIR", User().string());
-  SetVariable("HDI_TEST_LOG", (root_ / "log").string());
+  SetVariable("HDI_TEST_LOG", LogFile().string());
   SetVariable("LC_ALL", "C.UTF-8");
   for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY"}) SetVariable(display, std::nullopt);
   for (const char* tool : {"xdg-open", "zenity"}) {
@@ -75,10 +74,9 @@ void Sandbox::AddTool(const std::string& name, const std::string& body) const {
   fs::permissions(file, fs::perms::owner_all);
 }
 
-std::string Sandbox::Log() const {
-  std::ifstream file(root_ / "log");
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+std::u16string Sandbox::OutPath(const std::string& name) const { return Utf16((Out() / name).string()); }
+
+std::string Sandbox::Log() const { return ReadFile(LogFile()); }
 
 bool Sandbox::WaitForLog(const std::string& text) const {
   for (int i = 0; i < 100; ++i) {
@@ -109,14 +107,6 @@ bool Module::IsLoaded() {
   void* handle = dlopen(HDI_DRIVER_PATH, RTLD_NOW | RTLD_NOLOAD);
   if (handle != nullptr) dlclose(handle);
   return handle != nullptr;
-}
-
-std::vector<Paper> Driver::Papers() const {
-  const auto count = Call<int32_t>(13, uint16_t{19}, static_cast<uint8_t*>(nullptr), Settings());
-  std::vector<Paper> papers(count > 0 ? static_cast<size_t>(count) : 0);
-  static_assert(sizeof(Paper) == kPaperSize);
-  if (count > 0) Call<int32_t>(13, uint16_t{19}, papers.data()->bytes.data(), Settings());
-  return papers;
 }
 
 SlotPatch::SlotPatch(Driver driver) : driver_(driver), original_(ReadAt<void**>(driver.Object(), 0)) {
@@ -194,6 +184,12 @@ int32_t Device::StartDoc(const char16_t* output, const char16_t* docName) {
   return Call(19, &info);
 }
 
+void Device::PlotPage() {
+  EXPECT_EQ(StartPage(), 1);
+  EXPECT_EQ(Polyline({{10, 10}, {4000, 6000}, {4000, 10}}), 1);
+  EXPECT_EQ(EndPage(), 1);
+}
+
 void* HostSymbol(const char* name) {
   static void* library = dlopen(HDI_BUILD_DIR "/libHDIDriver.so", RTLD_NOW);
   void* symbol = library == nullptr ? nullptr : dlsym(library, name);
@@ -228,13 +224,12 @@ bool GlobalBlock::WasLeftLocked() const {
   return locked;
 }
 
-std::string Utf8(const std::u16string& ascii) {
-  std::string text;
-  for (const char16_t unit : ascii) text.push_back(static_cast<char>(unit));
-  return text;
-}
-
 std::u16string Utf16(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
+std::string ReadFile(const fs::path& file) {
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 std::pair<int, std::string> RunCommand(const std::string& command) {
   std::string output;

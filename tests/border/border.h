@@ -1,6 +1,5 @@
-// The driver as a host without any of this project's headers knows it: a module to load, virtual operations
-// by slot, entry points by position, settings by byte offset. Every number of the border is written down here
-// a second time, on purpose, so that a change of the project's own headers cannot hide from these tests.
+// The driver as a host without any of this project's headers knows it: operations by slot, entry points by
+// position, settings by offset, all written down a second time so that a change of the headers cannot hide.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,7 +19,6 @@ namespace border {
 
 inline constexpr size_t kRecordSize = 1244;
 inline constexpr size_t kPublicSize = 220;
-inline constexpr size_t kPaperSize = 160;
 inline constexpr size_t kPositionCount = 59;
 inline constexpr size_t kSlotCount = 26;
 
@@ -30,16 +28,9 @@ inline constexpr size_t kOrientation = 76;
 inline constexpr size_t kPaperChoice = 78;
 inline constexpr size_t kPaperLength = 80;
 inline constexpr size_t kPaperWide = 82;
-inline constexpr size_t kPrintQuality = 90;
-inline constexpr size_t kYResolution = 96;
 inline constexpr size_t kSnapshot = 220;
 inline constexpr size_t kPaperId = 508;
 inline constexpr size_t kWidth = 512;
-inline constexpr size_t kHeight = 516;
-inline constexpr size_t kLeft = 520;
-inline constexpr size_t kTop = 524;
-inline constexpr size_t kRight = 528;
-inline constexpr size_t kBottom = 532;
 inline constexpr size_t kBackground = 548;
 inline constexpr size_t kLayers = 600;
 inline constexpr size_t kOpenAfterPlot = 612;
@@ -56,6 +47,13 @@ void WriteAt(void* base, size_t offset, T value) {
   std::memcpy(static_cast<std::byte*>(base) + offset, &value, sizeof value);
 }
 
+// A base of what must not be copied.
+struct Fixed {
+  Fixed() = default;
+  Fixed(const Fixed&) = delete;
+  Fixed& operator=(const Fixed&) = delete;
+};
+
 using Record = std::array<uint8_t, kRecordSize>;
 using Bytes16 = std::array<uint8_t, 16>;
 
@@ -70,32 +68,30 @@ using Sheet = std::array<int32_t, 7>;
 
 // One paper record by its bytes.
 struct Paper {
-  alignas(8) std::array<uint8_t, kPaperSize> bytes{};
-  Paper() = default;
+  alignas(8) std::array<uint8_t, 160> bytes{};
   Paper(int32_t id, const std::u16string& name, int32_t width, int32_t height, int32_t left, int32_t right,
         int32_t top, int32_t bottom);
-  [[nodiscard]] int32_t At(size_t offset) const { return ReadAt<int32_t>(bytes.data(), offset); }
 };
 
 // Directories of their own for one test: app/ with pdf.ini, user/, out/, and bin/ with stand-ins for the
 // desktop's tools at the head of the path, so that no test ever opens a window. The environment and the
 // directories are put back at the end.
-class Sandbox {
+class Sandbox : Fixed {
  public:
   Sandbox();
-  Sandbox(const Sandbox&) = delete;
-  Sandbox& operator=(const Sandbox&) = delete;
   ~Sandbox();
 
   [[nodiscard]] std::filesystem::path App() const { return root_ / "app"; }
   [[nodiscard]] std::filesystem::path User() const { return root_ / "user"; }
   [[nodiscard]] std::filesystem::path Out() const { return root_ / "out"; }
+  [[nodiscard]] std::filesystem::path LogFile() const { return root_ / "log"; }
+  [[nodiscard]] std::u16string OutPath(const std::string& name) const;  // in out/
 
   void WriteList(const std::string& text) const;  // app/pdf.ini
   void SetVariable(const std::string& name, const std::optional<std::string>& value);
   // An executable script of the given body in bin/.
   void AddTool(const std::string& name, const std::string& body) const;
-  // What the tools have written to $HDI_TEST_LOG.
+  // What the tools have written to $HDI_TEST_LOG, which is LogFile().
   [[nodiscard]] std::string Log() const;
   // Waits a few seconds for the log to hold `text`.
   [[nodiscard]] bool WaitForLog(const std::string& text) const;
@@ -106,11 +102,9 @@ class Sandbox {
 };
 
 // A loaded PDF.hdi.
-class Module {
+class Module : Fixed {
  public:
   Module();
-  Module(const Module&) = delete;
-  Module& operator=(const Module&) = delete;
   ~Module();
 
   [[nodiscard]] int64_t ItDriver(uint64_t code, void* context) const { return entry_(code, context); }
@@ -141,7 +135,6 @@ class Driver {
                          double top, double bottom) const {
     return Call<int32_t>(15, name, width, height, left, right, top, bottom);
   }
-  [[nodiscard]] std::vector<Paper> Papers() const;
   [[nodiscard]] Record Copy() const { return ReadAt<Record>(Settings(), 0); }
 
  private:
@@ -149,11 +142,9 @@ class Driver {
 };
 
 // Puts functions of the test into single slots of one driver object, by giving it a copy of its table.
-class SlotPatch {
+class SlotPatch : Fixed {
  public:
   explicit SlotPatch(Driver driver);
-  SlotPatch(const SlotPatch&) = delete;
-  SlotPatch& operator=(const SlotPatch&) = delete;
   ~SlotPatch();
 
   void Set(size_t slot, void* function) { table_[kHead + slot] = function; }
@@ -169,11 +160,9 @@ class SlotPatch {
 
 // The host's list of drivers: an object with a table of virtual operations made by hand. Releases what it
 // still holds at its end.
-class DriverList {
+class DriverList : Fixed {
  public:
   explicit DriverList(Module& module);
-  DriverList(const DriverList&) = delete;
-  DriverList& operator=(const DriverList&) = delete;
   ~DriverList();
 
   [[nodiscard]] void* Object() { return &face_; }
@@ -202,11 +191,9 @@ class DriverList {
 };
 
 // The host's device: 40 bytes that the driver knows and some behind them that it must leave alone.
-class Device {
+class Device : Fixed {
  public:
   explicit Device(Driver driver);
-  Device(const Device&) = delete;
-  Device& operator=(const Device&) = delete;
   ~Device();
 
   int32_t Open();
@@ -232,6 +219,7 @@ class Device {
   int32_t Polyline(const std::vector<Point>& points) {
     return Call(26, points.data(), static_cast<int32_t>(points.size()));
   }
+  void PlotPage();  // with a line on it
 
  private:
   static constexpr uint8_t kForeign = 0xA5;
@@ -241,8 +229,6 @@ class Device {
 };
 
 // Functions of libHDIDriver.so by name.
-template <typename Function>
-Function* HostFunction(const char* name);
 void* HostSymbol(const char* name);
 template <typename Function>
 Function* HostFunction(const char* name) {
@@ -250,11 +236,9 @@ Function* HostFunction(const char* name) {
 }
 
 // A block of global memory.
-class GlobalBlock {
+class GlobalBlock : Fixed {
  public:
   explicit GlobalBlock(size_t size);
-  GlobalBlock(const GlobalBlock&) = delete;
-  GlobalBlock& operator=(const GlobalBlock&) = delete;
   ~GlobalBlock();
   [[nodiscard]] void* Handle() const { return handle_; }
   [[nodiscard]] Record Content() const;
@@ -266,8 +250,8 @@ class GlobalBlock {
   void* handle_;
 };
 
-[[nodiscard]] std::string Utf8(const std::u16string& ascii);
 [[nodiscard]] std::u16string Utf16(const std::string& ascii);
+[[nodiscard]] std::string ReadFile(const std::filesystem::path& file);  // empty when there is none
 
 // Runs a command of the shell and gives its status and its output, standard error included.
 [[nodiscard]] std::pair<int, std::string> RunCommand(const std::string& command);

@@ -16,7 +16,6 @@
 namespace hdiplot {
 namespace {
 
-// Width, height and the first pixel of a JPEG file.
 struct Decoded {
   unsigned width = 0;
   unsigned height = 0;
@@ -88,24 +87,6 @@ TEST(Raster, EncodesNothingThatItCannot) {
   wide.bitCount = 24;
   wide.pixels.resize(210000);
   EXPECT_EQ(Raster(wide).EncodeToMemory("jpeg", 50, &size), nullptr);
-}
-
-TEST(Raster, HasAllPaletteEntriesBehindItsHeader) {
-  ImageData image;
-  image.width = 3;
-  image.height = 1;
-  image.bitCount = 8;
-  image.palette = {{1, 2, 3, 4}};
-  image.pixels = {0, 1, 255, 0};
-  Raster raster(image);
-  const hdi::BITMAPINFOHEADER* header = raster.GetImageHeader();
-  uint8_t entries[1024];
-  std::memcpy(entries, header + 1, sizeof entries);
-  EXPECT_EQ(std::vector<uint8_t>(entries, entries + 5), (std::vector<uint8_t>{1, 2, 3, 4, 0}));
-  EXPECT_EQ(entries[1023], 0);
-  EXPECT_EQ(header->biClrUsed, 1U);
-  EXPECT_EQ(raster.GetPixelBits()[2], 255);
-  EXPECT_EQ(DescribeRaster(raster), image);
 }
 
 }  // namespace

@@ -6,9 +6,7 @@
 
 #include <span>
 #include <string>
-#include <variant>
 
-#include "host/hdiplot/base64.h"
 #include "host/hdiplot/errors.h"
 #include "tests/hdiplot/command.h"
 
@@ -48,30 +46,23 @@ void ExpectRefused(std::span<const BadLine> lines) {
 constexpr BadLine kNoCalls[] = {
     {"hello", "invalid JSON: column 1"},
     {"{\"call\": \"DevEndPage\"", "invalid JSON"},
-    {"{\"call\": \"DevEndPage\"} {}", "invalid JSON"},
     {"{\"call\": \"DevSetLayer\", \"name\": \"\xff\"}", "ill-formed UTF-8"},
     {R"({"call": "DevSetLayer", "name": "\ud800"})", "invalid JSON"},
     {R"({"call": "DevSetLineScale", "scale": 1e999})", "number overflow"},
-    {R"({"call": "DevSetLineScale", "scale": NaN})", "invalid JSON"},
     {R"({"call": "DevSetAlpha", "alpha": 1, "alpha": 2})", "key \"alpha\" is there twice"},
-    {"[]", "must be an object with the key \"call\""},
     {"{}", "must be an object with the key \"call\""},
     {R"({"job": {}})", "a job line must be the first"},
     {R"({"call": 7})", "call: must be a string"},
     {R"({"call": "DevSetOwnerWindow"})", "unknown call \"DevSetOwnerWindow\""},
     {R"({"call": "DevEndPage", "page": 1})", "DevEndPage: unknown key \"page\""},
     {R"({"call": "DevSetAlpha"})", "DevSetAlpha: key \"alpha\" is missing"},
-    {R"({"call": "DevSetAlpha", "Alpha": 1})", "DevSetAlpha: unknown key \"Alpha\""},
 };
 TEST(TraceReader, RefusesLinesThatAreNoCalls) { ExpectRefused(kNoCalls); }
 
 constexpr BadLine kBadValues[] = {
-    {R"({"call": "DevSetAlpha", "alpha": "1"})", "alpha: must be an integer"},
     {R"({"call": "DevSetAlpha", "alpha": 1.0})", "alpha: must be an integer"},
-    {R"({"call": "DevSetAlpha", "alpha": -1})", "alpha: must be from 0 to 4294967295"},
     {R"({"call": "DevSetAlpha", "alpha": 4294967296})", "alpha: must be from 0 to 4294967295"},
     {R"({"call": "DevGetCaps", "index": 2147483648})", "index: must be from -2147483648 to 2147483647"},
-    {R"({"call": "DevGetCaps", "index": 18446744073709551615})", "index: must be from"},
     {R"({"call": "DevSetLineScale", "scale": null})", "scale: must be a number"},
     {R"({"call": "DevSetPen", "style": 0, "width": 1, "color": [1, 2]})", "color: must be an array of 3"},
     {R"({"call": "DevSetPen", "style": 0, "width": 1, "color": [1, 2, 256]})",
@@ -80,7 +71,6 @@ constexpr BadLine kBadValues[] = {
      "entries[1]: must"},
     {R"({"call": "DevSetBrush", "color": [0, 0, 0], "hatch": -1})",
      "hatch: must be an integer that is not negative"},
-    {R"({"call": "DevPolyline", "points": {"x": 1}})", "points: must be an array"},
     {R"({"call": "DevPolyline", "points": [[1, 2], [3]]})", "points[1]: must be an array of two numbers"},
     {R"({"call": "DevPolyline", "points": [[1, "2"]]})", "points[0]: must be an array of two numbers"},
     {R"({"call": "DevPolyPolygon", "polygons": [[[1, 2]], [[1, 2, 3]]]})",
@@ -93,7 +83,6 @@ constexpr BadLine kBadValues[] = {
      "rect[3]: must be an integer"},
     {R"({"call": "DevStartPage", "devMode": null})", "devMode: must be an object"},
     {R"({"call": "DevStartPage", "devMode": {"dmPaper": 1}})", "devMode: unknown field \"dmPaper\""},
-    {R"({"call": "DevStartPage", "devMode": {"dmDeviceName": 1}})", "unknown field"},
     {R"({"call": "DevStartPage", "devMode": {"dmPaperSize": 32768}})",
      "dmPaperSize: must be from -32768 to 32767"},
     {R"({"call": "DevStartPage", "devMode": {"dmSize": 221}})", "dmSize: must be from 0 to 220"},
@@ -103,9 +92,6 @@ constexpr BadLine kBadValues[] = {
 TEST(TraceReader, RefusesValuesOfTheWrongTypeSizeOrRange) { ExpectRefused(kBadValues); }
 
 constexpr BadLine kBadTextsAndImages[] = {
-    {R"({"call": "DevText", "font": {"lfHeigth": 1}, "position": [0, 0], "text": "", "advances": null,
-         "textHeight": 1, "obliqueAngle": 0, "trackingFactor": 1, "widthFactor": 1})",
-     "invalid JSON"},  // a call takes one line
     {R"({"call": "DevText", "font": {"lfHeigth": 1}, "position": [0, 0], "text": "", "advances": null, "textHeight": 1, "obliqueAngle": 0, "trackingFactor": 1, "widthFactor": 1})",
      "font: unknown field \"lfHeigth\""},
     {R"({"call": "DevText", "font": {"lfFaceName": "12345678901234567890123456789012"}, "position": [0, 0], "text": "", "advances": null, "textHeight": 1, "obliqueAngle": 0, "trackingFactor": 1, "widthFactor": 1})",
@@ -126,59 +112,30 @@ constexpr BadLine kBadTextsAndImages[] = {
 TEST(TraceReader, RefusesTextsAndImagesThatTheDriverWouldReadBeyond) { ExpectRefused(kBadTextsAndImages); }
 
 TEST(TraceReader, RefusesBadJobLines) {
-  const auto messageOf = [](const std::string& job) { return MessageOf("{\"job\": " + job + "}\n"); };
-  EXPECT_THAT(messageOf("[]"), HasSubstr("job.jsonl:1: job: must be an object"));
-  EXPECT_THAT(messageOf(R"({"docname": "x"})"), HasSubstr("job: unknown key \"docname\""));
-  EXPECT_THAT(messageOf(R"({"docName": null})"), HasSubstr("docName: must be a string"));
-  EXPECT_THAT(messageOf(R"({"devMode": {"dmPrintQuality": 40000}})"),
-              HasSubstr("devMode: dmPrintQuality: must be"));
-  EXPECT_THAT(messageOf(R"({"customPaper": {"name": "x", "width": 1}})"),
-              HasSubstr("customPaper: key \"height\" is missing"));
-  EXPECT_THAT(messageOf(R"({"lineScale": true})"), HasSubstr("lineScale: must be a number"));
+  const std::pair<const char*, const char*> jobs[] = {
+      {"[]", "job.jsonl:1: job: must be an object"},
+      {R"({"docname": "x"})", "job: unknown key \"docname\""},
+      {R"({"docName": null})", "docName: must be a string"},
+      {R"({"devMode": {"dmPrintQuality": 40000}})", "devMode: dmPrintQuality: must be"},
+      {R"({"customPaper": {"name": "x", "width": 1}})", "customPaper: key \"height\" is missing"},
+  };
+  for (const auto& [job, message] : jobs)
+    EXPECT_THAT(MessageOf("{\"job\": " + std::string(job) + "}\n"), HasSubstr(message));
   EXPECT_THAT(MessageOf(R"({"job": {}, "call": "DevEndPage"})"), HasSubstr("must be the line's only key"));
 }
 
-TEST(TraceReader, RefusesLayerNamesThatWouldStopTheDriver) {
-  const auto lineWith = [](size_t units) {
-    return R"({"call": "DevSetLayer", "name": ")" + std::string(units, 'x') + "\"}";
-  };
-  EXPECT_THAT(MessageOf(lineWith(1024)), HasSubstr("name: has more than 1023 units"));
-  EXPECT_EQ(MessageOf(lineWith(1023)), "");
-}
-
-TEST(TraceReader, RefusesFilesThatHoldNoTrace) {
+TEST(TraceReader, RefusesFilesThatHoldNoTraceAndNamesThatAreTooLong) {
   EXPECT_EQ(MessageOf(""), "job.jsonl: is empty");
   EXPECT_EQ(MessageOf("\r\n \n"), "job.jsonl: is empty");
   EXPECT_THAT(MessageOf(std::string("\0\1\2", 3)), HasSubstr("job.jsonl:1: invalid JSON"));
+  const auto layer = [](size_t units) {
+    return R"({"call": "DevSetLayer", "name": ")" + std::string(units, 'x') + "\"}";
+  };
+  EXPECT_THAT(MessageOf(layer(1024)), HasSubstr("name: has more than 1023 units"));
+  EXPECT_EQ(MessageOf(layer(1023)), "");
   const command::Workplace place;
   EXPECT_THROW((void)ReadTrace(place.Path("missing.jsonl")), InputError);
   EXPECT_THROW((void)ReadTrace(place.Path(".")), InputError);
-}
-
-TEST(TraceReader, CountsBlankLinesAndFillsInWhatIsLeftOut) {
-  const command::Workplace place;
-  place.Write("job.jsonl",
-              "\n{\"job\": {\"output\": null}}\r\n\r\n{\"call\": \"DevSetClip\", \"polygons\": null}\n"
-              "{\"call\": \"DevSetLineScale\", \"scale\": 3}");
-  const Trace trace = ReadTrace(place.Path("job.jsonl"));
-  EXPECT_FALSE(trace.job.output);
-  EXPECT_EQ(trace.job.lineScale, 1);
-  ASSERT_EQ(trace.calls.size(), 2U);
-  EXPECT_EQ(trace.calls[0].line, 4U);
-  EXPECT_EQ(std::get<call::SetClip>(trace.calls[0].call).apply, 1U);
-  EXPECT_EQ(trace.calls[1].line, 5U);
-  EXPECT_EQ(std::get<call::SetLineScale>(trace.calls[1].call).scale, 3);
-}
-
-TEST(Base64, RoundTripsAndRefusesWhatIsNone) {
-  std::vector<uint8_t> bytes;
-  for (int i = 0; i < 260; ++i) {
-    EXPECT_EQ(DecodeBase64(EncodeBase64(bytes)), bytes);
-    bytes.push_back(static_cast<uint8_t>(i * 37));
-  }
-  EXPECT_EQ(EncodeBase64(std::vector<uint8_t>{'a', 'b', 'c', 'd'}), "YWJjZA==");
-  for (const char* text : {"A", "AAA", "AA=A", "A===", "AAA*", "AA AAA=="})
-    EXPECT_FALSE(DecodeBase64(text)) << text;
 }
 
 }  // namespace

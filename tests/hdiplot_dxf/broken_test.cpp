@@ -49,25 +49,15 @@ TEST(Broken, GroupsAndValues) {
   const std::string start = Groups("0 SECTION|2 ENTITIES|0 LINE|8 A");
   const std::string end = Groups("20 0|11 1|21 1|0 ENDSEC|0 EOF");
   const auto broken = [&](const std::string& group) { return start + group + end; };
-  ExpectError(broken("ten\n1\n"), 9, "group code");
-  ExpectError(broken("10.5\n1\n"), 9, "group code");
-  ExpectError(broken("\n1\n"), 9, "group code");
-  ExpectError(broken("-1\n1\n"), 9, "group code");
-  ExpectError(broken("1072\n1\n"), 9, "group code");
-  ExpectError(broken("99999999999999999999\n1\n"), 9, "group code");
-  ExpectError(broken("10\nabc\n"), 10, "\"abc\"");
-  ExpectError(broken("10\n\n"), 10, "a number");
-  ExpectError(broken("10\n1,5\n"), 10, "a number");
-  ExpectError(broken("10\n1.5 2\n"), 10, "a number");
-  ExpectError(broken("10\n0x10\n"), 10, "a number");
-  ExpectError(broken("10\nnan\n"), 10, "a number");
-  ExpectError(broken("10\ninf\n"), 10, "too large");
-  ExpectError(broken("10\n1e308\n"), 10, "too large");
-  ExpectError(broken("10\n-1e999\n"), 10, "too large");
+  for (const char* code : {"ten", "10.5", "", "-1", "1072", "99999999999999999999"})
+    ExpectError(broken(std::string(code) + "\n1\n"), 9, "group code");
+  for (const char* number : {"", "1,5", "1.5 2", "0x10", "nan", "abc"})
+    ExpectError(broken("10\n" + std::string(number) + "\n"), 10, "a number");
+  for (const char* number : {"inf", "1e308", "-1e999"})
+    ExpectError(broken("10\n" + std::string(number) + "\n"), 10, "too large");
+  for (const char* number : {"red", "1.5", "4294967296"})
+    ExpectError(broken("62\n" + std::string(number) + "\n"), 10, "whole number");
   ExpectError(broken("10\n" + std::string(600, '1') + "\n"), 10, "600 characters");
-  ExpectError(broken("62\nred\n"), 10, "whole number");
-  ExpectError(broken("62\n1.5\n"), 10, "whole number");
-  ExpectError(broken("62\n4294967296\n"), 10, "whole number");
   EXPECT_EQ(ErrorOf(broken("10\n1e-999\n")), "") << "too small is 0";
   EXPECT_EQ(ErrorOf(broken("10\n1\n62\n5.0\n")), "");
 }
@@ -87,33 +77,29 @@ TEST(Broken, CutOffAnywhere) {
   ExpectError(Groups("0 SECTION|2 ENTITIES|0 LINE|8 A") + "  ", 9, "cut off");
 }
 
+struct Case {
+  const char* groups;
+  size_t line;
+  const char* words;
+};
+
 TEST(Broken, Nesting) {
-  struct Case {
-    const char* groups;
-    size_t line;
-    const char* words;
-  };
   const Case cases[] = {
       {"0 LINE|10 0", 2, "outside of any section"},
       {"0 SECTION|2 ENTITIES|0 ENDSEC|0 LINE|0 EOF", 8, "outside of any section"},
-      {"0 SECTION|2 ENTITIES|0 ENDSEC|10 5|0 EOF", 7, "outside of any section"},
       {"0 ENDSEC|0 EOF", 2, "without a section"},
       {"0 SECTION|0 ENDSEC|0 EOF", 3, "name"},
       {"0 SECTION|2 ENTITIES|0 EOF", 6, "no ENDSEC"},
-      {"0 SECTION|2 ENTITIES|0 SECTION|2 OBJECTS", 6, "no ENDSEC"},
-      {"0 SECTION|2 OBJECTS|0 EOF", 6, "no ENDSEC"},
       {"0 SECTION|2 ENTITIES|8 A|0 ENDSEC|0 EOF", 5, "group 0"},
       {"0 SECTION|2 HEADER|70 1|0 ENDSEC|0 EOF", 5, "group 9"},
       {"0 SECTION|2 TABLES|0 LAYER|2 A|0 ENDSEC", 6, "outside of any table"},
       {"0 SECTION|2 TABLES|0 TABLE|2 LAYER|0 ENDSEC|0 EOF", 10, "no ENDTAB"},
       {"0 SECTION|2 BLOCKS|0 LINE|10 0|0 ENDSEC", 6, "outside of any block"},
       {"0 SECTION|2 BLOCKS|0 BLOCK|2 A|0 ENDSEC|0 EOF", 10, "no ENDBLK"},
-      {"0 SECTION|2 BLOCKS|0 BLOCK|2 A|0 BLOCK|2 B|0 ENDBLK", 10, "no ENDBLK"},
       {"0 SECTION|2 BLOCKS|0 BLOCK|8 A|0 ENDBLK", 6, "no name"},
       {"0 SECTION|2 BLOCKS|0 BLOCK|2 A|0 ENDBLK|0 BLOCK|2 a|0 ENDBLK|0 ENDSEC", 12, "already"},
       {"0 SECTION|2 BLOCKS|0 BLOCK|2 A|0 POLYLINE|66 1|0 ENDBLK|0 ENDSEC", 10, "no SEQEND"},
       {"0 SECTION|2 ENTITIES|0 POLYLINE|66 1|0 VERTEX|10 0|20 0|0 LINE|0 ENDSEC", 6, "no SEQEND"},
-      {"0 SECTION|2 ENTITIES|0 POLYLINE|66 1|0 ENDSEC", 6, "no SEQEND"},
       {"0 SECTION|2 ENTITIES|0 VERTEX|10 0|20 0|0 ENDSEC", 6, "without a POLYLINE"},
       {"0 SECTION|2 ENTITIES|0 ENDBLK|0 ENDSEC", 6, "outside of the section BLOCKS"},
   };
@@ -124,15 +110,9 @@ TEST(Broken, Nesting) {
 }
 
 TEST(Broken, Entities) {
-  struct Case {
-    const char* entities;
-    size_t line;
-    const char* words;
-  };
   const Case cases[] = {
       {"0 LINE|10 0|20 0|11 1", 6, "no group 21"},
       {"0 CIRCLE|10 0|20 0|40 -1", 12, "negative radius"},
-      {"0 INSERT|10 0|20 0", 6, "no group 2"},
       {"0 INSERT|2 A|10 0|20 0|70 40000", 14, "40000 columns"},
       {"0 LWPOLYLINE|90 3|10 0|20 0|10 1|20 1", 8, "there are 2"},
       {"0 LWPOLYLINE|90 2|10 0|20 0|10 1", 6, "one coordinate"},
@@ -141,30 +121,23 @@ TEST(Broken, Entities) {
       {"0 SPLINE|71 1|40 0|40 0|40 1|10 0|20 0|10 1|20 1", 6, "needs 4 knots"},
       {"0 SPLINE|71 1|40 0|40 2|40 1|40 1|10 0|20 0|10 1|20 1", 6, "not in order"},
       {"0 SPLINE|71 1|40 1|40 1|40 1|40 1|10 0|20 0|10 1|20 1", 6, "no length"},
-      {"0 SPLINE|71 1|10 0|20 0|41 1|10 1|20 1", 6, "1 weights"},
       {"0 SPLINE|71 1|10 0|20 0|41 1|10 1|20 1|41 0", 6, "weight"},
-      {"0 SPLINE|71 0|11 0|21 0|11 1|21 1", 6, "degree 0"},
-      {"0 SPLINE|71 3", 6, "no points"},
       {"0 LEADER|76 100000|10 0|20 0", 8, "there are 1"},
       {"0 POLYLINE|70 16|71 2|72 2|0 VERTEX|10 0|20 0|0 SEQEND", 6, "2 by 2"},
       {"0 POLYLINE|70 64|0 VERTEX|10 0|20 0|70 192|0 VERTEX|70 128|71 1|72 2|0 SEQEND", 18, "corner 2"},
-      {"0 HATCH|2 X|70 1", 10, "ends before"},
       {"0 HATCH|91 2|92 2|93 1|10 0|20 0|97 0", 18, "ends where group 92"},
       {"0 HATCH|91 1|92 2|93 3|10 0|20 0|10 1|20 1|97 0", 21, "group 97 where group 10"},
       {"0 HATCH|91 1|92 2|93 1|10 0|20 0|92 2", 17, "more boundary paths"},
       {"0 HATCH|91 1000000000|92 2", 8, "says 1000000000"},
-      {"0 HATCH|91 -1", 8, "says -1"},
-      {"0 HATCH|91 1|92 1|93 1|72 7|10 0", 14, "type 7"},
       {"0 HATCH|91 1|92 1|93 1|72 1|10 0|20 0|21 0|11 0", 19, "group 21 where group 11"},
       {"0 HATCH|70 0|91 0|78 1|53 0|43 0|44 0|45 0|46 1|79 2|49 1", 24, "fewer follow"},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.entities);
-    ExpectError(WithEntities(c.entities), c.line, c.words);
+    SCOPED_TRACE(c.groups);
+    ExpectError(WithEntities(c.groups), c.line, c.words);
   }
   const std::string longName(2000, 'n');
   ExpectError(WithEntities("0 POINT|8 " + longName + "|10 0|20 0"), 8, "2000 characters");
-  ExpectError(WithEntities("0 INSERT|2 " + longName + "|10 0|20 0"), 8, "2000 characters");
 }
 
 TEST(Broken, BlocksThatContainThemselves) {

@@ -8,9 +8,7 @@
 namespace hdiplot {
 namespace {
 
-using dxf_writing::Read;
 using dxf_writing::ReadFirst;
-using dxf_writing::WithEntities;
 
 constexpr double kPi = std::numbers::pi;
 
@@ -27,10 +25,7 @@ TEST(Hatch, SolidWithAnIslandOfEdges) {
                 "72 3|10 2|20 3|11 1|21 0|40 0.5|50 0|51 180|73 1|72 2|10 1|20 2|40 1|50 90|51 270|73 0|"
                 "97 2|330 1F|330 2A",
       "|98 1|10 0|20 0"));
-  EXPECT_TRUE(hatch.solid);
-  EXPECT_EQ(hatch.patternName, "SOLID");
   ASSERT_EQ(hatch.loops.size(), 2);
-  EXPECT_TRUE(hatch.loops[0].polyline.closed);
   EXPECT_EQ(hatch.loops[0].polyline.vertices.size(), 4);
   ASSERT_EQ(hatch.loops[1].edges.size(), 4);
   EXPECT_EQ(std::get<LineEntity>(hatch.loops[1].edges[0]).end, (Vec2{3, 1}));
@@ -64,19 +59,6 @@ TEST(Hatch, SplineEdgesWithAndWithoutFitData) {
   }
 }
 
-TEST(Hatch, PatternLinesComeAsWritten) {
-  const auto hatch = ReadFirst<HatchEntity>(Hatch(
-      "|2 ANSI33|70 0|71 1|91 1", kSquare,
-      "|52 0|41 1|77 0|78 2|53 45|43 1|44 2|45 -3|46 3|79 0|53 90|43 0|44 0|45 1|46 0|79 3|49 2|49 -1|49 0"));
-  EXPECT_FALSE(hatch.solid);
-  ASSERT_EQ(hatch.lines.size(), 2);
-  EXPECT_NEAR(hatch.lines[0].angle, kPi / 4, 1e-12);
-  EXPECT_EQ(hatch.lines[0].base, (Vec2{1, 2}));
-  EXPECT_EQ(hatch.lines[0].offset, (Vec2{-3, 3}));
-  EXPECT_TRUE(hatch.lines[0].dashes.empty());
-  EXPECT_EQ(hatch.lines[1].dashes, (std::vector<double>{2, -1, 0}));
-}
-
 TEST(Hatch, SeenFromBelowAllIsMirrored) {
   const auto hatch = ReadFirst<HatchEntity>(Hatch("|210 0|220 0|230 -1|2 ANSI31|70 0|91 2",
                                                   "|92 2|72 1|73 1|93 2|10 1|20 0|42 0.5|10 3|20 0|42 1|97 "
@@ -96,12 +78,6 @@ TEST(Hatch, SeenFromBelowAllIsMirrored) {
   EXPECT_EQ(hatch.lines[0].base, (Vec2{-1, 2}));
   EXPECT_EQ(hatch.lines[0].offset, (Vec2{-3, 4}));
   EXPECT_NEAR(hatch.lines[0].dashes[0], 5, 1e-12);
-}
-
-TEST(Hatch, APatternWithoutLinesIsSkipped) {
-  const Drawing drawing = Read(WithEntities(Hatch("|2 UNKNOWN|70 0|91 1", kSquare)));
-  EXPECT_TRUE(drawing.entities.empty());
-  EXPECT_EQ(drawing.skipped.at("HATCH"), 1);
 }
 
 }  // namespace

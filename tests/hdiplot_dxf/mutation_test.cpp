@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include "tests/hdiplot_dxf/dxf_writing.h"
@@ -16,16 +17,6 @@ using Random = std::mt19937;
 
 size_t Below(Random& random, size_t bound) {
   return std::uniform_int_distribution<size_t>(0, bound - 1)(random);
-}
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  for (size_t start = 0; start < text.size();) {
-    const size_t end = std::min(text.find('\n', start), text.size());
-    lines.push_back(text.substr(start, end - start));
-    start = end + 1;
-  }
-  return lines;
 }
 
 const char* const kOddValues[] = {
@@ -64,7 +55,9 @@ void Damage(std::vector<std::string>& lines, Random& random) {
 }
 
 TEST(Mutations, NeverCrash) {
-  const std::vector<std::string> whole = LinesOf(Specimen());
+  std::vector<std::string> whole;
+  std::istringstream specimen(Specimen());
+  for (std::string line; std::getline(specimen, line);) whole.push_back(line);
   int refused = 0;
   constexpr int kRounds = 1000;
   for (unsigned seed = 0; seed < kRounds; ++seed) {

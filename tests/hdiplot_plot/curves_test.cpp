@@ -56,16 +56,6 @@ TEST(AxesOnPaper, DrawTheSameArcUnderAnyMap) {
   }
 }
 
-TEST(AxesOnPaper, OfACircleAreItsOwn) {
-  const AxisArc axes =
-      AxesOnPaper(Transformed(ConicOf(ArcEntity{{5, 5}, 2, 0.25, 1}), Affine::Scaling(3, -3)));
-  EXPECT_DOUBLE_EQ(axes.radiusA, 6);
-  EXPECT_DOUBLE_EQ(axes.radiusB, 6);
-  EXPECT_NEAR(axes.rotation, 0, 1e-12);
-  EXPECT_NEAR(axes.start, 0.25, 1e-12);
-  EXPECT_NEAR(axes.end, 1, 1e-12);
-}
-
 TEST(ConicArc, CubicsAndPolylinesKeepTheirTolerance) {
   for (const double radius : {0.3, 40.0, 2500.0, 90000.0}) {
     const ConicArc arc = ConicOf(ArcEntity{{10, -10}, radius, 0.3, 5.9});
@@ -113,19 +103,6 @@ TEST(Box, HoldsArcsAndCubicsExactly) {
     AddToBox(cubic, box);
     expectTight(box, [&](double t) { return cubic.At(t); });
   }
-  Box circle;
-  AddToBox(ConicOf(ArcEntity{{1, 2}, 5, kPi / 4, 3 * kPi / 4}), circle);
-  EXPECT_NEAR(circle.high.y, 7, 1e-12);
-  EXPECT_NEAR(circle.low.y, 2 + 5 * std::sqrt(0.5), 1e-12);
-}
-
-TEST(Affine, KnowsItsScaleAndForm) {
-  const Affine turned = Affine::Rotation(0.7) * Affine::Scaling(3, -3);
-  EXPECT_TRUE(turned.IsSimilarity());
-  EXPECT_NEAR(turned.LargestScale(), 3, 1e-12);
-  const Affine sheared = Affine::Rotation(0.7) * Affine::Scaling(3, 1) * Affine::Rotation(0.2);
-  EXPECT_FALSE(sheared.IsSimilarity());
-  EXPECT_NEAR(sheared.LargestScale(), 3, 1e-12);
 }
 
 }  // namespace

@@ -16,13 +16,6 @@ PolyVertex Vertex(double x, double y, double startWidth, double endWidth, double
   return {{x, y}, bulge, startWidth, endWidth};
 }
 
-TEST(SegmentOutline, TapersToAPoint) {
-  const PolylineEntity arrow{{Vertex(0, 0, 4, 0), Vertex(10, 0, 0, 0)}, false};
-  const auto outline = SegmentOutline(arrow, 0, 0.1);
-  ASSERT_EQ(outline.size(), 4U);
-  EXPECT_NEAR(Area(outline), 20, 1e-9);
-}
-
 TEST(SegmentOutline, MeetsItsNeighbourInTheMiter) {
   const PolylineEntity corner{{Vertex(0, 0, 2, 2), Vertex(10, 0, 2, 2), Vertex(10, 10, 2, 0)}, false};
   const auto first = SegmentOutline(corner, 0, 0.1);
@@ -49,16 +42,6 @@ TEST(SegmentOutline, FollowsABend) {
     const PolylineEntity half{{Vertex(-5, 0, 2, 2, bulge), Vertex(5, 0, 2, 2)}, false};
     EXPECT_NEAR(Area(SegmentOutline(half, 0, 0.001)), 3.14159265 * (36 - 16) / 2, 0.05);
   }
-}
-
-TEST(ConstantWidth, LooksAtPlottedSegmentsOnly) {
-  // The last vertex of an open polyline begins no segment.
-  PolylineEntity polyline{{Vertex(0, 0, 2, 2), Vertex(9, 0, 2, 2), Vertex(9, 9, 5, 5)}, false};
-  EXPECT_EQ(ConstantWidth(polyline), 2.0);
-  EXPECT_EQ(LargestWidth(polyline), 2.0);
-  polyline.closed = true;
-  EXPECT_EQ(ConstantWidth(polyline), std::nullopt);
-  EXPECT_EQ(LargestWidth(polyline), 5.0);
 }
 
 }  // namespace

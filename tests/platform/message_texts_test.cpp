@@ -18,25 +18,18 @@ TEST(MessageTexts, LanguageComesFromTheLocale) {
     const char* messages;
     const char* lang;
     std::u16string text;
-  } kCases[] = {
-      {nullptr, nullptr, nullptr, english},
-      {nullptr, nullptr, "C", english},
-      {nullptr, nullptr, "de_DE.UTF-8", english},
-      {nullptr, nullptr, "zh_TW.UTF-8", traditional},
-      {nullptr, nullptr, "zh_HK", traditional},
-      {nullptr, nullptr, "zh_MO.big5", traditional},
-      {nullptr, nullptr, "zh-Hant-SG", traditional},
-      {nullptr, nullptr, "zh_Hant", traditional},
-      {nullptr, nullptr, "zh_CN.UTF-8", simplified},
-      {nullptr, nullptr, "zh_SG@x", simplified},
-      {nullptr, nullptr, "zh", simplified},
-      {nullptr, nullptr, "zha_CN", english},
-      {nullptr, nullptr, "ja_JP.eucJP", english},
-      {nullptr, "zh_TW", "zh_CN", traditional},
-      {"zh_CN", "zh_TW", "C", simplified},
-      {"", "", "zh_TW", traditional},
-      {"C", "zh_TW", "zh_TW", english},
-  };
+  } kCases[] = {{nullptr, nullptr, nullptr, english},
+                {nullptr, nullptr, "de_DE.UTF-8", english},
+                {nullptr, nullptr, "zh_TW.UTF-8", traditional},
+                {nullptr, nullptr, "zh_MO.big5", traditional},
+                {nullptr, nullptr, "zh-Hant-SG", traditional},
+                {nullptr, nullptr, "zh_SG@x", simplified},
+                {nullptr, nullptr, "zh", simplified},
+                {nullptr, nullptr, "zha_CN", english},
+                {nullptr, "zh_TW", "zh_CN", traditional},
+                {"zh_CN", "zh_TW", "C", simplified},
+                {"", "", "zh_TW", traditional},
+                {"C", "zh_TW", "zh_TW", english}};
   const auto optional = [](const char* text) {
     return text == nullptr ? std::nullopt : std::optional<std::string>(text);
   };

@@ -17,14 +17,18 @@
 
 namespace scratch {
 
-class Directory {
+struct Fixed {
+  Fixed() = default;
+  Fixed(const Fixed&) = delete;
+  Fixed& operator=(const Fixed&) = delete;
+};
+
+class Directory : Fixed {
  public:
   Directory() {
     std::string pattern = (std::filesystem::temp_directory_path() / "hdi-test-XXXXXX").string();
     path_ = mkdtemp(pattern.data());
   }
-  Directory(const Directory&) = delete;
-  Directory& operator=(const Directory&) = delete;
   ~Directory() { std::filesystem::remove_all(path_); }
 
   [[nodiscard]] std::string Path(const std::string& name = "") const { return path_ + '/' + name; }
@@ -49,14 +53,12 @@ class Directory {
   std::string path_;
 };
 
-class Variable {
+class Variable : Fixed {
  public:
   Variable(const char* name, const std::optional<std::string>& value) : name_(name) {
     if (const char* old = getenv(name)) before_ = old;
     Set(value);
   }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
   ~Variable() { Set(before_); }
 
  private:
@@ -73,11 +75,9 @@ class Variable {
 };
 
 // Puts another descriptor in a standard stream's place.
-class Stream {
+class Stream : Fixed {
  public:
   Stream(int stream, int replacement) : stream_(stream), before_(dup(stream)) { dup2(replacement, stream); }
-  Stream(const Stream&) = delete;
-  Stream& operator=(const Stream&) = delete;
   ~Stream() {
     dup2(before_, stream_);
     close(before_);
