@@ -1,8 +1,10 @@
 // Plotting drawings from the command line, a page each.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,7 +14,9 @@
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/paper_plan.h"
 #include "host/hdiplot/plot/plot_drawing.h"
+#include "host/hdiplot/plot/wildcard.h"
 #include "host/hdiplot/plot_commands.h"
+#include "host/hdiplot/printing.h"
 #include "host/hdiplot/progress.h"
 #include "platform/unicode.h"
 
@@ -27,12 +31,38 @@ std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& file
     try {
       drawings.push_back(ReadDxf(file));
     } catch (const InputError& error) {
-      PrintError(error);
+      PrintError(error.what());
     } catch (const std::exception& error) {
-      PrintError(InputError(file, 0, error.what()));  // no memory, say
+      PrintError(InputError(file, 0, error.what()).what());  // no memory, say
     }
   }
   return drawings;
+}
+
+// Layers need no entry in a drawing's table.
+std::set<std::u16string> FoldedLayerNames(const std::vector<Drawing>& drawings) {
+  std::set<std::string> names;
+  const auto addAll = [&names](const std::vector<Entity>& entities) {
+    for (const Entity& entity : entities) names.insert(entity.attributes.layer);
+  };
+  for (const Drawing& drawing : drawings) {
+    for (const auto& [name, layer] : drawing.layers) names.insert(name);
+    for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
+    addAll(drawing.entities);
+  }
+  std::set<std::u16string> folded;
+  for (const std::string& name : names) folded.insert(FoldedCase(name));
+  return folded;
+}
+
+void WarnOfUnmatchedPatterns(const std::vector<std::string>& patterns, const std::vector<Drawing>& drawings) {
+  if (patterns.empty()) return;
+  const std::set<std::u16string> names = FoldedLayerNames(drawings);
+  for (const std::string& pattern : patterns) {
+    const bool matches = std::ranges::any_of(
+        names, [folded = FoldedCase(pattern)](const auto& name) { return MatchesWildcard(folded, name); });
+    if (!matches) PrintError("--layer \"" + pattern + "\" matches no layer of any drawing");
+  }
 }
 
 // 0x00BBGGRR. The driver reads 0 as white, so black is the darkest colour that it can store.
@@ -69,29 +99,44 @@ JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const Pap
   return job;
 }
 
-void PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
-               const std::vector<Orientation>& orientations, PlotDevice& device, Progress& progress) {
+// By what is printed behind the number.
+using SkippedCounts = std::map<std::string, uint64_t>;
+
+void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
+  const auto add = [&skipped](const std::string& what, uint64_t count) {
+    if (count > 0) skipped[what] += count;
+  };
+  add(fmt::format("INSERT nested deeper than {} blocks", DrawingWalk::kDeepestInsert),
+      leftOut.inserts.tooDeep);
+  add(fmt::format("INSERT cut off behind {} entities from blocks", DrawingWalk::kMostFromBlocks),
+      leftOut.inserts.cutOff);
+  add("too far off the sheet", leftOut.tooFarOff);
+}
+
+// What is skipped, by the reader and in plotting.
+SkippedCounts PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
+                        const std::vector<Orientation>& orientations, PlotDevice& device,
+                        Progress& progress) {
+  SkippedCounts skipped;
   for (size_t i = 0; i < drawings.size(); ++i) {
     device.StartPage(paper.PageChanges(orientations[i]));
     const uint64_t before = device.ObjectCount();
-    PlotDrawing(drawings[i], line.plot, MakeSheet(device), device, progress);
+    Add(PlotDrawing(drawings[i], line.plot, MakeSheet(device), device, progress), skipped);
+    for (const auto& [type, count] : drawings[i].skipped) skipped[type] += count;
     device.EndPage();
     if (line.verbosity == Verbosity::kVerbose) {
       progress.Finish();
-      fmt::print(stderr, "page {}: {}, {} {}, {} objects\n", i + 1, drawings[i].name, paper.Name(),
-                 orientations[i] == Orientation::kLandscape ? "landscape" : "portrait",
-                 device.ObjectCount() - before);
+      PrintLine(stderr, fmt::format("page {}: {}, {} {}, {} objects", i + 1, drawings[i].name, paper.Name(),
+                                    orientations[i] == Orientation::kLandscape ? "landscape" : "portrait",
+                                    device.ObjectCount() - before));
     }
   }
+  return skipped;
 }
 
-void PrintSkipped(const CommandLine& line, const std::vector<Drawing>& drawings) {
-  std::map<std::string, uint64_t> skipped;
-  for (const Drawing& drawing : drawings) {
-    for (const auto& [type, count] : drawing.skipped) skipped[type] += count;
-  }
+void PrintSkipped(const CommandLine& line, const SkippedCounts& skipped) {
   std::FILE* stream = SummaryStream(line);
-  if (stream != nullptr && !skipped.empty()) fmt::print(stream, "{}\n", FormatSkipped(skipped));
+  if (stream != nullptr && !skipped.empty()) PrintLine(stream, FormatSkipped(skipped));
 }
 
 }  // namespace
@@ -102,14 +147,16 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
+  WarnOfUnmatchedPatterns(line.plot.layers, drawings);
+
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
   const PaperPlan paper(driver, line.plot);
   const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, paper);
   Job job(driver, SettingsFor(line, drawings.front(), paper, orientations.front()), line);
-  PlotPages(line, drawings, paper, orientations, job.Device(), progress);
+  const SkippedCounts skipped = PlotPages(line, drawings, paper, orientations, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
-  PrintSkipped(line, drawings);
+  PrintSkipped(line, skipped);
   return drawings.size() < line.inputs.size() ? ExitStatus::kPartlyDone : status;
 }
 

@@ -1,4 +1,4 @@
-// What hdiplot reports about its input.
+// What hdiplot reports about files.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,8 @@
 
 namespace hdiplot {
 
-// Something is wrong with an input file. what() is "FILE:LINE: message", or "FILE: message" for line 0.
+// Something is wrong with a file: an input, the driver module, or one that cannot be written. what() is
+// "FILE:LINE: message", or "FILE: message" for line 0.
 class InputError : public std::runtime_error {
  public:
   InputError(const std::filesystem::path& file, size_t line, const std::string& message)

@@ -9,6 +9,7 @@
 
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/output_file.h"
+#include "host/hdiplot/printing.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -19,7 +20,8 @@ namespace fs = std::filesystem;
 
 bool IsSameFile(const fs::path& a, const fs::path& b) {
   std::error_code error;
-  return fs::weakly_canonical(a, error) == fs::weakly_canonical(b, error) && !error;
+  return fs::weakly_canonical(WithoutLinks(a), error) == fs::weakly_canonical(WithoutLinks(b), error) &&
+         !error;
 }
 
 void SetUpDriver(hdi::HT_Driver& driver, const JobSettings& settings, bool open) {
@@ -42,7 +44,8 @@ Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine&
   if (line.record) recorder_.emplace(*line.record);
 
   if (line.verbosity == Verbosity::kVerbose) {
-    fmt::print(stderr, "device \"{}\" of {}\n", hdi::ToUtf8(driver.GetName()), line.module.string());
+    PrintLine(stderr,
+              fmt::format("device \"{}\" of {}", hdi::ToUtf8(driver.GetName()), line.module.string()));
   }
   SetUpDriver(driver, settings, line.open);
   device_.emplace(driver);
@@ -101,12 +104,12 @@ ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, 
   try {
     job.FinishRecord();
   } catch (const InputError& error) {
-    PrintError(error);
+    PrintError(error.what());
     status = ExitStatus::kPartlyDone;
   }
   PlotSummary summary = job.Summary();
   summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  if (std::FILE* stream = SummaryStream(line)) fmt::print(stream, "{}\n", FormatSummary(summary));
+  if (std::FILE* stream = SummaryStream(line)) PrintLine(stream, FormatSummary(summary));
   return status;
 }
 
@@ -114,7 +117,5 @@ std::FILE* SummaryStream(const CommandLine& line) {
   if (line.verbosity == Verbosity::kQuiet) return nullptr;
   return line.results ? stderr : stdout;
 }
-
-void PrintError(const std::exception& error) { fmt::print(stderr, "hdiplot: {}\n", error.what()); }
 
 }  // namespace hdiplot

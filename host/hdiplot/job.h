@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <optional>
 
@@ -54,8 +53,5 @@ using Clock = std::chrono::steady_clock;
 
 // Where the summary goes: standard output, or standard error when results are printed there; null when quiet.
 [[nodiscard]] std::FILE* SummaryStream(const CommandLine& line);
-
-// Prints one message to standard error.
-void PrintError(const std::exception& error);
 
 }  // namespace hdiplot

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <unordered_set>
 #include <utility>
 
 #include "host/hdiplot/base64.h"
@@ -62,15 +63,13 @@ class DuplicateKeys {
     } else if (event == Json::parse_event_t::object_end) {
       open_.pop_back();
     } else if (event == Json::parse_event_t::key) {
-      std::vector<std::string>& keys = open_.back();
       const auto& key = parsed.get_ref<const std::string&>();
-      if (std::ranges::find(keys, key) != keys.end()) throw ValueError("key \"" + key + "\" is there twice");
-      keys.push_back(key);
+      if (!open_.back().insert(key).second) throw ValueError("key \"" + key + "\" is there twice");
     }
   }
 
  private:
-  std::vector<std::vector<std::string>> open_;
+  std::vector<std::unordered_set<std::string>> open_;
 };
 
 // The library's text without its own label and the line, which is always the first.

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/options.h"
 
 namespace hdiplot {
@@ -69,7 +70,8 @@ std::optional<uint8_t> ToByte(std::string_view text, int base) {
 
 PaperChoice ParsePaper(const std::string& text) {
   if (text.empty()) throw std::invalid_argument("names no paper");
-  std::string_view size = text;
+  const std::string lower = LowerCase(text);
+  std::string_view size = lower;
   if (size.ends_with("mm")) size.remove_suffix(2);
   const auto parts = Split(size, 'x');
   const auto width = ToNumber(parts.front());
@@ -109,7 +111,7 @@ double ParseScale(const std::string& text) {
 }
 
 Rgb ParseColor(const std::string& text) {
-  const auto named = std::ranges::find(kColors, text, &std::pair<std::string_view, Rgb>::first);
+  const auto named = std::ranges::find(kColors, LowerCase(text), &std::pair<std::string_view, Rgb>::first);
   if (named != kColors.end()) return named->second;
 
   const bool isHex = text.starts_with('#') && text.size() == 7;

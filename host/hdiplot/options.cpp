@@ -3,13 +3,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cctype>
 #include <functional>
-#include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <type_traits>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/module.h"
+#include "host/hdiplot/printing.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 
@@ -30,7 +32,8 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot plan.jsonl -o again.pdf                  plays a trace
   hdiplot job.jsonl -o job.pdf --results           prints what each call of the trace returned
 
-Exit status: 0 done, 1 some drawings failed and the others are plotted, 2 nothing plotted.)";
+Exit status: 0 done; 1 plotted, but some drawings could not be read, or the record or standard output could
+not be written; 2 nothing plotted.)";
 
 // A converter for an option's value that turns exceptions into a message about this option.
 template <typename T>
@@ -46,10 +49,20 @@ std::function<void(const std::string&)> Into(
 }
 
 bool HasExtension(const std::filesystem::path& file, std::string_view extension) {
-  std::string own = file.extension().string();
-  std::ranges::transform(own, own.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return own == extension;
+  return EqualWithoutCase(file.extension().string(), extension);
+}
+
+// Whether a name stays the same in UTF-16, which the driver takes.
+bool IsUtf8(const std::string& name) { return hdi::ToUtf8(hdi::ToUtf16(name)) == name; }
+
+// The name of a file that is to be made.
+void CheckFileName(const char* option, const std::string& name) {
+  const auto fail = [option](const char* problem) { throw CLI::ValidationError(option, problem); };
+  if (name.empty() || name.ends_with('/')) fail("names no file");
+  const std::string last = std::filesystem::path(name).filename().string();
+  if (last == "." || last == "..") fail("names a directory");
+  if (name == "-") fail("takes the name of a file; nothing is written to standard output");
+  if (name.starts_with("/dev/")) fail("names a device, not a file");
 }
 
 // What CLI11 cannot tell: the rules between options and kinds of input. Throws CLI::ValidationError.
@@ -74,9 +87,17 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
   if (!line.isTrace && line.inputs.size() > 1 && !line.output) {
     throw CLI::ValidationError("--output", "is needed to plot several drawings");
   }
-  if (line.output && (line.output->empty() || line.output->ends_with('/'))) {
-    throw CLI::ValidationError("--output", "names no file");
+  if (!line.output && !line.isTrace && !line.inputs.empty()) {
+    line.output = line.inputs.front().filename().replace_extension(".pdf").string();
+    if (!IsUtf8(*line.output)) {
+      throw CLI::ValidationError("--output", "is needed, as the drawing's name is not in UTF-8");
+    }
   }
+  if (line.output) CheckFileName("--output", *line.output);
+  if (line.output && !IsUtf8(*line.output)) {
+    throw CLI::ValidationError("--output", "takes a file name in UTF-8");
+  }
+  if (line.record) CheckFileName("--record", line.record->string());
 }
 
 }  // namespace
@@ -94,7 +115,9 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.footer(kExamples);
   app.set_version_flag("--version", kVersion, "Print the version");
   app.add_option("inputs", line.inputs, "Drawings (.dxf), or one plot trace (.jsonl)")->type_name("FILE");
-  app.add_option("-o,--output", line.output, "The PDF; needed for several drawings")->type_name("FILE");
+  app.add_option("-o,--output", line.output,
+                 "The PDF; \".pdf\" is added where it is missing; needed for several drawings")
+      ->type_name("FILE");
   app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
   app.add_flag("--results", line.results, "Print the result of each call of a trace");
 
@@ -117,18 +140,23 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   forDrawings(app.add_option_function("--scale", Into(plot.scale, "--scale", ParseScale), "Plot to scale"))
       ->type_name("1:N")
       ->excludes(fits);
-  forDrawings(app.add_option("--dpi", plot.dpi, "Dots per inch")->capture_default_str())
+  forDrawings(app.add_option("--dpi", plot.dpi, "Dots per inch, from 72 to 4800 (default 600)"))
       ->type_name("N")
-      ->check(CLI::Range(72, 4800));
+      ->check(CLI::Range(72, 4800).description(""));
   forDrawings(app.add_flag("--monochrome", plot.monochrome, "Everything in black"));
   forDrawings(app.add_option_function("--background", Into(plot.background, "--background", ParseColor),
                                       "Colour of the page"))
       ->type_name("COLOR");
-  forDrawings(app.add_option("--layer", plot.layers, "Plot only layers that match (repeatable; * and ?)"))
+  forDrawings(
+      app.add_option("--layer", plot.layers, "Plot only layers that match, with * and ? (repeatable)"))
       ->type_name("PATTERN")
+      ->expected(1)  // for each time it is given
+      ->take_all()
       ->allow_extra_args(false);
   forDrawings(app.add_option("--skip-layer", plot.skipLayers, "Leave out layers that match (repeatable)"))
       ->type_name("PATTERN")
+      ->expected(1)  // for each time it is given
+      ->take_all()
       ->allow_extra_args(false);
 
   app.add_option("--device", line.device, "The driver's device (default: the first)")
@@ -149,14 +177,13 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       throw CLI::RequiredError("A drawing (.dxf) or a trace (.jsonl)");
     CheckInputs(line, drawings);
   } catch (const CLI::Success& request) {
-    app.exit(request, std::cout, std::cerr);
+    std::ostringstream text;
+    app.exit(request, text, text);
+    PrintText(text.str());
     return {};
   } catch (const CLI::ParseError& error) {
-    std::cerr << "hdiplot: " << error.what() << " (see hdiplot --help)\n";
+    PrintError(std::string(error.what()) + " (see hdiplot --help)");
     return {std::nullopt, ExitStatus::kNothingDone};
-  }
-  if (!line.output && !line.isTrace && !line.inputs.empty()) {
-    line.output = line.inputs.front().filename().replace_extension(".pdf").string();
   }
   if (landscape) plot.orientation = Orientation::kLandscape;
   if (portrait) plot.orientation = Orientation::kPortrait;

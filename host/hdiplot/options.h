@@ -14,7 +14,8 @@ namespace hdiplot {
 
 enum class ExitStatus : int {
   kDone = 0,
-  kPartlyDone = 1,  // some drawings failed and the others are plotted, or the plot could not be recorded
+  kPartlyDone =
+      1,  // plotted, but some drawings failed, or the record or the output of text could not be written
   kNothingDone = 2,
 };
 

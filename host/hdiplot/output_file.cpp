@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/errors.h"
 #include "platform/unicode.h"
 
@@ -18,10 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string LowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? char(c + ('a' - 'A')) : c; });
-  return text;
+fs::path DirectoryOf(const fs::path& file) {
+  return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
 // Permission bits tell nothing to a superuser, nor of a read-only or full file system: only making a file
@@ -35,7 +34,7 @@ void RequireCreatable(const fs::path& probe, const fs::path& file) {
 
 }  // namespace
 
-bool AsksForFile(const std::u16string& output) { return LowerCase(hdi::ToUtf8(output)) == "file:"; }
+bool AsksForFile(const std::u16string& output) { return EqualWithoutCase(hdi::ToUtf8(output), "file:"); }
 
 std::optional<fs::path> OutputFile(const std::optional<std::u16string>& output,
                                    const std::u16string& defaultOutput) {
@@ -46,9 +45,20 @@ std::optional<fs::path> OutputFile(const std::optional<std::u16string>& output,
   return fs::path(name);
 }
 
-void RequireWritable(const fs::path& file) {
+fs::path WithoutLinks(const fs::path& file) {
+  constexpr int kMostLinks = 40;  // as many as the system follows itself
+  fs::path place = file;
   std::error_code error;
-  const fs::path directory = file.has_parent_path() ? file.parent_path() : fs::path(".");
+  for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(place, error)); ++i) {
+    place = place.parent_path() / fs::read_symlink(place, error);
+    if (error) break;
+  }
+  return place;
+}
+
+void RequireReplaceable(const fs::path& file) {
+  std::error_code error;
+  const fs::path directory = DirectoryOf(file);
   if (!fs::is_directory(directory, error)) {
     throw InputError(file, 0, "cannot be written: there is no directory " + directory.string());
   }
@@ -57,8 +67,14 @@ void RequireWritable(const fs::path& file) {
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     throw InputError(file, 0, "cannot be written: it is no regular file");
   }
+}
+
+void RequireWritable(const fs::path& file) {
+  RequireReplaceable(file);
+  std::error_code error;
   const bool isThere = fs::exists(fs::symlink_status(file, error));
-  RequireCreatable(isThere ? directory / (".hdiplot." + std::to_string(getpid()) + ".tmp") : file, file);
+  RequireCreatable(isThere ? DirectoryOf(file) / (".hdiplot." + std::to_string(getpid()) + ".tmp") : file,
+                   file);
 }
 
 void RequireComplete(const fs::path& file) {

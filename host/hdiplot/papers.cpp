@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/plot_commands.h"
+#include "host/hdiplot/printing.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -16,8 +18,6 @@ namespace {
 
 // The host's capability that gives whole PaperSize records.
 constexpr uint16_t kPaperRecords = 19;
-
-char FoldCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 }  // namespace
 
@@ -36,9 +36,8 @@ std::string NameOf(const hdi::PaperSize& paper) {
 }
 
 const hdi::PaperSize* FindPaper(const std::vector<hdi::PaperSize>& papers, std::string_view name) {
-  const auto found = std::ranges::find_if(papers, [name](const hdi::PaperSize& paper) {
-    return std::ranges::equal(NameOf(paper), name, {}, FoldCase, FoldCase);
-  });
+  const auto found = std::ranges::find_if(
+      papers, [name](const hdi::PaperSize& paper) { return EqualWithoutCase(NameOf(paper), name); });
   return found == papers.end() ? nullptr : &*found;
 }
 
@@ -46,7 +45,8 @@ ExitStatus ListPapers(const CommandLine& line) {
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
   for (const hdi::PaperSize& paper : PapersOf(driver)) {
-    fmt::print("{:<20} {} x {} mm\n", NameOf(paper), paper.width / 10.0, paper.height / 10.0);
+    PrintLine(stdout,
+              fmt::format("{:<20} {} x {} mm", NameOf(paper), paper.width / 10.0, paper.height / 10.0));
   }
   return ExitStatus::kDone;
 }

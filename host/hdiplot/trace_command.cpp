@@ -4,6 +4,7 @@
 #include "host/hdiplot/job.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/plot_commands.h"
+#include "host/hdiplot/printing.h"
 #include "host/hdiplot/progress.h"
 #include "host/hdiplot/trace_player.h"
 #include "host/hdiplot/trace_reader.h"
@@ -15,7 +16,7 @@ namespace {
 
 void PrintResult(const CallLine& line, int64_t result) {
   const auto name = std::visit([]<typename T>(const T&) { return T::kName; }, line.call);
-  fmt::print("{} {} {}\n", line.line, name, result);
+  PrintLine(stdout, fmt::format("{} {} {}", line.line, name, result));
 }
 
 }  // namespace

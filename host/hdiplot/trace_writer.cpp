@@ -14,6 +14,7 @@
 
 #include "host/hdiplot/base64.h"
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/output_file.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -163,18 +164,17 @@ class LineWriter {
 
 }  // namespace
 
-TraceWriter::TraceWriter(std::filesystem::path file) : file_(std::move(file)) {
-  temporary_ = file_;
-  temporary_.replace_filename("." + file_.filename().string() + "." + std::to_string(getpid()) + ".tmp");
-  std::error_code ignored;
-  if (std::filesystem::is_directory(file_, ignored)) throw InputError(file_, 0, "is a directory");
+TraceWriter::TraceWriter(std::filesystem::path file) : file_(std::move(file)), place_(WithoutLinks(file_)) {
+  RequireReplaceable(place_);
+  temporary_ = place_;
+  temporary_.replace_filename("." + place_.filename().string() + "." + std::to_string(getpid()) + ".tmp");
   stream_.reset(std::fopen(temporary_.c_str(), "wbx"));
   if (stream_ == nullptr)
     throw InputError(file_, 0, std::string("cannot be written: ") + std::strerror(errno));
 }
 
 TraceWriter::~TraceWriter() {
-  if (stream_ == nullptr) return;
+  if (temporary_.empty()) return;
   stream_.reset();
   std::error_code ignored;
   std::filesystem::remove(temporary_, ignored);
@@ -215,14 +215,15 @@ void TraceWriter::EndLine() {
 }
 
 void TraceWriter::Finish() {
-  if (problem_.empty() && std::fflush(stream_.get()) != 0) problem_ = std::strerror(errno);
+  // Some file systems tell only at the end that they had no room.
+  if (std::fclose(stream_.release()) != 0 && problem_.empty()) problem_ = std::strerror(errno);
   if (problem_.empty()) {
     std::error_code error;
-    std::filesystem::rename(temporary_, file_, error);
+    std::filesystem::rename(temporary_, place_, error);
     if (error) problem_ = error.message();
   }
   if (!problem_.empty()) throw InputError(file_, 0, "cannot be written: " + problem_);
-  stream_.reset();
+  temporary_.clear();
 }
 
 }  // namespace hdiplot

@@ -10,11 +10,11 @@
 
 namespace hdiplot {
 
-// A trace file in the making. It is written beside its place under a temporary name and takes its place when
-// it is whole, so a failure leaves no half trace and no changed one.
+// A trace file in the making. It is written beside its place, to which symbolic links are followed, under a
+// temporary name and takes its place when it is whole, so a failure leaves no half trace and no changed one.
 class TraceWriter {
  public:
-  // Throws InputError when the file cannot be made.
+  // Throws InputError when the file cannot be made or replaced.
   explicit TraceWriter(std::filesystem::path file);
   TraceWriter(const TraceWriter&) = delete;
   TraceWriter& operator=(const TraceWriter&) = delete;
@@ -35,8 +35,9 @@ class TraceWriter {
 
   void EndLine();
 
-  std::filesystem::path file_;
-  std::filesystem::path temporary_;
+  std::filesystem::path file_;       // as the user names it
+  std::filesystem::path place_;      // where symbolic links lead
+  std::filesystem::path temporary_;  // empty when there is none any more
   std::unique_ptr<std::FILE, CloseFile> stream_;
   std::string line_;
   std::string problem_;  // the first thing that went wrong

@@ -42,6 +42,9 @@ std::string ReadToEnd(int descriptor) {
   return bytes;
 }
 
+// What a host may have had ignored and a program expects as it is at its start.
+constexpr std::array kSignalsToReset = {SIGPIPE, SIGCHLD, SIGINT, SIGQUIT, SIGHUP, SIGXFSZ};
+
 // Starts the program with its standard output going to `output`. Returns its id or -1.
 pid_t Spawn(std::vector<std::string>& arguments, int output) {
   posix_spawn_file_actions_t actions;
@@ -53,7 +56,11 @@ pid_t Spawn(std::vector<std::string>& arguments, int output) {
   sigset_t none;
   sigemptyset(&none);
   posix_spawnattr_setsigmask(&attributes, &none);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+  sigset_t defaults;
+  sigemptyset(&defaults);
+  for (const int number : kSignalsToReset) sigaddset(&defaults, number);
+  posix_spawnattr_setsigdefault(&attributes, &defaults);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
 
   pid_t child = -1;
   const int error = posix_spawn(&child, arguments.front().c_str(), &actions, &attributes,
@@ -82,7 +89,7 @@ std::optional<int> WaitFor(pid_t child) {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  for (const int number : {SIGPIPE, SIGCHLD, SIGINT, SIGQUIT, SIGHUP}) signal(number, SIG_DFL);
+  for (const int number : kSignalsToReset) signal(number, SIG_DFL);
   execve(arguments[0], arguments, environ);
   _exit(127);
 }

@@ -29,7 +29,7 @@ void ExpectError(const std::string& text, size_t line, const std::string& words)
 TEST(Broken, FilesThatAreNoDxf) {
   using namespace std::string_literals;
   ExpectError("", 0, "empty");
-  ExpectError("AutoCAD Binary DXF\r\n\x1a\0\0\0SECTION"s, 0, "binary DXF");
+  ExpectError("Some CAD Binary DXF\r\n\x1a\0\0\0SECTION"s, 0, "binary DXF");
   ExpectError("AC1032\0\0\0\0\0"s, 0, "DWG");
   ExpectError("%PDF-1.7\n%\xe2\xe3\n", 0, "PDF");
   ExpectError("\x89PNG\r\n\x1a\n\0\0"s, 0, "PNG");

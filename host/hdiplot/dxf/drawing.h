@@ -118,7 +118,6 @@ struct HatchPatternLine {  // one family of parallel lines, already at the hatch
 
 struct HatchEntity {
   bool solid = false;
-  std::string patternName;
   std::vector<HatchPatternLine> lines;
   std::vector<HatchLoop> loops;
 };
@@ -146,7 +145,7 @@ struct Entity {
 
 struct Layer {
   EntityColor color{EntityColor::Kind::kIndex, 7};
-  std::string lineType = "CONTINUOUS";
+  std::string lineType = "CONTINUOUS";  // upper case
   int lineWeight = kLineWeightDefault;
   bool off = false;
   bool frozen = false;

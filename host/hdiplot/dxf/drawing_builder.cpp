@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/entity_attributes.h"
 #include "host/hdiplot/dxf/hatch_reader.h"
 
@@ -175,7 +176,6 @@ void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attrib
 
 void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attributes) {
   HatchEntity hatch = ReadHatch(object);
-  hatch.patternName = names_.Decode(hatch.patternName);
   if (!hatch.solid && hatch.lines.empty()) {
     CountSkipped(object.type, attributes);
     return;
@@ -188,7 +188,7 @@ void DrawingBuilder::AddEntity(const Attributes& attributes, Shape shape) {
 }
 
 void DrawingBuilder::CountSkipped(std::string_view type, const Attributes& attributes) {
-  if (attributes.visible) graph_.AddSkipped(Place(attributes), type);
+  if (attributes.visible) graph_.AddSkipped(Place(attributes), TypeName(type));
 }
 
 // What stands in a block belongs wherever the block is inserted.

@@ -23,9 +23,6 @@ struct Signature {
 };
 
 constexpr std::array kOtherFiles = {
-    Signature{
-        "AutoCAD Binary DXF"sv,
-        "this is a binary DXF, only text ones are read; save the drawing again as a text (ASCII) DXF"sv},
     Signature{"AC10"sv, "this is a DWG drawing, no DXF; save the drawing as a DXF"sv},
     Signature{"%PDF"sv, "this is a PDF, no DXF"sv},
     Signature{"\x89PNG"sv, "this is a PNG image, no DXF"sv},
@@ -80,6 +77,11 @@ std::string LoadDxfText(const std::filesystem::path& file) {
   }
   if (text.starts_with("\xef\xbb\xbf")) text.erase(0, 3);
   const std::string_view firstLine = std::string_view(text).substr(0, text.find_first_of("\r\n"));
+  if (firstLine.ends_with(" Binary DXF")) {
+    throw InputError(
+        file, 0,
+        "this is a binary DXF, only text ones are read; save the drawing again as a text (ASCII) DXF");
+  }
   if (!StartsLikeDxf(firstLine)) {
     throw InputError(file, 1,
                      "this is no DXF: the group code 0 should stand here, but it is " + Quoted(firstLine));

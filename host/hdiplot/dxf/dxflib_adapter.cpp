@@ -8,6 +8,7 @@
 #include <span>
 #include <utility>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/entity_attributes.h"
 
 namespace hdiplot {

@@ -9,6 +9,7 @@
 #include <span>
 #include <utility>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/dxflib_adapter.h"
 #include "host/hdiplot/dxf/spline_check.h"
 

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "host/hdiplot/ascii_case.h"
+
 namespace hdiplot {
 namespace {
 

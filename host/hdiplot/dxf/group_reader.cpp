@@ -100,6 +100,14 @@ std::string Quoted(std::string_view text) {
   return quoted + (text.size() > kLongest ? "...\"" : "\"");
 }
 
+std::string TypeName(std::string_view type) {
+  constexpr size_t kLongest = 40;
+  std::string name(type.substr(0, kLongest));
+  std::ranges::replace_if(
+      name, [](char c) { return c < 0x20 || c >= 0x7f; }, '?');
+  return type.size() > kLongest ? name + "..." : name;
+}
+
 GroupReader::GroupReader(std::string_view text)
     : text_(text), lineEnd_(text.find('\n') == std::string_view::npos ? '\r' : '\n') {}
 

@@ -33,6 +33,9 @@ ValueKind KindOfGroup(int code);
 // A piece of the file for a message: in quotes, shortened, with nothing in it that upsets a terminal.
 std::string Quoted(std::string_view text);
 
+// A type of entity as a message names it: printable ASCII, and not long.
+std::string TypeName(std::string_view type);
+
 enum class ValueCheck {
   kNone,         // numbers are left unread: for sections that nobody looks into
   kNumber,       // numbers are read, and have to be finite numbers

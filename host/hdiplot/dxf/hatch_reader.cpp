@@ -29,7 +29,6 @@ class HatchReader {
   HatchEntity Read() {
     HatchEntity hatch;
     hatch.solid = object_.Integer(70, 0) != 0;
-    if (const Group* name = object_.Find(2)) hatch.patternName = name->value;
     while (!At(91)) Skip("the number of boundary paths, group 91");
     const size_t paths = TakeCount(91);
     for (size_t i = 0; i < paths; ++i) hatch.loops.push_back(ReadPath());

@@ -138,14 +138,6 @@ std::string WithoutEscapes(std::string_view text) {
 
 }  // namespace
 
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  for (char& c : upper) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return upper;
-}
-
 std::string NameDecoder::Decode(std::string_view raw) const {
   // Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions, while text of
   // a code page is hardly ever well-formed UTF-8 by chance.

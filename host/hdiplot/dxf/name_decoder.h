@@ -4,13 +4,10 @@
 #include <string>
 #include <string_view>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/group_reader.h"
 
 namespace hdiplot {
-
-// ASCII letters only: enough to look up blocks and line types, whose names differ in case between a table and
-// its users in ASCII letters at most.
-std::string UpperCase(std::string_view text);
 
 // Names are shorter than 256 characters in earnest. dxflib reads lines of up to 1023 and never ends over a
 // longer one; and layer names of 1024 are more than a driver takes.

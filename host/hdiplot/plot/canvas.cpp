@@ -1,6 +1,7 @@
 #include "host/hdiplot/plot/canvas.h"
 
 #include <array>
+#include <cassert>
 
 #include "host/hdiplot/plot/line_types.h"
 
@@ -9,6 +10,26 @@ namespace hdiplot {
 namespace {
 
 hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
+
+struct Segment {
+  Vec2 from;
+  Vec2 to;
+};
+
+// The part of `segment` with `coordinate` from -limit to limit; none when it lies beyond.
+std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate, double limit) {
+  const double from = segment.from.*coordinate;
+  const double to = segment.to.*coordinate;
+  if ((from > limit && to > limit) || (from < -limit && to < -limit)) return std::nullopt;
+  const auto within = [&](Vec2 p) {
+    const double bound = std::clamp(p.*coordinate, -limit, limit);
+    if (p.*coordinate == bound) return p;
+    Vec2 at = Between(segment.from, segment.to, (bound - from) / (to - from));
+    at.*coordinate = bound;
+    return at;
+  };
+  return Segment{within(segment.from), within(segment.to)};
+}
 
 }  // namespace
 
@@ -49,27 +70,44 @@ void Canvas::SetPen(const Pen& pen) {
 }
 
 void Canvas::Dot(Vec2 at) {
-  if (!IsPlottable(at)) return;
+  if (!IsPlottable(at)) {
+    NoteMissing();
+    return;
+  }
   const hdi::HT_Double_Point point = HostPoint(at);
   device_.Polyline({&point, 1});
 }
 
 void Canvas::Line(Vec2 from, Vec2 to) {
-  if (!IsPlottable(from) || !IsPlottable(to)) return;
-  const std::array<hdi::HT_Double_Point, 2> points{HostPoint(from), HostPoint(to)};
+  std::optional<Segment> line = Segment{from, to};
+  if (!IsPlottable(from) || !IsPlottable(to)) {
+    line = IsFinite(to - from) ? Clipped(*line, &Vec2::x, kFarthest) : std::nullopt;
+    if (line) line = Clipped(*line, &Vec2::y, kFarthest);
+  }
+  if (!line) {
+    NoteMissing();
+    return;
+  }
+  const std::array<hdi::HT_Double_Point, 2> points{HostPoint(line->from), HostPoint(line->to)};
   device_.Polyline(points);
 }
 
 void Canvas::Polyline(std::span<const Vec2> points) {
-  if (!std::all_of(points.begin(), points.end(), IsPlottable)) return;
+  if (!std::ranges::all_of(points, [](Vec2 p) { return IsPlottable(p); })) {
+    for (size_t i = 1; i < points.size(); ++i) Line(points[i - 1], points[i]);
+    if (points.size() == 1) NoteMissing();
+    return;
+  }
   points_.clear();
   for (const Vec2& p : points) points_.push_back(HostPoint(p));
   if (!points_.empty()) device_.Polyline(points_);
 }
 
 void Canvas::Arc(const ConicArc& arc) {
-  const double reach = arc.Reach();
-  if (!IsPlottable(arc.center) || !IsPlottable({reach, reach})) return;
+  if (!IsPlottable(arc)) {
+    NoteMissing();
+    return;
+  }
   const AxisArc axes = AxesOnPaper(arc);
   device_.Arc(HostPoint(arc.center), axes.radiusA, axes.radiusB, axes.rotation, axes.start, axes.end);
 }
@@ -94,6 +132,7 @@ void Canvas::CurveTo(Vec2 control1, Vec2 control2, Vec2 to) {
 void Canvas::EndPath() { FlushPathPart(); }
 
 void Canvas::FlushPathPart() {
+  assert(!points_.empty());
   if (pathPart_ == PathPart::kLines) device_.Polyline(points_);
   if (pathPart_ == PathPart::kCurves) device_.PolyBezier(points_);
   points_.assign(1, hdi::HT_Double_Point(points_.back()));
@@ -112,7 +151,11 @@ void Canvas::BeginRing() {
 }
 
 void Canvas::RingPoint(Vec2 p) {
-  if (IsPlottable(p)) rings_[ringCount_ - 1].push_back(HostPoint(p));
+  if (IsPlottable(p)) {
+    rings_[ringCount_ - 1].push_back(HostPoint(p));
+  } else {
+    NoteMissing();
+  }
 }
 
 // Rings repeat their first point: the driver closes only the last subpath of an area.

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "host/hdiplot/plot/curves.h"
@@ -23,7 +24,8 @@ struct Stroke {
   bool operator==(const Stroke&) const = default;
 };
 
-// Points are dots of the host, Y down. What is not finite or lies absurdly far off the sheet is not drawn.
+// Points are dots of the host, Y down. What is not finite or lies absurdly far off the sheet is not drawn,
+// but for straight lines, which are cut there.
 class Canvas {
  public:
   // The width of a pen: the nearest whole number, at least 1.
@@ -35,9 +37,16 @@ class Canvas {
 
   [[nodiscard]] const Sheet& GetSheet() const { return sheet_; }
   [[nodiscard]] static bool IsPlottable(Vec2 p) {
-    constexpr double kFarthest = 1e9;
-    return std::abs(p.x) < kFarthest && std::abs(p.y) < kFarthest;
+    return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kFarthest;
   }
+  [[nodiscard]] static bool IsPlottable(const ConicArc& arc) {
+    return IsPlottable(arc.center) && arc.Reach() <= kFarthest;
+  }
+
+  // Notes that a part is not drawn because it is not plottable. The canvas does so itself for what it gets.
+  void NoteMissing() { isMissing_ = true; }
+  // Whether a part has been missing since the last call.
+  [[nodiscard]] bool TakeMissing() { return std::exchange(isMissing_, false); }
 
   // Sets the pen, unless it is the one in use: consecutive lines of one pen become one path in the driver.
   void UseStroke(const Stroke& stroke);
@@ -49,8 +58,9 @@ class Canvas {
   void Polyline(std::span<const Vec2> points);
   void Arc(const ConicArc& arc);
 
-  // A path of lines and curves, of plottable points. Where a line meets a curve, the point has to come from
-  // OnWholeDot: the driver rounds the ends of lines but not those of curves, and only joins what is the same.
+  // A path of lines and curves, of plottable points, from BeginPath to EndPath. Where a line meets a curve,
+  // the point has to come from OnWholeDot: the driver rounds the ends of lines but not those of curves, and
+  // only joins what is the same.
   void BeginPath(Vec2 at);
   void LineTo(Vec2 to);
   void CurveTo(Vec2 control1, Vec2 control2, Vec2 to);
@@ -66,6 +76,8 @@ class Canvas {
   void FillRings(uint32_t fillMode);
 
  private:
+  static constexpr double kFarthest = 1e9;
+
   enum class PathPart { kNone, kLines, kCurves };
 
   void SetPen(const Pen& pen);
@@ -82,6 +94,7 @@ class Canvas {
   PathPart pathPart_ = PathPart::kNone;
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
+  bool isMissing_ = false;
 };
 
 }  // namespace hdiplot

@@ -58,13 +58,19 @@ void EntityPlotter::Draw(const SplineEntity& spline) {
   for (Cubic& cubic : cubics_) {
     for (Vec2& p : cubic.points) {
       p = map_(p);
-      if (!Canvas::IsPlottable(p)) return;
+      if (!Canvas::IsPlottable(p)) {
+        canvas_.NoteMissing();
+        return;
+      }
     }
   }
   UseStyle();
   for (size_t i = 0; i < cubics_.size(); ++i) {
     const auto& p = cubics_[i].points;
-    if (i == 0) canvas_.BeginPath(p[0]);
+    // A spline jumps at a knot that as many others coincide with as its order allows.
+    const bool goesOn = i > 0 && Length(p[0] - cubics_[i - 1].points[3]) <= kSplineTolerance;
+    if (i > 0 && !goesOn) canvas_.EndPath();
+    if (!goesOn) canvas_.BeginPath(p[0]);
     canvas_.CurveTo(p[1], p[2], p[3]);
   }
   if (!cubics_.empty()) canvas_.EndPath();

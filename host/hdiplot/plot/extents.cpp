@@ -57,7 +57,8 @@ class ExtentsSink final : public ShapeSink {
     Box frame;
     for (const Vec2& p : spline.controlPoints) frame.Add(p);
     cubics_.clear();
-    AppendCubics(spline, 1e-4 * std::max(frame.Width(), frame.Height()), cubics_);
+    const double size = std::max(frame.Width(), frame.Height());
+    AppendCubics(spline, std::max(1e-4 * size, kRoundingNoise * frame.Magnitude()), cubics_);
     for (Cubic& cubic : cubics_) {
       for (Vec2& p : cubic.points) p = map_(p);
       AddToBox(cubic, box_);

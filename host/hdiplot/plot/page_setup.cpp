@@ -13,9 +13,12 @@ constexpr int32_t kDotsPerInchAcross = 88;
 
 constexpr double kMillimetresPerInch = 25.4;
 
-// The factor at which `extents` take up the whole of the sheet in one direction. Infinite without an extent.
+// The factor at which `extents` take up the whole of the sheet in one direction. Infinite without an extent,
+// which a mere rounding error is none of.
 double FittingScale(const Box& extents, const Sheet& sheet) {
-  return std::min(sheet.width / extents.Width(), sheet.height / extents.Height());
+  const double noise = kRoundingNoise * extents.Magnitude();
+  const auto factor = [noise](double dots, double extent) { return dots / (extent > noise ? extent : 0); };
+  return std::min(factor(sheet.width, extents.Width()), factor(sheet.height, extents.Height()));
 }
 
 }  // namespace

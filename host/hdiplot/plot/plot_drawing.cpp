@@ -4,7 +4,6 @@
 
 #include "host/hdiplot/plot/entities.h"
 #include "host/hdiplot/plot/extents.h"
-#include "host/hdiplot/plot/walk.h"
 
 namespace hdiplot {
 
@@ -13,16 +12,21 @@ namespace {
 class PlotSink final : public ShapeSink {
  public:
   PlotSink(Canvas& canvas, const ShapeScale& scale, Progress& progress)
-      : plotter_(canvas, scale), progress_(progress) {}
+      : canvas_(canvas), plotter_(canvas, scale), progress_(progress) {}
 
   void Put(const Shape& shape, const Affine& map, const Style& style) override {
     plotter_.Plot(shape, map, style);
+    if (canvas_.TakeMissing()) ++tooFarOff_;
   }
   void Done(size_t entities) override { progress_.Advance(entities); }
 
+  [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
+
  private:
+  Canvas& canvas_;
   EntityPlotter plotter_;
   Progress& progress_;
+  uint64_t tooFarOff_ = 0;
 };
 
 // In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
@@ -50,13 +54,12 @@ void ClipToSheet(const Box& extents, const Affine& map, const Sheet& sheet, Plot
 
 }  // namespace
 
-void PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, PlotDevice& device,
-                 Progress& progress) {
+LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+                    PlotDevice& device, Progress& progress) {
   const Box extents = PlottedExtents(drawing, options);
   progress.Start(drawing.entities.size());
-  if (extents.Empty()) return;
   const Affine map = DrawingToDots(extents, drawing.millimetresPerUnit, options, sheet);
-  ClipToSheet(extents, map, sheet, device);
+  if (!extents.Empty()) ClipToSheet(extents, map, sheet, device);
 
   ShapeScale scale;
   scale.dotsPerUnit = map.LargestScale();
@@ -65,7 +68,9 @@ void PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet
   scale.pointSize = PointSizeInDots(drawing.pointSize, scale.dotsPerUnit, sheet);
   Canvas canvas(device, sheet);
   PlotSink sink(canvas, scale, progress);
-  DrawingWalk(drawing, options, sink).Run(map);
+  DrawingWalk walk(drawing, options, sink);
+  walk.Run(map);
+  return {walk.Unwalked(), sink.TooFarOff()};
 }
 
 }  // namespace hdiplot

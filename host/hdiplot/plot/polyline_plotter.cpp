@@ -84,7 +84,10 @@ void PolylinePlotter::StrokeRun(const PolylineEntity& polyline, const Run& run, 
     StrokeLines(polyline, run, map);
     return;
   }
-  if (!LoadRun(polyline, run, map)) return;
+  if (!LoadRun(polyline, run, map)) {
+    canvas_.NoteMissing();
+    return;
+  }
   canvas_.BeginPath(ends_[0]);
   for (size_t i = 0; i < run.count; ++i) AddToPath(segments_[i], ends_[i], ends_[i + 1], map);
   if (run.end == RunEnd::kClosedAround) AddToPath(segments_[0], ends_[0], ends_[1], map);
@@ -102,16 +105,22 @@ void PolylinePlotter::StrokeLines(const PolylineEntity& polyline, const Run& run
 }
 
 // Fills `segments_` and `ends_`, the points where lines and curves meet on whole dots. False when there is a
-// point that cannot be plotted.
+// point or a curve that cannot be plotted.
 bool PolylinePlotter::LoadRun(const PolylineEntity& polyline, const Run& run, const Affine& map) {
   segments_.clear();
   ends_.clear();
   for (size_t i = 0; i < run.count; ++i) {
-    segments_.push_back(SegmentOf(polyline, run.first + i));
-    ends_.push_back(map(segments_.back().from));
+    PolySegment& segment = segments_.emplace_back(SegmentOf(polyline, run.first + i));
+    ends_.push_back(map(segment.from));
+    if (!segment.arc || Canvas::IsPlottable(Transformed(*segment.arc, map))) continue;
+    // Of so large a circle either next to nothing is drawn, a straight line, or far too much.
+    const double height = std::abs(polyline.vertices[run.first + i].bulge) / 2 *
+                          Length(map.Direction(segment.to - segment.from));
+    if (!(height <= kFlatTolerance)) return false;
+    segment.arc.reset();
   }
   ends_.push_back(map(segments_.back().to));
-  if (!std::all_of(ends_.begin(), ends_.end(), Canvas::IsPlottable)) return false;
+  if (!std::ranges::all_of(ends_, [](Vec2 p) { return Canvas::IsPlottable(p); })) return false;
 
   const bool closed = run.end != RunEnd::kOpen;
   const auto isCurve = [&](size_t i) { return segments_[i % run.count].arc.has_value(); };

@@ -1,7 +1,6 @@
 #include "host/hdiplot/plot/styles.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "host/hdiplot/plot/wildcard.h"
 
@@ -21,11 +20,6 @@ std::vector<std::u16string> FoldedPatterns(const std::vector<std::string>& patte
 bool MatchesAny(const std::vector<std::u16string>& patterns, std::u16string_view name) {
   return std::any_of(patterns.begin(), patterns.end(),
                      [&](const std::u16string& pattern) { return MatchesWildcard(pattern, name); });
-}
-
-std::string UpperAscii(std::string text) {
-  for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-  return text;
 }
 
 }  // namespace
@@ -86,7 +80,7 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
   const Rgb foreground = ink_.Foreground();
   style.color = PlottedColor(layer.color, foreground, foreground);
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
-  style.lineType = FindLineType(UpperAscii(layer.lineType));
+  style.lineType = FindLineType(layer.lineType);
   style.frozen = layer.frozen;
   // The layer of dimensions' definition points never plots, whatever its entry says.
   const bool onPaper = layer.plottable && folded != u"DEFPOINTS";

@@ -60,6 +60,8 @@ struct Affine {
   return {x.x, x.y, y.x, y.y, origin.x, origin.y};
 }
 
+inline constexpr double kRoundingNoise = 1e-12;  // of the largest coordinate
+
 // The smallest box around what was added; empty before.
 struct Box {
   Vec2 low{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
@@ -68,6 +70,10 @@ struct Box {
   [[nodiscard]] bool Empty() const { return !(low.x <= high.x); }
   [[nodiscard]] double Width() const { return Empty() ? 0 : high.x - low.x; }
   [[nodiscard]] double Height() const { return Empty() ? 0 : high.y - low.y; }
+  // The largest coordinate, whatever its sign. Differences of kRoundingNoise times it are none.
+  [[nodiscard]] double Magnitude() const {
+    return Empty() ? 0 : std::max({std::abs(low.x), std::abs(low.y), std::abs(high.x), std::abs(high.y)});
+  }
 
   // A point that is not finite is passed over.
   void Add(Vec2 p, double around = 0) {

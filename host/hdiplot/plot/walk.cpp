@@ -30,28 +30,47 @@ void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* in
 
 void DrawingWalk::VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style) {
   const auto found = drawing_.blocks.find(insert.block);
-  if (found == drawing_.blocks.end() || open_.size() == kDeepestInsert || IsOpen(found->second)) return;
-  const Block& block = found->second;
+  if (found == drawing_.blocks.end() || IsOpen(found->second)) return;
+  if (open_.size() == kDeepestInsert) {
+    ++unwalked_.tooDeep;
+    return;
+  }
+  open_.push_back(&found->second);
+  VisitCopies(insert, found->second, map, style);
+  open_.pop_back();
+  if (open_.empty() && isCutOff_) {
+    ++unwalked_.cutOff;
+    isCutOff_ = false;
+  }
+}
+
+void DrawingWalk::VisitCopies(const InsertEntity& insert, const Block& block, const Affine& map,
+                              const Style& style) {
   const Affine mirror = insert.mirrored ? Affine::Scaling(-1, 1) : Affine{};
   // The array's columns and rows turn with the insert and are not scaled.
   const Affine place = map * mirror * Affine::Translation(insert.at) * Affine::Rotation(insert.rotation);
   const Affine form =
       Affine::Scaling(insert.scaleX, insert.scaleY) * Affine::Translation({-block.base.x, -block.base.y});
-  open_.push_back(&block);
-  for (int row = 0; row < std::max(insert.rows, 1) && leftFromBlocks_ > 0; ++row) {
-    for (int column = 0; column < std::max(insert.columns, 1) && leftFromBlocks_ > 0; ++column) {
+  for (int row = 0; row < std::max(insert.rows, 1); ++row) {
+    for (int column = 0; column < std::max(insert.columns, 1); ++column) {
+      if (!TakeFromBlocks()) return;  // an empty block takes time, too
       const Vec2 offset{column * insert.columnSpacing, row * insert.rowSpacing};
-      --leftFromBlocks_;  // an empty block takes time, too
       VisitBlock(block, place * Affine::Translation(offset) * form, style);
     }
   }
-  open_.pop_back();
+}
+
+// Whether one more is within the bound.
+bool DrawingWalk::TakeFromBlocks() {
+  isCutOff_ = isCutOff_ || leftFromBlocks_ == 0;
+  if (leftFromBlocks_ == 0) return false;
+  --leftFromBlocks_;
+  return true;
 }
 
 void DrawingWalk::VisitBlock(const Block& block, const Affine& map, const Style& style) {
   for (const Entity& entity : block.entities) {
-    if (leftFromBlocks_ == 0) return;
-    --leftFromBlocks_;
+    if (!TakeFromBlocks()) return;
     Visit(entity, map, &style);
   }
 }

@@ -1,6 +1,7 @@
 // Goes through a drawing in its order, into the blocks that it inserts.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,12 @@ class ShapeSink {
   virtual void Done(size_t entities) { static_cast<void>(entities); }
 };
 
+// What is in the drawing's blocks and not walked, by the bounds below.
+struct UnwalkedInserts {
+  uint64_t tooDeep = 0;  // each time that one would appear
+  uint64_t cutOff = 0;   // of the drawing itself, whose blocks do not appear or not as a whole
+};
+
 // Model space is walked, paper space when there is nothing in model space. Left out are invisible entities,
 // layers that are not plotted, blocks inserted on frozen layers and inserts of blocks that are missing, are
 // open already or stand more than kDeepestInsert deep. Nothing more comes from blocks once kMostFromBlocks
@@ -34,9 +41,14 @@ class DrawingWalk {
 
   void Run(const Affine& map);
 
+  // Behind Run.
+  [[nodiscard]] const UnwalkedInserts& Unwalked() const { return unwalked_; }
+
  private:
   void Visit(const Entity& entity, const Affine& map, const Style* insert);
   void VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style);
+  void VisitCopies(const InsertEntity& insert, const Block& block, const Affine& map, const Style& style);
+  [[nodiscard]] bool TakeFromBlocks();
   void VisitBlock(const Block& block, const Affine& map, const Style& style);
   [[nodiscard]] bool IsOpen(const Block& block) const;
 
@@ -45,6 +57,8 @@ class DrawingWalk {
   StyleResolver styles_;
   std::vector<const Block*> open_;
   size_t leftFromBlocks_ = kMostFromBlocks;
+  bool isCutOff_ = false;  // the insert being walked, which is one of the drawing itself
+  UnwalkedInserts unwalked_;
 };
 
 }  // namespace hdiplot
