@@ -38,9 +38,7 @@ struct Decimal {
 };
 
 // The form's rounding: one half is added and the fraction cut off.
-int32_t RoundHalfUp(double x) {
-  return static_cast<int32_t>(x + 0.5);  // NOLINT(bugprone-incorrect-roundings)
-}
+int32_t RoundHalfUp(double x) { return static_cast<int32_t>(x + 0.5); }
 
 // The power of two above `x`, as frexp gives it. Every f32 but 0 is a normal number once it is widened.
 int BinaryExponent(double x) { return static_cast<int>(std::bit_cast<uint64_t>(x) >> 52 & 0x7FF) - 1022; }
