@@ -11,7 +11,7 @@ namespace {
 // of the plot's.
 constexpr size_t kOrdinarySize = size_t{2} << 20;
 constexpr int kOrdinaryLevel = 5;
-constexpr int kHugeLevel = 3;
+constexpr int kHugeLevel = 2;
 
 int LevelFor(size_t size) { return size <= kOrdinarySize ? kOrdinaryLevel : kHugeLevel; }
 
