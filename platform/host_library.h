@@ -1,6 +1,7 @@
-// The host's support library, HDIDriver: paths, the device list, paper, arcs, and on platforms without them
-// the global memory blocks. On the host's own platform it is a closed library of the host; the stand-in in
-// host/library/ keeps the contracts below, so that the driver builds and runs without the host.
+// The host's support library, HDIDriver: paths, the device list, paper, arcs, text runs and font names, and
+// on platforms without them the global memory blocks. On the host's own platform it is a closed library of
+// the host; the stand-in in host/library/ keeps the contracts below, so that the driver builds and runs
+// without the host.
 //
 // Wide strings that a function returns belong to the library and stay valid until the next call of the same
 // function. Functions that take an output parameter leave it untouched on failure. No function throws, but
@@ -9,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "platform/records.h"
@@ -85,6 +87,41 @@ class HDI_HOST_API HT_EllipArc {
 // with a value that is not finite.
 HDI_HOST_API void HT_ConvertEllipArcToBezierCurves(const HT_EllipArc& arc,
                                                    std::vector<HT_BezierCurve>& curves);
+
+// A stretch of text in one font.
+struct HT_TextRun {
+  HT_TextRun* next;      // the following run, or the end node
+  HT_TextRun* previous;  // the preceding run, or the end node
+  LOGFONTW* lf;          // the font chosen for this run
+  char16_t* text;        // not terminated
+  int32_t count;
+  double* advances;         // `count` of them, or null
+  std::u16string fontName;  // what GetFontFullName gives for `lf`
+};
+static_assert(offsetof(HT_TextRun, lf) == 16);
+static_assert(offsetof(HT_TextRun, advances) == 40);
+static_assert(offsetof(HT_TextRun, fontName) == 48);
+
+// A text split into runs of one font each. A character that the font lacks goes to the next font that has it,
+// and neighbours of the same font stay in one run; a character that no font has stays in the run before it.
+// The same arguments give the same runs every time. Without advances the text is one of a shape font, which
+// has no outlines: its runs are in the system's default interface font, in which it can be searched for.
+// Nothing is kept of what the constructor is given. A count below 1 gives no runs.
+class HDI_HOST_API HT_Text {
+ public:
+  HT_Text(const LOGFONTW* font, const char16_t* text, int32_t count, const double* advances);
+  HT_Text(const HT_Text& other);
+  HT_Text& operator=(const HT_Text&) = delete;
+  ~HT_Text();
+
+  HT_TextRun* runs = nullptr;  // the end node of a circular list, whose `next` is the first run
+  uint64_t runCount = 0;
+};
+static_assert(sizeof(HT_Text) == 16);
+
+// The name by which the font that `font` selects is known, the same for every LOGFONTW that selects it. False
+// when there is none, and `name` stays as it is.
+HDI_HOST_API bool GetFontFullName(const LOGFONTW* font, std::u16string& name);
 
 }  // namespace hdi
 

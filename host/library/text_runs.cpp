@@ -1,0 +1,147 @@
+// Text split into runs of one font each.
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/font_faces.h"
+#include "platform/font_services.h"
+#include "platform/host_library.h"
+
+namespace hdi {
+namespace {
+
+// What becomes of one run, which copies it all.
+struct RunContent {
+  LOGFONTW font;
+  const char16_t* text;
+  int32_t count;
+  const double* advances;  // or null
+  std::u16string_view fontName;
+};
+
+static_assert(alignof(HT_TextRun) >= alignof(double) && sizeof(HT_TextRun) % alignof(double) == 0);
+static_assert(alignof(LOGFONTW) >= alignof(char16_t));
+
+// A text is one block of memory: the end node, the runs, all advances, all fonts, all characters. The result
+// is the end node, where the block starts.
+HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
+  size_t characters = 0;
+  size_t advances = 0;
+  for (const RunContent& content : contents) {
+    characters += static_cast<size_t>(content.count);
+    if (content.advances != nullptr) advances += static_cast<size_t>(content.count);
+  }
+  const size_t nodes = contents.size() + 1;
+  auto* block = static_cast<std::byte*>(
+      ::operator new(nodes * sizeof(HT_TextRun) + advances * sizeof(double) +
+                     contents.size() * sizeof(LOGFONTW) + characters * sizeof(char16_t)));
+  auto* const end = reinterpret_cast<HT_TextRun*>(block);
+  std::uninitialized_value_construct_n(end, nodes);
+  auto* advance = reinterpret_cast<double*>(end + nodes);
+  auto* font = reinterpret_cast<LOGFONTW*>(advance + advances);
+  auto* character = reinterpret_cast<char16_t*>(font + contents.size());
+
+  HT_TextRun* previous = end;
+  for (const RunContent& content : contents) {
+    HT_TextRun* run = previous + 1;
+    previous->next = run;
+    run->previous = previous;
+    run->lf = new (font++) LOGFONTW(content.font);
+    run->text = character;
+    run->count = content.count;
+    character = std::copy_n(content.text, content.count, character);
+    if (content.advances != nullptr) {
+      run->advances = advance;
+      advance = std::copy_n(content.advances, content.count, advance);
+    }
+    run->fontName = content.fontName;
+    previous = run;
+  }
+  previous->next = end;
+  end->previous = previous;
+  return end;
+}
+
+// The faces of a text's characters, one after the other.
+class FaceChooser {
+ public:
+  explicit FaceChooser(const LOGFONTW& font) : font_(font), own_(FindFace(font)), current_(own_) {}
+
+  // Null only on a system without faces.
+  const FontFace* FaceFor(char16_t unit) {
+    if (own_ == nullptr) return nullptr;
+    if (own_->HasCharacter(unit)) {
+      current_ = own_;
+    } else if (const FontFace* other = FindFaceWith(unit, font_); other != nullptr) {
+      current_ = other;
+    }
+    return current_;
+  }
+
+ private:
+  const LOGFONTW& font_;
+  const FontFace* own_;
+  const FontFace* current_;  // stays for a character that no face has
+};
+
+std::u16string_view GivenName(const LOGFONTW& font) {
+  const char16_t* end = std::find(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
+  return {std::begin(font.lfFaceName), end};
+}
+
+// On a system without faces the text stays in one run under the name that it was given with, for which
+// GetFontFullName has no answer.
+std::vector<RunContent> Split(const LOGFONTW& font, std::span<const char16_t> text, const double* advances) {
+  std::vector<RunContent> runs;
+  FaceChooser chooser(font);
+  const FontFace* last = nullptr;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const FontFace* face = chooser.FaceFor(text[i]);
+    if (runs.empty() || face != last) {
+      runs.push_back({face == nullptr ? font : SelectingFont(font, *face), &text[i], 0,
+                      advances == nullptr ? nullptr : advances + i,
+                      face == nullptr ? GivenName(font) : std::u16string_view(face->FullName())});
+      last = face;
+    }
+    ++runs.back().count;
+  }
+  return runs;
+}
+
+const LOGFONTW& InterfaceFontOr(const LOGFONTW& font) {
+  static const std::optional<LOGFONTW> kInterfaceFont = SystemFontServices().DefaultInterfaceFont();
+  return kInterfaceFont ? *kInterfaceFont : font;
+}
+
+}  // namespace
+
+HT_Text::HT_Text(const LOGFONTW* font, const char16_t* text, int32_t count, const double* advances) {
+  std::vector<RunContent> contents;
+  if (font != nullptr && text != nullptr && count > 0) {
+    const LOGFONTW& chosen = advances == nullptr ? InterfaceFontOr(*font) : *font;
+    contents = Split(chosen, {text, static_cast<size_t>(count)}, advances);
+  }
+  runs = MakeRuns(contents);
+  runCount = contents.size();
+}
+
+HT_Text::HT_Text(const HT_Text& other) : runCount(other.runCount) {
+  std::vector<RunContent> contents;
+  for (const HT_TextRun* run = other.runs->next; run != other.runs; run = run->next) {
+    contents.push_back({*run->lf, run->text, run->count, run->advances, run->fontName});
+  }
+  runs = MakeRuns(contents);
+}
+
+HT_Text::~HT_Text() {
+  std::destroy_n(runs, runCount + 1);
+  ::operator delete(runs);
+}
+
+}  // namespace hdi

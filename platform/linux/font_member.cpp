@@ -1,0 +1,78 @@
+// A member of a collection as a font file of its own. OpenType lays both out alike, so the tables are copied
+// as they are and only the directory is new.
+#include <algorithm>
+#include <bit>
+
+#include "platform/linux/font_file.h"
+
+namespace hdi {
+namespace {
+
+constexpr size_t kHeaderSize = 12;
+constexpr size_t kRecordSize = 16;
+constexpr uint32_t kHead = FontTag("head");
+constexpr size_t kChecksumAdjustment = 8;  // place within "head"
+constexpr uint32_t kChecksumOfFonts = 0xB1B0AFBA;
+
+void PutU16(std::vector<uint8_t>& bytes, size_t at, size_t value) {
+  bytes[at] = static_cast<uint8_t>(value >> 8);
+  bytes[at + 1] = static_cast<uint8_t>(value);
+}
+
+void PutU32(std::vector<uint8_t>& bytes, size_t at, uint32_t value) {
+  PutU16(bytes, at, value >> 16);
+  PutU16(bytes, at + 2, value);
+}
+
+// Of whole 32-bit numbers; a table that ends within one is padded with zeros.
+uint32_t Checksum(std::span<const uint8_t> bytes) {
+  uint32_t sum = 0;
+  for (size_t i = 0; i + 4 <= bytes.size(); i += 4) sum += FontU32(&bytes[i]);
+  return sum;
+}
+
+void PutHeader(std::vector<uint8_t>& font, uint32_t version, size_t tableCount) {
+  const size_t largestPower = std::bit_floor(tableCount);
+  PutU32(font, 0, version);
+  PutU16(font, 4, tableCount);
+  PutU16(font, 6, largestPower * kRecordSize);
+  PutU16(font, 8, static_cast<size_t>(std::bit_width(largestPower)) - 1);
+  PutU16(font, 10, (tableCount - largestPower) * kRecordSize);
+}
+
+}  // namespace
+
+std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member) {
+  std::vector<FontTable> tables = member.tables;
+  std::erase_if(tables,
+                [](const FontTable& table) { return table.tag == FontTag("DSIG"); });  // signs the whole
+  std::sort(tables.begin(), tables.end(),
+            [](const FontTable& a, const FontTable& b) { return a.tag < b.tag; });
+  if (tables.empty()) return {};
+
+  std::vector<uint8_t> font(kHeaderSize + kRecordSize * tables.size());
+  PutHeader(font, member.version, tables.size());
+  size_t adjustment = 0;
+  for (size_t i = 0; i < tables.size(); ++i) {
+    const size_t start = font.size();
+    const size_t paddedLength = (size_t{tables[i].length} + 3) / 4 * 4;
+    // Only tables that overlap can make up more than the file and some padding.
+    if (start + paddedLength > 2 * file.Size()) return {};
+    font.resize(start + paddedLength);
+    const std::span<uint8_t> bytes = std::span(font).subspan(start);
+    if (!file.Read(tables[i].offset, bytes.first(tables[i].length))) return {};
+    if (tables[i].tag == kHead && paddedLength >= kChecksumAdjustment + 4) {
+      adjustment = start + kChecksumAdjustment;
+      PutU32(font, adjustment, 0);
+    }
+    const size_t record = kHeaderSize + kRecordSize * i;
+    PutU32(font, record, tables[i].tag);
+    PutU32(font, record + 4, Checksum(bytes));
+    PutU32(font, record + 8, static_cast<uint32_t>(start));
+    PutU32(font, record + 12, tables[i].length);
+  }
+  if (adjustment != 0) PutU32(font, adjustment, kChecksumOfFonts - Checksum(font));
+  return font;
+}
+
+}  // namespace hdi

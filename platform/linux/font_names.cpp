@@ -1,0 +1,84 @@
+// The table "name" of OpenType.
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/font_file.h"
+
+namespace hdi {
+namespace {
+
+constexpr uint16_t kUnicodePlatform = 0;
+constexpr uint16_t kMacintoshPlatform = 1;
+constexpr uint16_t kMicrosoftPlatform = 3;
+constexpr uint16_t kAmericanEnglish = 0x409;
+constexpr int kUnreadable = 9;
+
+struct NameRecord {
+  uint16_t platform;
+  uint16_t encoding;
+  uint16_t language;
+  std::span<const uint8_t> bytes;
+};
+
+bool IsAscii(std::span<const uint8_t> bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](uint8_t byte) { return byte >= 0x20 && byte < 0x7F; });
+}
+
+// How far the record is from what a reader of English wants; kUnreadable for one in an encoding of a country.
+int Distance(const NameRecord& record) {
+  const bool wholeUnits = record.bytes.size() % 2 == 0;
+  switch (record.platform) {
+    case kMicrosoftPlatform:
+      if (!wholeUnits || (record.encoding != 0 && record.encoding != 1 && record.encoding != 10))
+        return kUnreadable;
+      if (record.language == kAmericanEnglish) return 0;
+      return (record.language & 0x3FF) == (kAmericanEnglish & 0x3FF) ? 1 : 4;
+    case kUnicodePlatform:
+      return wholeUnits ? 2 : kUnreadable;
+    case kMacintoshPlatform:
+      return IsAscii(record.bytes) ? 3 : kUnreadable;
+    default:
+      return kUnreadable;
+  }
+}
+
+std::u16string Decode(const NameRecord& record) {
+  if (record.platform == kMacintoshPlatform) return {record.bytes.begin(), record.bytes.end()};
+  std::u16string text;
+  for (size_t i = 0; i < record.bytes.size(); i += 2)
+    text += static_cast<char16_t>(FontU16(&record.bytes[i]));
+  return text;
+}
+
+}  // namespace
+
+std::vector<std::u16string> FontNames(std::span<const uint8_t> nameTable, uint16_t nameId) {
+  constexpr size_t kHeaderSize = 6;
+  constexpr size_t kRecordSize = 12;
+  if (nameTable.size() < kHeaderSize) return {};
+  const size_t count =
+      std::min<size_t>(FontU16(&nameTable[2]), (nameTable.size() - kHeaderSize) / kRecordSize);
+  const size_t strings = FontU16(&nameTable[4]);
+
+  std::vector<std::pair<int, std::u16string>> found;
+  for (size_t i = 0; i < count; ++i) {
+    const uint8_t* bytes = &nameTable[kHeaderSize + i * kRecordSize];
+    const size_t length = FontU16(bytes + 8);
+    const size_t start = strings + FontU16(bytes + 10);
+    if (FontU16(bytes + 6) != nameId || start + length > nameTable.size()) continue;
+    const NameRecord record{FontU16(bytes), FontU16(bytes + 2), FontU16(bytes + 4),
+                            nameTable.subspan(start, length)};
+    if (const int distance = Distance(record); distance != kUnreadable)
+      found.emplace_back(distance, Decode(record));
+  }
+  std::stable_sort(found.begin(), found.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+
+  std::vector<std::u16string> names;
+  for (auto& [distance, name] : found) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+}  // namespace hdi
