@@ -11,6 +11,7 @@
 
 namespace hdi::engine {
 
+class Font;
 class Page;
 
 // The engine's library, which must be alive around every document. One at a time.
@@ -53,6 +54,7 @@ class Document {
   void Save(BlockSink& sink);
 
  private:
+  friend class Font;
   struct Implementation;
   std::unique_ptr<Implementation> implementation_;
 };
