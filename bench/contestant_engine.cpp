@@ -4,10 +4,15 @@
 #include <public/fpdf_transformpage.h>
 #include <public/fpdfview.h>
 
+#include <array>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
+#include <vector>
 
 #include "bench/contestant.h"
+#include "bench/text_fonts.h"
 
 namespace bench {
 namespace {
@@ -36,6 +41,37 @@ FPDF_PAGEOBJECT NewShape(const Scene& scene, size_t index) {
   return path;
 }
 
+using FontFiles = std::array<std::vector<char>, kFontFamilies.size()>;
+
+FontFiles ReadFontFiles(const TextFonts& fonts) {
+  FontFiles files;
+  for (size_t i = 0; !fonts.IsEmpty() && i < files.size(); ++i) {
+    std::ifstream file(fonts.Path(i), std::ios::binary);
+    files[i].assign(std::istreambuf_iterator<char>(file), {});
+  }
+  return files;
+}
+
+// The engine embeds a font whole and sets a text in the font's own widths.
+void InsertTexts(FPDF_DOCUMENT document, FPDF_PAGE page, const Scene& scene, const FontFiles& files) {
+  std::array<FPDF_FONT, kFontFamilies.size()> fonts{};
+  for (size_t i = 0; i < fonts.size(); ++i) {
+    fonts[i] = FPDFText_LoadFont(document, reinterpret_cast<const uint8_t*>(files[i].data()),
+                                 static_cast<uint32_t>(files[i].size()), FPDF_FONT_TRUETYPE, 1);
+    if (fonts[i] == nullptr) throw std::runtime_error("the engine refuses a font");
+  }
+  for (const Text& text : scene.texts) {
+    FPDF_PAGEOBJECT object =
+        FPDFPageObj_CreateTextObj(document, fonts[text.font], static_cast<float>(text.height));
+    FPDFText_SetText(object, reinterpret_cast<FPDF_WIDESTRING>(text.units.c_str()));
+    FPDFPageObj_SetFillColor(object, text.color.red, text.color.green, text.color.blue, 255);
+    const Point way = DirectionOf(text);
+    FPDFPageObj_Transform(object, way.x, -way.y, way.y, way.x, text.start.x, kAreaHeight - text.start.y);
+    FPDFPage_InsertObject(page, object);
+  }
+  for (FPDF_FONT font : fonts) FPDFFont_Close(font);
+}
+
 }  // namespace
 
 // The public functions give a page object no clip.
@@ -44,10 +80,16 @@ bool CanPlot(const Scene& scene) { return scene.kind != Kind::kClipped; }
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start) {
   const FPDF_LIBRARY_CONFIG config = {2, nullptr, nullptr, 0, nullptr, FPDF_RENDERERTYPE_AGG};
   FPDF_InitLibraryWithConfig(&config);
+  const TextFonts fonts(scene);
+  const FontFiles fontFiles = ReadFontFiles(fonts);
   start();
   FPDF_DOCUMENT document = FPDF_CreateNewDocument();
   FPDF_PAGE page = FPDFPage_New(document, 0, kSheetWidthPoints, kSheetHeightPoints);
-  for (size_t i = 0; i < scene.ShapeCount(); ++i) FPDFPage_InsertObject(page, NewShape(scene, i));
+  if (scene.kind == Kind::kTexts) {
+    InsertTexts(document, page, scene, fontFiles);
+  } else {
+    for (size_t i = 0; i < scene.ShapeCount(); ++i) FPDFPage_InsertObject(page, NewShape(scene, i));
+  }
   FPDFPage_GenerateContent(page);
   const auto scale = static_cast<float>(kPointsPerDot);
   const FS_MATRIX matrix = {scale, 0, 0, scale, 0, 0};

@@ -1,10 +1,13 @@
 // PDF.hdi as a host uses it: loaded at run time and called through the DeviceTable.
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <stdexcept>
 
 #include "bench/contestant.h"
+#include "bench/text_fonts.h"
 #include "platform/border.h"
 
 namespace bench {
@@ -47,11 +50,34 @@ void SetSheet(hdi::DriverDevMode& record) {
   std::memcpy(record.snapshot, &record.dm, sizeof record.dm);
 }
 
-std::u16string Widen(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
+
+uint32_t ToColorRef(Color color) {
+  return static_cast<uint32_t>(color.red | color.green << 8 | color.blue << 16);
+}
+
+using LogicalFonts = std::array<hdi::LOGFONTW, kFontFamilies.size()>;
+
+// A host that knows advances has asked for the fonts before.
+LogicalFonts SelectFonts(const Scene& scene) {
+  constexpr int32_t kRegular = 400;
+  constexpr uint8_t kAnyCharacterSet = 1;
+  LogicalFonts fonts{};
+  for (size_t i = 0; scene.kind == Kind::kTexts && i < fonts.size(); ++i) {
+    fonts[i].lfWeight = kRegular;
+    fonts[i].lfCharSet = kAnyCharacterSet;
+    std::ranges::copy(Widen(kFontFamilies[i]), fonts[i].lfFaceName);
+    std::u16string name;
+    if (!hdi::GetFontFullName(&fonts[i], name)) throw std::runtime_error("the host library finds no font");
+  }
+  return fonts;
+}
 
 class Plotter {
  public:
-  Plotter(hdi::HostDevice& device, const Scene& scene) : device_(device), scene_(scene) {}
+  // What is given must outlive the plotter.
+  Plotter(hdi::HostDevice& device, const Scene& scene, const TextFonts& fonts)
+      : device_(device), scene_(scene), fonts_(fonts), logicalFonts_(SelectFonts(scene)) {}
 
   void Page() {
     Call<hdi::entry::StartPage>(Position::kStartPage, static_cast<const hdi::DriverDevMode*>(nullptr));
@@ -72,6 +98,9 @@ class Plotter {
         break;
       case Kind::kClipped:
         ClippedShapes();
+        break;
+      case Kind::kTexts:
+        Texts();
         break;
     }
     Call<hdi::entry::EndPage>(Position::kEndPage);
@@ -99,6 +128,11 @@ class Plotter {
     Call<hdi::entry::SetClip>(Position::kSetClip, &node);
   }
 
+  void SetBrush(Color color) {
+    const hdi::LOGBRUSH brush = {0, ToColorRef(color), 0};
+    Call<hdi::entry::SetBrush>(Position::kSetBrush, &brush);
+  }
+
   void ClippedShapes() {
     const double right = kAreaWidth;
     const double bottom = kAreaHeight;
@@ -110,10 +144,7 @@ class Plotter {
     size_t shape = 0;
     for (const Clip& clip : scene_.clips) {
       SetClip(clip.corners);
-      const Color color = clip.color;
-      const hdi::LOGBRUSH brush = {0, static_cast<uint32_t>(color.red | color.green << 8 | color.blue << 16),
-                                   0};
-      Call<hdi::entry::SetBrush>(Position::kSetBrush, &brush);
+      SetBrush(clip.color);
       for (size_t i = 0; i < scene_.shapesPerClip; ++i) {
         polygon(&device_, ShapePoints(shape++), count);
         fill(&device_);
@@ -121,8 +152,24 @@ class Plotter {
     }
   }
 
+  void Texts() {
+    const auto plot = device_.table->At<hdi::entry::Text>(Position::kText);
+    for (size_t i = 0; i < scene_.texts.size(); ++i) {
+      const Text& text = scene_.texts[i];
+      if (i == 0 || ToColorRef(text.color) != ToColorRef(scene_.texts[i - 1].color)) SetBrush(text.color);
+      hdi::LOGFONTW font = logicalFonts_[text.font];
+      font.lfHeight = -text.height;
+      font.lfEscapement = font.lfOrientation = text.angle;
+      const hdi::HT_Double_Point start = {text.start.x, text.start.y};
+      plot(&device_, &font, &start, text.units.data(), static_cast<int32_t>(text.units.size()),
+           fonts_.Advances(i).data(), text.height, 0, 1, 1);
+    }
+  }
+
   hdi::HostDevice& device_;
   const Scene& scene_;
+  const TextFonts& fonts_;
+  LogicalFonts logicalFonts_;
 };
 
 }  // namespace
@@ -139,13 +186,15 @@ void PlotScene(const Scene& scene, const std::string& path, const std::function<
   driver.OpenDevice(&device);
   const std::u16string output = Widen(path);
   const hdi::DOCINFOW info = {sizeof info, u"bench", output.c_str(), nullptr, 0};
+  const TextFonts fonts(scene);
+  Plotter plotter(device, scene, fonts);
 
   start();
   if (device.table->At<hdi::entry::StartDoc>(Position::kStartDoc)(&device, &info) != 1) {
     throw std::runtime_error("the document could not be started");
   }
   device.table->At<hdi::entry::SetLineScale>(Position::kSetLineScale)(&device, 1.0);
-  Plotter(device, scene).Page();
+  plotter.Page();
   device.table->At<hdi::entry::EndDoc>(Position::kEndDoc)(&device);
   driver.CloseDevice(&device);
 }

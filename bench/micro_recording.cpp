@@ -1,7 +1,8 @@
-// What a point costs on its way into the command list.
+// What a point and a text cost on their way into the command list.
 #include <benchmark/benchmark.h>
 
 #include "bench/micro_list.h"
+#include "bench/micro_texts.h"
 
 namespace bench {
 namespace {
@@ -44,6 +45,18 @@ void RecordLinesWithPens(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(scene.ShapeCount()));
 }
 BENCHMARK(RecordLinesWithPens);
+
+void RecordTexts(benchmark::State& state) {
+  const Scene scene = MakeTexts(1000);
+  const TextFonts layout(scene);
+  while (state.KeepRunning()) {
+    TextDevice device;
+    device.AddTexts(scene, layout);
+    benchmark::DoNotOptimize(device.Job().tail);
+  }
+  state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(scene.texts.size()));
+}
+BENCHMARK(RecordTexts);
 
 }  // namespace
 }  // namespace bench

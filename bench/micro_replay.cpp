@@ -1,5 +1,5 @@
-// What a point costs on its way from the command list to the finished page: with all that stands around it,
-// and for the content generator alone.
+// What a point and a text cost on their way from the command list to the finished page: with all that stands
+// around it, and for the content generator alone.
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/micro_list.h"
+#include "bench/micro_texts.h"
 #include "composition/content_generator.h"
 #include "composition/page_writer.h"
 #include "composition/replay.h"
@@ -18,10 +19,14 @@ namespace {
 // A page of the scene's shapes in one pen, as one path or, with a pen before each, as many.
 enum class Paths : uint8_t { kOne, kMany };
 
-void AddPage(RecordedJob& recorded, const Scene& scene, Paths paths) {
-  hdi::PlotJob& job = recorded.Job();
+void StartPage(hdi::PlotJob& job) {
   hdi::Record(job, hdi::OP_START_PAGE,
               hdi::StartPageData{1, kSheetWidthPoints, kSheetHeightPoints, hdi::kNoBackground, 0, 0});
+}
+
+void AddPage(RecordedJob& recorded, const Scene& scene, Paths paths) {
+  hdi::PlotJob& job = recorded.Job();
+  StartPage(job);
   if (paths == Paths::kOne) {
     recorded.AddShapes(scene, 0);
   } else {
@@ -38,24 +43,40 @@ void AddPage(RecordedJob& recorded, const Scene& scene, Paths paths) {
 }
 
 // The whole of a page: replay, page stream, compression, but not the saving of the document.
-void ReplayPage(benchmark::State& state) {
-  const Scene scene = MakeScene("polylines", 0.1);
-  RecordedJob recorded;
-  AddPage(recorded, scene, state.range(0) == 0 ? Paths::kOne : Paths::kMany);
-  const hdi::DriverDevMode settings{};
+void Replay(benchmark::State& state, const hdi::PlotJob& job, const hdi::DriverDevMode& settings) {
   while (state.KeepRunning()) {
     state.PauseTiming();
     std::optional<hdi::PageWriter> writer(std::in_place);
     writer->StartDocument(u"bench");
     state.ResumeTiming();
-    benchmark::DoNotOptimize(hdi::ReplayCommands(recorded.Job().head, &settings, *writer));
+    benchmark::DoNotOptimize(hdi::ReplayCommands(job.head, job.fontUsage, &settings, *writer));
     state.PauseTiming();
     writer.reset();
     state.ResumeTiming();
   }
+}
+
+void ReplayPage(benchmark::State& state) {
+  const Scene scene = MakeScene("polylines", 0.1);
+  RecordedJob recorded;
+  AddPage(recorded, scene, state.range(0) == 0 ? Paths::kOne : Paths::kMany);
+  Replay(state, recorded.Job(), hdi::DriverDevMode{});
   state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(scene.points.size()));
 }
 BENCHMARK(ReplayPage)->ArgName("pens")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// Argument: texts on the page. The few show what the fonts alone cost.
+void ReplayTexts(benchmark::State& state) {
+  const Scene scene = MakeTexts(static_cast<size_t>(state.range(0)));
+  const TextFonts layout(scene);
+  TextDevice device;
+  StartPage(device.Job());
+  device.AddTexts(scene, layout);
+  hdi::Record(device.Job(), hdi::OP_END_PAGE);
+  Replay(state, device.Job(), device.Settings());
+  state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(scene.texts.size()));
+}
+BENCHMARK(ReplayTexts)->ArgName("texts")->Arg(10)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 class NoNames final : public hdi::ResourceNames {
  public:

@@ -4,34 +4,21 @@
 #include <stdexcept>
 #include <string>
 
+#include "bench/random.h"
+#include "bench/scene_texts.h"
+
 namespace bench {
 namespace {
 
-// SplitMix64: small, and the same everywhere, unlike the distributions of the standard library.
-class Random {
- public:
-  explicit Random(uint64_t seed) : state_(seed) {}
-  // A whole number from 0 to below `limit`.
-  [[nodiscard]] int32_t Below(int32_t limit) {
-    state_ += 0x9E3779B97F4A7C15;
-    uint64_t bits = state_;
-    bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9;
-    bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EB;
-    bits ^= bits >> 31;
-    return static_cast<int32_t>((bits >> 32) * static_cast<uint64_t>(limit) >> 32);
-  }
-  [[nodiscard]] Point InArea() {
-    const double x = Below(kAreaWidth);
-    return {x, static_cast<double>(Below(kAreaHeight))};
-  }
-  [[nodiscard]] Point Near(Point center, int32_t reach) {
-    const double x = center.x + Below(2 * reach) - reach;
-    return {x, center.y + Below(2 * reach) - reach};
-  }
+Point InArea(Random& random) {
+  const double x = random.Below(kAreaWidth);
+  return {x, static_cast<double>(random.Below(kAreaHeight))};
+}
 
- private:
-  uint64_t state_;
-};
+Point Near(Random& random, Point center, int32_t reach) {
+  const double x = center.x + random.Below(2 * reach) - reach;
+  return {x, center.y + random.Below(2 * reach) - reach};
+}
 
 size_t Scaled(double count, double scale) { return std::max<size_t>(1, static_cast<size_t>(count * scale)); }
 
@@ -41,7 +28,7 @@ Scene RandomShapes(Kind kind, size_t count, size_t pointsPerShape) {
   scene.kind = kind;
   scene.pointsPerShape = pointsPerShape;
   scene.points.reserve(count * pointsPerShape);
-  for (size_t i = 0; i < count * pointsPerShape; ++i) scene.points.push_back(random.InArea());
+  for (size_t i = 0; i < count * pointsPerShape; ++i) scene.points.push_back(InArea(random));
   return scene;
 }
 
@@ -64,9 +51,9 @@ Scene ClippedPolygons(double scale) {
     scene.clips.push_back(
         {{{{left, top}, {right, top}, {right, bottom}, {left, bottom}}}, {channel(), channel(), channel()}});
     for (size_t polygon = 0; polygon < scene.shapesPerClip; ++polygon) {
-      const Point center = random.Near({left + kWidth / 2.0, top + kHeight / 2.0}, 320);
+      const Point center = Near(random, {left + kWidth / 2.0, top + kHeight / 2.0}, 320);
       for (size_t corner = 0; corner < scene.pointsPerShape; ++corner) {
-        scene.points.push_back(random.Near(center, 40));
+        scene.points.push_back(Near(random, center, 40));
       }
     }
   }
@@ -80,6 +67,7 @@ Scene MakeScene(std::string_view name, double scale) {
   if (name == "lines") return RandomShapes(Kind::kStrokes, Scaled(1'000'000, scale), 2);
   if (name == "polygons") return ClippedPolygons(scale);
   if (name == "curves") return RandomShapes(Kind::kCurves, Scaled(50'000, scale), 4);
+  if (name == "texts") return RandomTexts(Scaled(10'000, scale));
   throw std::invalid_argument("no such scene: " + std::string(name));
 }
 

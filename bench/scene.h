@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -42,6 +43,7 @@ enum class Kind : uint8_t {
   kStrokes,  // each shape is a polyline of its own
   kCurves,   // each shape is four points of a cubic curve
   kClipped,  // each shape is a filled polygon; every so many share a clip and a colour
+  kTexts,    // no shapes: texts
 };
 
 struct Clip {
@@ -49,12 +51,29 @@ struct Clip {
   Color color;
 };
 
+// The families of the texts. Each must be installed.
+inline constexpr std::array<std::string_view, 3> kFontFamilies = {"DejaVu Sans", "Liberation Serif",
+                                                                  "DejaVu Sans Mono"};
+
+struct Text {
+  std::u16string units;  // none of them a surrogate
+  Point start;           // of the base line
+  int32_t height;        // of the em, dots
+  int32_t angle;         // of the base line, tenths of a degree counter-clockwise, from 0 to below a turn
+  size_t font;           // of kFontFamilies
+  Color color;
+};
+
+// The way of a text's base line, in coordinates with Y down. Quarter turns are exact.
+[[nodiscard]] Point DirectionOf(const Text& text);
+
 struct Scene {
   Kind kind = Kind::kStrokes;
   size_t pointsPerShape = 0;
   std::vector<Point> points;  // shape after shape
   std::vector<Clip> clips;    // kClipped only
   size_t shapesPerClip = 0;
+  std::vector<Text> texts;  // kTexts only
 
   [[nodiscard]] size_t ShapeCount() const { return points.size() / pointsPerShape; }
   [[nodiscard]] std::span<const Point> Shape(size_t index) const {
@@ -65,16 +84,19 @@ struct Scene {
 struct SceneName {
   std::string_view name;
   std::string_view title;
+  double allowedSize;  // what we ask of our file, as a multiple of the smallest peer's
 };
 
-inline constexpr std::array<SceneName, 4> kScenes = {{
-    {"polylines", "100,000 polylines of 10 segments"},
-    {"lines", "1,000,000 single lines"},
-    {"polygons", "20,000 filled polygons under 200 clips"},
-    {"curves", "50,000 Bezier curves"},
+inline constexpr std::array<SceneName, 5> kScenes = {{
+    {"polylines", "100,000 polylines of 10 segments", 1.01},
+    {"lines", "1,000,000 single lines", 1.01},
+    {"polygons", "20,000 filled polygons under 200 clips", 1.01},
+    {"curves", "50,000 Bezier curves", 1.01},
+    {"texts", "10,000 texts in three fonts", 1.15},
 }};
 
-// `scale` multiplies the number of shapes. Throws std::invalid_argument for a name that is none of the above.
+// `scale` multiplies the number of shapes or texts. Throws std::invalid_argument for a name that is none of
+// the above.
 [[nodiscard]] Scene MakeScene(std::string_view name, double scale);
 
 }  // namespace bench

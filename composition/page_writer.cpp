@@ -43,6 +43,7 @@ bool PageWriter::OpenOutput(const std::u16string& path) {
 
 void PageWriter::StartDocument(std::u16string_view creator) {
   ClosePage();
+  fonts_.Clear();
   document_.reset();
   if (!library_) library_.emplace();
   document_ = CreateDocument(creator);

@@ -21,12 +21,19 @@
 #include "composition/page_resources.h"
 #include "engine/document.h"
 #include "engine/page.h"
+#include "fonts/font_cache.h"
+#include "fonts/text_geometry.h"
 #include "platform/files.h"
+#include "platform/host_library.h"
+#include "recording/command_list.h"
 
 namespace hdi {
 
 // How boxes in points come out.
 enum class Bounds : uint8_t { kWholePoints, kExact };
+
+// Invisible text can be searched and selected under what the host draws in its place.
+enum class TextVisibility : uint8_t { kVisible, kInvisible };
 
 class PageWriter final : private engine::BlockSink {
  public:
@@ -95,6 +102,15 @@ class PageWriter final : private engine::BlockSink {
   // Kept and never applied: the page's own extent stands in for the first clip of a page.
   void SetPageClipRect(const engine::Rectangle& rect) { pageClipRect_ = rect; }
 
+  // The characters that the job plots in each font. Before the first text.
+  void SetCharacters(FontUsage fontUsage) { fonts_.SetCharacters(std::move(fontUsage)); }
+
+  // Writes a text whose base line starts at x, y: each run as a text object that shows all its characters at
+  // once. Advances only move the next run and size the link's area; within a run the font's own widths count.
+  // The text's colour is the fill colour. A run whose font can't be had is left out.
+  void WriteTextRuns(const HT_Text& text, float x, float y, const TextShapeData& shape,
+                     TextVisibility visibility);
+
   // Opens a link to `target`, or takes its place when one is open; an empty target ends the link and writes
   // its annotation around what has been drawn since.
   void SetLinkTarget(std::u16string target);
@@ -107,16 +123,24 @@ class PageWriter final : private engine::BlockSink {
   void ClosePage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
+  void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
+                    const Matrix& matrix, TextVisibility visibility);
   void ExtendLinkRect(const engine::Rectangle& rect);
 
   // Bounds of a path's points, in points of the page; nothing for a path without points.
   [[nodiscard]] std::optional<engine::Rectangle> ObjectBounds(const PathObject& object) const;
+  // The same for a text with that extent in dots around x, y.
+  [[nodiscard]] engine::Rectangle TextBounds(float x, float y, const engine::Rectangle& extent) const;
+  // The box with whole sides around `box`, unless boxes are exact.
+  [[nodiscard]] engine::Rectangle Rounded(const engine::Rectangle& box) const;
 
   std::u16string portDir_;  // a temporary directory of ours; nothing reads it
-  // Destroyed from the last to the first: what names resources, the page, the document, the engine, the file.
+  // Destroyed from the last to the first: what names resources, the page, the fonts, the document, the
+  // engine, the file.
   OutputFile outputFile_;
   std::optional<engine::Library> library_;
   std::unique_ptr<engine::Document> document_;
+  FontCache fonts_;
   std::unique_ptr<engine::Page> page_;
   std::optional<PageResources> resources_;
   std::optional<ContentGenerator> content_;
@@ -124,6 +148,7 @@ class PageWriter final : private engine::BlockSink {
   // The path under construction, and with it the state that the next one carries: colours, line attributes,
   // blend mode, dashes and clip. No path is open while it has no points.
   PathObject path_;
+  TextObject text_;  // the last one written, kept for its memory
   uint8_t alpha_ = 255;
   Color background_{255, 255, 255};
   bool hasBackground_ = false;

@@ -56,11 +56,13 @@ std::optional<engine::Rectangle> PageWriter::ObjectBounds(const PathObject& obje
     box.bottom = std::min(box.bottom, point.y);
     box.top = std::max(box.top, point.y);
   }
-  box = {pointScale_ * box.left + originX_, pointScale_ * box.bottom + originY_,
-         pointScale_ * box.right + originX_, pointScale_ * box.top + originY_};
-  if (bounds_ == Bounds::kWholePoints)
-    box = {Floor(box.left), Floor(box.bottom), Ceiling(box.right), Ceiling(box.top)};
-  return box;
+  return Rounded({pointScale_ * box.left + originX_, pointScale_ * box.bottom + originY_,
+                  pointScale_ * box.right + originX_, pointScale_ * box.top + originY_});
+}
+
+engine::Rectangle PageWriter::Rounded(const engine::Rectangle& box) const {
+  if (bounds_ == Bounds::kExact) return box;
+  return {Floor(box.left), Floor(box.bottom), Ceiling(box.right), Ceiling(box.top)};
 }
 
 // Only the old rectangle is tested for being empty: a flat new one still counts.

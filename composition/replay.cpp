@@ -13,6 +13,9 @@ namespace {
 struct Replay {
   const DriverDevMode* settings;
   PageWriter& writer;
+  // Of the text in hand, kept for their memory.
+  std::vector<char16_t> units;
+  std::vector<double> advances;
 };
 
 // Each opcode has its own Play; one that is missing breaks the build.
@@ -25,11 +28,18 @@ Color ColorOf(uint32_t word) {
 
 BlendMode BlendModeOf(uint8_t mergeFlag) { return mergeFlag != 0 ? BlendMode::kDarken : BlendMode::kNormal; }
 
-// An array of `count` values that stands behind a layout of `offset` bytes.
+// Reads an array of `count` values that stands behind `offset` bytes of the record; the offset behind it.
+template <typename Value>
+size_t ReadArray(const PlotCommand& record, size_t offset, uint32_t count, std::vector<Value>& values) {
+  values.resize(count);
+  if (count > 0) std::memcpy(values.data(), record.data + offset, count * sizeof(Value));
+  return offset + count * sizeof(Value);
+}
+
 template <typename Value>
 std::vector<Value> ReadArray(const PlotCommand& record, size_t offset, uint32_t count) {
-  std::vector<Value> values(count);
-  if (count > 0) std::memcpy(values.data(), record.data + offset, count * sizeof(Value));
+  std::vector<Value> values;
+  ReadArray(record, offset, count, values);
   return values;
 }
 
@@ -129,9 +139,33 @@ void Play<OP_CLIP_RECT>(Replay& replay, const PlotCommand& record) {
   replay.writer.SetPageClipRect({rect.left, rect.bottom, rect.right, rect.top});
 }
 
-// Nothing records text, rasters, layers and comments yet.
+// Text without advances is that of a shape font, which the host draws itself: it is written in a font that
+// every system has, to be found and not to be seen.
 template <>
-void Play<OP_TEXT>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
+void Play<OP_TEXT>(Replay& replay, const PlotCommand& record) {
+  auto data = ReadSide<TextData>(record);
+  const uint32_t advanceCount = data.hasAdvances != 0 ? data.count : 0;
+  size_t offset = ReadArray(record, sizeof data, data.count, replay.units);
+  offset = ReadArray(record, offset, advanceCount, replay.advances);
+  TextShapeData shape;
+  std::memcpy(&shape, record.data + offset, sizeof shape);
+
+  const double* advances = replay.advances.data();
+  TextVisibility visibility = isEqual(shape.trackingFactor, kNormalTracking, kTrackingTolerance)
+                                  ? TextVisibility::kVisible
+                                  : TextVisibility::kInvisible;
+  if (data.hasAdvances == 0) {
+    const auto interfaceFont = SystemFontServices().DefaultInterfaceFont();
+    if (!interfaceFont) return;
+    data.font = *interfaceFont;
+    advances = nullptr;
+    visibility = TextVisibility::kInvisible;
+  }
+  const HT_Text text(&data.font, replay.units.data(), static_cast<int32_t>(data.count), advances);
+  replay.writer.WriteTextRuns(text, data.x, data.y, shape, visibility);
+}
+
+// Nothing records rasters, layers and comments yet.
 template <>
 void Play<OP_BITMAP>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
 template <>
@@ -153,8 +187,10 @@ void PlayRecord(Replay& replay, const PlotCommand& record) {
 
 }  // namespace
 
-int32_t ReplayCommands(const PlotCommand* head, const DriverDevMode* settings, PageWriter& writer) {
-  Replay replay{settings, writer};
+int32_t ReplayCommands(const PlotCommand* head, const FontUsage& fontUsage, const DriverDevMode* settings,
+                       PageWriter& writer) {
+  writer.SetCharacters(fontUsage);
+  Replay replay{settings, writer, {}, {}};
   for (const PlotCommand* record = head; record != nullptr; record = record->next) {
     try {
       PlayRecord(replay, *record);

@@ -5,13 +5,15 @@
 
 #include "composition/page_writer.h"
 #include "platform/border.h"
+#include "platform/character_set.h"
 #include "recording/command_list.h"
 
 namespace hdi {
 
 // Plays the list from `head`, which may be null, and returns 1. Every value that survives from one record to
-// the next is the writer's; the list and the arenas stay as they are. `settings` are the driver's, read live;
-// null without any.
-int32_t ReplayCommands(const PlotCommand* head, const DriverDevMode* settings, PageWriter& writer);
+// the next is the writer's; the list and the arenas stay as they are. `fontUsage` is what the whole list
+// plots in each font. `settings` are the driver's, read live; null without any.
+int32_t ReplayCommands(const PlotCommand* head, const FontUsage& fontUsage, const DriverDevMode* settings,
+                       PageWriter& writer);
 
 }  // namespace hdi

@@ -102,7 +102,7 @@ int32_t DevCreateDocument(HostDevice** deviceField) {
 
 int32_t DevEndDoc(HostDevice* device) {
   if (const PlotJob* job = JobWithWriter(device)) {
-    ReplayCommands(job->head, SettingsOf(device), WriterOf(*job)->pageWriter);
+    ReplayCommands(job->head, job->fontUsage, SettingsOf(device), WriterOf(*job)->pageWriter);
     DevFinish(static_cast<CPDFDriver*>(device->driver)->DeviceField());
   }
   return 1;

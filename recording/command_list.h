@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/records.h"
+
 namespace hdi {
 
 // Every opcode that means something. The numbers left out are reserved: nothing writes them, the replay
@@ -124,7 +126,29 @@ struct LinkData {
 };
 static_assert(sizeof(LinkData) == 4);
 
+struct TextData {
+  LOGFONTW font;
+  float x;
+  float y;
+  uint8_t hasAdvances;
+  uint32_t
+      count;  // 16-bit units follow; then, if the flag is set, that many f64 advances; then TextShapeData
+};
+static_assert(sizeof(TextData) == 105);
+
+struct TextShapeData {
+  double textHeight;      // dots
+  double obliqueAngle;    // radians
+  double trackingFactor;  // 1 is normal, as is a width factor of 1
+  double widthFactor;
+};
+static_assert(sizeof(TextShapeData) == 32);
+
 #pragma pack(pop)
+
+// A text is tracked when its factor is not this, within the tolerance.
+inline constexpr double kNormalTracking = 1.0;
+inline constexpr double kTrackingTolerance = 1e-5;
 
 // The head of one allocation, itself allocated apart from its block.
 struct ArenaChunk {

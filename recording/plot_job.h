@@ -4,11 +4,10 @@
 
 #include <cstdint>
 #include <limits>
-#include <map>
-#include <set>
 #include <string>
 
 #include "platform/border.h"
+#include "platform/character_set.h"
 #include "recording/command_list.h"
 
 namespace hdi {
@@ -41,8 +40,7 @@ struct PlotJob {
   double currentY = kNoPoint;
   uint8_t mergeFlag = 0;
   int32_t pageClipSeen = 0;
-  std::map<std::u16string, std::set<char16_t>>
-      fontUsage;  // full font name to the characters plotted in it; filled once text is recorded
+  FontUsage fontUsage;  // what the job plots in each font
 
   [[nodiscard]] bool HasPendingPath() const { return currentX != kNoPoint || currentY != kNoPoint; }
 };

@@ -1,4 +1,4 @@
-// The entries of text, rasters, links, layers and comments, which nothing records yet.
+// The entries of rasters, links, layers and comments, which nothing records yet.
 #include "recording/path.h"
 #include "recording/plot_entries.h"
 
@@ -15,13 +15,6 @@ int32_t FlushAndRefuse(const HostDevice* device) {
 int32_t DevBeginLink(HostDevice* device, const char16_t* /*target*/) { return FlushAndRefuse(device); }
 
 int32_t DevEndLink(HostDevice* device) { return FlushAndRefuse(device); }
-
-int32_t DevText(HostDevice* device, const LOGFONTW* /*font*/, const HT_Double_Point* /*position*/,
-                const char16_t* /*text*/, int32_t /*count*/, const double* /*advances*/,
-                double /*textHeight*/, double /*obliqueAngle*/, double /*trackingFactor*/,
-                double /*widthFactor*/) {
-  return FlushAndRefuse(device);
-}
 
 int32_t DevSetLayer(HostDevice* device, int64_t /*reserved*/, const char16_t* /*name*/) {
   return FlushAndRefuse(device);

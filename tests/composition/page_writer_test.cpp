@@ -143,8 +143,8 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
     list[i].data = static_cast<uint8_t*>(records[i].second);
     list[i].next = i + 1 < records.size() ? &list[i + 1] : nullptr;
   }
-  EXPECT_EQ(ReplayCommands(list.data(), nullptr, *writer_), 1);
-  EXPECT_EQ(ReplayCommands(nullptr, nullptr, *writer_), 1);
+  EXPECT_EQ(ReplayCommands(list.data(), {}, nullptr, *writer_), 1);
+  EXPECT_EQ(ReplayCommands(nullptr, {}, nullptr, *writer_), 1);
 
   auto pages = SavedPages();
   ASSERT_EQ(pages.size(), 1U);

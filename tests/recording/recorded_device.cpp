@@ -17,6 +17,24 @@ std::string Pen(const PlotCommand& record) {
   return text;
 }
 
+std::string Text(const PlotCommand& record) {
+  const auto data = ReadSide<TextData>(record);
+  const uint8_t* at = record.data + sizeof data;
+  const auto take = [&at]<typename Value>(Value value) {
+    std::memcpy(&value, at, sizeof value);
+    at += sizeof value;
+    return value;
+  };
+  std::string text = fmt::format("TEXT {},{}", float{data.x}, float{data.y});
+  for (uint32_t i = 0; i < data.count; ++i) text += fmt::format(" {:x}", uint16_t{take(char16_t{})});
+  text += data.hasAdvances != 0 ? " advances" : "";
+  for (uint32_t i = 0; data.hasAdvances != 0 && i < data.count; ++i) text += fmt::format(" {}", take(0.0));
+  const auto shape = take(TextShapeData{});
+  return text + fmt::format(" height {} oblique {} tracking {} width {}", double{shape.textHeight},
+                            double{shape.obliqueAngle}, double{shape.trackingFactor},
+                            double{shape.widthFactor});
+}
+
 std::string Describe(const PlotCommand& record) {
   switch (record.OpcodeValue()) {
     case OP_START_PAGE: {
@@ -40,6 +58,8 @@ std::string Describe(const PlotCommand& record) {
       const auto brush = ReadSide<BrushData>(record);
       return fmt::format("BRUSH {:06x} merge {}", brush.color, brush.merge);
     }
+    case OP_TEXT:
+      return Text(record);
     case OP_CLIP_PATH:
       return "CLIP";
     case OP_MOVE_TO:

@@ -1,0 +1,61 @@
+#include "bench/check.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/text_fonts.h"
+
+namespace bench {
+namespace {
+
+std::string OutputOf(const std::string& command) {
+  const std::unique_ptr<FILE, decltype(&pclose)> stream(popen(command.c_str(), "r"), &pclose);
+  if (stream == nullptr) throw std::runtime_error("cannot run " + command);
+  std::string output;
+  std::array<char, 4096> block;
+  while (const size_t size = fread(block.data(), 1, block.size(), stream.get())) {
+    output.append(block.data(), size);
+  }
+  return output;
+}
+
+// The characters of a UTF-8 text in the order of their bytes, blanks and controls left out.
+std::vector<std::string_view> SortedCharacters(std::string_view text) {
+  const auto isContinuation = [](char byte) { return (byte & 0xC0) == 0x80; };
+  std::vector<std::string_view> characters;
+  for (size_t begin = 0; begin < text.size();) {
+    size_t end = begin + 1;
+    while (end < text.size() && isContinuation(text[end])) ++end;
+    if (static_cast<unsigned char>(text[begin]) > ' ') characters.push_back(text.substr(begin, end - begin));
+    begin = end;
+  }
+  std::ranges::sort(characters);
+  return characters;
+}
+
+// MuPDF's reader gives every character. Others take equal ones that lie over each other for one.
+void CheckTexts(const std::filesystem::path& file, const Scene& scene) {
+  std::string drawn;
+  for (const Text& text : scene.texts) drawn += ToUtf8(text.units);
+  const std::string found = OutputOf("mutool draw -q -F txt '" + file.string() + "' 2>/dev/null");
+  if (SortedCharacters(drawn) != SortedCharacters(found)) {
+    throw std::runtime_error(file.string() + " does not give its texts");
+  }
+}
+
+}  // namespace
+
+void CheckFile(const std::filesystem::path& file, const Scene& scene) {
+  const std::string command = "qpdf --check '" + file.string() + "' >/dev/null";
+  if (std::system(command.c_str()) != 0) throw std::runtime_error(file.string() + " is not a sound PDF");
+  if (scene.kind == Kind::kTexts) CheckTexts(file, scene);
+}
+
+}  // namespace bench

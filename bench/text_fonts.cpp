@@ -1,0 +1,82 @@
+#include "bench/text_fonts.h"
+
+#include <fontconfig/fontconfig.h>
+#include <ft2build.h>
+#include FT_ADVANCES_H
+
+#include <memory>
+#include <stdexcept>
+
+namespace bench {
+namespace {
+
+// The closest face that is installed, so its family has to be looked at.
+std::string FindFontFile(const std::string& family) {
+  const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> wanted(FcPatternCreate(), &FcPatternDestroy);
+  FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
+  FcPatternAddString(wanted.get(), FC_FONTFORMAT, reinterpret_cast<const FcChar8*>("TrueType"));
+  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  FcDefaultSubstitute(wanted.get());
+  FcResult result = FcResultMatch;
+  const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> found(
+      FcFontMatch(nullptr, wanted.get(), &result), &FcPatternDestroy);
+  FcChar8* name = nullptr;
+  FcChar8* file = nullptr;
+  if (found == nullptr || FcPatternGetString(found.get(), FC_FAMILY, 0, &name) != FcResultMatch ||
+      family != reinterpret_cast<const char*>(name) ||
+      FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch) {
+    throw std::runtime_error("the font " + family + " is not installed");
+  }
+  return reinterpret_cast<const char*>(file);
+}
+
+}  // namespace
+
+TextFonts::TextFonts(const Scene& scene) {
+  if (scene.kind != Kind::kTexts) return;
+  if (FT_Init_FreeType(&library_) != 0) throw std::runtime_error("no font library");
+  for (size_t i = 0; i < kFontFamilies.size(); ++i) {
+    paths_[i] = FindFontFile(std::string(kFontFamilies[i]));
+    if (FT_New_Face(library_, paths_[i].c_str(), 0, &faces_[i]) != 0) {
+      throw std::runtime_error("cannot read " + paths_[i]);
+    }
+  }
+  advances_.reserve(scene.texts.size());
+  for (const Text& text : scene.texts) advances_.push_back(MeasureUnits(text));
+}
+
+TextFonts::~TextFonts() {
+  if (library_ != nullptr) FT_Done_FreeType(library_);
+}
+
+std::vector<double> TextFonts::MeasureUnits(const Text& text) const {
+  FT_Face face = faces_[text.font];
+  std::vector<double> advances;
+  advances.reserve(text.units.size());
+  for (const char16_t unit : text.units) {
+    const FT_UInt glyph = FT_Get_Char_Index(face, unit);
+    FT_Fixed width = 0;
+    if (glyph == 0 || FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &width) != 0) {
+      throw std::runtime_error(paths_[text.font] + " lacks a character of the texts");
+    }
+    advances.push_back(static_cast<double>(width) * text.height / face->units_per_EM);
+  }
+  return advances;
+}
+
+std::string ToUtf8(const std::u16string& units) {
+  std::string bytes;
+  for (const char16_t unit : units) {
+    const int length = Utf8Length(unit);
+    if (length == 1) {
+      bytes += static_cast<char>(unit);
+      continue;
+    }
+    bytes += static_cast<char>(length == 2 ? 0xC0 | unit >> 6 : 0xE0 | unit >> 12);
+    if (length == 3) bytes += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
+    bytes += static_cast<char>(0x80 | (unit & 0x3F));
+  }
+  return bytes;
+}
+
+}  // namespace bench

@@ -1,0 +1,51 @@
+// What a program has of the scene of texts before it draws: the fonts' files and faces, and the advances in
+// which all contestants set the texts.
+#pragma once
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "bench/scene.h"
+
+namespace bench {
+
+class TextFonts {
+ public:
+  // Finds the upright regular face of each family. Nothing is opened for a scene without texts. Throws
+  // std::runtime_error when a family is not installed.
+  explicit TextFonts(const Scene& scene);
+  TextFonts(const TextFonts&) = delete;
+  TextFonts& operator=(const TextFonts&) = delete;
+  ~TextFonts();
+
+  [[nodiscard]] bool IsEmpty() const { return library_ == nullptr; }
+
+  // In the order of kFontFamilies; faces have no size and belong to this object.
+  [[nodiscard]] const std::string& Path(size_t font) const { return paths_[font]; }
+  [[nodiscard]] FT_Face Face(size_t font) const { return faces_[font]; }
+
+  // Of each unit of the scene's text `index`, in dots: the font's own widths, without hinting.
+  [[nodiscard]] const std::vector<double>& Advances(size_t index) const { return advances_[index]; }
+
+ private:
+  [[nodiscard]] std::vector<double> MeasureUnits(const Text& text) const;
+
+  FT_Library library_ = nullptr;
+  std::array<std::string, kFontFamilies.size()> paths_;
+  std::array<FT_Face, kFontFamilies.size()> faces_{};
+  std::vector<std::vector<double>> advances_;
+};
+
+// The length in bytes of a unit of a scene's text in UTF-8.
+[[nodiscard]] constexpr int Utf8Length(char16_t unit) {
+  if (unit < 0x80) return 1;
+  return unit < 0x800 ? 2 : 3;
+}
+
+[[nodiscard]] std::string ToUtf8(const std::u16string& units);
+
+}  // namespace bench

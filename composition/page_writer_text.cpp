@@ -1,0 +1,86 @@
+// The page writer's texts: each run of a text makes one text object.
+#include <cmath>
+#include <numeric>
+#include <span>
+#include <string_view>
+
+#include "composition/page_writer.h"
+
+namespace hdi {
+namespace {
+
+constexpr double kRadiansPerTenthDegree = 0.0017453292519943296;
+constexpr int kInvisible = 3;  // text rendering mode (ISO 32000-1:2008, 9.3.6)
+
+float RoundToWhole(float value) { return static_cast<float>(std::round(static_cast<double>(value))); }
+
+// A text block of the engine ends at its first zero unit.
+std::u16string_view UnitsOf(const HT_TextRun& run) {
+  const std::u16string_view units(run.text, static_cast<size_t>(run.count));
+  return units.substr(0, units.find(u'\0'));
+}
+
+double SumOfAdvances(const HT_TextRun& run) {
+  if (run.advances == nullptr || run.count <= 0) return 0;
+  const std::span<const double> advances(run.advances, static_cast<size_t>(run.count));
+  return std::accumulate(advances.begin(), advances.end(), 0.0);
+}
+
+}  // namespace
+
+void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const TextShapeData& shape,
+                               TextVisibility visibility) {
+  const HT_TextRun* first = text.runs->next;
+  if (document_ == nullptr || first == text.runs) return;
+  // The first run's angle is that of all runs.
+  const auto angle = static_cast<float>(first->lf->lfEscapement * kRadiansPerTenthDegree);
+  const TextPlacement placement{.x = x,
+                                .y = y,
+                                .angle = angle,
+                                .obliqueAngle = static_cast<float>(shape.obliqueAngle),
+                                .widthFactor = static_cast<float>(shape.widthFactor)};
+  double advance = 0;
+  for (const HT_TextRun* run = first; run != text.runs; run = run->next) {
+    const Matrix matrix =
+        ComputeRunMatrix(placement, static_cast<float>(advance), fonts_.NeedsSyntheticItalic(*run->lf));
+    if (const engine::Font* font = fonts_.GetFontHandle(*document_, run->lf)) {
+      WriteTextRun(UnitsOf(*run), *font, shape, matrix, visibility);
+    }
+    advance += SumOfAdvances(*run);
+  }
+  if (!linkTarget_.empty()) {
+    ExtendLinkRect(TextBounds(x, y, TextExtent(advance, shape.textHeight, static_cast<double>(angle))));
+  }
+}
+
+// The pen's colour strokes and the brush's fills; of the other attributes text has its own.
+void PageWriter::WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
+                              const Matrix& matrix, TextVisibility visibility) {
+  if (!content_) return;
+  const float alpha = static_cast<float>(alpha_) / 255.0F;
+  text_.attributes.strokeColor = path_.attributes.strokeColor;
+  text_.attributes.fillColor = path_.attributes.fillColor;
+  text_.attributes.strokeAlpha = alpha;
+  text_.attributes.fillAlpha = alpha;
+  text_.attributes.clip = path_.attributes.clip;
+  text_.matrix = matrix;
+  if (bounds_ == Bounds::kWholePoints) {
+    text_.matrix[4] = RoundToWhole(matrix[4]);
+    text_.matrix[5] = RoundToWhole(matrix[5]);
+  }
+  text_.font = font.ObjectNumber();
+  text_.fontSize = static_cast<float>(shape.textHeight);
+  text_.horizontalScale = static_cast<float>(shape.widthFactor) * 100.0F;
+  text_.charSpace = static_cast<float>((shape.trackingFactor - kNormalTracking) * shape.textHeight * 0.5);
+  text_.renderMode = visibility == TextVisibility::kVisible ? 0 : kInvisible;
+  text_.codes.clear();
+  font.AppendCodes(units, text_.codes);
+  content_->Write(text_);
+}
+
+engine::Rectangle PageWriter::TextBounds(float x, float y, const engine::Rectangle& extent) const {
+  return Rounded({(extent.left + x) * pointScale_ + originX_, (extent.bottom + y) * pointScale_ + originY_,
+                  (extent.right + x) * pointScale_ + originX_, (extent.top + y) * pointScale_ + originY_});
+}
+
+}  // namespace hdi

@@ -1,0 +1,93 @@
+// The text entry: one record a call, and the characters that each font of the job will need.
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <span>
+
+#include "platform/host_library.h"
+#include "recording/path.h"
+#include "recording/plot_entries.h"
+#include "recording/plot_job.h"
+#include "recording/right_to_left.h"
+
+namespace hdi {
+namespace {
+
+// Null when there is no memory for it.
+template <typename Value>
+std::unique_ptr<Value[]> Copy(std::span<const Value> values) {
+  std::unique_ptr<Value[]> copy(new (std::nothrow) Value[values.size()]);
+  if (copy != nullptr) std::ranges::copy(values, copy.get());
+  return copy;
+}
+
+// Every character counts, blanks and controls too, in the font that the host library picks for its run.
+void CollectCharacters(const HT_Text& text, FontUsage& fontUsage) {
+  for (const HT_TextRun* run = text.runs->next; run != text.runs; run = run->next) {
+    if (run->count <= 0) continue;
+    CharacterSet& characters = fontUsage[run->fontName];
+    for (int32_t i = 0; i < run->count; ++i) characters.Add(run->text[i]);
+  }
+}
+
+class SideWriter {
+ public:
+  explicit SideWriter(uint8_t* at) : at_(at) {}
+
+  template <typename Value>
+  void Append(std::span<const Value> values) {
+    if (!values.empty()) std::memcpy(at_, values.data(), values.size_bytes());
+    at_ += values.size_bytes();
+  }
+  template <typename Value>
+  void Append(const Value& value) {
+    Append(std::span(&value, 1));
+  }
+
+ private:
+  uint8_t* at_;
+};
+
+}  // namespace
+
+int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point* position,
+                const char16_t* text, int32_t count, const double* advances, double textHeight,
+                double obliqueAngle, double trackingFactor, double widthFactor) {
+  FlushPath(device);
+  PlotJob* job = JobOf(device);
+  const DriverDevMode* settings = SettingsOf(device);
+  if (job == nullptr || settings == nullptr || settings->textAsGeometry != 0) return 0;
+  if (count < 0) return 1;  // a copy of that size can't be had, and what can't be copied is dropped
+
+  const auto length = static_cast<size_t>(count);
+  const auto units = Copy(std::span(text, length));
+  if (units == nullptr) return 1;
+  const auto widths = advances == nullptr ? nullptr : Copy(std::span(advances, length));
+  if (advances != nullptr && widths == nullptr) return 1;
+  ReverseRightToLeft(units.get(), count, widths.get());
+
+  CollectCharacters(HT_Text(font, text, count, advances), job->fontUsage);
+
+  const HT_Double_Point at = PathRecorder(*job, settings).MapPoint(*position);
+  const std::span<const double> advancesDrawn(widths.get(), widths == nullptr ? 0 : length);
+  PlotCommand* record = AllocRecord();
+  record->SetOpcode(OP_TEXT);
+  record->data = AllocSide(static_cast<uint32_t>(sizeof(TextData) + length * sizeof(char16_t) +
+                                                 advancesDrawn.size_bytes() + sizeof(TextShapeData)));
+  SideWriter side(record->data);
+  side.Append(TextData{.font = *font,
+                       .x = static_cast<float>(at.x),
+                       .y = static_cast<float>(at.y),
+                       .hasAdvances = advances != nullptr ? uint8_t{1} : uint8_t{0},
+                       .count = static_cast<uint32_t>(count)});
+  side.Append(std::span<const char16_t>(units.get(), length));
+  side.Append(advancesDrawn);
+  side.Append(TextShapeData{.textHeight = textHeight,
+                            .obliqueAngle = obliqueAngle,
+                            .trackingFactor = trackingFactor,
+                            .widthFactor = widthFactor});
+  AppendRecord(*job, record);
+  return advances != nullptr && isEqual(trackingFactor, kNormalTracking, kTrackingTolerance) ? 1 : 0;
+}
+
+}  // namespace hdi
