@@ -2,12 +2,15 @@
 
 from __future__ import annotations
 
+import json
 from dataclasses import dataclass
 
 from number_forms import f32, write_plain, write_real
-from page_objects import Kind, PathObject, PathPoint, is_rectangle
+from page_objects import Attributes, Kind, PathObject, PathPoint, TextObject, is_rectangle
+from plotted_job import PageFont
 
 COORDINATE_PRECISION = 5
+FONT_SIZE_PRECISION = 3
 GraphicStateEntries = dict[str, float | str]
 
 # The painting operator, by fill rule and by whether the path is stroked.
@@ -80,6 +83,7 @@ class ContentStream:
 
     def __init__(self) -> None:
         self.graphic_states: dict[str, GraphicStateEntries] = {}
+        self.fonts: dict[str, PageFont] = {}
         self._names: dict[tuple[int, str], str] = {}
         self._pieces: list[str] = []
         self._state = ContentState()
@@ -89,14 +93,17 @@ class ContentStream:
         """Whether no object has come."""
         return not self._pieces
 
-    def add(self, item: PathObject) -> None:
+    def add(self, item: PathObject | TextObject) -> None:
         """Writes one object."""
         if self.is_empty:
             self._write_head()
-        self._write_clip(item)
-        self._write_colors(item)
-        self._write_line_attributes(item)
-        self._write_graphic_state(item)
+        self._write_clip(item.clip)
+        self._write_colors(item.attributes)
+        self._write_line_attributes(item.attributes)
+        self._write_graphic_state(item.attributes)
+        if isinstance(item, TextObject):
+            self._pieces.append(self._text(item))
+            return
         self._pieces.append(path_text(item.points))
         rule = FILL_RULES.get(item.fill_mode, "none")
         self._pieces.append(PAINTING[rule, item.stroke] + "\n")
@@ -110,19 +117,19 @@ class ContentStream:
         name = self._make_graphic_state((255, "Normal"), {"ca": 1.0, "CA": 1.0, "BM": "Normal"})
         self._pieces.append(f"q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/{name} gs ")
 
-    def _write_clip(self, item: PathObject) -> None:
-        if same_clip(item.clip, self._state.clip):
+    def _write_clip(self, clip: list[PathPoint] | None) -> None:
+        if same_clip(clip, self._state.clip):
             return
         if self._state.clip is not None:
             self._pieces.append("Q\n")
         # A level opens also when the clip goes away; nothing closes that one.
         self._pieces.append("q\n")
-        self._state = ContentState(clip=item.clip)
-        if item.clip is not None:
-            self._pieces.append(path_text(item.clip) + " W n ")
+        self._state = ContentState(clip=clip)
+        if clip is not None:
+            self._pieces.append(path_text(clip) + " W n ")
 
-    def _write_colors(self, item: PathObject) -> None:
-        wanted, state = item.attributes, self._state
+    def _write_colors(self, wanted: Attributes) -> None:
+        state = self._state
         if wanted.fill_color != state.fill_color:
             state.fill_color = wanted.fill_color
             self._pieces.append(self._color_text(wanted.fill_color) + " rg ")
@@ -134,8 +141,8 @@ class ContentStream:
     def _color_text(color: tuple[int, int, int]) -> str:
         return " ".join(write_plain(f32(value / 255.0)) for value in color)
 
-    def _write_line_attributes(self, item: PathObject) -> None:
-        wanted, state = item.attributes, self._state
+    def _write_line_attributes(self, wanted: Attributes) -> None:
+        state = self._state
         if wanted.line_width != state.line_width:
             state.line_width = wanted.line_width
             self._pieces.append(write_real(wanted.line_width, -1) + " w ")
@@ -145,13 +152,13 @@ class ContentStream:
         if wanted.line_join != state.line_join:
             state.line_join = wanted.line_join
             self._pieces.append(f"{wanted.line_join} j ")
-        if wanted.dashes != state.dashes:
+        if wanted.dashes is not None and wanted.dashes != state.dashes:
             state.dashes = wanted.dashes
             entries = "".join(write_plain(value) + " " for value in wanted.dashes)
             self._pieces.append(f"[ {entries}] 0 d\n" if wanted.dashes else "\n[] 0 d\n")
 
-    def _write_graphic_state(self, item: PathObject) -> None:
-        wanted, state = item.attributes, self._state
+    def _write_graphic_state(self, wanted: Attributes) -> None:
+        state = self._state
         if (wanted.alpha, wanted.blend_mode) == (state.alpha, state.blend_mode):
             return
         key = (wanted.alpha, wanted.blend_mode)
@@ -166,6 +173,17 @@ class ContentStream:
             name = self._make_graphic_state(key, entries)
         state.alpha, state.blend_mode = wanted.alpha, wanted.blend_mode
         self._pieces.append(f"/{name} gs ")
+
+    def _text(self, item: TextObject) -> str:
+        known = [name for name, font in self.fonts.items() if font == item.font]
+        name = known[0] if known else f"FXF{len(self.fonts) + 1}"
+        self.fonts[name] = item.font
+        return (
+            f"BT {' '.join(coordinate(value) for value in item.matrix)} Tm "
+            f"{write_plain(item.spacing)} Tc {write_plain(item.scale)} Tz "
+            f"/{name} {write_real(item.size, FONT_SIZE_PRECISION)} Tf {item.mode} Tr "
+            f"<{json.dumps(item.text)}> Tj ET\n"
+        )
 
     def _make_graphic_state(self, key: tuple[int, str], entries: GraphicStateEntries) -> str:
         name = f"FXE{len(self.graphic_states) + 1}"

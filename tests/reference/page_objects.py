@@ -1,9 +1,11 @@
-"""The path objects of a page: points, attributes and the clip that each object carries."""
+"""The objects of a page: paths and texts, with the attributes and the clip that each object carries."""
 
 from __future__ import annotations
 
 from dataclasses import dataclass
 from enum import Enum
+
+from plotted_job import PageFont
 
 
 class Kind(Enum):
@@ -26,14 +28,15 @@ class PathPoint:
 
 @dataclass(frozen=True)
 class Attributes:
-    """The graphic state that is stamped on a path when it is finished; lengths in dots."""
+    """The graphic state that is stamped on an object when it is finished; lengths in dots. None as dashes
+    leaves those of the stream."""
 
     stroke_color: tuple[int, int, int]
     fill_color: tuple[int, int, int]
     line_width: float
     line_cap: int
     line_join: int
-    dashes: tuple[float, ...]
+    dashes: tuple[float, ...] | None
     alpha: int
     blend_mode: str
 
@@ -47,6 +50,21 @@ class PathObject:
     clip: list[PathPoint] | None
     fill_mode: int
     stroke: bool
+
+
+@dataclass
+class TextObject:
+    """A run of a text; the spacing is in dots, the scale in percent."""
+
+    matrix: tuple[float, ...]
+    font: PageFont
+    size: float
+    spacing: float
+    scale: float
+    mode: int
+    text: str
+    attributes: Attributes
+    clip: list[PathPoint] | None
 
 
 def is_rectangle(points: list[PathPoint]) -> bool:

@@ -4,10 +4,11 @@ from __future__ import annotations
 
 from content_stream_model import ContentStream
 from number_forms import f32, round_away, write_plain, write_real
-from page_objects import Attributes, Kind, PathObject, PathPoint
+from page_objects import Attributes, Kind, PathObject, PathPoint, TextObject
 from plotted_job import PlottedPage
 from recording_model import Command
 from settings_record import NO_BACKGROUND, SettingsRecord
+from text_model import TextRecord, TextRuns, run_matrices
 
 WHITE = (255, 255, 255)
 
@@ -15,7 +16,7 @@ WHITE = (255, 255, 255)
 class PageWriter:
     """The writer of one job: colours, line attributes and background live on from page to page."""
 
-    def __init__(self, dots_per_inch: int) -> None:
+    def __init__(self, dots_per_inch: int, exact: bool, runs: TextRuns) -> None:
         self.line_width = 1.0
         self.pages: list[PlottedPage] = []
         self._point_scale = f32(72.0 / dots_per_inch)
@@ -32,6 +33,8 @@ class PageWriter:
         self._origin = (0.0, 0.0)
         self._page: PlottedPage | None = None
         self._content = ContentStream()
+        self._runs = runs
+        self._exact = exact
 
     def replay(self, commands: list[Command], settings: SettingsRecord) -> None:
         """Plays the whole list; `settings` is the record as the end of the job finds it."""
@@ -40,6 +43,8 @@ class PageWriter:
                 self._start_page(*operands, keep_fractions=bool(settings["keepFractions"]))
             else:
                 getattr(self, "_" + name.replace(" ", "_"))(*operands)
+        for page in self.pages:
+            page.fonts = {name: self._runs.expected_font(font) for name, font in page.fonts.items()}
 
     # Pages.
 
@@ -73,6 +78,7 @@ class PageWriter:
         numbers = " ".join(write_real(value, 5) for value in matrix)
         page.streams = [f"q {numbers} cm ", self._content.finish(), " Q"]
         page.graphic_states = self._content.graphic_states
+        page.fonts = self._content.fonts
         if self._background is not None:
             page.streams.insert(0, self._background_text(page))
 
@@ -169,3 +175,24 @@ class PageWriter:
             blend_mode="Darken" if self._merge else "Normal",
         )
         self._content.add(PathObject(points, attributes, self._clip, fill_mode, stroke))
+
+    # Text.
+
+    def _text(self, record: TextRecord) -> None:
+        runs = self._runs.take(len(self.pages) - 1 if self._page else None, record)
+        # Text has the writer's colours and opacity, and line attributes of its own that nothing sets.
+        attributes = Attributes(self._stroke_color, self._fill_color, 1.0, 0, 0, None, self._alpha, "Normal")
+        for run, matrix in zip(runs, run_matrices(record, runs, self._exact), strict=True):
+            item = TextObject(
+                matrix=matrix,
+                font=run.font,
+                size=f32(record.height),
+                spacing=f32((record.tracking - 1.0) * record.height * 0.5),
+                scale=f32(f32(record.width_factor) * 100.0),
+                mode=0 if record.visible else 3,
+                text=run.text,
+                attributes=attributes,
+                clip=self._clip,
+            )
+            if self._page is not None:
+                self._content.add(item)

@@ -9,9 +9,11 @@ import subprocess
 from pathlib import Path
 from typing import Any
 
+from embedded_fonts import EmbeddedFont, FontError, FontReader
 from plotted_job import PlottedPage
 
 REFERENCE = re.compile(r"^\d+ \d+ R$")
+SHOWN_CODES = re.compile(r"/(\S+) (\S+ Tf \d Tr) <(\w*)> Tj")
 DATE = re.compile(r"^u:D:\d{14}$")
 # qpdf reads a whole number in a page stream as a 64-bit integer and stops at one that is larger. A point far
 # off the sheet gives such a number by right.
@@ -45,10 +47,26 @@ class Pdf:
         self._objects: dict[str, Any] = document["qpdf"][1]
         self._page_keys: list[str] = [page["object"] for page in document["pages"]]
         self._trailer: dict[str, Any] = self._objects["trailer"]["value"]
+        self._fonts: dict[str, EmbeddedFont] = {}
 
     def pages(self) -> list[PlottedPage]:
         """The pages, each held to what every page has."""
-        return [self._page(self._value(key)) for key in self._page_keys]
+        try:
+            self._read_fonts()
+            return [self._page(self._value(key)) for key in self._page_keys]
+        except FontError as error:
+            raise PdfError(str(error)) from error
+
+    def _read_fonts(self) -> None:
+        """Reads all the fonts of the document, on pages or not; each may be there once."""
+        reader = FontReader(self._value, self._stream_data)
+        for key, entry in self._objects.items():
+            value = entry.get("value")
+            if isinstance(value, dict) and value.get("/Subtype") == "/Type0":
+                self._fonts[key.removeprefix("obj:")] = reader.read(value)
+        names = [font.page_font.name for font in self._fonts.values()]
+        if len(set(names)) != len(names):
+            raise PdfError(f"a font is embedded more than once: {sorted(names)}")
 
     def check_document(self, creator: str) -> None:
         """Holds the information dictionary and the catalog to what every plot has."""
@@ -69,13 +87,15 @@ class Pdf:
         if page["/Rotate"] != 0:
             raise PdfError(f"page turned by {page['/Rotate']}")
         resources = self._value(page["/Resources"])
-        if not set(resources) <= {"/ExtGState"}:
+        if not set(resources) <= {"/ExtGState", "/Font"}:
             raise PdfError(f"resources {sorted(resources)}")
+        fonts = {name[1:]: self._fonts[key] for name, key in self._value(resources.get("/Font", {})).items()}
         box = [float(value) for value in self._value(page["/MediaBox"])]
         return PlottedPage(
             media_box=(box[0], box[1], box[2], box[3]),
             graphic_states=self._graphic_states(resources),
-            streams=self._streams(page),
+            fonts={name: font.page_font for name, font in fonts.items()},
+            streams=[self._readable(stream, fonts) for stream in self._streams(page)],
         )
 
     def _graphic_states(self, resources: dict[str, Any]) -> dict[str, dict[str, float | str]]:
@@ -98,11 +118,24 @@ class Pdf:
         pieces = target["value"] if "value" in target else [contents]
         return [self._stream_text(piece) for piece in pieces]
 
+    @staticmethod
+    def _readable(stream: str, fonts: dict[str, EmbeddedFont]) -> str:
+        """A stream with characters in the place of codes."""
+
+        def read(match: re.Match[str]) -> str:
+            name, middle, codes = match.groups()
+            return f"/{name} {middle} <{json.dumps(fonts[name].decode(codes))}> Tj"
+
+        return SHOWN_CODES.sub(read, stream)
+
     def _stream_text(self, reference: str) -> str:
+        return self._stream_data(reference).decode("latin-1")
+
+    def _stream_data(self, reference: str) -> bytes:
         stream = self._object(reference)["stream"]
         if "/Filter" in stream["dict"]:
             raise PdfError(f"the stream {reference} is not of a plain filter")
-        return base64.b64decode(stream["data"]).decode("latin-1")
+        return base64.b64decode(stream["data"])
 
     def _object(self, reference: str) -> dict[str, Any]:
         return self._objects[f"obj:{reference}"]

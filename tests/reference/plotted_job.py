@@ -10,17 +10,37 @@ from __future__ import annotations
 import json
 import re
 from dataclasses import dataclass, field
+from typing import NamedTuple
 
 # What ends an operation in a page stream: an operator, alone between blanks.
 OPERATOR = re.compile(r"(?:^|(?<=\s))[A-Za-z*]+(?=\s|$)")
 
 
+class PageFont(NamedTuple):
+    """A font of a page: its PostScript name and the characters that are embedded."""
+
+    name: str
+    kept: str
+
+    def line(self, resource: str) -> str:
+        """The font in the text form, under its resource name."""
+        return f"font {resource}: {self.name} {json.dumps(self.kept)}"
+
+    @staticmethod
+    def parse(line: str) -> tuple[str, PageFont]:
+        """The resource name and the font of such a line."""
+        _, resource, name, kept = line.split(" ", 3)
+        return resource[:-1], PageFont(name, json.loads(kept))
+
+
 @dataclass
 class PlottedPage:
-    """One page: its box in points, its graphic state resources, and the decoded streams of its contents."""
+    """One page: its box in points, its resources, and the decoded streams of its contents. In the streams the
+    codes of a text stand as the characters in quotes."""
 
     media_box: tuple[float, float, float, float]
     graphic_states: dict[str, dict[str, float | str]] = field(default_factory=dict)
+    fonts: dict[str, PageFont] = field(default_factory=dict)
     streams: list[str] = field(default_factory=list)
 
 
@@ -45,6 +65,7 @@ def page_lines(page: PlottedPage) -> list[str]:
     for name, entries in sorted(page.graphic_states.items()):
         texts = (f"{key} {_entry_text(value)}" for key, value in sorted(entries.items()))
         lines.append(f"graphic state {name}: " + ", ".join(texts))
+    lines += [font.line(name) for name, font in sorted(page.fonts.items())]
     for number, stream in enumerate(page.streams, start=1):
         lines.append(f"stream {number}")
         lines += ["  " + json.dumps(line) for line in re.findall(r"[^\n]*\n|[^\n]+", stream)]

@@ -23,11 +23,11 @@ MOST_FAILURES = 5
 def compare(player: Player, lines: list[Line]) -> list[str]:
     """The differences between the played trace and the reference."""
     text = write_trace(lines)
-    expected = job_text(plot_trace(parse_trace(text)))
     try:
-        return differences(expected, job_text(player.play_text(text)))
+        actual = job_text(player.play_text(text))
     except PlayError as error:
         return [str(error)]
+    return differences(job_text(plot_trace(parse_trace(text), actual)), actual)
 
 
 def shrink(player: Player, lines: list[Line]) -> list[Line]:

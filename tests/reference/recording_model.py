@@ -9,6 +9,7 @@ from typing import Any, Callable
 
 from number_forms import MAX_F64, f32, round_away, same
 from settings_record import SettingsRecord
+from text_model import TextRecord, units, visual_order
 from trace_file import Call
 
 Command = tuple[Any, ...]
@@ -26,7 +27,7 @@ CAP_CODES = {0x000: 1, 0x100: 2}
 JOIN_CODES = {0x0000: 1, 0x1000: 2}
 
 # Entries that the reference follows no further than their flush; they answer 0.
-FLUSH_ONLY = ("DevText", "DevBitmap", "DevBeginLink", "DevEndLink", "DevSetLayer", "DevShxComment")
+FLUSH_ONLY = ("DevBitmap", "DevBeginLink", "DevEndLink", "DevSetLayer", "DevShxComment")
 
 
 def color_bytes(color: list[int]) -> tuple[int, int, int]:
@@ -175,6 +176,34 @@ class Recorder:
         if apply != 0:
             self._add("clip path")
         self._forget_point()
+
+    def _DevText(
+        self,
+        font: dict[str, Any],
+        position: Point,
+        text: str,
+        advances: list[float] | None,
+        textHeight: float,
+        obliqueAngle: float,
+        trackingFactor: float,
+        widthFactor: float,
+    ) -> int:
+        self._flush()
+        if self.settings["textAsGeometry"]:
+            return 0
+        drawn, drawn_advances = visual_order(units(text), advances or [])
+        record = TextRecord(
+            font,
+            *self._mapped(position),
+            drawn,
+            None if advances is None else drawn_advances,
+            textHeight,
+            obliqueAngle,
+            trackingFactor,
+            widthFactor,
+        )
+        self._add("text", record)
+        return int(record.visible)
 
     # The pending path.
 

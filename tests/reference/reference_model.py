@@ -1,29 +1,37 @@
 """The reference: what a plot trace must give, computed from the calls alone.
 
-As a command it prints the job in the text form of the golden files:  reference_model.py TRACE...
-A new golden file is made this way, read line by line against what the trace is to show, and only then kept.
+As a command it prints the job in the text form of the golden files:
+
+reference_model.py TRACE... [--hdiplot PATH]
+
+The runs of texts are taken from what the host command plots; without it a text is one run in no font. A new
+golden file is made this way, read line by line against what the trace is to show, and only then kept.
 """
 
 from __future__ import annotations
 
+import argparse
 import sys
 from pathlib import Path
 
 from page_writer_model import PageWriter
+from player import Player
 from plotted_job import PlottedJob, job_text, result_line
 from recording_model import Recorder
 from settings_record import SettingsRecord, custom_paper
+from text_model import TextRuns
 from trace_file import Trace, read_trace
 
 
-def plot_trace(trace: Trace) -> PlottedJob:
-    """Plays a trace through the reference; arcs are not among what it follows."""
+def plot_trace(trace: Trace, plotted: str = "results") -> PlottedJob:
+    """Plays a trace through the reference; arcs are not among what it follows. The runs of texts are taken
+    from `plotted`, a plot of the trace in the text form."""
     settings = SettingsRecord()
     for name, value in trace.job.get("devMode", {}).items():
         settings[name] = value
     if "customPaper" in trace.job:
         settings.custom = custom_paper(trace.job["customPaper"])
-    writer = PageWriter(settings.dots_per_inch)
+    writer = PageWriter(settings.dots_per_inch, bool(settings["keepFractions"]), TextRuns.of_plot(plotted))
     settings.normalize()
     recorder = Recorder(settings)
     job = PlottedJob()
@@ -38,8 +46,16 @@ def plot_trace(trace: Trace) -> PlottedJob:
 
 def main() -> int:
     """Prints the text form of each trace on the command line."""
-    for name in sys.argv[1:]:
-        sys.stdout.write(job_text(plot_trace(read_trace(Path(name)))))
+    parser = argparse.ArgumentParser(description="Print what traces must give.")
+    parser.add_argument("traces", nargs="+", type=Path)
+    parser.add_argument("--hdiplot", type=Path)
+    arguments = parser.parse_args()
+    for path in arguments.traces:
+        plotted = "results"
+        if arguments.hdiplot:
+            with Player(arguments.hdiplot) as player:
+                plotted = job_text(player.play(path))
+        sys.stdout.write(job_text(plot_trace(read_trace(path), plotted)))
     return 0
 
 

@@ -7,10 +7,11 @@ import unittest
 from typing import Any
 
 from number_forms import f32, round_away, write_plain, write_real
-from plotted_job import PlottedPage, differences, job_text
+from plotted_job import PageFont, PlottedPage, differences, job_text
 from recording_model import Recorder
 from reference_model import plot_trace
 from settings_record import SettingsRecord
+from text_model import MISSING, Run, TextRecord, TextRuns, run_matrices, units, visual_order
 from trace_file import Call, parse_trace, write_trace
 from trace_generator import TraceGenerator
 
@@ -115,6 +116,48 @@ class Recording(unittest.TestCase):
         self.assertEqual(recorded, ["move 10 10", "line 20 10", "line 20 30", "fill"])
 
 
+class Text(unittest.TestCase):
+    def test_right_to_left_words_turn_around(self) -> None:
+        self.assertEqual(
+            visual_order("a\u05d0\u05d1 \u05d2 b", [1, 2, 3, 4, 5, 6, 7]),
+            ("a \u05d2 \u05d1\u05d0b", [1, 6, 5, 4, 3, 2, 7]),
+        )
+        self.assertEqual(visual_order("\u058f\u0590 \u08ff\u0900", [])[0], "\u058f\u08ff \u0590\u0900")
+        for text, turned in {
+            "ab 1": "ab 1",
+            " \u05d0\u05d1 ": "  \u05d1\u05d0",
+            "\u05d0\u05d11\u05d2": "\u05d1\u05d01\u05d2",
+        }.items():
+            self.assertEqual(visual_order(text, [])[0], turned)
+
+    def test_surrogates_are_characters_of_their_own(self) -> None:
+        self.assertEqual(units("a\U0001f600"), "a\ud83d\ude00")
+
+    def test_matrices(self) -> None:
+        face, fallback = PageFont("Face", "ab"), PageFont("DejaVuSans", "c")
+        turned = {"lfEscapement": 900, "lfItalic": 1}
+        record = TextRecord(turned, 100.5, -100.5, "abc", [10, 20, 5], 10, 0, 1.2, 0.5)
+        runs = [Run(face, "ab"), Run(fallback, "c")]
+        first, second = run_matrices(record, runs, exact=False)
+        self.assertEqual((first[1], first[2], first[4:]), (1, -1, (101, -101)))
+        self.assertAlmostEqual(first[3], 0.16958, places=5)
+        self.assertEqual((round(second[3], 5), second[4:]), (0, (101, -71)))
+        record.advances = None
+        self.assertEqual(run_matrices(record, runs, exact=True)[1], (1, 0, 0, 1, 100.5, -100.5))
+
+    def test_runs_are_taken_where_they_fit(self) -> None:
+        font, other = PageFont("F", "abcz"), PageFont("G", "x")
+        runs = TextRuns([[Run(font, "ab"), Run(other, "x"), Run(font, "c\ufffd"), Run(font, "z")]])
+        record = TextRecord({}, 0, 0, "abx", [0, 0, 0], 1, 0, 1, 1)
+        self.assertEqual(runs.take(0, record), [Run(font, "ab"), Run(other, "x")])
+        record.text = "c\t"
+        self.assertEqual(runs.take(0, record), [Run(font, "c\ufffd")])
+        # No character but z is left for the page to show.
+        record.text = "y"
+        self.assertEqual(runs.take(0, record), [Run(MISSING, "y")])
+        self.assertEqual(runs.expected_font(font).kept, "abc")
+
+
 class Pages(unittest.TestCase):
     def test_a_red_line(self) -> None:
         settings = {"marginLeft": 127, "marginTop": 0, "marginBottom": 127}
@@ -132,7 +175,7 @@ class Pages(unittest.TestCase):
         self.assertEqual(pages[0].streams, [])
 
     def test_the_text_form_names_the_first_operation_that_differs(self) -> None:
-        trace = parse_trace(write_trace(TraceGenerator(3).lines()))
+        trace = parse_trace(write_trace(TraceGenerator(4).lines()))
         text = job_text(plot_trace(trace))
         self.assertEqual(differences(text, text), [])
         message = differences(text, text.replace(" l ", " m ", 1))[0]

@@ -20,6 +20,13 @@ LINE_STYLES = [0, 0, 0, 0, 1, 2, 3, 4, 5, 6, 7, 7, 8]
 BACKGROUNDS = [0xFFFFFFFF, 0, 0xFFFFFF, 0x0000FF, 0x8000FF, 0x010203, 0x01000000]
 COLORS = [[0, 0, 0], [255, 255, 255], [255, 0, 0], [0, 128, 255], [1, 2, 3], [51, 102, 254]]
 
+FACES = ["DejaVu Sans", "DejaVu Serif", "DejaVu Sans Mono", "Liberation Sans", "Liberation Serif", "Symbol"]
+FACES += ["WenQuanYi Zen Hei Mono", "文泉驿正黑", "Wingdings", "No Such Face", ""]
+WORDS = ["Plan", "M 1:50", "Ø 12±0.1", "level +3.00", "Ελληνικά", "Кириллица 7", "קומה", "מבט א", "مقطع"]
+WORDS += ["ب 12", "平面图", "比例 1:100", "שלום עולם", "\ufe8d\ufb56", " ", "(", "\uf06c\uf0fc", "\xa0-\xad;\u037e"]
+# Such as no font has.
+WORDS += ["\t", "\x7f", "\U0001d400"]
+
 
 class TraceGenerator:
     """Makes one trace from one seed."""
@@ -32,6 +39,7 @@ class TraceGenerator:
         self._pens = [self._new_pen() for _ in range(3)]
         self._clips = [self._new_clip() for _ in range(3)]
         self._brushes = choose.sample(COLORS, 2)
+        self._fonts = [self._new_font() for _ in range(2)]
 
     def lines(self) -> list[Line]:
         """The lines of the trace: the job, then pages with calls between and around them."""
@@ -76,6 +84,8 @@ class TraceGenerator:
             settings["backgroundColor"] = self._random.choice(BACKGROUNDS)
         if self._random.random() < 0.2:
             settings["dmOrientation"] = 2
+        if self._random.random() < 0.05:
+            settings["textAsGeometry"] = 1
         if self._random.random() < 0.1:
             settings["dmPaperSize"] = self._random.choice([0, 12345])
         return settings
@@ -219,6 +229,35 @@ class TraceGenerator:
     def _fill_mode(self) -> Line:
         return {"call": "DevSetFillMode", "mode": self._random.choice(FILL_MODES)}
 
+    # Text.
+
+    def _new_font(self) -> Line:
+        choose = self._random
+        font: Line = {"lfHeight": -20, "lfFaceName": choose.choice(FACES)}
+        font["lfEscapement"] = choose.choice([0, 0, 0, 300, 900, 1800, -450, 3601])
+        if choose.random() < 0.3:
+            font["lfWeight"] = choose.choice([200, 400, 700, 900])
+        if choose.random() < 0.3:
+            font["lfItalic"] = 1
+        return font
+
+    def _text(self) -> Line:
+        choose = self._random
+        text = "".join(choose.choice(WORDS) for _ in range(choose.choice([0, 1, 1, 2, 3])))
+        count = len(text.encode("utf-16-le")) // 2
+        advances = [choose.choice([0, 6, 12.5, 1e-3, 7.1]) for _ in range(count)]
+        return {
+            "call": "DevText",
+            "font": dict(choose.choice(self._fonts)),
+            "position": self._point(),
+            "text": text,
+            "advances": choose.choice([None, advances, advances]),
+            "textHeight": choose.choice([20, 12.3456, 0.7, 150]),
+            "obliqueAngle": choose.choice([0, 0, 0, 0.2617993877991494, -0.5]),
+            "trackingFactor": choose.choice([1, 1, 1, 1.000001, 1.2, 0.75]),
+            "widthFactor": choose.choice([1, 1, 0.8, 1.5, 0.333]),
+        }
+
     def _query(self) -> Line:
         index = self._random.choice([4, 6, 8, 10, 88, 90, 110, 111, 112, 113, self._random.randint(-2, 200)])
         return {"call": "DevGetCaps", "index": index}
@@ -240,5 +279,6 @@ MAKERS: list[Callable[[TraceGenerator], Line | list[Line]]] = [
     TraceGenerator._raster_op,
     TraceGenerator._fill_mode,
     TraceGenerator._query,
+    TraceGenerator._text,
 ]
-WEIGHTS = [30, 4, 8, 4, 7, 5, 5, 5, 11, 10, 4, 5, 4, 3, 1]
+WEIGHTS = [30, 4, 8, 4, 7, 5, 5, 5, 11, 10, 4, 5, 4, 3, 1, 10]
