@@ -71,8 +71,14 @@ uint32_t BackgroundWord(Rgb color) {
   return uint32_t{color.red} | uint32_t{color.green} << 8 | uint32_t{color.blue} << 16;
 }
 
+FontMap ReadFontMap(const PlotOptions& options) {
+  FontMap map;
+  if (options.fontMap) map.Read(*options.fontMap);
+  return map;
+}
+
 std::vector<Orientation> ChooseOrientations(const std::vector<Drawing>& drawings, const PlotOptions& options,
-                                            const PaperPlan& paper) {
+                                            FontBook& fonts, const PaperPlan& paper) {
   const Sheet portrait = paper.SheetFor(Orientation::kPortrait);
   const Sheet landscape = paper.SheetFor(Orientation::kLandscape);
   std::vector<Orientation> orientations;
@@ -80,7 +86,7 @@ std::vector<Orientation> ChooseOrientations(const std::vector<Drawing>& drawings
   for (const Drawing& drawing : drawings) {
     orientations.push_back(paper.IsCustom() && !orientations.empty()
                                ? orientations.front()
-                               : BestOrientation(drawing, options, portrait, landscape));
+                               : BestOrientation(drawing, options, fonts, portrait, landscape));
   }
   return orientations;
 }
@@ -96,6 +102,7 @@ JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const Pap
   if (line.plot.background) {
     job.devMode.push_back(DevModeSetting("backgroundColor", BackgroundWord(*line.plot.background)));
   }
+  if (line.plot.textAsGeometry) job.devMode.push_back(DevModeSetting("textAsGeometry", 1));
   return job;
 }
 
@@ -115,13 +122,13 @@ void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
 
 // What is skipped, by the reader and in plotting.
 SkippedCounts PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
-                        const std::vector<Orientation>& orientations, PlotDevice& device,
+                        const std::vector<Orientation>& orientations, FontBook& fonts, PlotDevice& device,
                         Progress& progress) {
   SkippedCounts skipped;
   for (size_t i = 0; i < drawings.size(); ++i) {
     device.StartPage(paper.PageChanges(orientations[i]));
     const uint64_t before = device.ObjectCount();
-    Add(PlotDrawing(drawings[i], line.plot, MakeSheet(device), device, progress), skipped);
+    Add(PlotDrawing(drawings[i], line.plot, MakeSheet(device), fonts, device, progress), skipped);
     for (const auto& [type, count] : drawings[i].skipped) skipped[type] += count;
     device.EndPage();
     if (line.verbosity == Verbosity::kVerbose) {
@@ -144,6 +151,11 @@ void PrintSkipped(const CommandLine& line, const SkippedCounts& skipped) {
 ExitStatus PlotDrawings(const CommandLine& line) {
   const Clock::time_point start = Clock::now();
   Progress progress(ProgressFor(line.verbosity));
+  FontBook fonts(ReadFontMap(line.plot), [&](const std::string& message) {
+    if (line.verbosity != Verbosity::kVerbose) return;
+    progress.Finish();
+    PrintLine(stderr, message);
+  });
   const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
@@ -152,9 +164,9 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
   const PaperPlan paper(driver, line.plot);
-  const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, paper);
+  const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, fonts, paper);
   Job job(driver, SettingsFor(line, drawings.front(), paper, orientations.front()), line);
-  const SkippedCounts skipped = PlotPages(line, drawings, paper, orientations, job.Device(), progress);
+  const SkippedCounts skipped = PlotPages(line, drawings, paper, orientations, fonts, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);
   return drawings.size() < line.inputs.size() ? ExitStatus::kPartlyDone : status;

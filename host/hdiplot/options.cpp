@@ -158,6 +158,12 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       ->expected(1)  // for each time it is given
       ->take_all()
       ->allow_extra_args(false);
+  forDrawings(app.add_option("--font-map", plot.fontMap,
+                             "Fonts to plot with: lines of NAME = FAMILY[, bold][, italic] or "
+                             "NAME = stroke:FONT"))
+      ->type_name("FILE");
+  forDrawings(app.add_flag("--text-as-geometry", plot.textAsGeometry,
+                           "Text as shapes only, which cannot be searched"));
 
   app.add_option("--device", line.device, "The driver's device (default: the first)")
       ->type_name("NAME")

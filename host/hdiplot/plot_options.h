@@ -2,6 +2,7 @@
 // drawings.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -35,6 +36,8 @@ struct PlotOptions {
   std::optional<Rgb> background;
   std::vector<std::string> layers;      // wildcards * and ?, without regard to case; empty: every layer
   std::vector<std::string> skipLayers;  // the same; goes before `layers`
+  std::optional<std::filesystem::path> fontMap;
+  bool textAsGeometry = false;
 };
 
 }  // namespace hdiplot

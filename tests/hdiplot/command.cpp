@@ -71,8 +71,12 @@ std::string Workplace::TakeLog() const {
   return log;
 }
 
-Outcome Workplace::RunReal(const std::vector<std::string>& arguments) const {
-  return Run(arguments, {{"HDI_MODULE", HDI_DRIVER_PATH}, {"HDI_USER_DIR", Path("user").string()}});
+Outcome Workplace::RunReal(const std::vector<std::string>& arguments,
+                           const std::map<std::string, std::string>& variables) const {
+  std::map<std::string, std::string> all = variables;
+  all["HDI_MODULE"] = HDI_DRIVER_PATH;
+  all["HDI_USER_DIR"] = Path("user").string();
+  return Run(arguments, all);
 }
 
 Outcome Workplace::Run(const std::vector<std::string>& arguments,

@@ -31,7 +31,8 @@ class Workplace {
   // Runs the command with the fake module or the real one; `variables` are added to the environment.
   [[nodiscard]] Outcome RunFake(const std::vector<std::string>& arguments,
                                 const std::map<std::string, std::string>& variables = {}) const;
-  [[nodiscard]] Outcome RunReal(const std::vector<std::string>& arguments) const;
+  [[nodiscard]] Outcome RunReal(const std::vector<std::string>& arguments,
+                                const std::map<std::string, std::string>& variables = {}) const;
 
   // What the fake module has written since the last call.
   [[nodiscard]] std::string TakeLog() const;

@@ -62,6 +62,39 @@ class Drawings : public testing::Test {
   Workplace place;
 };
 
+std::string TextDrawing() {
+  return "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nSTYLE\n0\nSTYLE\n2\nSTANDARD\n70\n0\n3\narial."
+         "ttf\n0\nENDTAB\n0\n"
+         "ENDSEC\n0\nSECTION\n2\nENTITIES\n0\nTEXT\n8\n0\n10\n0\n20\n0\n40\n5\n1\nwords\n0\nENDSEC\n0\nEOF\n";
+}
+
+TEST_F(Drawings, NeedNoFontsThatTheyName) {
+  place.Write("text.dxf", TextDrawing());
+  place.Write("none.conf", "<fontconfig></fontconfig>");
+  const Outcome plain = place.RunReal({"text.dxf", "-o", "a.pdf", "-v"});
+  EXPECT_THAT(plain.err, HasSubstr("font \"Arial\" is not installed; using \"Liberation Sans\"\n"));
+  const Outcome bare = place.RunReal({"text.dxf", "-o", "b.pdf", "-v"},
+                                     {{"FONTCONFIG_FILE", place.Path("none.conf").string()}});
+  EXPECT_EQ(bare.status, 0);
+  EXPECT_THAT(bare.err, HasSubstr("font \"Arial\" is not installed; using \"rowmans\"\n"));
+
+  place.Write("fonts.map", "# ours\narial.ttf = DejaVu Sans, bold\n");
+  EXPECT_EQ(place.RunReal({"text.dxf", "-o", "c.pdf", "--font-map", "fonts.map"}).err, "");
+  EXPECT_THAT(place.Read("c.pdf"), HasSubstr("DejaVuSans-Bold"));
+  place.Write("fonts.map", "arial.ttf = DejaVu Sans\nsimplex\n");
+  const Outcome broken = place.RunReal({"text.dxf", "-o", "d.pdf", "--font-map", "fonts.map"});
+  EXPECT_EQ(broken.status, 2);
+  EXPECT_EQ(broken.err, "hdiplot: fonts.map:2: a line is NAME = FONT\n");
+  EXPECT_FALSE(place.Has("d.pdf"));
+}
+
+TEST_F(Drawings, HaveTextAsGeometryWhenAskedTo) {
+  place.Write("text.dxf", TextDrawing());
+  const Outcome plotted = place.RunReal({"text.dxf", "-o", "a.pdf", "--text-as-geometry"});
+  EXPECT_EQ(plotted.status, 0);
+  EXPECT_THAT(place.Read("a.pdf"), testing::Not(HasSubstr("/Font")));
+}
+
 TEST_F(Drawings, EachPageTakesTheOrientationThatFits) {
   EXPECT_EQ(place.RunReal({"wide.dxf", "tall.dxf", "wide.dxf", "-o", "out.pdf"}).status, 0);
   EXPECT_THAT(MediaBoxes(place.Read("out.pdf")), ElementsAre("841x595", "595x841", "841x595"));

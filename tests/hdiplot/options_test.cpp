@@ -54,6 +54,7 @@ TEST(Options, ThatAreWrongGiveOneMessageAndStatus2) {
       {{"a.dxf", "--results"}, "--results"},
       {{"a.jsonl", "-o", "x", "--paper", "A3"}, "--paper: is for drawings"},
       {{"a.jsonl", "-o", "x", "--monochrome"}, "--monochrome: is for drawings"},
+      {{"a.jsonl", "-o", "x", "--font-map", "f"}, "--font-map: is for drawings"},
       {{"a.dxf", "--landscape", "--portrait"}, "--landscape"},
       {{"a.dxf", "--fit", "--scale", "1:2"}, "--scale"},
       {{"a.dxf", "--quiet", "--verbose"}, "--quiet"},

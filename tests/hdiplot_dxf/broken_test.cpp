@@ -122,6 +122,9 @@ TEST(Broken, Entities) {
       {"0 SPLINE|71 1|40 0|40 2|40 1|40 1|10 0|20 0|10 1|20 1", 6, "not in order"},
       {"0 SPLINE|71 1|40 1|40 1|40 1|40 1|10 0|20 0|10 1|20 1", 6, "no length"},
       {"0 SPLINE|71 1|10 0|20 0|41 1|10 1|20 1|41 0", 6, "weight"},
+      {"0 TEXT|20 0|40 1|1 a", 6, "no group 10"},
+      {"0 MTEXT|10 0|40 1|1 a", 6, "no group 20"},
+      {"0 INSERT|66 1|2 A|10 0|20 0|0 ATTRIB|1 a|70 1|0 SEQEND", 16, "no group 10"},
       {"0 LEADER|76 100000|10 0|20 0", 8, "there are 1"},
       {"0 POLYLINE|70 16|71 2|72 2|0 VERTEX|10 0|20 0|0 SEQEND", 6, "2 by 2"},
       {"0 POLYLINE|70 64|0 VERTEX|10 0|20 0|70 192|0 VERTEX|70 128|71 1|72 2|0 SEQEND", 18, "corner 2"},
@@ -165,9 +168,9 @@ TEST(Broken, DeepAndWideNestingEnds) {
               "|10 0|20 0|70 100|0 ENDBLK|";
   }
   EXPECT_EQ(ErrorOf(WithSections("", "", chain, "")), "");
-  powers += "0 BLOCK|2 B100|0 TEXT|1 a|0 ENDBLK";
+  powers += "0 BLOCK|2 B100|0 XLINE|10 0|0 ENDBLK";
   const Drawing drawing = dxf_writing::Read(WithSections("", "", powers, "0 INSERT|2 B0|10 0|20 0"));
-  EXPECT_EQ(drawing.skipped.at("TEXT"), UINT64_MAX);
+  EXPECT_EQ(drawing.skipped.at("XLINE"), UINT64_MAX);
 }
 
 }  // namespace

@@ -25,6 +25,17 @@ int32_t LogPen(HostDevice* device, const hdi::EXTLOGPEN32* pen) {
   return Add(device, {"SetPen", {}, {}, own});
 }
 
+int32_t LogText(HostDevice* device, const hdi::LOGFONTW* font, const HT_Double_Point* position,
+                const char16_t* text, int32_t count, const double* advances, double height, double oblique,
+                double tracking, double width) {
+  LoggedCall call{"Text", {{*position}}, {height, oblique, tracking, width}, {}, *font, {text, text + count},
+                  {}};
+  if (advances != nullptr) call.advances.assign(advances, advances + count);
+  Add(device, std::move(call));
+  const bool shows = static_cast<LoggingDriver*>(device->driver)->showsText;
+  return shows && advances != nullptr && tracking == 1 ? 1 : 0;
+}
+
 }  // namespace
 
 LoggingDriver::LoggingDriver() {
@@ -35,6 +46,11 @@ LoggingDriver::LoggingDriver() {
         return index == 8 ? 2000 : index == 10 ? 3000 : index == 88 || index == 90 ? 254 : 0;
       });
   Set(hdi::Position::kSetPen, LogPen);
+  Set(hdi::Position::kText, LogText);
+  Set(
+      hdi::Position::kFillPath, +[](HostDevice* device) {
+        return Add(device, {"FillPath", {}, {}, {}});
+      });
   Set(
       hdi::Position::kPolyline, +[](HostDevice* device, const HT_Double_Point* points, int32_t count) {
         return Add(device, {"Polyline", {{points, points + count}}, {}, {}});
@@ -54,11 +70,13 @@ LoggingDriver::LoggingDriver() {
       });
 }
 
-std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options) {
+std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options, bool showsText) {
   LoggingDriver driver;
+  driver.showsText = showsText;
+  FontBook fonts;
   PlotDevice device(driver);
   Progress progress(ProgressDisplay::kOff);
-  PlotDrawing(drawing, options, MakeSheet(device), device, progress);
+  PlotDrawing(drawing, options, MakeSheet(device), fonts, device, progress);
   return driver.calls;
 }
 
@@ -75,10 +93,10 @@ PlotOptions OneToOne() {
   return options;
 }
 
-std::vector<LoggedCall> PlotOnSheet(const Drawing& drawing, const PlotOptions& options) {
+std::vector<LoggedCall> PlotOnSheet(const Drawing& drawing, const PlotOptions& options, bool showsText) {
   // With the same options: a frozen or filtered layer 0 leaves no calls for the corners.
   const std::vector<LoggedCall> corners = PlotToLog(SheetDrawing(), options);
-  std::vector<LoggedCall> calls = PlotToLog(drawing, options);
+  std::vector<LoggedCall> calls = PlotToLog(drawing, options, showsText);
   calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(corners.size()));
   return calls;
 }

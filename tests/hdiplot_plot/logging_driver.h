@@ -12,8 +12,11 @@ namespace hdiplot {
 struct LoggedCall {
   std::string name;
   std::vector<std::vector<hdi::HT_Double_Point>> points;  // one list for most calls; an arc's centre
-  std::vector<double> numbers;                            // an arc's five
+  std::vector<double> numbers;  // an arc's five; a text's height, oblique angle, tracking and width factor
   Pen pen;
+  hdi::LOGFONTW font{};  // a text's, as the next
+  std::u16string text{};
+  std::vector<double> advances{};
 };
 
 // At 254 dots per inch, ten dots a millimetre, and with a printable area of 2000 by 3000 dots; so a tenth of
@@ -23,10 +26,12 @@ class LoggingDriver final : public PlainDriver {
   LoggingDriver();
 
   std::vector<LoggedCall> calls;
+  bool showsText = true;  // what it says to a text with advances and without tracking
 };
 
 // The calls that plotting `drawing` makes.
-[[nodiscard]] std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options = {});
+[[nodiscard]] std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options = {},
+                                                bool showsText = true);
 
 // A drawing of one unit a dot on the logging driver's sheet: plotted with OneToOne(), unit (x, y) comes to
 // the dot (x, 3000 - y), since it has points in two corners of the sheet; and nothing else yet.
@@ -35,7 +40,8 @@ class LoggingDriver final : public PlainDriver {
 
 // The calls behind those for the points in the corners.
 [[nodiscard]] std::vector<LoggedCall> PlotOnSheet(const Drawing& drawing,
-                                                  const PlotOptions& options = OneToOne());
+                                                  const PlotOptions& options = OneToOne(),
+                                                  bool showsText = true);
 
 // The calls of one name.
 [[nodiscard]] std::vector<LoggedCall> Named(const std::vector<LoggedCall>& calls, const std::string& name);

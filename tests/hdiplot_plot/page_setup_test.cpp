@@ -30,7 +30,8 @@ TEST(PlottedExtents, GoThroughInsertsAndLeaveOutWhatIsHidden) {
   insert.columnSpacing = 20;
   drawing.entities = {Thing(insert), Thing(LineEntity{{-500, 0}, {500, 0}}, "hidden")};
   drawing.layers["Hidden"].off = true;
-  const Box box = PlottedExtents(drawing, {});
+  FontBook fonts;
+  const Box box = PlottedExtents(drawing, {}, fonts);
   EXPECT_NEAR(box.low.x, 9, 1e-9);
   EXPECT_NEAR(box.high.x, 11, 1e-9);
   EXPECT_NEAR(box.low.y, -3, 1e-9);
@@ -41,8 +42,9 @@ TEST(BestOrientation, TakesTheLargerPlot) {
   const Sheet portrait = SheetOf(2000, 2900);
   const Sheet landscape = SheetOf(2900, 2000);
   Drawing drawing;
+  FontBook fonts;
   const auto best = [&](const PlotOptions& options = {}) {
-    return BestOrientation(drawing, options, portrait, landscape);
+    return BestOrientation(drawing, options, fonts, portrait, landscape);
   };
   EXPECT_EQ(best(), Orientation::kPortrait);  // an empty drawing
   drawing.entities = {Thing(LineEntity{{0, 0}, {40, 30}})};

@@ -122,6 +122,44 @@ struct HatchEntity {
   std::vector<HatchLoop> loops;
 };
 
+// How a text stands to its place. The first four are about the base line; kAligned and kFit stretch the text
+// between `place` and `end`, the first in height too.
+enum class TextAlign : uint8_t { kLeft, kCenter, kRight, kMiddle, kAligned, kFit };
+enum class TextLine : uint8_t { kBase, kBottom, kMiddle, kTop };  // which line of the text lies on the place
+
+// Strings are UTF-8 with the file's escapes for characters (\U+XXXX, \M+NXXXX) resolved; the codes that
+// format a text stand in it still. Axes are unit vectors, one of them mirrored when the text is seen from
+// behind.
+struct TextEntity {                // TEXT, ATTRIB and ATTDEF
+  std::string text;                // with %% codes
+  std::string style = "STANDARD";  // upper case
+  Vec2 place;
+  Vec2 end;  // for kAligned and kFit
+  TextAlign align = TextAlign::kLeft;
+  TextLine line = TextLine::kBase;
+  Vec2 right{1, 0};
+  Vec2 up{0, 1};
+  double height = 1;  // of capitals; above 0
+  double widthFactor = 1;
+  double oblique = 0;  // radians, to the right
+  bool backwards = false;
+  bool upsideDown = false;
+};
+
+struct MTextEntity {               // MTEXT
+  std::string text;                // with formatting codes
+  std::string style = "STANDARD";  // upper case
+  Vec2 place;
+  int attachment = 1;  // 1 to 9: top left, top centre, top right, middle left, ... bottom right
+  Vec2 right{1, 0};
+  Vec2 up{0, 1};
+  double height = 1;          // of capitals; above 0
+  double wrapWidth = 0;       // 0: lines end only where the text says so
+  double lineSpacing = 1;     // factor on the usual distance of base lines, 5/3 of the height
+  bool exactSpacing = false;  // taller letters do not widen the distance
+  bool vertical = false;      // letters run downwards; else the style says whether they do
+};
+
 struct InsertEntity {  // INSERT, and DIMENSION through its block
   std::string block;
   Vec2 at;
@@ -135,8 +173,9 @@ struct InsertEntity {  // INSERT, and DIMENSION through its block
   double rowSpacing = 0;
 };
 
-using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
-                           PointEntity, SolidEntity, FaceEntity, HatchEntity, InsertEntity>;
+using Shape =
+    std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity, PointEntity,
+                 SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity, InsertEntity>;
 
 struct Entity {
   Attributes attributes;
@@ -156,6 +195,20 @@ struct LineType {
   std::vector<double> dashes;  // positive dash, negative gap, 0 dot, in drawing units; empty: continuous
 };
 
+struct TextStyle {               // STYLE
+  std::string fontFile = "txt";  // a stroke font (.shx or without an extension) or a TrueType file
+  std::string bigFontFile;       // stroke font of a large alphabet
+  std::string family;            // of a TrueType font; goes before the file
+  bool bold = false;
+  bool italic = false;
+  double height = 0;  // 0: each text has its own
+  double widthFactor = 1;
+  double oblique = 0;  // radians, to the right
+  bool backwards = false;
+  bool upsideDown = false;
+  bool vertical = false;
+};
+
 struct Block {
   Vec2 base;
   std::vector<Entity> entities;
@@ -164,14 +217,15 @@ struct Block {
 struct Drawing {
   std::string name;  // the file's name without directories
   std::vector<Entity> entities;
-  std::map<std::string, Layer> layers;        // by name as written; look-ups are without regard to case
-  std::map<std::string, LineType> lineTypes;  // by upper-case name
-  std::map<std::string, Block> blocks;        // by upper-case name
-  double lineTypeScale = 1;                   // $LTSCALE
-  double millimetresPerUnit = 1;              // from $INSUNITS, 1 when unitless
-  int pointMode = 0;                          // $PDMODE
-  double pointSize = 0;                       // $PDSIZE
-  std::map<std::string, uint64_t> skipped;    // entity types that are not plotted, and how many
+  std::map<std::string, Layer> layers;          // by name as written; look-ups are without regard to case
+  std::map<std::string, LineType> lineTypes;    // by upper-case name
+  std::map<std::string, Block> blocks;          // by upper-case name
+  std::map<std::string, TextStyle> textStyles;  // by upper-case name
+  double lineTypeScale = 1;                     // $LTSCALE
+  double millimetresPerUnit = 1;                // from $INSUNITS, 1 when unitless
+  int pointMode = 0;                            // $PDMODE
+  double pointSize = 0;                         // $PDSIZE
+  std::map<std::string, uint64_t> skipped;      // entity types that are not plotted, and how many
 };
 
 }  // namespace hdiplot

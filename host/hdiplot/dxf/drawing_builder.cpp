@@ -51,9 +51,14 @@ constexpr std::array kMillimetresPerUnit = {
 // Scales beyond this are no scales; the drawing does without. The header holds other numbers of any size.
 constexpr double kLargestScale = 1e12;
 
+bool IsText(std::string_view type) {
+  return type == "TEXT" || type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF";
+}
+
 }  // namespace
 
-DrawingBuilder::DrawingBuilder() : adapter_(names_), entities_(&drawing_.entities) {}
+DrawingBuilder::DrawingBuilder(std::string_view file)
+    : names_(file), adapter_(names_), texts_(names_, drawing_.textStyles), entities_(&drawing_.entities) {}
 
 void DrawingBuilder::OnVariable(const DxfObject& variable) {
   if (variable.type == "$ACADVER") {
@@ -82,6 +87,8 @@ void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
     if (auto lineType = adapter_.ReadLineType(entry)) {
       drawing_.lineTypes[lineType->name] = std::move(lineType->lineType);
     }
+  } else if (entry.type == "STYLE") {
+    if (auto style = texts_.ReadStyle(entry)) drawing_.textStyles[style->name] = std::move(style->style);
   }
 }
 
@@ -110,7 +117,10 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     AddPartOfPolyline(entity);
     return;
   }
-  if (entity.type == "SEQEND") return;  // of the attributes after an INSERT
+  if (entity.type == "SEQEND") {  // of the attributes after an INSERT
+    insert_.reset();
+    return;
+  }
   const Attributes attributes = AttributesOf(entity, names_);
   if (entity.type == "POLYLINE") {
     polyline_ = OpenPolyline{PolylineBuilder(entity), attributes};
@@ -118,6 +128,8 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     AddEntity(attributes, ReadLwPolyline(entity));
   } else if (entity.type == "HATCH") {
     AddHatch(entity, attributes);
+  } else if (IsText(entity.type)) {
+    AddText(entity, attributes);
   } else if (entity.type == "DIMENSION") {
     AddDimension(entity, attributes);
   } else if (!DxflibAdapter::ReadsShape(entity.type)) {
@@ -163,6 +175,8 @@ void DrawingBuilder::AddDimension(const DxfObject& dimension, const Attributes& 
 }
 
 void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert) {
+  insert_.reset();
+  if (entity.Integer(66, 0) != 0) insert_ = attributes;
   // A block turned out of the drawing's plane cannot be expressed by scales and a rotation.
   if (entity.type == "INSERT" && Ocs::Of(entity).GetKind() == Ocs::Kind::kTilted) {
     CountSkipped(entity.type, attributes);
@@ -181,6 +195,26 @@ void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attribu
     return;
   }
   AddEntity(attributes, std::move(hatch));
+}
+
+void DrawingBuilder::AddText(const DxfObject& object, Attributes attributes) {
+  if (object.type == "MTEXT") {
+    if (auto text = texts_.ReadMText(object)) AddEntity(attributes, std::move(*text));
+    return;
+  }
+  if (object.type == "ATTRIB" && insert_) TakeFromInsert(attributes);
+  if (auto text = texts_.ReadText(object, !block_.empty())) AddEntity(attributes, std::move(*text));
+}
+
+// An attribute is an entity of its own, but shares its INSERT's space, comes and goes with it, and has it for
+// its block.
+void DrawingBuilder::TakeFromInsert(Attributes& attributes) const {
+  attributes.paperSpace = insert_->paperSpace;
+  if (attributes.color.kind == EntityColor::Kind::kByBlock) attributes.color = insert_->color;
+  if (attributes.lineWeight == kLineWeightByBlock) attributes.lineWeight = insert_->lineWeight;
+  const auto layer = drawing_.layers.find(insert_->layer);
+  const bool frozen = layer != drawing_.layers.end() && layer->second.frozen;
+  if (!insert_->visible || frozen) attributes.visible = false;
 }
 
 void DrawingBuilder::AddEntity(const Attributes& attributes, Shape shape) {

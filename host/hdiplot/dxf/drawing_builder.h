@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/hdiplot/dxf/block_graph.h"
@@ -11,12 +12,14 @@
 #include "host/hdiplot/dxf/name_decoder.h"
 #include "host/hdiplot/dxf/polyline_reader.h"
 #include "host/hdiplot/dxf/structure_reader.h"
+#include "host/hdiplot/dxf/text_reader.h"
 
 namespace hdiplot {
 
 class DrawingBuilder : public DxfVisitor {
  public:
-  DrawingBuilder();
+  // `file` is the whole text of the DXF, good as long as the builder.
+  explicit DrawingBuilder(std::string_view file);
 
   void OnVariable(const DxfObject& variable) override;
   void OnTableEntry(const DxfObject& entry) override;
@@ -49,6 +52,8 @@ class DrawingBuilder : public DxfVisitor {
   void AddDimension(const DxfObject& dimension, const Attributes& attributes);
   void AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert);
   void AddHatch(const DxfObject& object, const Attributes& attributes);
+  void AddText(const DxfObject& object, Attributes attributes);
+  void TakeFromInsert(Attributes& attributes) const;
   void AddEntity(const Attributes& attributes, Shape shape);
   void CountSkipped(std::string_view type, const Attributes& attributes);
   std::string Place(const Attributes& attributes) const;
@@ -57,12 +62,14 @@ class DrawingBuilder : public DxfVisitor {
   NameDecoder names_;
   DxflibAdapter adapter_;
   Drawing drawing_;
+  TextReader texts_;
   BlockGraph graph_;
   std::vector<Insert> inserts_;
   std::vector<std::string> external_;  // blocks whose content is in another file
   std::string block_;                  // the one being read; empty in the model
   std::vector<Entity>* entities_;      // its entities
   std::optional<OpenPolyline> polyline_;
+  std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
 };
 
 }  // namespace hdiplot

@@ -1,5 +1,5 @@
-// One object of a DXF: what stands between one group 0 and the next, without extended data, reactors and
-// comments. A header variable is one too, its type the variable's name.
+// One object of a DXF: what stands between one group 0 and the next, without reactors and comments, extended
+// data apart. A header variable is one too, its type the variable's name.
 #pragma once
 
 #include <algorithm>
@@ -16,6 +16,7 @@ struct DxfObject {
   std::string_view type;
   size_t line = 0;  // of the type's name
   std::vector<Group> groups;
+  std::vector<Group> extended;  // codes from 1000, of all applications
 
   // The first group of that code, or null.
   const Group* Find(int code) const {

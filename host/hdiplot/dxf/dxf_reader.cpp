@@ -12,7 +12,7 @@ namespace hdiplot {
 Drawing ReadDxf(const std::filesystem::path& file) {
   const std::string text = LoadDxfText(file);
   try {
-    DrawingBuilder builder;
+    DrawingBuilder builder(text);
     StructureReader(text, builder).Read();
     Drawing drawing = builder.Finish();
     drawing.name = file.filename().string();

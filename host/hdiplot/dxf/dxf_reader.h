@@ -12,9 +12,9 @@ namespace hdiplot {
 // no numbers or far out of range, with counts that do not match, or with a block that contains itself.
 //
 // Not read are sections other than HEADER, TABLES, BLOCKS and ENTITIES, of which only the form is checked.
-// Drawing::skipped counts what the model has no shape for (text above all), inserts and dimensions without
-// their block, and inserts turned out of the drawing's plane: those of the model, and those of blocks as
-// often as the block is inserted.
+// Drawing::skipped counts what the model has no shape for, inserts and dimensions without their block, and
+// inserts turned out of the drawing's plane: those of the model, and those of blocks as often as the block is
+// inserted.
 Drawing ReadDxf(const std::filesystem::path& file);
 
 }  // namespace hdiplot

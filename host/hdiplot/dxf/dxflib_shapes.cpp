@@ -40,8 +40,6 @@ constexpr std::array kShapeTypes = {
     ShapeType{"3DFACE", kThreePoints}, ShapeType{"LEADER", kPoint},
 };
 
-double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
-
 int Copies(const DxfObject& insert, int code) {
   const Group* group = insert.Find(code);
   if (!group || group->integer == 0) return 1;

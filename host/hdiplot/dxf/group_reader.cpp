@@ -122,6 +122,7 @@ bool GroupReader::Next(Group& group) {
       throw DxfFault{
           line_, "the file ends after the group code " + std::to_string(group.code) + ", without a value"};
     }
+    group.raw = content.ends_with('\r') ? content.substr(0, content.size() - 1) : content;
     group.value = Trimmed(content);
   } while (group.code == kCommentCode);
   if (check_ != ValueCheck::kNone) ReadNumber(group);

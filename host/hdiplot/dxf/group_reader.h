@@ -19,6 +19,7 @@ struct Group {
   int code = 0;
   size_t line = 0;         // of the code; the value stands on the next one
   std::string_view value;  // without the blanks around it; points into the text
+  std::string_view raw;    // the whole line, for a text in which blanks count
   double real = 0;         // the value of a code that stands for a real number
   int64_t integer = 0;     // the value of a code that stands for a whole number
 

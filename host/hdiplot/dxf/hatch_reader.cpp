@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <numbers>
 #include <span>
 #include <string>
 #include <utility>
@@ -18,8 +17,6 @@ namespace hdiplot {
 namespace {
 
 constexpr uint64_t kPathIsPolyline = 2;
-
-double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
 
 class HatchReader {
  public:

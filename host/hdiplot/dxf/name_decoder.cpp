@@ -1,11 +1,13 @@
-// Code pages through iconv, UTF-8 checked by hand, and the escape \U+XXXX.
+// Code pages through iconv, UTF-8 checked by hand, and the escapes \U+XXXX and \M+NXXXX.
 #include "host/hdiplot/dxf/name_decoder.h"
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <type_traits>
 
 namespace hdiplot {
@@ -47,6 +49,10 @@ size_t Utf8Length(std::string_view text) {
     if ((byte(i) & 0xc0) != 0x80) return 0;
   }
   return length;
+}
+
+bool IsAscii(std::string_view text) {
+  return std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
 bool IsUtf8(std::string_view text) {
@@ -103,51 +109,131 @@ std::string FromCodePage(std::string_view raw, std::string_view codePage) {
   return text;
 }
 
-// Reads \U+XXXX at the start; a value above 0xffff means that there is none.
-uint32_t EscapedUnit(std::string_view text) {
-  constexpr std::string_view kEscape = "\\U+";
-  constexpr size_t kLength = 7;
-  uint32_t unit = 0;
-  if (!text.starts_with(kEscape) || text.size() < kLength) return UINT32_MAX;
-  const char* end = text.data() + kLength;
-  const auto [read, error] = std::from_chars(text.data() + kEscape.size(), end, unit, 16);
-  return error == std::errc{} && read == end ? unit : UINT32_MAX;
+bool IsDoubleByte(std::string_view codePage) {
+  constexpr std::string_view kEnds[] = {"932",    "936",  "949",     "950",  "1361",
+                                        "GB2312", "BIG5", "KSC5601", "JOHAB"};
+  return std::ranges::any_of(kEnds, [&](std::string_view end) { return codePage.ends_with(end); });
 }
 
-std::string WithoutEscapes(std::string_view text) {
+// A character that the file has in ASCII, and how long that is; 0 where there is none.
+struct Escape {
+  size_t length = 0;
+  std::string character;
+};
+
+// Four digits. Nothing when there are others.
+std::optional<uint32_t> Hexadecimal(std::string_view text) {
+  uint32_t value = 0;
+  if (text.size() < 4) return {};
+  const auto [read, error] = std::from_chars(text.data(), text.data() + 4, value, 16);
+  if (error != std::errc{} || read != text.data() + 4) return {};
+  return value;
+}
+
+constexpr std::string_view kUnicodeEscape = "\\U+";
+constexpr std::string_view kCodePageEscape = "\\M+";
+
+std::optional<uint32_t> EscapedUnit(std::string_view text) {
+  if (!text.starts_with(kUnicodeEscape)) return {};
+  return Hexadecimal(text.substr(kUnicodeEscape.size()));
+}
+
+// \U+XXXX, a unit of UTF-16; a character of two units takes two of them.
+Escape UnicodeEscapeAt(std::string_view text) {
   constexpr size_t kLength = 7;
+  const auto first = EscapedUnit(text);
+  if (!first) return {};
+  Escape escape{kLength, {}};
+  uint32_t unit = *first;
+  const uint32_t second = EscapedUnit(text.substr(kLength)).value_or(0);
+  if (unit >= 0xd800 && unit < 0xdc00 && second >= 0xdc00 && second < 0xe000) {
+    unit = 0x10000 + ((unit - 0xd800) << 10) + (second - 0xdc00);
+    escape.length += kLength;
+  }
+  const bool usable = unit >= 0x20 && (unit < 0xd800 || unit > 0xdfff);
+  AppendUtf8(usable ? unit : kReplacement, escape.character);
+  return escape;
+}
+
+// \M+NXXXX, one or two bytes of the code page with the number N.
+Escape CodePageEscapeAt(std::string_view text) {
+  constexpr size_t kLength = 8;
+  constexpr std::string_view kCodePages[] = {"CP932", "CP950", "CP949", "CP1361", "CP936"};
+  if (!text.starts_with(kCodePageEscape) || text.size() < kLength) return {};
+  const char number = text[kCodePageEscape.size()];
+  const auto code = Hexadecimal(text.substr(kCodePageEscape.size() + 1));
+  if (number < '1' || number > '5' || !code) return {};
+  const bool isCharacter = (*code & 0xff) >= 0x20 && (*code <= 0xff || *code >= 0x8000);
+  if (!isCharacter) return {};
+  std::string bytes;
+  if (*code > 0xff) bytes += static_cast<char>(*code >> 8);
+  bytes += static_cast<char>(*code & 0xff);
+  return {kLength, FromCodePage(bytes, kCodePages[number - '1'])};
+}
+
+std::string WithoutEscapes(std::string_view text, Backslash backslash) {
+  const bool hasCodes = backslash == Backslash::kStartsCode;
   std::string plain;
   while (!text.empty()) {
-    uint32_t unit = EscapedUnit(text);
-    if (unit > 0xffff) {
-      plain += text.front();
-      text.remove_prefix(1);
+    const size_t next = std::min(text.find('\\'), text.size());
+    plain += text.substr(0, next);
+    text.remove_prefix(next);
+    Escape escape = UnicodeEscapeAt(text);
+    if (escape.length == 0) escape = CodePageEscapeAt(text);
+    if (escape.length == 0) {
+      // The second of two backslashes starts nothing.
+      const size_t taken = hasCodes && text.starts_with("\\\\") ? 2 : 1;
+      plain += text.substr(0, taken);
+      text.remove_prefix(std::min(taken, text.size()));
       continue;
     }
-    text.remove_prefix(kLength);
-    const uint32_t second = EscapedUnit(text);
-    if (unit >= 0xd800 && unit < 0xdc00 && second >= 0xdc00 && second < 0xe000) {
-      unit = 0x10000 + ((unit - 0xd800) << 10) + (second - 0xdc00);
-      text.remove_prefix(kLength);
+    if (hasCodes && (escape.character == "\\" || escape.character == "{" || escape.character == "}"))
+      plain += '\\';
+    plain += escape.character;
+    text.remove_prefix(escape.length);
+  }
+  return plain;
+}
+
+// The controls are U+0000 to U+001F and U+007F to U+009F.
+std::string WithoutControls(std::string_view text) {
+  std::string plain;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte == '\t') {
+      plain += "^I";
+    } else if (byte == 0xc2 && static_cast<unsigned char>(text[i + 1]) < 0xa0) {
+      ++i;
+    } else if (byte >= 0x20 && byte != 0x7f) {
+      plain += text[i];
     }
-    const bool usable = unit >= 0x20 && (unit < 0xd800 || unit > 0xdfff);
-    AppendUtf8(usable ? unit : kReplacement, plain);
   }
   return plain;
 }
 
 }  // namespace
 
+// Text in a code page of single bytes is hardly ever well-formed UTF-8 by chance; a few characters of two
+// bytes are quite often, but not a whole file of them.
+void NameDecoder::SetCodePage(std::string_view codePage) {
+  codePage_ = UpperCase(codePage);
+  mayBeUtf8_ = !IsDoubleByte(codePage_) || IsUtf8(file_);
+}
+
+// Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions.
+std::string NameDecoder::ToUtf8(std::string_view raw) const {
+  if (IsAscii(raw)) return std::string(raw);
+  if ((utf8_ || mayBeUtf8_) && IsUtf8(raw)) return std::string(raw);
+  return utf8_ ? RepairedUtf8(raw) : FromCodePage(raw, codePage_);
+}
+
 std::string NameDecoder::Decode(std::string_view raw) const {
-  // Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions, while text of
-  // a code page is hardly ever well-formed UTF-8 by chance.
-  std::string text;
-  if (IsUtf8(raw)) {
-    text = raw;
-  } else {
-    text = utf8_ ? RepairedUtf8(raw) : FromCodePage(raw, codePage_);
-  }
-  return text.find("\\U+") == std::string::npos ? text : WithoutEscapes(text);
+  std::string text = ToUtf8(raw);
+  return text.find('\\') == std::string::npos ? text : WithoutEscapes(text, Backslash::kItself);
+}
+
+std::string NameDecoder::DecodeText(std::string_view raw, Backslash backslash) const {
+  return WithoutControls(WithoutEscapes(ToUtf8(raw), backslash));
 }
 
 std::string NameDecoder::Decode(const Group& group) const {

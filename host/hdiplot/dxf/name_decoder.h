@@ -1,4 +1,4 @@
-// Names as UTF-8, whatever a DXF's version, code page and escapes make of them.
+// Names and texts as UTF-8, whatever a DXF's version, code page and escapes make of them.
 #pragma once
 
 #include <string>
@@ -13,20 +13,34 @@ namespace hdiplot {
 // longer one; and layer names of 1024 are more than a driver takes.
 inline constexpr size_t kLongestName = 1000;
 
+// What a backslash in a text is.
+enum class Backslash { kItself, kStartsCode };
+
 class NameDecoder {
  public:
+  // `file` is the whole text of the DXF, good as long as the decoder.
+  explicit NameDecoder(std::string_view file) : file_(file) {}
+
   // The value of $ACADVER: from AC1021 on files are UTF-8.
   void SetVersion(std::string_view version) { utf8_ = version >= "AC1021"; }
   // The value of $DWGCODEPAGE, such as ANSI_1252.
-  void SetCodePage(std::string_view codePage) { codePage_ = UpperCase(codePage); }
+  void SetCodePage(std::string_view codePage);
 
   std::string Decode(std::string_view raw) const;
   // Throws DxfFault for a name of more than kLongestName bytes.
   std::string Decode(const Group& group) const;
 
+  // A text of any length, without control characters; a tab becomes "^I". Where backslashes start codes, a
+  // character that was escaped and would be read as one is put down as the code for itself.
+  std::string DecodeText(std::string_view raw, Backslash backslash) const;
+
  private:
+  std::string ToUtf8(std::string_view raw) const;
+
+  std::string_view file_;
   std::string codePage_ = "ANSI_1252";
   bool utf8_ = false;
+  bool mayBeUtf8_ = true;  // whatever the version says
 };
 
 }  // namespace hdiplot

@@ -2,12 +2,15 @@
 // projected along Z onto the drawing's plane here.
 #pragma once
 
-#include <vector>
+#include <numbers>
 
 #include "host/hdiplot/dxf/drawing.h"
 #include "host/hdiplot/dxf/dxf_object.h"
 
 namespace hdiplot {
+
+// The angles of a DXF are in degrees.
+constexpr double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
 
 struct Vec3 {
   double x = 0;

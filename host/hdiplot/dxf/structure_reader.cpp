@@ -8,19 +8,20 @@ namespace {
 
 constexpr int kTypeCode = 0;
 constexpr int kVariableCode = 9;
+constexpr int kFirstExtendedCode = 1000;
 
-// Keeps what belongs to an object itself: no extended data (1000 and up), nothing between "{" and "}" of
-// group 102 (other programs' notes and links), nothing of an object embedded in it (from group 101 on), all
-// of which use codes again that mean something else in the object.
+// Keeps what belongs to an object itself: nothing between "{" and "}" of group 102 (other programs' notes and
+// links), nothing of an object embedded in it (from group 101 on) or of the record about one (in an
+// attribute), all of which use codes again that mean something else in the object.
 class ForeignDataFilter {
  public:
   bool Keeps(const Group& group) {
-    if (group.code == 101) embedded_ = true;
+    if (group.code == 101 || (group.code == 100 && group.value == "AcDbXrecord")) embedded_ = true;
     if (group.code == 102) {
       braced_ = group.value.starts_with('{');
       return false;
     }
-    return group.code < 1000 && !braced_ && !embedded_;
+    return !braced_ && !embedded_;
   }
 
  private:
@@ -144,10 +145,15 @@ void StructureReader::CollectObject() {
   object_.type = group_.value;
   object_.line = group_.ValueLine();
   object_.groups.clear();
+  object_.extended.clear();
   ForeignDataFilter filter;
   const bool inHeader = section_ == "HEADER";  // elsewhere group 9 is a text like others
   for (Advance(); group_.code != kTypeCode && !(inHeader && group_.code == kVariableCode); Advance()) {
-    if (filter.Keeps(group_)) object_.groups.push_back(group_);
+    if (group_.code >= kFirstExtendedCode) {
+      object_.extended.push_back(group_);
+    } else if (filter.Keeps(group_)) {
+      object_.groups.push_back(group_);
+    }
   }
 }
 

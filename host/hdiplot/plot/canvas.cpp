@@ -173,11 +173,36 @@ void Canvas::CloseRing() {
 void Canvas::FillRings(uint32_t fillMode) {
   CloseRing();
   if (ringCount_ > 0) {
-    if (fillMode_ != fillMode) device_.SetFillMode(fillMode);
-    fillMode_ = fillMode;
+    UseFillMode(fillMode);
     device_.PolyPolygon({rings_.data(), ringCount_});
   }
   ringCount_ = 0;
+}
+
+void Canvas::UseFillMode(uint32_t mode) {
+  if (fillMode_ != mode) device_.SetFillMode(mode);
+  fillMode_ = mode;
+}
+
+void Canvas::BeginArea() {
+  UseFillMode(hdi::kFillWinding);
+  device_.BeginPath();
+}
+
+void Canvas::AreaCurve(std::span<const Vec2> points) {
+  points_.clear();
+  for (const Vec2& p : points) points_.push_back(HostPoint(p));
+  device_.PolyBezier(points_);
+}
+
+void Canvas::FillArea() {
+  device_.EndPath();
+  device_.FillPath();
+}
+
+bool Canvas::Text(const DeviceText& text) {
+  return device_.Text(text.font, HostPoint(text.at), text.text, text.advances, text.height, text.oblique,
+                      text.trackingFactor, text.widthFactor) != 0;
 }
 
 }  // namespace hdiplot

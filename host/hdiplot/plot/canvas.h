@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,18 @@ struct Stroke {
   const LineType* lineType = nullptr;  // null: continuous
   double lineTypeScale = 1;            // dots a unit of the line type
   bool operator==(const Stroke&) const = default;
+};
+
+// A line of text as the device takes it; see PlotDevice::Text.
+struct DeviceText {
+  hdi::LOGFONTW font;
+  Vec2 at;  // where the base line begins, dots
+  std::u16string_view text;
+  const std::vector<double>* advances = nullptr;
+  double height = 0;   // of the font's em, dots
+  double oblique = 0;  // radians
+  double trackingFactor = 1;
+  double widthFactor = 1;
 };
 
 // Points are dots of the host, Y down. What is not finite or lies absurdly far off the sheet is not drawn,
@@ -75,12 +88,23 @@ class Canvas {
   void RingPoint(Vec2 p);
   void FillRings(uint32_t fillMode);
 
+  // An area of closed curves, filled together by the nonzero winding rule: from BeginArea to FillArea. A
+  // curve is its start and three points for each cubic behind it, all of them plottable.
+  void BeginArea();
+  void AreaCurve(std::span<const Vec2> points);
+  void FillArea();
+
+  // Text in the colour of UseFill. Whether the driver shows it; otherwise it is to be drawn here, over what
+  // the driver keeps of it for searching.
+  [[nodiscard]] bool Text(const DeviceText& text);
+
  private:
   static constexpr double kFarthest = 1e9;
 
   enum class PathPart { kNone, kLines, kCurves };
 
   void SetPen(const Pen& pen);
+  void UseFillMode(uint32_t mode);
   void CloseRing();
   void FlushPathPart();
 

@@ -130,6 +130,14 @@ void EntityPlotter::Draw(const FaceEntity& face) {
   }
 }
 
+void EntityPlotter::Draw(const TextEntity& text) { DrawText(texts_.Set(text)); }
+
+void EntityPlotter::Draw(const MTextEntity& text) { DrawText(texts_.Set(text)); }
+
+void EntityPlotter::DrawText(const TextBlock& block) {
+  textPlotter_.Plot(block, map_, *style_, StrokeOf(*style_).width);
+}
+
 void EntityPlotter::Draw(const HatchEntity& hatch) {
   const std::vector<Ring> rings = BoundaryRings(hatch, kBoundaryTolerance / map_.LargestScale());
   if (rings.empty()) return;

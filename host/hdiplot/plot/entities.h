@@ -5,6 +5,8 @@
 #include "host/hdiplot/plot/hatch_boundary.h"
 #include "host/hdiplot/plot/polyline_plotter.h"
 #include "host/hdiplot/plot/styles.h"
+#include "host/hdiplot/plot/text_plotter.h"
+#include "host/hdiplot/text/text_setter.h"
 
 namespace hdiplot {
 
@@ -18,8 +20,13 @@ struct ShapeScale {
 
 class EntityPlotter {
  public:
-  EntityPlotter(Canvas& canvas, const ShapeScale& scale)
-      : canvas_(canvas), scale_(scale), polylines_(canvas) {}
+  // Refers to all but the scale from then on. The shapes are those of `drawing`, whose text styles count.
+  EntityPlotter(Canvas& canvas, const ShapeScale& scale, const Drawing& drawing, FontBook& fonts)
+      : canvas_(canvas),
+        scale_(scale),
+        polylines_(canvas),
+        texts_(drawing, fonts),
+        textPlotter_(canvas, fonts) {}
 
   // Draws `shape` in `style`; `map` leads from its coordinates to dots. Does nothing for an InsertEntity.
   void Plot(const Shape& shape, const Affine& map, const Style& style);
@@ -37,9 +44,12 @@ class EntityPlotter {
   void Draw(const PointEntity& point);
   void Draw(const SolidEntity& solid);
   void Draw(const FaceEntity& face);
+  void Draw(const TextEntity& text);
+  void Draw(const MTextEntity& text);
   void Draw(const HatchEntity& hatch);
   void Draw(const InsertEntity& /*insert*/) {}
 
+  void DrawText(const TextBlock& block);
   void DrawPointFigure(Vec2 at);
   void FillHatch(const std::vector<Ring>& rings);
   void DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings);
@@ -47,6 +57,8 @@ class EntityPlotter {
   Canvas& canvas_;
   ShapeScale scale_;
   PolylinePlotter polylines_;
+  TextSetter texts_;
+  TextPlotter textPlotter_;
   Affine map_;  // of the shape being drawn, as the next
   const Style* style_ = nullptr;
   std::vector<Vec2> points_;

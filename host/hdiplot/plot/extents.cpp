@@ -3,6 +3,7 @@
 #include "host/hdiplot/plot/polyline.h"
 #include "host/hdiplot/plot/splines.h"
 #include "host/hdiplot/plot/walk.h"
+#include "host/hdiplot/text/text_setter.h"
 
 namespace hdiplot {
 
@@ -10,6 +11,8 @@ namespace {
 
 class ExtentsSink final : public ShapeSink {
  public:
+  ExtentsSink(const Drawing& drawing, FontBook& fonts) : fonts_(fonts), texts_(drawing, fonts) {}
+
   void Put(const Shape& shape, const Affine& map, const Style& /*style*/) override {
     map_ = map;
     std::visit([this](const auto& form) { Add(form); }, shape);
@@ -30,6 +33,12 @@ class ExtentsSink final : public ShapeSink {
     box_.Add(own.high, around);
   }
 
+  void AddBlock(const TextBlock& block) {
+    const Box own = BoxOf(block, map_, fonts_);
+    box_.Add(own.low);
+    box_.Add(own.high);
+  }
+
   void Add(const LineEntity& line) {
     AddPoint(line.start);
     AddPoint(line.end);
@@ -38,6 +47,8 @@ class ExtentsSink final : public ShapeSink {
   void Add(const EllipseEntity& ellipse) { AddArc(ConicOf(ellipse)); }
   void Add(const PointEntity& point) { AddPoint(point.point); }
   void Add(const SolidEntity& solid) { AddPoints(solid.corners); }
+  void Add(const TextEntity& text) { AddBlock(texts_.Set(text)); }
+  void Add(const MTextEntity& text) { AddBlock(texts_.Set(text)); }
   void Add(const FaceEntity& face) { AddPoints(face.corners); }
   void Add(const MeshEntity& mesh) {
     for (const auto& edge : mesh.edges) AddPoints(edge);
@@ -74,6 +85,8 @@ class ExtentsSink final : public ShapeSink {
     }
   }
 
+  FontBook& fonts_;
+  TextSetter texts_;
   Affine map_;
   Box box_;
   std::vector<Cubic> cubics_;
@@ -81,8 +94,8 @@ class ExtentsSink final : public ShapeSink {
 
 }  // namespace
 
-Box PlottedExtents(const Drawing& drawing, const PlotOptions& options) {
-  ExtentsSink sink;
+Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts) {
+  ExtentsSink sink(drawing, fonts);
   DrawingWalk(drawing, options, sink).Run(Affine{});
   return sink.Extents();
 }

@@ -3,11 +3,13 @@
 
 #include "host/hdiplot/plot/transform.h"
 #include "host/hdiplot/plot_options.h"
+#include "host/hdiplot/text/font_book.h"
 
 namespace hdiplot {
 
 // The box in drawing units around all that DrawingWalk comes upon, whatever the file's header says: exact for
-// lines, arcs and splines, with the widths of polylines and without line weights and point symbols.
-[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options);
+// lines, arcs and splines, texts as high as their fonts, with the widths of polylines and without line
+// weights and point symbols.
+[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts);
 
 }  // namespace hdiplot

@@ -39,10 +39,10 @@ Sheet MakeSheet(PlotDevice& device) {
   return sheet;
 }
 
-Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, const Sheet& portrait,
-                            const Sheet& landscape) {
+Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
+                            const Sheet& portrait, const Sheet& landscape) {
   if (options.orientation != Orientation::kFit) return options.orientation;
-  const Box extents = PlottedExtents(drawing, options);
+  const Box extents = PlottedExtents(drawing, options, fonts);
   return FittingScale(extents, landscape) > FittingScale(extents, portrait) ? Orientation::kLandscape
                                                                             : Orientation::kPortrait;
 }

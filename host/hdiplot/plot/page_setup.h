@@ -4,6 +4,7 @@
 #include "host/hdiplot/plot/transform.h"
 #include "host/hdiplot/plot_device.h"
 #include "host/hdiplot/plot_options.h"
+#include "host/hdiplot/text/font_book.h"
 
 namespace hdiplot {
 
@@ -24,7 +25,7 @@ struct Sheet {
 
 // What `options` ask for; for Orientation::kFit the way in which the drawing comes out larger, or with a
 // fixed scale has more room. Portrait when there is nothing between them. Never kFit.
-[[nodiscard]] Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options,
+[[nodiscard]] Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
                                           const Sheet& portrait, const Sheet& landscape);
 
 // The map from drawing units, Y up, to dots, Y down. The middle of `extents` comes to the middle of the

@@ -11,8 +11,9 @@ namespace {
 
 class PlotSink final : public ShapeSink {
  public:
-  PlotSink(Canvas& canvas, const ShapeScale& scale, Progress& progress)
-      : canvas_(canvas), plotter_(canvas, scale), progress_(progress) {}
+  PlotSink(const Drawing& drawing, FontBook& fonts, Canvas& canvas, const ShapeScale& scale,
+           Progress& progress)
+      : canvas_(canvas), plotter_(canvas, scale, drawing, fonts), progress_(progress) {}
 
   void Put(const Shape& shape, const Affine& map, const Style& style) override {
     plotter_.Plot(shape, map, style);
@@ -54,9 +55,9 @@ void ClipToSheet(const Box& extents, const Affine& map, const Sheet& sheet, Plot
 
 }  // namespace
 
-LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, FontBook& fonts,
                     PlotDevice& device, Progress& progress) {
-  const Box extents = PlottedExtents(drawing, options);
+  const Box extents = PlottedExtents(drawing, options, fonts);
   progress.Start(drawing.entities.size());
   const Affine map = DrawingToDots(extents, drawing.millimetresPerUnit, options, sheet);
   if (!extents.Empty()) ClipToSheet(extents, map, sheet, device);
@@ -67,7 +68,7 @@ LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sh
   scale.pointMode = drawing.pointMode;
   scale.pointSize = PointSizeInDots(drawing.pointSize, scale.dotsPerUnit, sheet);
   Canvas canvas(device, sheet);
-  PlotSink sink(canvas, scale, progress);
+  PlotSink sink(drawing, fonts, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
   walk.Run(map);
   return {walk.Unwalked(), sink.TooFarOff()};

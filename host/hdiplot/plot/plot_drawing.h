@@ -7,18 +7,20 @@
 #include "host/hdiplot/plot_device.h"
 #include "host/hdiplot/plot_options.h"
 #include "host/hdiplot/progress.h"
+#include "host/hdiplot/text/font_book.h"
 
 namespace hdiplot {
 
 // What has been left out of a plot, beyond what the options ask for.
 struct LeftOut {
   UnwalkedInserts inserts;
-  uint64_t tooFarOff = 0;  // shapes that a part is missing of, as it lies absurdly far off the sheet
+  uint64_t tooFarOff =
+      0;  // shapes that a part is missing of, as it lies absurdly far off the sheet or has no size
 };
 
 // Makes the calls that draw `drawing` on `sheet`, between the page's start and its end, which are the
 // caller's. Shows the drawing's entities as progress. The order of the file is the order of drawing.
-LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, FontBook& fonts,
                     PlotDevice& device, Progress& progress);
 
 }  // namespace hdiplot

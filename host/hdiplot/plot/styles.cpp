@@ -22,7 +22,23 @@ bool MatchesAny(const std::vector<std::u16string>& patterns, std::u16string_view
                      [&](const std::u16string& pattern) { return MatchesWildcard(pattern, name); });
 }
 
+Rgb PlottedColor(const Ink& ink, const EntityColor& color, Rgb byLayer, Rgb byBlock) {
+  switch (color.kind) {
+    case EntityColor::Kind::kByLayer:
+      return byLayer;
+    case EntityColor::Kind::kByBlock:
+      return byBlock;
+    case EntityColor::Kind::kIndex:
+      return ink.OfIndex(color.value);
+    case EntityColor::Kind::kTrue:
+      return ink.OfTrueColor(color.value);
+  }
+  return byLayer;
+}
+
 }  // namespace
+
+Rgb Style::Plotted(const EntityColor& own) const { return PlottedColor(*ink, own, layer->color, byBlock); }
 
 StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options)
     : drawing_(drawing),
@@ -37,8 +53,9 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
   style.layer = &FindLayer(attributes.layer);
   if (insert != nullptr && style.layer->isZero) style.layer = insert->layer;
 
-  const Rgb byBlock = insert != nullptr ? insert->color : ink_.Foreground();
-  style.color = PlottedColor(attributes.color, style.layer->color, byBlock);
+  style.ink = &ink_;
+  style.byBlock = insert != nullptr ? insert->color : ink_.Foreground();
+  style.color = style.Plotted(attributes.color);
 
   switch (attributes.lineWeight) {
     case kLineWeightByLayer:
@@ -78,7 +95,7 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
   const Layer& layer = found != layersByFoldedName_.end() ? *found->second : kMissing;
   LayerStyle style;
   const Rgb foreground = ink_.Foreground();
-  style.color = PlottedColor(layer.color, foreground, foreground);
+  style.color = PlottedColor(ink_, layer.color, foreground, foreground);
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
   style.lineType = FindLineType(layer.lineType);
   style.frozen = layer.frozen;
@@ -91,20 +108,6 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
 
 bool StyleResolver::IsAskedFor(std::u16string_view foldedName) const {
   return (wanted_.empty() || MatchesAny(wanted_, foldedName)) && !MatchesAny(unwanted_, foldedName);
-}
-
-Rgb StyleResolver::PlottedColor(const EntityColor& color, Rgb byLayer, Rgb byBlock) const {
-  switch (color.kind) {
-    case EntityColor::Kind::kByLayer:
-      return byLayer;
-    case EntityColor::Kind::kByBlock:
-      return byBlock;
-    case EntityColor::Kind::kIndex:
-      return ink_.OfIndex(color.value);
-    case EntityColor::Kind::kTrue:
-      return ink_.OfTrueColor(color.value);
-  }
-  return byLayer;
 }
 
 const LineType* StyleResolver::FindLineType(const std::string& name) const {

@@ -30,6 +30,11 @@ struct Style {
   int lineWeight = 0;                  // hundredths of a millimetre
   const LineType* lineType = nullptr;  // null: continuous
   double lineTypeScale = 1;            // the entity's own
+  Rgb byBlock;
+  const Ink* ink = nullptr;
+
+  // The plotted form of a colour within the entity, as a text has them.
+  [[nodiscard]] Rgb Plotted(const EntityColor& own) const;
 };
 
 class StyleResolver {
@@ -45,7 +50,6 @@ class StyleResolver {
   [[nodiscard]] const LayerStyle& FindLayer(const std::string& name);
   [[nodiscard]] LayerStyle MakeLayer(const std::string& name) const;
   [[nodiscard]] bool IsAskedFor(std::u16string_view foldedName) const;
-  [[nodiscard]] Rgb PlottedColor(const EntityColor& color, Rgb byLayer, Rgb byBlock) const;
   [[nodiscard]] const LineType* FindLineType(const std::string& name) const;
 
   const Drawing& drawing_;

@@ -1,0 +1,41 @@
+// The lettering of a DXF: TEXT, ATTRIB, ATTDEF and MTEXT, and the styles that they name.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_object.h"
+#include "host/hdiplot/dxf/name_decoder.h"
+
+namespace hdiplot {
+
+class TextReader {
+ public:
+  // Both have to outlive the reader. The styles are those read so far, by upper-case name.
+  TextReader(const NameDecoder& names, const std::map<std::string, TextStyle>& styles)
+      : names_(names), styles_(styles) {}
+
+  // All of these throw DxfFault for an object that makes no sense.
+
+  struct NamedStyle {
+    std::string name;  // upper case
+    TextStyle style;
+  };
+  // Nothing for the entries that stand for a file of shapes.
+  std::optional<NamedStyle> ReadStyle(const DxfObject& entry) const;
+
+  // A TEXT, ATTRIB or ATTDEF; nothing where none of it can be seen.
+  std::optional<TextEntity> ReadText(const DxfObject& object, bool inBlock) const;
+  std::optional<MTextEntity> ReadMText(const DxfObject& object) const;
+
+ private:
+  std::string StyleOf(const DxfObject& object) const;
+  double HeightOf(const DxfObject& object, const std::string& style) const;
+
+  const NameDecoder& names_;
+  const std::map<std::string, TextStyle>& styles_;
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,215 @@
+#include "host/hdiplot/text/stroke_font.h"
+
+#include <unicode/unorm2.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "host/hdiplot/plot/transform.h"
+#include "host/hdiplot/text/stroke_marks.h"
+
+extern "C" {
+#include <hersheyfont.h>
+}
+
+namespace hdiplot {
+
+namespace {
+
+constexpr double kCapHeight = 21;  // of all Hershey alphabets, in their own units, the base line at 0
+constexpr double kCell = 1;        // the advance of a monospaced font
+constexpr double kBlank = 0.75;    // of a character that nothing can draw
+
+constexpr char16_t kNoBreakSpace = 0x00A0;
+
+// Characters beyond ASCII that look like one of it.
+char AsciiLookalike(char16_t unit) {
+  switch (unit) {
+    case kNoBreakSpace:
+    case 0x3000:
+      return ' ';
+    case 0x2010:
+    case 0x2011:
+    case 0x2012:
+    case 0x2013:
+    case 0x2014:
+    case 0x2212:
+      return '-';
+    case 0x2018:
+    case 0x2019:
+    case 0x2032:
+      return '\'';
+    case 0x201C:
+    case 0x201D:
+    case 0x2033:
+      return '"';
+    default:
+      return 0;
+  }
+}
+
+// The place of a letter in the Greek fonts: the alphabet from 'A' and from 'a' on. 0 when there is none.
+char GreekPlace(char16_t unit) {
+  constexpr std::u16string_view kCapitals = u"ΑΒΓΔΕΖΗΘΙΚΛΜΝΞΟΠΡΣΤΥΦΧΨΩ";
+  constexpr std::u16string_view kSmall = u"αβγδεζηθικλμνξοπρστυφχψω";
+  if (unit == u'ς') unit = u'σ';
+  if (unit == 0x00B5) unit = u'μ';  // micro
+  if (unit == 0x2126) unit = u'Ω';  // ohm
+  if (unit == 0x2206) unit = u'Δ';  // increment
+  const size_t capital = kCapitals.find(unit);
+  if (capital != std::u16string_view::npos) return static_cast<char>('A' + capital);
+  const size_t small = kSmall.find(unit);
+  return small != std::u16string_view::npos ? static_cast<char>('a' + small) : char{0};
+}
+
+// The same in the Cyrillic font whose letters stand in the order of the alphabet, which ends before the last
+// six.
+char CyrillicPlace(char16_t unit) {
+  constexpr char16_t kLetters = 26;
+  if (unit >= u'А' && unit < u'А' + kLetters) return static_cast<char>('A' + (unit - u'А'));
+  if (unit >= u'а' && unit < u'а' + kLetters) return static_cast<char>('a' + (unit - u'а'));
+  return 0;
+}
+
+// The last six, in the Cyrillic font whose letters stand where those with the same sound are.
+char TransliteratedPlace(char16_t unit) {
+  constexpr std::u16string_view kLetters = u"ЪЫЬЭЮЯъыьюя";
+  constexpr std::string_view kPlaces = "]$_CU^|&~u}";
+  const size_t found = kLetters.find(unit);
+  return found != std::u16string_view::npos ? kPlaces[found] : char{0};
+}
+
+}  // namespace
+
+// One Hershey font.
+class StrokeFont::Alphabet {
+ public:
+  explicit Alphabet(const std::string& name) : font_(hershey_font_load(name.c_str())) {}
+
+  [[nodiscard]] bool Exists() const { return font_ != nullptr; }
+
+  // Null when the font has no such character.
+  [[nodiscard]] std::unique_ptr<StrokeGlyph> Glyph(char place) const {
+    if (font_ == nullptr || place == 0) return nullptr;
+    const hershey_glyph* source = hershey_font_glyph(font_.get(), static_cast<unsigned char>(place));
+    // Places without a character are as wide as a space.
+    if (source == nullptr || (source->paths == nullptr && place != ' ')) return nullptr;
+    auto glyph = std::make_unique<StrokeGlyph>();
+    glyph->advance = source->width / kCapHeight;
+    for (const hershey_path* path = source->paths; path != nullptr; path = path->next) {
+      auto& stroke = glyph->strokes.emplace_back();
+      for (int i = 0; i < path->nverts; ++i) {
+        stroke.push_back({path->verts[i].x / kCapHeight, path->verts[i].y / kCapHeight});
+      }
+    }
+    return glyph;
+  }
+
+ private:
+  struct Free {
+    void operator()(hershey_font* font) const { hershey_font_free(font); }
+  };
+  std::unique_ptr<hershey_font, Free> font_;
+};
+
+StrokeFont::StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont)
+    : own_(std::make_unique<Alphabet>(hersheyName)),
+      latin_(std::make_unique<Alphabet>("rowmans")),
+      greek_(std::make_unique<Alphabet>("greeks")),
+      cyrillic_(std::make_unique<Alphabet>("cyrilc_1")),
+      transliterated_(std::make_unique<Alphabet>("cyrillic")),
+      bigFont_(bigFont),
+      monospaced_(monospaced) {
+  Box letters;
+  for (char letter = 'A'; letter <= 'z'; ++letter) {
+    const bool isLetter = letter <= 'Z' || letter >= 'a';
+    const StrokeGlyph* glyph = isLetter ? Strokes(static_cast<char16_t>(letter)) : nullptr;
+    if (glyph == nullptr) continue;
+    for (const auto& stroke : glyph->strokes) {
+      for (const Vec2& p : stroke) letters.Add(p);
+    }
+  }
+  if (letters.Empty()) return;
+  ascent_ = std::max(1.0, letters.high.y);
+  descent_ = std::min(0.0, letters.low.y);
+}
+
+StrokeFont::~StrokeFont() = default;
+
+bool StrokeFont::Exists(const std::string& hersheyName) {
+  return hersheyName.find('/') == std::string::npos && Alphabet(hersheyName).Exists();
+}
+
+double StrokeFont::Advance(char16_t unit) const {
+  const StrokeGlyph* glyph = Strokes(unit);
+  if (glyph != nullptr) return glyph->advance;
+  return bigFont_ != nullptr ? bigFont_->Advance(unit) : kBlank;
+}
+
+const StrokeGlyph* StrokeFont::Strokes(char16_t unit) const {
+  return glyphs_
+      .Get(unit,
+           [this](char16_t u) {
+             std::unique_ptr<StrokeGlyph> glyph = Make(u);
+             if (glyph != nullptr && monospaced_) {
+               const double shift = (kCell - glyph->advance) / 2;
+               for (auto& stroke : glyph->strokes) {
+                 for (Vec2& p : stroke) p.x += shift;
+               }
+               glyph->advance = kCell;
+             }
+             return glyph;
+           })
+      .get();
+}
+
+std::unique_ptr<StrokeGlyph> StrokeFont::Make(char16_t unit) const {
+  const char ascii = unit < 0x80 ? static_cast<char>(unit) : AsciiLookalike(unit);
+  if (ascii != 0) {
+    auto glyph = own_->Glyph(ascii);
+    return glyph != nullptr ? std::move(glyph) : latin_->Glyph(ascii);
+  }
+  if (auto sign = DrawnSign(unit)) return std::make_unique<StrokeGlyph>(std::move(*sign));
+  if (auto glyph = greek_->Glyph(GreekPlace(unit))) return glyph;
+  if (auto glyph = cyrillic_->Glyph(CyrillicPlace(unit))) return glyph;
+  if (auto glyph = transliterated_->Glyph(TransliteratedPlace(unit))) return glyph;
+  if (unit == u'э') {  // the font has it as large as the capital
+    auto glyph = transliterated_->Glyph('C');
+    constexpr double kSmall = 14 / kCapHeight;
+    if (glyph != nullptr) {
+      glyph->advance *= kSmall;
+      for (auto& stroke : glyph->strokes) {
+        for (Vec2& p : stroke) p = p * kSmall;
+      }
+    }
+    return glyph;
+  }
+  return MakeAccented(unit);
+}
+
+// A letter and its accents, by canonical decomposition.
+std::unique_ptr<StrokeGlyph> StrokeFont::MakeAccented(char16_t unit) const {
+  UErrorCode status = U_ZERO_ERROR;
+  const UNormalizer2* normalizer = unorm2_getNFDInstance(&status);
+  if (U_FAILURE(status)) return nullptr;
+  std::array<char16_t, 8> parts{};
+  const int32_t count =
+      unorm2_getDecomposition(normalizer, unit, parts.data(), static_cast<int32_t>(parts.size()), &status);
+  if (U_FAILURE(status) || count < 2) return nullptr;
+  auto glyph = Make(parts[0]);
+  if (glyph == nullptr) return nullptr;
+  const std::u16string_view accents(parts.data() + 1, static_cast<size_t>(count) - 1);
+  constexpr double kSmallLetter = 0.7;  // the dot of an i lies over it, and gives way to an accent
+  if (parts[0] == u'i' || parts[0] == u'j') {
+    std::erase_if(glyph->strokes, [](const auto& stroke) {
+      return std::ranges::all_of(stroke, [](Vec2 p) { return p.y > kSmallLetter; });
+    });
+  }
+  for (const char16_t accent : accents) {
+    if (!AddAccent(accent, *glyph)) return nullptr;
+  }
+  return glyph;
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,53 @@
+// The fonts of pen strokes that stand for shape fonts: the Hershey fonts, with what they lack drawn here or
+// taken from a font with outlines.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/hdiplot/text/outline_font.h"
+#include "host/hdiplot/text/text_block.h"
+#include "host/hdiplot/text/unit_table.h"
+
+namespace hdiplot {
+
+// In heights of capitals, Y up, the base line at 0.
+struct StrokeGlyph {
+  double advance = 0;
+  std::vector<std::vector<Vec2>> strokes;  // polylines
+};
+
+// Not for several threads.
+class StrokeFont final : public TextFont {
+ public:
+  // A Hershey font by its name, "rowmans". One that is not installed has no strokes. `bigFont`, which may be
+  // null and must outlive this, draws what has no strokes in any of them.
+  StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont);
+  ~StrokeFont() override;
+
+  [[nodiscard]] static bool Exists(const std::string& hersheyName);
+
+  [[nodiscard]] double Advance(char16_t unit) const override;
+  [[nodiscard]] double Ascent() const override { return ascent_; }
+  [[nodiscard]] double Descent() const override { return descent_; }
+
+  // Null when `unit` has no strokes, so that BigFont draws it.
+  [[nodiscard]] const StrokeGlyph* Strokes(char16_t unit) const;
+  [[nodiscard]] const OutlineFont* BigFont() const { return bigFont_; }
+
+ private:
+  class Alphabet;
+
+  [[nodiscard]] std::unique_ptr<StrokeGlyph> Make(char16_t unit) const;
+  [[nodiscard]] std::unique_ptr<StrokeGlyph> MakeAccented(char16_t unit) const;
+
+  std::unique_ptr<Alphabet> own_, latin_, greek_, cyrillic_, transliterated_;
+  const OutlineFont* bigFont_;
+  bool monospaced_;
+  double ascent_ = 1;
+  double descent_ = 0;
+  mutable UnitTable<std::unique_ptr<StrokeGlyph>> glyphs_;
+};
+
+}  // namespace hdiplot

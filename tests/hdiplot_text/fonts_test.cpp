@@ -1,0 +1,176 @@
+// Fonts of a plot: the names of drawings, strokes, stand-ins, and scripts from right to left.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "host/hdiplot/errors.h"
+#include "host/hdiplot/plot/transform.h"
+#include "host/hdiplot/text/font_book.h"
+#include "host/hdiplot/text/font_table.h"
+#include "host/hdiplot/text/text_shaping.h"
+
+namespace hdiplot {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class MapFile {
+ public:
+  explicit MapFile(const std::string& text)
+      : path_(std::filesystem::temp_directory_path() / ("fonts" + std::to_string(getpid()) + ".map")) {
+    std::ofstream(path_) << text;
+  }
+  MapFile(const MapFile&) = delete;
+  MapFile& operator=(const MapFile&) = delete;
+  ~MapFile() { std::filesystem::remove(path_); }
+
+  [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+Box BoxOf(const StrokeGlyph& glyph) {
+  Box box;
+  for (const auto& stroke : glyph.strokes) {
+    for (const Vec2& p : stroke) box.Add(p);
+  }
+  return box;
+}
+
+TEST(FontMap, KnowsFilesAndTakesTheUsersWordFirst) {
+  FontMap map;
+  EXPECT_EQ(map.OfFile("C:\\Fonts\\ARIALBD.TTF"), (MappedFont{"Arial", false, true}));
+  EXPECT_EQ(map.OfFile("romanc"), (MappedFont{"timesr", true}));
+  EXPECT_EQ(map.OfFile("romanc.ttf"), std::nullopt);
+  const MapFile file(
+      "# ours\n\n  Roman C.shx = stroke:ScriptC # curly\r\nswiss = DejaVu Sans , "
+      "Bold,italic\narial.ttf=Verdana\n");
+  map.Read(file.Path());
+  EXPECT_EQ(map.OfFile("fonts/ROMAN C.SHX"), (MappedFont{"scriptc", true}));
+  EXPECT_EQ(map.OfFile("Swiss.ttf"), (MappedFont{"DejaVu Sans", false, true, true}));
+  EXPECT_EQ(map.OfFamily("SWISS"), map.OfFile("swiss.shx"));
+  EXPECT_EQ(map.OfFile("Arial.ttf")->name, "Verdana");
+  EXPECT_EQ(map.OfFile("arial")->name, "Arial");
+}
+
+TEST(FontMap, TellsWhereALineIsBroken) {
+  for (const auto& [line, message] : {std::pair{"arial.ttf", "NAME = FONT"},
+                                      {"= Arial", "no name"},
+                                      {"a.ttf =", "no font"},
+                                      {"a.ttf = Arial, heavy", "\"heavy\" is neither"},
+                                      {"a.shx = stroke:nothing", "no stroke font \"nothing\""},
+                                      {"a.shx = stroke:rowmans, bold", "\"bold\" is neither"},
+                                      {"a.shx = stroke:../rowmans", "no stroke font"}}) {
+    const MapFile file("a = Arial\n" + std::string(line) + "\n");
+    FontMap map;
+    try {
+      map.Read(file.Path());
+      ADD_FAILURE() << line;
+    } catch (const InputError& error) {
+      EXPECT_THAT(error.what(), HasSubstr(":2: ")) << line;
+      EXPECT_THAT(error.what(), HasSubstr(message));
+    }
+    EXPECT_EQ(map.OfFamily("a"), std::nullopt);
+  }
+  FontMap map;
+  EXPECT_THROW(map.Read("/nowhere/fonts.map"), InputError);
+}
+
+TEST(StrokeFont, StandsOnTheBaseLineAsHighAsItsCapitals) {
+  for (const StrokeFileEntry& entry : StrokeFileTable()) {
+    if (entry.isFamily) continue;
+    const StrokeFont font(std::string(entry.font), entry.monospaced, nullptr);
+    ASSERT_NE(font.Strokes(u'0'), nullptr) << entry.font;
+    EXPECT_NEAR(BoxOf(*font.Strokes(u'0')).high.y, 1, 0.01) << entry.font;
+    EXPECT_NEAR(BoxOf(*font.Strokes(u'0')).low.y, 0, 0.01) << entry.font;
+    EXPECT_EQ(font.Advance(u'i') == font.Advance(u'W'), entry.monospaced) << entry.font;
+  }
+}
+
+TEST(StrokeFont, DrawsLettersBeyondAscii) {
+  const StrokeFont font("rowmans", false, nullptr);
+  for (const char16_t unit : std::u16string(u"°±Ø⌀×ÄéñÇŽőΑΩαωςάЙЁАЩЪЯйёэъяµ–’")) {
+    ASSERT_NE(font.Strokes(unit), nullptr) << static_cast<uint32_t>(unit);
+    EXPECT_FALSE(font.Strokes(unit)->strokes.empty()) << static_cast<uint32_t>(unit);
+  }
+  EXPECT_EQ(font.Advance(u'Ä'), font.Advance(u'A'));
+  EXPECT_GT(BoxOf(*font.Strokes(u'Ä')).high.y, 1.05);
+  EXPECT_LT(BoxOf(*font.Strokes(u'Ç')).low.y, -0.1);
+  EXPECT_NEAR(BoxOf(*font.Strokes(u'э')).high.y, BoxOf(*font.Strokes(u'е')).high.y, 0.01);
+  EXPECT_EQ(font.Strokes(u'中'), nullptr);
+  EXPECT_GT(font.Advance(u'中'), 0);
+}
+
+TEST(FontBook, GivesOneFontForAChoiceAndNamesStandInsOnce) {
+  std::vector<std::string> messages;
+  FontBook book({}, [&](const std::string& message) { messages.push_back(message); });
+  const FontChoice arial{"Arial", "", "", true, false};
+  const PlotFont font = book.Find(arial);
+  ASSERT_NE(font.outline, nullptr);
+  EXPECT_EQ(font.outline->Face().FullName(), u"Liberation Sans Bold");
+  EXPECT_EQ(&book.FontFor({"", "arialbd.ttf", "", false, false}), font.outline);
+  EXPECT_EQ(&book.FontFor(arial), font.outline);
+  EXPECT_EQ(book.Find({"", "mystery.shx", "", false, false}).outline, nullptr);
+  EXPECT_THAT(messages, ElementsAre("font \"Arial\" is not installed; using \"Liberation Sans\"",
+                                    "font \"mystery.shx\" is not installed; using \"rowmans\""));
+}
+
+TEST(FontBook, DrawsWhatStrokesLackWithTheBigFont) {
+  FontBook book;
+  const PlotFont font = book.Find({"", "txt.shx", "gbcbig.shx", false, false});
+  ASSERT_NE(font.stroke->BigFont(), nullptr);
+  EXPECT_EQ(font.stroke->BigFont()->Face().Family(), u"WenQuanYi Zen Hei");
+  EXPECT_FALSE(font.stroke->BigFont()->Outline(u'中').empty());
+  EXPECT_EQ(font.stroke->Advance(u'中'), font.stroke->BigFont()->Advance(u'中'));
+}
+
+// What the driver does to a text.
+std::u16string TurnedRound(std::u16string text) {
+  const auto isRightToLeft = [](char16_t u) {
+    return (u >= 0x590 && u <= 0x8FF) || (u >= 0xFB50 && u <= 0xFDFF) || (u >= 0xFE70 && u <= 0xFEFF);
+  };
+  auto start = text.end();
+  for (auto i = text.begin(); i != text.end(); ++i) {
+    if (*i == u' ') continue;
+    if (isRightToLeft(*i) && start == text.end()) start = i;
+    if (!isRightToLeft(*i) && start != text.end()) {
+      std::reverse(start, i);
+      start = text.end();
+    }
+  }
+  std::reverse(start, text.end());
+  return text;
+}
+
+std::u16string AsShown(std::u16string_view text) {
+  std::u16string shown;
+  for (const DriverPart& part : DriverParts(text)) {
+    EXPECT_EQ(TurnedRound(part.text), part.visual);
+    shown += part.visual;
+  }
+  return shown;
+}
+
+TEST(TextShaping, StandsInVisualOrderBehindTheDriver) {
+  EXPECT_EQ(AsShown(u"plain (text) 12"), u"plain (text) 12");
+  EXPECT_EQ(AsShown(u"אבג דה"), u"הד גבא");
+  EXPECT_EQ(AsShown(u"a אב c"), u"a בא c");
+  EXPECT_EQ(AsShown(u"אב abc 12 גד "), u" דג abc 12 בא");
+  EXPECT_EQ(AsShown(u"אב (גד) 3.5"), u"3.5 (דג) בא");
+}
+
+TEST(TextShaping, JoinsArabicLettersThatTheFontHas) {
+  const auto all = [](char16_t) { return true; };
+  EXPECT_EQ(JoinedLetters(u"سلام x", all), u"\uFEB3\uFEFC\uFEE1 x");
+  EXPECT_EQ(JoinedLetters(u"سلام", [](char16_t unit) { return unit != 0xFEFC; }), u"سلام");
+}
+
+}  // namespace
+}  // namespace hdiplot
