@@ -32,7 +32,7 @@ ARROW_LENGTH, ARROW_WIDTH = 4.0, 2.6
 class Diagram:
     def __init__(self):
         self.drawing = Drawing((sheet.WIDTH, sheet.HEIGHT), "AC1018")
-        self.letters = Lettering(self.drawing)
+        self.letters = Lettering(self.drawing, "DejaVuSansCondensed.ttf")
         self.m = self.drawing.model
 
     def make(self):

@@ -28,6 +28,11 @@ def flat_point(code: int, p) -> list:
     return [(code, float(p[0])), (code + 10, float(p[1]))]
 
 
+def escaped(text: str) -> str:
+    """What is beyond ASCII as \\U+XXXX, which a DXF of any version and code page may hold."""
+    return "".join(unit if ord(unit) < 128 else f"\\U+{ord(unit):04X}" for unit in text)
+
+
 class Entities:
     """A list of entities: the model space or the content of a block. Each method adds one entity.
 
@@ -131,6 +136,25 @@ class Entities:
         self.add("DIMENSION", head + groups, **style)
 
 
+    def text(self, text, at, height, style, align="left", line="base", rotation=0.0, width=1.0, oblique=0.0, **look):
+        """`align` is left, center or right; `line`, which lies on `at`, is base, bottom, middle or top."""
+        horizontal = ("left", "center", "right").index(align)
+        vertical = ("base", "bottom", "middle", "top").index(line)
+        groups = [(100, "AcDbText")] + point(10, at) + [(40, float(height)), (1, text), (50, float(rotation))]
+        groups += [(41, float(width)), (51, float(oblique)), (7, style), (72, horizontal)]
+        if horizontal or vertical:
+            groups += point(11, at)
+        self.add("TEXT", groups + [(100, "AcDbText"), (73, vertical)], **look)
+
+    def mtext(self, text, at, height, style, width=0.0, attachment=1, rotation=0.0, **look):
+        """`text` may hold formatting codes; `attachment` counts from 1, top left, to 9, bottom right."""
+        groups = [(100, "AcDbMText")] + point(10, at) + [(40, float(height)), (41, float(width))]
+        groups += [(71, attachment), (72, 1)]
+        chunks = [text[i : i + 250] for i in range(0, len(text), 250)]
+        groups += [(3, chunk) for chunk in chunks[:-1]] + [(1, chunks[-1])]
+        self.add("MTEXT", groups + [(7, style), (50, float(rotation))], **look)
+
+
 class SplineLoop:
     """A hatch boundary of one closed cubic B-spline."""
 
@@ -177,6 +201,7 @@ class Drawing:
         }
         self.line_types = [("ByBlock", "", []), ("ByLayer", "", []), ("Continuous", "Solid line", [])]
         self.layers = []
+        self.styles = [("Standard", "txt", "")]
         self.blocks = {}
         self.model = Entities()
         self.layer("0", 7)
@@ -187,6 +212,10 @@ class Drawing:
 
     def layer(self, name, color, ltype="Continuous", lw=25, rgb=None, frozen=False, off=False, plots=True):
         self.layers.append((name, color, ltype, lw, rgb, frozen, off, plots))
+
+    def style(self, name, file, family=""):
+        """A text style: a stroke font (.shx) or a TrueType file, by its family where that is given."""
+        self.styles.append((name, file, family))
 
     def block(self, name, layer="0"):
         self.blocks[name] = Entities(layer)
@@ -205,7 +234,7 @@ class Drawing:
         for code, value in groups:
             lines.append(f"{code:>3}\n{real(value) if isinstance(value, float) else value}\n")
         with open(path, "w", encoding="ascii", newline="\n") as file:
-            file.write("".join(lines))
+            file.write(escaped("".join(lines)))
 
     def handle(self):
         self.last_handle += 1
@@ -260,17 +289,6 @@ class Drawing:
         viewport += flat_point(15, (10, 10)) + point(16, (0, 0), 1.0) + point(17, (0, 0))
         viewport += [(40, height * 1.05), (41, 1.6), (42, 50.0), (43, 0.0), (44, 0.0), (50, 0.0), (51, 0.0)]
         viewport += [(71, 0), (72, 1000), (73, 1), (74, 3), (75, 0), (76, 0), (77, 0), (78, 0)]
-        style = [
-            (2, "Standard"),
-            (70, 0),
-            (40, 0.0),
-            (41, 1.0),
-            (50, 0.0),
-            (71, 0),
-            (42, 2.5),
-            (3, "txt"),
-            (4, ""),
-        ]
         records = [("AcDbBlockTableRecord", handle, [(2, name)]) for name, handle in self.records.items()]
         groups = [(0, "SECTION"), (2, "TABLES")]
         groups += self.table("VPORT", [("AcDbViewportTableRecord", None, viewport)])
@@ -280,7 +298,9 @@ class Drawing:
         groups += self.table(
             "LAYER", [("AcDbLayerTableRecord", None, layer(*entry)) for entry in self.layers]
         )
-        groups += self.table("STYLE", [("AcDbTextStyleTableRecord", None, style)])
+        groups += self.table(
+            "STYLE", [("AcDbTextStyleTableRecord", None, text_style(*entry)) for entry in self.styles]
+        )
         groups += self.table("VIEW", []) + self.table("UCS", [])
         groups += self.table("APPID", [("AcDbRegAppTableRecord", None, [(2, "ACAD"), (70, 0)])])
         groups += self.table("DIMSTYLE", [("AcDbDimStyleTableRecord", None, [(2, "STANDARD"), (70, 0)])])
@@ -327,6 +347,11 @@ def line_type(name, description, dashes):
     for dash in dashes:
         groups += [(49, float(dash)), (74, 0)]
     return groups
+
+
+def text_style(name, file, family):
+    groups = [(2, name), (70, 0), (40, 0.0), (41, 1.0), (50, 0.0), (71, 0), (42, 2.5), (3, file), (4, "")]
+    return groups + ([(1001, "ACAD"), (1000, family), (1071, 0)] if family else [])
 
 
 def layer(name, color, ltype, lw, rgb, frozen, off, plots):

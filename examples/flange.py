@@ -68,7 +68,7 @@ def steel(spacing=2.6, turn=45.0):
 class Flange:
     def __init__(self):
         self.drawing = Drawing((sheet.WIDTH, sheet.HEIGHT))
-        self.letters = Lettering(self.drawing)
+        self.letters = Lettering(self.drawing, "romans.shx")
         self.dimensions = Dimensions(self.drawing, self.letters)
         self.m = self.drawing.model
 

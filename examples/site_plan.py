@@ -78,7 +78,7 @@ class SitePlan:
     def __init__(self):
         self.random = random.Random(2024)
         self.drawing = Drawing((sheet.WIDTH, sheet.HEIGHT), "AC1018", point_mode=34, point_size=1.6)
-        self.letters = Lettering(self.drawing)
+        self.letters = Lettering(self.drawing, "arial.ttf")
         self.m = self.drawing.model
         self.outlines = []  # what contour lines and trees keep out of
 

@@ -40,6 +40,7 @@ EXAMPLES: dict[str, list[list[str]]] = {
         ["--margins", "17,5,17,7"],
     ],
     "diagram.dxf": [["--skip-layer", "PIPE_FEED"], ["--monochrome"], ["--margins", "17,5,17,7"]],
+    "scripts.dxf": [["--monochrome"], ["--margins", "17,5,17,7"]],
     "hello.jsonl": [],
 }
 
