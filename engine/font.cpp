@@ -2,7 +2,7 @@
 #include "engine/font.h"
 
 #include <limits>
-#include <map>
+#include <set>
 #include <utility>
 
 #include "core/fpdfapi/font/cpdf_font.h"
@@ -74,23 +74,22 @@ RetainPtr<CFX_Face> OpenFace(std::span<const uint8_t> bytes) {
 // The engine's array of widths (ISO 32000-1:2008, 9.7.4.3) is right only for glyphs without a gap in their
 // numbers: it may give the width behind a gap to the glyph before it. Such an array is written anew.
 void CorrectWidths(CPDF_Font& font, CFX_Face& face) {
-  std::map<uint32_t, int> widths;
+  std::set<uint32_t> glyphs;
   for (const auto& item : face.GetCharCodesAndIndices(pdfium::kMaximumSupplementaryCodePoint)) {
-    const auto [entry, isNew] = widths.try_emplace(item.glyph_index);
-    if (isNew) entry->second = face.GetGlyphWidth(item.glyph_index, 0, 0, nullptr);
+    glyphs.insert(item.glyph_index);
   }
-  if (widths.empty() || widths.rbegin()->first - widths.begin()->first + 1 == widths.size()) return;
+  if (glyphs.empty() || *glyphs.rbegin() - *glyphs.begin() + 1 == glyphs.size()) return;
   const auto descendants = font.GetMutableFontDict()->GetMutableArrayFor("DescendantFonts");
   const auto array = descendants->GetMutableDictAt(0)->GetMutableArrayFor("W");
   array->Clear();
   uint32_t next = 0;
   RetainPtr<CPDF_Array> stretch;
-  for (const auto& [glyph, width] : widths) {
+  for (const uint32_t glyph : glyphs) {
     if (stretch == nullptr || glyph != next) {
       array->AppendNew<CPDF_Number>(static_cast<int>(glyph));
       stretch = array->AppendNew<CPDF_Array>();
     }
-    stretch->AppendNew<CPDF_Number>(width);
+    stretch->AppendNew<CPDF_Number>(face.GetGlyphWidth(glyph, 0, 0, nullptr));
     next = glyph + 1;
   }
 }
@@ -118,7 +117,7 @@ Font::~Font() = default;
 std::unique_ptr<Font> Font::Load(Document& document, std::span<const uint8_t> bytes) {
   const RetainPtr<CFX_Face> face = OpenFace(bytes);
   if (face == nullptr) return nullptr;
-  ScopedFPDFFont handle(FPDFText_LoadFont(document.implementation_->handle.get(), bytes.data(),
+  ScopedFPDFFont handle(FPDFText_LoadFont(document.Internals().handle.get(), bytes.data(),
                                           static_cast<uint32_t>(bytes.size()), FPDF_FONT_TRUETYPE, 1));
   if (handle == nullptr) return nullptr;
   CPDF_Font& font = *CPDFFontFromFPDFFont(handle.get());

@@ -15,8 +15,9 @@ class Document;
 class Font {
  public:
   // Embeds the font file `bytes` whole, with widths and a ToUnicode map from its own character map. Of a
-  // collection the first face is taken. Null when the engine refuses the file. The font must be destroyed
-  // before the document; what it has put into the document stays.
+  // collection the first face is taken. Null when the engine refuses the file, or would make a font of it
+  // that shows nothing: cut off, without outlines, without a character map. The font must be destroyed before
+  // the document; what it has put into the document stays.
   [[nodiscard]] static std::unique_ptr<Font> Load(Document& document, std::span<const uint8_t> bytes);
 
   Font(const Font&) = delete;

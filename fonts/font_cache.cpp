@@ -31,11 +31,12 @@ const engine::Font* FontCache::GetFontHandle(engine::Document& document, const L
 void FontCache::Embed(engine::Document& document, const LOGFONTW& font, const std::u16string& name,
                       const CharacterSet& characters) {
   const std::vector<uint16_t> keepList = characters.Characters();
-  const auto source = ClassifyFontData(services_, font);
+  auto source = ClassifyFontData(services_, font);
   if (!source) return;
   const std::unique_ptr<PlatformFont> platformFont = services_.CreateFontIndirect(font);
   if (platformFont == nullptr) return;
-  const FontData file = ReadFontData(*platformFont, source->isSingleFile ? kWholeFontFile : kFontCollection);
+  const FontData file =
+      source->isSingleFile ? ReadFontData(*platformFont, kWholeFontFile) : std::move(source->collection);
   if (file.block == nullptr) return;
 
   const FontData subset = SubsetFontData(findSubsetter_(), file.Bytes(), *source, keepList);

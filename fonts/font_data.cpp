@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "fonts/font_collection.h"
 
@@ -18,12 +19,12 @@ std::optional<FontDataSource> ClassifyFontData(const FontServices& services, con
   if (platformFont == nullptr) return std::nullopt;
   if (platformFont->GetFontData(kFontCollection, nullptr, 0) == kNoFontData) {
     if (platformFont->GetFontData(kWholeFontFile, nullptr, 0) == kNoFontData) return std::nullopt;
-    return FontDataSource{.isSingleFile = true};
+    return FontDataSource{.isSingleFile = true, .collection = {}};
   }
-  const FontData collection = ReadFontData(*platformFont, kFontCollection);
+  FontData collection = ReadFontData(*platformFont, kFontCollection);
   const auto member = FindCollectionMember(collection.Bytes(), FaceName(font));
   if (!member) return std::nullopt;
-  return FontDataSource{.memberIndex = *member};
+  return FontDataSource{.memberIndex = *member, .collection = std::move(collection)};
 }
 
 FontData ReadFontData(const PlatformFont& font, uint32_t table) {

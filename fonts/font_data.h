@@ -28,6 +28,7 @@ struct FontData {
 struct FontDataSource {
   bool isSingleFile = false;
   int32_t memberIndex = -1;  // in a collection, from 0
+  FontData collection;       // which has been read to find the member
 };
 
 // The face name of a font, which may fill its field to the last unit.

@@ -50,9 +50,10 @@ class FontFace {
   ~FontFace() = default;
 };
 
-// The face that `font` selects, by family (in any language that the face names itself in, without regard to
-// case), weight, slant, character set and pitch; the closest one when there is no such family. Null on a
-// system without faces.
+// The face that `font` selects: of the family that it names (in any language that a face names itself in,
+// without regard to case) the closest in slant and weight. When there is no such family, or it lacks the
+// letters of a character set that is asked for, the next best one, by pitch and class of family too. Null on
+// a system without faces.
 [[nodiscard]] const FontFace* FindFace(const LOGFONTW& font);
 
 // Whether there is a face of that family, so that FindFace has no need of another one.

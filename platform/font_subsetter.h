@@ -22,8 +22,8 @@ using FreeFunction = void (*)(void* block);
 // Makes of the font in `source` (member `collectionIndex` of it with kSubsetFlagCollection) a TrueType font
 // that maps the characters of `keepList` to their glyphs in a character map of the Microsoft platform. Glyphs
 // are numbered anew. Characters that the font lacks are passed over, even if none is left. The result is in
-// `*package`, a block of `*packageSize` bytes from `allocate`, of which `*written` are the font. When there is
-// no such font `*package` stays as it was and the result is not 0.
+// `*package`, a block of `*packageSize` bytes from `allocate`, of which `*written` are the font. When there
+// is no such font `*package` stays as it was and the result is not 0.
 using CreateFontPackageFunction = uint32_t(const uint8_t* source, uint32_t sourceSize, uint8_t** package,
                                            uint32_t* packageSize, uint32_t* written, uint16_t flags,
                                            uint16_t collectionIndex, uint16_t format, uint16_t language,

@@ -103,7 +103,7 @@ static_assert(offsetof(HT_TextRun, advances) == 40);
 static_assert(offsetof(HT_TextRun, fontName) == 48);
 
 // A text split into runs of one font each. A character that the font lacks goes to the next font that has it,
-// and neighbours of the same font stay in one run; a character that no font has stays in the run before it.
+// and neighbours of the same font stay in one run; a character that no font has stays with the font itself.
 // The same arguments give the same runs every time. Without advances the text is one of a shape font, which
 // has no outlines: its runs are in the system's default interface font, in which it can be searched for.
 // Nothing is kept of what the constructor is given. A count below 1 gives no runs.

@@ -63,14 +63,19 @@ int32_t DevStrokeFillPath(HostDevice* device);
 // calls clip to the polygons. 0 without a job or an open output, 1 for a null list.
 int32_t DevSetClip(HostDevice* device, const ClipPolygon* list);
 
-// Links, text, layers, rasters and comments are not recorded yet: these six stroke the pending path, like any
-// call that could change how it looks, and answer 0, on which a host draws text as geometry and goes on
-// without the others.
-int32_t DevBeginLink(HostDevice* device, const char16_t* target);
-int32_t DevEndLink(HostDevice* device);
+// Strokes the pending path and records a text of `count` units, which need no terminator. `advances`, when
+// given, are as many widths in dots; without them the text is that of a shape font. The height is the size of
+// the font's em in dots, the angle is in radians, both factors are 1 for normal text. The result tells
+// whether the PDF will show the text: at 0 the host draws it as geometry, over text that is there to be
+// searched unless the settings ask for geometry alone. 1 for a text that is dropped for want of memory.
 int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point* position,
                 const char16_t* text, int32_t count, const double* advances, double textHeight,
                 double obliqueAngle, double trackingFactor, double widthFactor);
+
+// Links, layers, rasters and comments are not recorded yet: these five stroke the pending path, like any call
+// that could change how it looks, and answer 0, on which a host goes on without them.
+int32_t DevBeginLink(HostDevice* device, const char16_t* target);
+int32_t DevEndLink(HostDevice* device);
 int32_t DevSetLayer(HostDevice* device, int64_t reserved, const char16_t* name);
 int32_t DevBitmap(HostDevice* device, const HostImageRecord* image);
 int32_t DevShxComment(HostDevice* device, const char16_t* text, const int32_t* rect, uint32_t flags);

@@ -28,6 +28,12 @@ struct RunContent {
 static_assert(alignof(HT_TextRun) >= alignof(double) && sizeof(HT_TextRun) % alignof(double) == 0);
 static_assert(alignof(LOGFONTW) >= alignof(char16_t));
 
+// Frees a block of that many nodes, the end node among them.
+void ReleaseRuns(HT_TextRun* end, size_t nodes) {
+  std::destroy_n(end, nodes);
+  ::operator delete(end);
+}
+
 // A text is one block of memory: the end node, the runs, all advances, all fonts, all characters. The result
 // is the end node, where the block starts.
 HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
@@ -43,6 +49,8 @@ HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
                      contents.size() * sizeof(LOGFONTW) + characters * sizeof(char16_t)));
   auto* const end = reinterpret_cast<HT_TextRun*>(block);
   std::uninitialized_value_construct_n(end, nodes);
+  const auto release = [nodes](HT_TextRun* runs) { ReleaseRuns(runs, nodes); };
+  std::unique_ptr<HT_TextRun, decltype(release)> owner(end, release);  // while names are copied
   auto* advance = reinterpret_cast<double*>(end + nodes);
   auto* font = reinterpret_cast<LOGFONTW*>(advance + advances);
   auto* character = reinterpret_cast<char16_t*>(font + contents.size());
@@ -65,29 +73,25 @@ HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
   }
   previous->next = end;
   end->previous = previous;
-  return end;
+  return owner.release();
 }
 
 // The faces of a text's characters, one after the other.
 class FaceChooser {
  public:
-  explicit FaceChooser(const LOGFONTW& font) : font_(font), own_(FindFace(font)), current_(own_) {}
+  explicit FaceChooser(const LOGFONTW& font) : font_(font), own_(FindFace(font)) {}
 
-  // Null only on a system without faces.
-  const FontFace* FaceFor(char16_t unit) {
-    if (own_ == nullptr) return nullptr;
-    if (own_->HasCharacter(unit)) {
-      current_ = own_;
-    } else if (const FontFace* other = FindFaceWith(unit, font_); other != nullptr) {
-      current_ = other;
-    }
-    return current_;
+  // The face depends on the character alone and not on those around it, so that a text gives the same faces
+  // in any order. Null only on a system without faces.
+  const FontFace* FaceFor(char16_t unit) const {
+    if (own_ == nullptr || own_->HasCharacter(unit)) return own_;
+    const FontFace* other = FindFaceWith(unit, font_);
+    return other == nullptr ? own_ : other;
   }
 
  private:
   const LOGFONTW& font_;
   const FontFace* own_;
-  const FontFace* current_;  // stays for a character that no face has
 };
 
 std::u16string_view GivenName(const LOGFONTW& font) {
@@ -99,7 +103,7 @@ std::u16string_view GivenName(const LOGFONTW& font) {
 // GetFontFullName has no answer.
 std::vector<RunContent> Split(const LOGFONTW& font, std::span<const char16_t> text, const double* advances) {
   std::vector<RunContent> runs;
-  FaceChooser chooser(font);
+  const FaceChooser chooser(font);
   const FontFace* last = nullptr;
   for (size_t i = 0; i < text.size(); ++i) {
     const FontFace* face = chooser.FaceFor(text[i]);
@@ -139,9 +143,6 @@ HT_Text::HT_Text(const HT_Text& other) : runCount(other.runCount) {
   runs = MakeRuns(contents);
 }
 
-HT_Text::~HT_Text() {
-  std::destroy_n(runs, runCount + 1);
-  ::operator delete(runs);
-}
+HT_Text::~HT_Text() { ReleaseRuns(runs, runCount + 1); }
 
 }  // namespace hdi

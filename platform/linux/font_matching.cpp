@@ -54,20 +54,25 @@ std::vector<const SystemFace*> SortFaces(const FontRequest& request) {
   return sorted;
 }
 
-const SystemFace* PickSubstitute(const FontRequest& request, const std::vector<const SystemFace*>& order) {
+const SystemFace* FirstCovering(const FontRequest& request, const std::vector<const SystemFace*>& order) {
   const auto covering = std::find_if(order.begin(), order.end(), [&](const SystemFace* face) {
     return CoversCharacterSet(face->Pattern(), request);
   });
-  if (covering != order.end()) return *covering;
-  return order.empty() ? nullptr : order.front();
+  return covering == order.end() ? nullptr : *covering;
 }
 
+// The family that is named, unless another one covers the character set that is asked for and it does not.
 Selection Select(const FontRequest& request) {
   Selection selection;
   selection.face = PickByName(request);
-  if (selection.face == nullptr) {
-    selection.order = SortFaces(request);
-    selection.face = PickSubstitute(request, selection.order);
+  const bool serves = selection.face != nullptr &&
+                      (!request.AsksForCharSet() || CoversCharacterSet(selection.face->Pattern(), request));
+  if (serves) return selection;
+  selection.order = SortFaces(request);
+  if (const SystemFace* covering = FirstCovering(request, selection.order)) {
+    selection.face = covering;
+  } else if (selection.face == nullptr && !selection.order.empty()) {
+    selection.face = selection.order.front();
   }
   return selection;
 }
@@ -115,6 +120,8 @@ const FontFace* FindFaceWith(char16_t unit, const LOGFONTW& font) {
 LOGFONTW SelectingFont(const LOGFONTW& font, const FontFace& face) {
   LOGFONTW selecting = font;
   PutFamily(selecting, face.Family());
+  if (FindFace(selecting) == &face) return selecting;
+  selecting.lfCharSet = kDefaultCharSet;
   if (FindFace(selecting) == &face) return selecting;
   selecting.lfWeight = face.Weight();
   if (FindFace(selecting) == &face) return selecting;

@@ -19,21 +19,20 @@ struct CharSetLanguage {
   const char* language;
 };
 constexpr CharSetLanguage kLanguages[] = {
-    {0, "en"},       // ANSI
-    {128, "ja"},     // SHIFTJIS
-    {129, "ko"},     // HANGUL
-    {130, "ko"},     // JOHAB
-    {134, "zh-cn"},  // GB2312
-    {136, "zh-tw"},  // CHINESEBIG5
-    {161, "el"},     // GREEK
-    {162, "tr"},     // TURKISH
-    {163, "vi"},     // VIETNAMESE
-    {177, "he"},     // HEBREW
-    {178, "ar"},     // ARABIC
-    {186, "lt"},     // BALTIC
-    {204, "ru"},     // RUSSIAN
-    {222, "th"},     // THAI
-    {238, "cs"},     // EASTEUROPE
+    {kAnsiCharSet, "en"}, {128, "ja"},  // SHIFTJIS
+    {129, "ko"},                        // HANGUL
+    {130, "ko"},                        // JOHAB
+    {134, "zh-cn"},                     // GB2312
+    {136, "zh-tw"},                     // CHINESEBIG5
+    {161, "el"},                        // GREEK
+    {162, "tr"},                        // TURKISH
+    {163, "vi"},                        // VIETNAMESE
+    {177, "he"},                        // HEBREW
+    {178, "ar"},                        // ARABIC
+    {186, "lt"},                        // BALTIC
+    {204, "ru"},                        // RUSSIAN
+    {222, "th"},                        // THAI
+    {238, "cs"},                        // EASTEUROPE
 };
 
 const char* LanguageOf(uint8_t charSet) {
@@ -94,6 +93,8 @@ FontRequest::FontRequest(const LOGFONTW& font)
   std::copy(from, end, name.begin());
   nameLength = static_cast<size_t>(end - from);
 }
+
+bool FontRequest::AsksForCharSet() const { return charSet != kAnsiCharSet && LanguageOf(charSet) != nullptr; }
 
 bool FontRequest::AsksForSymbols() const { return charSet == kSymbolCharSet; }
 

@@ -12,6 +12,9 @@
 
 namespace hdi {
 
+inline constexpr uint8_t kAnsiCharSet = 0;
+inline constexpr uint8_t kDefaultCharSet = 1;
+
 // What of a LOGFONTW decides on the face; equal ones select the same.
 struct FontRequest {
   explicit FontRequest(const LOGFONTW& font);
@@ -19,6 +22,8 @@ struct FontRequest {
 
   [[nodiscard]] std::u16string_view Name() const { return {name.data(), nameLength}; }
   [[nodiscard]] bool AsksForSymbols() const;
+  // Whether the character set is asked for on purpose: ANSI is what a request has that says nothing.
+  [[nodiscard]] bool AsksForCharSet() const;
 
   // Ended and filled up by zeros, without the '@' that asks for glyphs turned for vertical lines.
   std::array<char16_t, 32> name = {};

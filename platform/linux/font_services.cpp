@@ -11,26 +11,29 @@
 #include "platform/font_faces.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
+#include "platform/linux/font_patterns.h"
 
 namespace hdi {
 namespace {
 
-// The data is read when it is first asked for and kept for the second question, which fetches it.
 class SystemFont final : public PlatformFont {
  public:
   explicit SystemFont(const SystemFace& face) : face_(face) {}
 
   uint32_t GetFontData(uint32_t table, uint8_t* buffer, uint32_t size) const override {
-    if (!isRead_ || table != table_) {
-      data_ = Read(table);
-      table_ = table;
-      isRead_ = true;
-    }
-    if (data_.empty() || data_.size() >= kNoFontData) return kNoFontData;
-    const auto available = static_cast<uint32_t>(data_.size());
+    if (table == kFontCollection && !face_.IsInCollection()) return kNoFontData;
+    const FontFile file(face_.Path());
+    const FontMember member = Member(file);
+    if (member.tables.empty()) return kNoFontData;
+    const bool isWholeFile = table == (face_.IsInCollection() ? kFontCollection : kWholeFontFile);
+    if (isWholeFile) return CopyFile(file, buffer, size);
+    const std::vector<uint8_t> data =
+        table == kWholeFontFile ? PlainFont(file, member) : ReadTable(file, member, table);
+    if (data.empty() || data.size() >= kNoFontData) return kNoFontData;
+    const auto available = static_cast<uint32_t>(data.size());
     if (buffer == nullptr) return available;
     const uint32_t count = std::min(size, available);
-    std::memcpy(buffer, data_.data(), count);
+    std::memcpy(buffer, data.data(), count);
     return count;
   }
 
@@ -54,24 +57,34 @@ class SystemFont final : public PlatformFont {
     return face_.MemberIndex() < offsets.size() ? file.Member(offsets[face_.MemberIndex()]) : FontMember();
   }
 
-  std::vector<uint8_t> Read(uint32_t table) const {
-    if (table == kFontCollection && !face_.IsInCollection()) return {};
-    const FontFile file(face_.Path());
-    const FontMember member = Member(file);
-    if (member.tables.empty()) return {};
-    if (table == kWholeFontFile && face_.IsInCollection()) return PlainFont(file, member);
-    if (table == kWholeFontFile || table == kFontCollection) return file.Read(0, file.Size());
-    const uint32_t bigEndian =
-        (table & 0xFF) << 24 | (table & 0xFF00) << 8 | (table >> 8 & 0xFF00) | table >> 24;
+  static uint32_t CopyFile(const FontFile& file, uint8_t* buffer, uint32_t size) {
+    if (file.Size() >= kNoFontData) return kNoFontData;
+    const auto available = static_cast<uint32_t>(file.Size());
+    if (buffer == nullptr) return available;
+    const uint32_t count = std::min(size, available);
+    return file.Read(0, {buffer, count}) ? count : kNoFontData;
+  }
+
+  static std::vector<uint8_t> ReadTable(const FontFile& file, const FontMember& member, uint32_t tag) {
+    const uint32_t bigEndian = (tag & 0xFF) << 24 | (tag & 0xFF00) << 8 | (tag >> 8 & 0xFF00) | tag >> 24;
     const FontTable* found = member.Find(bigEndian);
     return found == nullptr ? std::vector<uint8_t>() : file.Read(*found);
   }
 
   const SystemFace& face_;
-  mutable std::vector<uint8_t> data_;
-  mutable uint32_t table_ = 0;
-  mutable bool isRead_ = false;
 };
+
+std::optional<LOGFONTW> ChooseInterfaceFont() {
+  constexpr std::u16string_view kGenericName = u"system-ui";
+  LOGFONTW font = {};
+  font.lfHeight = -11;
+  font.lfWeight = 400;
+  font.lfCharSet = kDefaultCharSet;
+  std::copy(kGenericName.begin(), kGenericName.end(), font.lfFaceName);
+  const FontFace* face = FindFace(font);
+  if (face == nullptr) return std::nullopt;
+  return SelectingFont(font, *face);
+}
 
 class SystemServices final : public FontServices {
  public:
@@ -82,15 +95,8 @@ class SystemServices final : public FontServices {
   }
 
   std::optional<LOGFONTW> DefaultInterfaceFont() const override {
-    constexpr std::u16string_view kGenericName = u"system-ui";
-    LOGFONTW font = {};
-    font.lfHeight = -11;
-    font.lfWeight = 400;
-    font.lfCharSet = 1;  // the default one
-    std::copy(kGenericName.begin(), kGenericName.end(), font.lfFaceName);
-    const FontFace* face = FindFace(font);
-    if (face == nullptr) return std::nullopt;
-    return SelectingFont(font, *face);
+    static const std::optional<LOGFONTW> kFont = ChooseInterfaceFont();
+    return kFont;
   }
 };
 

@@ -110,6 +110,9 @@ TEST(FontFaces, FollowTheRequest) {
       {Font(u"文泉驿等宽正黑"), "WenQuanYi Zen Hei Mono"},
       {Font(u"@WenQuanYi Zen Hei Sharp"), "WenQuanYi Zen Hei Sharp"},
       {Font(u"Wingdings", 400, false, 0), "Wingdings"},
+      {Font(u"Liberation Sans", 400, false, 161), "Liberation Sans"},
+      {Font(u"Liberation Sans", 400, false, 134), "WenQuanYi Zen Hei"},  // whose letters it lacks
+      {Font(u"Liberation Sans", 400, false, 222), "Liberation Sans"},    // as all others do
       // Families that are not there.
       {Font(u"Arial", 700), "Liberation Sans Bold"},
       {Font(u"Times New Roman", 400, true), "Liberation Serif Italic"},
