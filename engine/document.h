@@ -36,6 +36,8 @@ class BlockSink {
 // 14.3.3).
 class Document {
  public:
+  struct Implementation;
+
   Document();
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
@@ -53,9 +55,10 @@ class Document {
   // Writes the whole file into `sink`. Rethrows what the sink threw.
   void Save(BlockSink& sink);
 
+  // For the rest of this folder.
+  [[nodiscard]] Implementation& Internals() { return *implementation_; }
+
  private:
-  friend class Font;
-  struct Implementation;
   std::unique_ptr<Implementation> implementation_;
 };
 
