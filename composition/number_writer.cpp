@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace hdi {
 namespace {
@@ -126,6 +127,26 @@ bool RoundsToZero(float value, int precision) {
   return precision >= 0 && std::fabs(static_cast<double>(value) * PowerOfTen(precision)) < 0.5;
 }
 
+// Rewrites a number of the form [-]d[.ddddd]e+dd: its digits from `out`, its exponent from `exponent` to
+// `end`.
+char* WriteWithoutExponent(char* out, const char* exponent, const char* end) {
+  if (*out == '-') ++out;
+  std::array<char, 8> digits{};
+  const std::string_view written(out, static_cast<size_t>(exponent - out));
+  char* last = std::ranges::copy_if(written, digits.data(), [](char c) { return c != '.'; }).out;
+  const auto count = static_cast<int>(last - digits.data());
+  int power = 0;  // of the first digit
+  std::from_chars(exponent + (exponent[1] == '+' ? 2 : 1), end, power);
+  if (power < 0) {
+    *out++ = '0';
+    *out++ = '.';
+    out = std::fill_n(out, -power - 1, '0');
+    return std::copy(digits.data(), last, out);
+  }
+  out = std::copy(digits.data(), last, out);
+  return std::fill_n(out, power + 1 - count, '0');
+}
+
 }  // namespace
 
 char* WriteWhole(char* out, float value) {
@@ -149,8 +170,14 @@ char* WriteFraction(char* out, float value, int precision) {
 }
 
 char* WriteSixDigits(char* out, float value) {
-  return std::to_chars(out, out + kMaxNumberLength, static_cast<double>(value), std::chars_format::general, 6)
-      .ptr;
+  if (std::isnan(value)) value = 0;
+  constexpr float kLargest = std::numeric_limits<float>::max();
+  value = std::clamp(value, -kLargest, kLargest);
+  char* end =
+      std::to_chars(out, out + kMaxNumberLength, static_cast<double>(value), std::chars_format::general, 6)
+          .ptr;
+  char* exponent = std::find(out, end, 'e');
+  return exponent == end ? end : WriteWithoutExponent(out, exponent, end);
 }
 
 }  // namespace hdi

@@ -39,8 +39,9 @@ inline char* WriteReal(char* out, float value, int precision) {
 }
 
 // Writes `value` with six significant digits, trailing zeros dropped, in the manner of %g: colour components,
-// dash entries, character spacing and horizontal scale. Room and result as above. From a million on and below
-// a ten thousandth the form has an exponent, as %g has.
+// dash entries, character spacing and horizontal scale. Room and result as above. Where %g has an exponent,
+// which a PDF can't hold (ISO 32000-1:2008, 7.3.3), the same digits stand in full; infinities count as the
+// largest numbers, and what is not a number as 0.
 char* WriteSixDigits(char* out, float value);
 
 }  // namespace hdi

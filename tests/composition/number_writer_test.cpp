@@ -142,8 +142,19 @@ TEST(WriteSixDigits, IsTheGeneralFormOfPrintf) {
         std::ldexp(static_cast<float>(random() >> 8) - 8388608.0F, static_cast<int>(random() % 60) - 40);
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%g", static_cast<double>(value));
-    ASSERT_EQ(SixDigits(value), text.data());
+    const std::string written = SixDigits(value);
+    if (std::string_view(text.data()).find('e') == std::string_view::npos) {
+      ASSERT_EQ(written, text.data());
+    } else {  // the same number in full
+      ASSERT_EQ(written.find('e'), std::string::npos) << written;
+      ASSERT_EQ(std::strtof(written.c_str(), nullptr), std::strtof(text.data(), nullptr)) << written;
+    }
   }
+  EXPECT_EQ(SixDigits(5e-5F), "0.00005");
+  EXPECT_EQ(SixDigits(-1.25e-6F), "-0.00000125");
+  EXPECT_EQ(SixDigits(4294967296.0F), "4294970000");
+  EXPECT_EQ(SixDigits(-std::numeric_limits<float>::infinity()), "-340282" + std::string(33, '0'));
+  EXPECT_EQ(SixDigits(std::numeric_limits<float>::quiet_NaN()), "0");
   EXPECT_EQ(SixDigits(128.0F / 255.0F), "0.501961");
   EXPECT_EQ(SixDigits(100.0F), "100");
 }

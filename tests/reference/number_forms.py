@@ -8,6 +8,7 @@ from __future__ import annotations
 
 import math
 import struct
+from decimal import Decimal
 
 MAX_F32 = struct.unpack("<f", b"\xff\xff\x7f\x7f")[0]
 MAX_F64 = struct.unpack("<d", b"\xff\xff\xff\xff\xff\xff\xef\x7f")[0]
@@ -54,8 +55,12 @@ def same(first: float, second: float) -> bool:
 
 
 def write_plain(value: float) -> str:
-    """Six significant digits, as a default output stream writes a float."""
-    return f"{value:g}"
+    """Six significant digits, as a default output stream writes a float, but never an exponent."""
+    if math.isnan(value):
+        return "0"
+    if math.isinf(value):
+        value = math.copysign(MAX_F32, value)
+    return format(Decimal(f"{value:g}"), "f")
 
 
 def power_of_ten(exponent: int) -> float:
