@@ -2,13 +2,12 @@
 #include "engine/document.h"
 
 #include <exception>
-#include <string>
 
 #include "core/fpdfapi/parser/cpdf_dictionary.h"
 #include "core/fpdfapi/parser/cpdf_string.h"
 #include "core/fxcrt/bytestring.h"
-#include "core/fxcrt/widestring.h"
 #include "engine/document_implementation.h"
+#include "engine/wide_string.h"
 #include "fpdfsdk/cpdfsdk_helpers.h"
 #include "public/fpdf_edit.h"
 #include "public/fpdf_save.h"
@@ -32,17 +31,6 @@ int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
     fileWrite->failure = std::current_exception();
     return 0;
   }
-}
-
-WideString ToWideString(std::u16string_view text) {
-  std::string littleEndian;
-  littleEndian.reserve(text.size() * 2);
-  for (const char16_t unit : text) {
-    littleEndian.push_back(static_cast<char>(unit & 0xFF));
-    littleEndian.push_back(static_cast<char>(unit >> 8));
-  }
-  return WideString::FromUTF16LE(
-      {reinterpret_cast<const uint8_t*>(littleEndian.data()), littleEndian.size()});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The page's dictionary: contents, resources, annotations.
+// The page's dictionary: contents and resources.
 #include "engine/page.h"
 
 #include <sstream>
@@ -11,12 +11,9 @@
 #include "core/fpdfapi/parser/cpdf_name.h"
 #include "core/fpdfapi/parser/cpdf_number.h"
 #include "core/fpdfapi/parser/cpdf_reference.h"
-#include "core/fpdfapi/parser/cpdf_stream.h"
 #include "core/fxcrt/bytestring.h"
-#include "core/fxcrt/data_vector.h"
-#include "engine/deflate.h"
 #include "engine/document_implementation.h"
-#include "public/fpdf_annot.h"
+#include "engine/streams.h"
 
 namespace hdi::engine {
 namespace {
@@ -39,25 +36,8 @@ const char* CategoryKey(ResourceCategory category) {
   return "";
 }
 
-// A stream as it stands. The engine compresses it when it saves.
-uint32_t AddStream(CPDF_Document& document, std::string_view bytes) {
-  const auto stream = document.NewIndirect<CPDF_Stream>(document.New<CPDF_Dictionary>());
-  stream->SetData(ToView(bytes).unsigned_span());
-  return stream->GetObjNum();
-}
-
-// A stream that is compressed already, which the engine then saves as it is. Large content streams spend most
-// of a plot's time here, so they do not go through the engine's compressor.
-uint32_t AddCompressedStream(CPDF_Document& document, std::string_view bytes) {
-  const Deflated deflated(bytes);
-  const auto compressed = deflated.Bytes();
-  if (compressed.empty()) return AddStream(document, bytes);
-  auto dictionary = document.New<CPDF_Dictionary>();
-  dictionary->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
-  return document
-      .NewIndirect<CPDF_Stream>(DataVector<uint8_t>(compressed.begin(), compressed.end()),
-                                std::move(dictionary))
-      ->GetObjNum();
+uint32_t AddPlainStream(CPDF_Document& document, std::string_view bytes) {
+  return AddStream(document, AsBytes(bytes), document.New<CPDF_Dictionary>());
 }
 
 // The page's contents as an array, which they become if they are a single stream; null for a page without
@@ -79,6 +59,8 @@ Page::Page(std::unique_ptr<Implementation> implementation) : implementation_(std
 
 Page::~Page() = default;
 
+uint32_t Page::ObjectNumber() const { return implementation_->page->GetDict()->GetObjNum(); }
+
 float Page::Width() const { return implementation_->page->GetPageWidth(); }
 
 float Page::Height() const { return implementation_->page->GetPageHeight(); }
@@ -89,23 +71,24 @@ bool Page::HasContents() const {
 
 void Page::SetContents(std::string_view bytes) {
   CPDF_Document& document = *implementation_->document;
-  implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(page_object::kContents, &document,
-                                                                     AddCompressedStream(document, bytes));
+  implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(
+      page_object::kContents, &document,
+      AddCompressedStream(document, AsBytes(bytes), document.New<CPDF_Dictionary>()));
 }
 
 void Page::WrapContents(std::string_view before, std::string_view behind) {
   CPDF_Document& document = *implementation_->document;
   const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
   if (array == nullptr) return;
-  array->InsertNewAt<CPDF_Reference>(0, &document, AddStream(document, before));
-  array->AppendNew<CPDF_Reference>(&document, AddStream(document, behind));
+  array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, before));
+  array->AppendNew<CPDF_Reference>(&document, AddPlainStream(document, behind));
 }
 
 void Page::PrependContents(std::string_view bytes) {
   CPDF_Document& document = *implementation_->document;
   const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
   if (array == nullptr) return;
-  array->InsertNewAt<CPDF_Reference>(0, &document, AddStream(document, bytes));
+  array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, bytes));
 }
 
 std::string Page::AddGraphicsState(const GraphicsState& state) {
@@ -143,15 +126,6 @@ std::string Page::StandardFontName(const std::string& baseFont) {
     objectNumber = font->GetObjNum();
   }
   return ResourceName(ResourceCategory::kFont, objectNumber);
-}
-
-void Page::AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri) {
-  FPDF_PAGE page = implementation_->handle.get();
-  const ScopedFPDFAnnotation annotation(FPDFPage_CreateAnnot(page, FPDF_ANNOT_LINK));
-  FPDFAnnot_SetURI(annotation.get(), uri.c_str());
-  const FS_RECTF rect{rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-  FPDFAnnot_SetRect(annotation.get(), &rect);
-  FPDFAnnot_SetBorder(annotation.get(), 0, 0, 0);
 }
 
 std::string NumberText(float value) {

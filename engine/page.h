@@ -33,6 +33,9 @@ class Page {
   Page& operator=(const Page&) = delete;
   ~Page();  // releases the page's objects; the page stays in the document
 
+  // Of the page's dictionary. Later pages have higher numbers.
+  [[nodiscard]] uint32_t ObjectNumber() const;
+
   [[nodiscard]] float Width() const;
   [[nodiscard]] float Height() const;
 
@@ -55,6 +58,14 @@ class Page {
 
   // Appends a link annotation without a visible border (12.5.6.5) whose action resolves `uri` (12.6.4.7).
   void AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri);
+  // Appends a square annotation without a visible border (12.5.6.8): text strings for its contents and its
+  // title, each up to its first zero unit, and the flags as the 32 bits of a signed integer.
+  void AddSquareAnnotation(const Rectangle& rectangle, std::u16string_view contents,
+                           std::u16string_view title, uint32_t flags);
+
+  // Gives the page one viewport with a rectilinear measure (12.9.1), in place of any that it has. `scale` is
+  // the factor of the number format along x; the units have no names and the viewport has no extent.
+  void SetMeasureViewport(float scale);
 
  private:
   std::unique_ptr<Implementation> implementation_;

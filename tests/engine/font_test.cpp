@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
-#include <qpdf/QPDF.hh>
 
 #include "core/fpdfapi/font/cpdf_font.h"
 #include "core/fxge/freetype/fx_freetype.h"
@@ -15,6 +14,7 @@
 #include "platform/font_subsetter.h"
 #include "public/cpp/fpdf_scopers.h"
 #include "public/fpdf_edit.h"
+#include "tests/engine/saved_document.h"
 #include "tests/fonts/font_files.h"
 
 namespace hdi::engine {
@@ -23,14 +23,6 @@ namespace {
 std::span<const uint8_t> Bytes(const std::string& text) {
   return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
-
-struct StringSink final : BlockSink {
-  bool WriteBlock(const void* data, size_t size) override {
-    bytes.append(static_cast<const char*>(data), size);
-    return true;
-  }
-  std::string bytes;
-};
 
 std::u16string AllUnits() {
   std::u16string units(0x10000, u'\0');

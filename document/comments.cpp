@@ -1,0 +1,21 @@
+// Square annotations with words and without an appearance of their own.
+#include "document/comments.h"
+
+namespace hdi {
+namespace {
+
+constexpr std::u16string_view kTitle = u"Orvane SHX Text";
+
+}  // namespace
+
+// An annotation stands outside of the matrix that is laid over the page's content.
+void WriteShxComment(engine::Page& page, std::u16string_view text, const CommentRectangle& dots,
+                     uint32_t flags, float pointScale, float originX, float originY) {
+  const engine::Rectangle points{static_cast<float>(dots.left) * pointScale + originX,
+                                 static_cast<float>(dots.bottom) * pointScale + originY,
+                                 static_cast<float>(dots.right) * pointScale + originX,
+                                 static_cast<float>(dots.top) * pointScale + originY};
+  page.AddSquareAnnotation(points, text, kTitle, flags);
+}
+
+}  // namespace hdi

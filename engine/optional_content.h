@@ -1,0 +1,18 @@
+// Optional content of the document (ISO 32000-1:2008, 8.11): the groups and the catalog's properties that
+// list them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace hdi::engine {
+
+class Document;
+
+// Makes a group and lists it: last among the groups, and at `orderIndex`, which is no higher than their
+// count, in the order in which readers show them. All groups start visible. The object number of its
+// dictionary.
+uint32_t AddOptionalContentGroup(Document& document, std::u16string_view name, size_t orderIndex);
+
+}  // namespace hdi::engine

@@ -1,0 +1,17 @@
+// Text on its way to the engine's text strings; seen by this folder only.
+#pragma once
+
+#include <string_view>
+
+#include "core/fxcrt/widestring.h"
+
+namespace hdi::engine {
+
+[[nodiscard]] WideString ToWideString(std::u16string_view text);
+
+// The text up to its first zero unit.
+[[nodiscard]] inline std::u16string_view UpToZero(std::u16string_view text) {
+  return text.substr(0, text.find(u'\0'));
+}
+
+}  // namespace hdi::engine
