@@ -65,7 +65,7 @@ void ContentGenerator::Write(const ImageObject& object) {
   BeginObject(object.attributes);
   WriteTransparency(object.attributes);
   const Matrix& m = object.matrix;
-  if ((m[0] == 0 && m[1] == 0) || (m[2] == 0 && m[3] == 0)) return;
+  if ((m[0] == 0 && m[1] == 0) || (m[2] == 0 && m[3] == 0) || object.image == 0) return;
   out_.Append("q ");
   WriteMatrix(m);
   out_.Append(" cm /");

@@ -84,7 +84,7 @@ struct TextObject {
 struct ImageObject {
   ObjectAttributes attributes;
   Matrix matrix{1, 0, 0, 1, 0, 0};
-  uint32_t image = 0;  // object number of the image's stream
+  uint32_t image = 0;  // object number of the image's stream; 0: nothing to be seen
 };
 
 }  // namespace hdi

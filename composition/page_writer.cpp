@@ -8,6 +8,7 @@
 #include "composition/path_writer.h"
 #include "document/information.h"
 #include "document/page_background.h"
+#include "document/viewport.h"
 #include "platform/border.h"
 
 namespace hdi {
@@ -44,9 +45,11 @@ bool PageWriter::OpenOutput(const std::u16string& path) {
 void PageWriter::StartDocument(std::u16string_view creator) {
   ClosePage();
   fonts_.Clear();
+  layers_.reset();
   document_.reset();
   if (!library_) library_.emplace();
   document_ = CreateDocument(creator);
+  layers_.emplace(*document_);
 }
 
 void PageWriter::Save() {
@@ -112,6 +115,16 @@ void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
   if (page_ == nullptr) return;
   resources_.emplace(*page_);
   content_.emplace(*resources_);
+}
+
+void PageWriter::SetPageScaleInfo(int32_t dotsPerInch) {
+  if (page_ == nullptr) return;
+  SetPageViewport(*page_, static_cast<float>(dotsPerInch / kPointsPerInch / lineScale_));
+}
+
+uint32_t PageWriter::CurrentGroup() {
+  if (page_ == nullptr || currentLayer_.empty()) return 0;
+  return layers_->GetLayerGroup(page_->ObjectNumber(), currentLayer_);
 }
 
 void PageWriter::FinishPage() {

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,8 @@
 #include "composition/content_generator.h"
 #include "composition/page_objects.h"
 #include "composition/page_resources.h"
+#include "document/comments.h"
+#include "document/layers.h"
 #include "engine/document.h"
 #include "engine/page.h"
 #include "fonts/font_cache.h"
@@ -34,6 +37,14 @@ enum class Bounds : uint8_t { kWholePoints, kExact };
 
 // Invisible text can be searched and selected under what the host draws in its place.
 enum class TextVisibility : uint8_t { kVisible, kInvisible };
+
+// Where an image lies: its lower left corner and its size, in dots.
+struct ImageBox {
+  double x;
+  double y;
+  double width;
+  double height;
+};
 
 class PageWriter final : private engine::BlockSink {
  public:
@@ -62,6 +73,7 @@ class PageWriter final : private engine::BlockSink {
   // Lengths in points, as pens give them; none for a solid line.
   void SetDashArray(std::vector<float> points);
   void SetAlpha(uint8_t alpha) { alpha_ = alpha; }
+  [[nodiscard]] uint8_t Alpha() const { return alpha_; }
   // Once set, the background stays for all pages that follow.
   void SetBackground(Color color);
   // Offset of the dot space on the page, in points.
@@ -75,6 +87,8 @@ class PageWriter final : private engine::BlockSink {
   // Pages. `pageNumber` counts from 1; the size is in points. What is still open is thrown away, and the clip
   // and the origin start anew.
   void BeginPage(uint32_t pageNumber, double width, double height);
+  // Writes the page's measure for that resolution, before the page is finished.
+  void SetPageScaleInfo(int32_t dotsPerInch);
   void FinishPage();
 
   // The path under construction. Lines and curves before the first move are dropped.
@@ -111,6 +125,18 @@ class PageWriter final : private engine::BlockSink {
   void WriteTextRuns(const HT_Text& text, float x, float y, const TextShapeData& shape,
                      TextVisibility visibility);
 
+  // Places a raster of 8 bits or 1 bit a pixel in a box given in dots, under the opacity in force; what has
+  // no such bit count, or no bits, is left out. In memory its palette stands right behind `header`.
+  void PlaceIndexedBitmap(const uint8_t* bits, const BITMAPINFOHEADER* header, const ImageBox& box);
+  // Places a JPEG with the opacities of its pixels, none for an opaque one.
+  void PlaceJpeg(std::span<const uint8_t> jpeg, std::span<const uint8_t> plane, const ImageBox& box);
+
+  // The layer that the next objects belong to; none for an empty name. Kept from page to page.
+  void SetCurrentLayer(std::u16string name) { currentLayer_ = std::move(name); }
+
+  // Lays a comment over the open page.
+  void WriteShxComment(std::u16string_view text, const CommentRectangle& rect, uint32_t flags);
+
   // Opens a link to `target`, or takes its place when one is open; an empty target ends the link and writes
   // its annotation around what has been drawn since.
   void SetLinkTarget(std::u16string target);
@@ -123,12 +149,17 @@ class PageWriter final : private engine::BlockSink {
   void ClosePage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
+  void PlaceImage(uint32_t image, const ImageBox& box);
+  // The group of the layer in force on the open page, 0 for none.
+  [[nodiscard]] uint32_t CurrentGroup();
   void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
                     const Matrix& matrix, TextVisibility visibility);
   void ExtendLinkRect(const engine::Rectangle& rect);
 
   // Bounds of a path's points, in points of the page; nothing for a path without points.
   [[nodiscard]] std::optional<engine::Rectangle> ObjectBounds(const PathObject& object) const;
+  // The same for an image with that matrix.
+  [[nodiscard]] engine::Rectangle ImageBounds(const Matrix& matrix) const;
   // The same for a text with that extent in dots around x, y.
   [[nodiscard]] engine::Rectangle TextBounds(float x, float y, const engine::Rectangle& extent) const;
   // The box with whole sides around `box`, unless boxes are exact.
@@ -140,6 +171,7 @@ class PageWriter final : private engine::BlockSink {
   OutputFile outputFile_;
   std::optional<engine::Library> library_;
   std::unique_ptr<engine::Document> document_;
+  std::optional<Layers> layers_;
   FontCache fonts_;
   std::unique_ptr<engine::Page> page_;
   std::optional<PageResources> resources_;
@@ -153,6 +185,7 @@ class PageWriter final : private engine::BlockSink {
   Color background_{255, 255, 255};
   bool hasBackground_ = false;
   engine::Rectangle pageClipRect_{};
+  std::u16string currentLayer_;
   std::u16string linkTarget_;  // empty: no link is open
   engine::Rectangle linkRect_{};
   float originX_ = 0;

@@ -1,4 +1,4 @@
-// The page writer's links: what an open link covers, and its annotation.
+// The page writer's annotations: links, with what an open one covers, and comments.
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -46,6 +46,10 @@ void PageWriter::SetLinkTarget(std::u16string target) {
   linkTarget_ = std::move(target);
 }
 
+void PageWriter::WriteShxComment(std::u16string_view text, const CommentRectangle& rect, uint32_t flags) {
+  if (page_ != nullptr) hdi::WriteShxComment(*page_, text, rect, flags, pointScale_, originX_, originY_);
+}
+
 std::optional<engine::Rectangle> PageWriter::ObjectBounds(const PathObject& object) const {
   if (object.points.empty()) return std::nullopt;
   constexpr float kLargest = std::numeric_limits<float>::max();
@@ -58,6 +62,12 @@ std::optional<engine::Rectangle> PageWriter::ObjectBounds(const PathObject& obje
   }
   return Rounded({pointScale_ * box.left + originX_, pointScale_ * box.bottom + originY_,
                   pointScale_ * box.right + originX_, pointScale_ * box.top + originY_});
+}
+
+engine::Rectangle PageWriter::ImageBounds(const Matrix& matrix) const {
+  const float left = matrix[4] * pointScale_ + originX_;
+  const float bottom = matrix[5] * pointScale_ + originY_;
+  return Rounded({left, bottom, matrix[0] * pointScale_ + left, matrix[3] * pointScale_ + bottom});
 }
 
 engine::Rectangle PageWriter::Rounded(const engine::Rectangle& box) const {

@@ -55,6 +55,7 @@ void PageWriter::CommitPath(FillType fill, bool stroke) {
   const float alpha = static_cast<float>(alpha_) / 255.0F;
   path_.attributes.strokeAlpha = alpha;
   path_.attributes.fillAlpha = alpha;
+  path_.attributes.layer = CurrentGroup();
   path_.fill = fill;
   path_.stroke = stroke;
   if (content_) content_->Write(path_);

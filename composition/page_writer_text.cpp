@@ -63,6 +63,7 @@ void PageWriter::WriteTextRun(std::u16string_view units, const engine::Font& fon
   text_.attributes.strokeAlpha = alpha;
   text_.attributes.fillAlpha = alpha;
   text_.attributes.clip = path_.attributes.clip;
+  text_.attributes.layer = CurrentGroup();
   text_.matrix = matrix;
   if (bounds_ == Bounds::kWholePoints) {
     text_.matrix[4] = RoundToWhole(matrix[4]);

@@ -7,15 +7,18 @@
 #include <utility>
 #include <vector>
 
+#include "composition/replay_bitmap.h"
+
 namespace hdi {
 namespace {
 
 struct Replay {
   const DriverDevMode* settings;
   PageWriter& writer;
-  // Of the text in hand, kept for their memory.
+  // Of the record in hand, kept for their memory.
   std::vector<char16_t> units;
   std::vector<double> advances;
+  bool isCutShort = false;  // what is left of the list is not played
 };
 
 // Each opcode has its own Play; one that is missing breaks the build.
@@ -59,6 +62,8 @@ void Play<OP_START_PAGE>(Replay& replay, const PlotCommand& record) {
 
 template <>
 void Play<OP_END_PAGE>(Replay& replay, const PlotCommand& /*record*/) {
+  replay.writer.SetPageScaleInfo(replay.settings == nullptr ? kDefaultDotsPerInch
+                                                            : DotsPerInch(*replay.settings));
   replay.writer.FinishPage();
 }
 
@@ -165,13 +170,28 @@ void Play<OP_TEXT>(Replay& replay, const PlotCommand& record) {
   replay.writer.WriteTextRuns(text, data.x, data.y, shape, visibility);
 }
 
-// Nothing records rasters, layers and comments yet.
 template <>
-void Play<OP_BITMAP>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
+void Play<OP_BITMAP>(Replay& replay, const PlotCommand& record) {
+  const BitmapOutcome outcome = PlayBitmap(ReadSide<BitmapData>(record), replay.writer);
+  replay.isCutShort = outcome == BitmapOutcome::kRasterIsGone;
+}
+
 template <>
-void Play<OP_LAYER>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
+void Play<OP_LAYER>(Replay& replay, const PlotCommand& record) {
+  const auto count = static_cast<uint32_t>(ReadSide<LayerData>(record).count);
+  ReadArray(record, sizeof(LayerData), count, replay.units);
+  replay.writer.SetCurrentLayer({replay.units.begin(), replay.units.end()});
+}
+
 template <>
-void Play<OP_SHX_COMMENT>(Replay& /*replay*/, const PlotCommand& /*record*/) {}
+void Play<OP_SHX_COMMENT>(Replay& replay, const PlotCommand& record) {
+  const auto count = static_cast<uint32_t>(ReadSide<uint64_t>(record));
+  const size_t offset = ReadArray(record, sizeof(uint64_t), count, replay.units);
+  CommentData data;
+  std::memcpy(&data, record.data + offset, sizeof data);
+  replay.writer.WriteShxComment({replay.units.data(), replay.units.size()},
+                                {data.left, data.right, data.bottom, data.top}, data.flags);
+}
 
 void PlayRecord(Replay& replay, const PlotCommand& record) {
   switch (record.OpcodeValue()) {
@@ -197,6 +217,7 @@ int32_t ReplayCommands(const PlotCommand* head, const FontUsage& fontUsage, cons
     } catch (const std::bad_alloc&) {
       continue;  // no memory for this record; the others are still played
     }
+    if (replay.isCutShort) return 0;
   }
   return 1;
 }

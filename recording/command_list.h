@@ -14,7 +14,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "platform/records.h"
+#include "platform/border.h"
 
 namespace hdi {
 
@@ -125,6 +125,31 @@ struct LinkData {
   uint32_t count;  // 16-bit units follow, without a terminator; none ends the link
 };
 static_assert(sizeof(LinkData) == 4);
+
+struct BitmapData {
+  const HostImageRecord* image;  // the host's, which keeps it until the replay has run
+  double x;                      // of the lower left corner, in dots like the size
+  double y;
+  double width;
+  double height;
+};
+static_assert(sizeof(BitmapData) == 40);
+
+struct LayerData {
+  uint64_t count;  // 16-bit units follow, without a terminator
+};
+static_assert(sizeof(LayerData) == 8);
+
+// Of OP_SHX_COMMENT, behind a u64 count and as many 16-bit units.
+struct CommentData {
+  int32_t left;  // dots, like the others
+  int32_t bottom;
+  int32_t right;
+  int32_t top;
+  uint32_t flags;       // of the annotation, as the host gave them
+  int32_t dotsPerInch;  // carried and never read
+};
+static_assert(sizeof(CommentData) == 24);
 
 struct TextData {
   LOGFONTW font;

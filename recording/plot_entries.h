@@ -72,12 +72,22 @@ int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point*
                 const char16_t* text, int32_t count, const double* advances, double textHeight,
                 double obliqueAngle, double trackingFactor, double widthFactor);
 
-// Links, layers, rasters and comments are not recorded yet: these five stroke the pending path, like any call
-// that could change how it looks, and answer 0, on which a host goes on without them.
+// Rasters, links, layers and comments. All of these stroke the pending path first, also when they refuse.
+
+// Places a raster by the corner and the scales of the host's record, which must stay, with its raster, until
+// the job has ended. 0 without a record, a header, a job or settings.
+int32_t DevBitmap(HostDevice* device, const HostImageRecord* image);
+// What is drawn until DevEndLink becomes a link to `target`, a zero-terminated string: paths with a drive
+// letter and addresses that begin with "www." get a scheme. 1 and no record when links are off, 0 without a
+// job.
 int32_t DevBeginLink(HostDevice* device, const char16_t* target);
 int32_t DevEndLink(HostDevice* device);
+// The layer of what follows, from page to page, by a name of 1 to 1023 units; a longer one ends the process.
+// 0 when layers are off, without an open output and for an empty name; 1 without a record for the layer in
+// force.
 int32_t DevSetLayer(HostDevice* device, int64_t reserved, const char16_t* name);
-int32_t DevBitmap(HostDevice* device, const HostImageRecord* image);
+// The words of shape text as a comment. `rect` holds the X of two opposite corners, then their Y; `flags` are
+// the annotation's. 0 without settings, an open output or words.
 int32_t DevShxComment(HostDevice* device, const char16_t* text, const int32_t* rect, uint32_t flags);
 
 }  // namespace hdi

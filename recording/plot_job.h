@@ -30,7 +30,7 @@ struct PlotJob {
   PlotCommand* tail = nullptr;
   RecordedWriter* pageWriter = nullptr;  // from DevOpenOutput to DevFinish, which own it
   std::u16string outputPath;
-  char16_t layerName[1024] = {};  // filled once layers are recorded
+  char16_t layerName[1024] = {};  // the layer in force, over all pages
   int32_t loneMove = 0;           // 1 when the last path record is a move with no segment behind it
   uint32_t fillMode = kFillAlternate;
   double printableHeight = 0;  // dots

@@ -9,6 +9,7 @@
 #include "recording/plot_entries.h"
 #include "recording/plot_job.h"
 #include "recording/right_to_left.h"
+#include "recording/side_writer.h"
 
 namespace hdi {
 namespace {
@@ -29,24 +30,6 @@ void CollectCharacters(const HT_Text& text, FontUsage& fontUsage) {
     for (int32_t i = 0; i < run->count; ++i) characters.Add(run->text[i]);
   }
 }
-
-class SideWriter {
- public:
-  explicit SideWriter(uint8_t* at) : at_(at) {}
-
-  template <typename Value>
-  void Append(std::span<const Value> values) {
-    if (!values.empty()) std::memcpy(at_, values.data(), values.size_bytes());
-    at_ += values.size_bytes();
-  }
-  template <typename Value>
-  void Append(const Value& value) {
-    Append(std::span(&value, 1));
-  }
-
- private:
-  uint8_t* at_;
-};
 
 }  // namespace
 
@@ -80,7 +63,7 @@ int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point*
                        .y = static_cast<float>(at.y),
                        .hasAdvances = advances != nullptr ? uint8_t{1} : uint8_t{0},
                        .count = static_cast<uint32_t>(count)});
-  side.Append(std::span<const char16_t>(units.get(), length));
+  side.Append(std::u16string_view(units.get(), length));
   side.Append(advancesDrawn);
   side.Append(TextShapeData{.textHeight = textHeight,
                             .obliqueAngle = obliqueAngle,

@@ -11,6 +11,7 @@
 #include <qpdf/QPDFPageObjectHelper.hh>
 
 #include "composition/replay.h"
+#include "composition/replay_bitmap.h"
 #include "platform/unicode.h"
 
 namespace hdi {
@@ -151,6 +152,45 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
   EXPECT_EQ(Contents(pages[0])[0], "q 1 0 0 1 1 2 cm ");
   EXPECT_EQ(pages[0].getObjectHandle().getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(),
             "[ 2 3 3 5 ]");
+}
+
+// A raster that can be encoded no more, or has even lost its header.
+class FadingRaster final : public RasterImage {
+ public:
+  const BITMAPINFOHEADER* GetImageHeader() override { return header.biBitCount == 0 ? nullptr : &header; }
+  int32_t GetPixelWidth() override { return 1; }
+  int32_t GetPixelHeight() override { return -1; }
+  int32_t HasAlphaChannel() override { return 1; }
+  uint8_t* GetPixelBits() override { return pixel; }
+  uint8_t* EncodeToMemory(const char*, int32_t, uint64_t*) override { return nullptr; }
+  void FreeEncoded(uint8_t*) override { ADD_FAILURE() << "nothing was encoded"; }
+
+  BITMAPINFOHEADER header{};
+  uint8_t pixel[4] = {};
+};
+
+TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
+  FadingRaster raster;
+  const HostImageRecord image{&raster, 0, 0, 1, {}, 1};
+  writer_->BeginPage(1, 10, 10);
+  for (const uint16_t bits : {uint16_t{24}, uint16_t{32}}) {
+    raster.header.biBitCount = bits;
+    EXPECT_EQ(PlayBitmap({&image, 1, 2, 3, 4}, *writer_), BitmapOutcome::kGoOn);
+  }
+  EXPECT_EQ(PlayBitmap({}, *writer_), BitmapOutcome::kGoOn);
+  raster.header.biBitCount = 0;
+  EXPECT_EQ(PlayBitmap({&image, 1, 2, 3, 4}, *writer_), BitmapOutcome::kRasterIsGone);
+  DrawLine(1, 2, 3, 4);
+  writer_->FinishPage();
+
+  BitmapData data{&image, 1, 2, 3, 4};
+  PlotCommand end{.next = nullptr, .opcodeByte = OP_END_PAGE, .data = nullptr, .unused = {}};
+  PlotCommand bitmap{
+      .next = &end, .opcodeByte = OP_BITMAP, .data = reinterpret_cast<uint8_t*>(&data), .unused = {}};
+  EXPECT_EQ(ReplayCommands(&bitmap, {}, nullptr, *writer_), 0);
+  auto pages = SavedPages();
+  ASSERT_EQ(pages.size(), 1U);
+  EXPECT_FALSE(pages[0].getObjectHandle().getKey("/Resources").hasKey("/XObject"));
 }
 
 }  // namespace

@@ -17,14 +17,40 @@ std::string Pen(const PlotCommand& record) {
   return text;
 }
 
+// Takes one value after the other from a record's side data.
+class SideReader {
+ public:
+  SideReader(const PlotCommand& record, size_t offset) : at_(record.data + offset) {}
+
+  template <typename Value>
+  Value operator()(Value value) {
+    std::memcpy(&value, at_, sizeof value);
+    at_ += sizeof value;
+    return value;
+  }
+
+  std::string Units(uint64_t count) {
+    std::string text;
+    for (; count > 0; --count) text += static_cast<char>((*this)(char16_t{}));  // tests plot ASCII
+    return text;
+  }
+
+ private:
+  const uint8_t* at_;
+};
+
+std::string Comment(const PlotCommand& record) {
+  SideReader take(record, 0);
+  const std::string words = take.Units(take(uint64_t{}));
+  const auto data = take(CommentData{});
+  return fmt::format("COMMENT {} {},{},{},{} flags {:x} {} dpi", words, int32_t{data.left},
+                     int32_t{data.bottom}, int32_t{data.right}, int32_t{data.top}, uint32_t{data.flags},
+                     int32_t{data.dotsPerInch});
+}
+
 std::string Text(const PlotCommand& record) {
   const auto data = ReadSide<TextData>(record);
-  const uint8_t* at = record.data + sizeof data;
-  const auto take = [&at]<typename Value>(Value value) {
-    std::memcpy(&value, at, sizeof value);
-    at += sizeof value;
-    return value;
-  };
+  SideReader take(record, sizeof data);
   std::string text = fmt::format("TEXT {},{}", float{data.x}, float{data.y});
   for (uint32_t i = 0; i < data.count; ++i) text += fmt::format(" {:x}", uint16_t{take(char16_t{})});
   text += data.hasAdvances != 0 ? " advances" : "";
@@ -58,6 +84,17 @@ std::string Describe(const PlotCommand& record) {
       const auto brush = ReadSide<BrushData>(record);
       return fmt::format("BRUSH {:06x} merge {}", brush.color, brush.merge);
     }
+    case OP_BITMAP: {
+      const auto data = ReadSide<BitmapData>(record);
+      return fmt::format("BITMAP {},{} {}x{}", double{data.x}, double{data.y}, double{data.width},
+                         double{data.height});
+    }
+    case OP_LINK:
+      return "LINK " + SideReader(record, sizeof(LinkData)).Units(ReadSide<LinkData>(record).count);
+    case OP_LAYER:
+      return "LAYER " + SideReader(record, sizeof(LayerData)).Units(ReadSide<LayerData>(record).count);
+    case OP_SHX_COMMENT:
+      return Comment(record);
     case OP_TEXT:
       return Text(record);
     case OP_CLIP_PATH:
