@@ -6,8 +6,8 @@ import json
 from dataclasses import dataclass
 
 from number_forms import f32, write_plain, write_real
-from page_objects import Attributes, Kind, PathObject, PathPoint, TextObject, is_rectangle
-from plotted_job import PageFont
+from page_objects import Attributes, ImageObject, Kind, PathObject, PathPoint, TextObject, is_rectangle
+from plotted_job import PageFont, PageImage
 
 COORDINATE_PRECISION = 5
 FONT_SIZE_PRECISION = 3
@@ -84,6 +84,9 @@ class ContentStream:
     def __init__(self) -> None:
         self.graphic_states: dict[str, GraphicStateEntries] = {}
         self.fonts: dict[str, PageFont] = {}
+        self.layers: dict[str, int] = {}
+        self.images: dict[str, PageImage] = {}
+        self._group = 0
         self._names: dict[tuple[int, str], str] = {}
         self._pieces: list[str] = []
         self._state = ContentState()
@@ -93,14 +96,19 @@ class ContentStream:
         """Whether no object has come."""
         return not self._pieces
 
-    def add(self, item: PathObject | TextObject) -> None:
-        """Writes one object."""
+    def add(self, item: PathObject | TextObject | ImageObject, group: int) -> None:
+        """Writes one object of a layer's group; 0 is no layer."""
         if self.is_empty:
             self._write_head()
         self._write_clip(item.clip)
+        self._write_mark(group)
+        if isinstance(item, ImageObject):
+            self._write_graphic_state(255, "Normal")
+            self._write_image(item)
+            return
         self._write_colors(item.attributes)
         self._write_line_attributes(item.attributes)
-        self._write_graphic_state(item.attributes)
+        self._write_graphic_state(item.attributes.alpha, item.attributes.blend_mode)
         if isinstance(item, TextObject):
             self._pieces.append(self._text(item))
             return
@@ -110,7 +118,8 @@ class ContentStream:
 
     def finish(self) -> str:
         """The whole stream, with its end."""
-        end = "Q\n" if self._state.clip is not None else ""
+        end = "EMC\n" if self._group else ""
+        end += "Q\n" if self._state.clip is not None else ""
         return "".join(self._pieces) + end + "Q\n"
 
     def _write_head(self) -> None:
@@ -127,6 +136,26 @@ class ContentStream:
         self._state = ContentState(clip=clip)
         if clip is not None:
             self._pieces.append(path_text(clip) + " W n ")
+
+    def _write_mark(self, group: int) -> None:
+        """Marks what follows as a layer's. Marks and the levels of clips may cross."""
+        if group == self._group:
+            return
+        if self._group:
+            self._pieces.append("EMC\n")
+        self._group = group
+        if group:
+            known = [name for name, number in self.layers.items() if number == group]
+            name = known[0] if known else f"FXP{len(self.layers) + 1}"
+            self.layers[name] = group
+            self._pieces.append(f"/OC /{name} BDC\n")
+
+    def _write_image(self, item: ImageObject) -> None:
+        if item.matrix[0] == 0 or item.matrix[3] == 0:
+            return
+        name = f"FXX{len(self.images) + 1}"
+        self.images[name] = item.image
+        self._pieces.append(f"q {' '.join(map(coordinate, item.matrix))} cm /{name} Do Q\n")
 
     def _write_colors(self, wanted: Attributes) -> None:
         state = self._state
@@ -157,21 +186,21 @@ class ContentStream:
             entries = "".join(write_plain(value) + " " for value in wanted.dashes)
             self._pieces.append(f"[ {entries}] 0 d\n" if wanted.dashes else "\n[] 0 d\n")
 
-    def _write_graphic_state(self, wanted: Attributes) -> None:
+    def _write_graphic_state(self, alpha: int, blend_mode: str) -> None:
         state = self._state
-        if (wanted.alpha, wanted.blend_mode) == (state.alpha, state.blend_mode):
+        key = (alpha, blend_mode)
+        if key == (state.alpha, state.blend_mode):
             return
-        key = (wanted.alpha, wanted.blend_mode)
         name = self._names.get(key)
         if name is None:
             # The dictionary is relative to the state that first needed it; it is found by absolute values.
             entries: GraphicStateEntries = {}
-            if wanted.alpha != state.alpha:
-                entries["ca"] = entries["CA"] = f32(wanted.alpha / 255.0)
-            if wanted.blend_mode != state.blend_mode:
-                entries["BM"] = wanted.blend_mode
+            if alpha != state.alpha:
+                entries["ca"] = entries["CA"] = f32(alpha / 255.0)
+            if blend_mode != state.blend_mode:
+                entries["BM"] = blend_mode
             name = self._make_graphic_state(key, entries)
-        state.alpha, state.blend_mode = wanted.alpha, wanted.blend_mode
+        state.alpha, state.blend_mode = key
         self._pieces.append(f"/{name} gs ")
 
     def _text(self, item: TextObject) -> str:

@@ -13,6 +13,7 @@ import tempfile
 from dataclasses import dataclass
 from typing import Any, Callable
 
+from pdf_error import require
 from plotted_job import PageFont
 from text_model import NO_GLYPH
 
@@ -22,16 +23,6 @@ SYSTEM_INFO = {"/Registry": "u:Adobe", "/Ordering": "u:Identity", "/Supplement":
 MICROSOFT = 3
 # What of a font file a PDF reader has no use for: layout, hinting of the screen and signatures.
 TABLES_TO_DROP = {"GSUB", "GPOS", "GDEF", "kern", "DSIG", "EBDT", "EBLC", "LTSH", "VDMX", "hdmx"}
-
-
-class FontError(Exception):
-    """What is wrong with an embedded font."""
-
-
-def require(condition: bool, complaint: str) -> None:
-    """Raises FontError with the complaint unless the condition holds."""
-    if not condition:
-        raise FontError(complaint)
 
 
 class FontFile:

@@ -1,11 +1,11 @@
-"""The objects of a page: paths and texts, with the attributes and the clip that each object carries."""
+"""The objects of a page: paths, texts and images, with the attributes and the clip that each carries."""
 
 from __future__ import annotations
 
 from dataclasses import dataclass
 from enum import Enum
 
-from plotted_job import PageFont
+from plotted_job import PageFont, PageImage
 
 
 class Kind(Enum):
@@ -64,6 +64,15 @@ class TextObject:
     mode: int
     text: str
     attributes: Attributes
+    clip: list[PathPoint] | None
+
+
+@dataclass
+class ImageObject:
+    """An image and its place. Nothing sets its opacity or its blend mode."""
+
+    matrix: tuple[float, ...]
+    image: PageImage
     clip: list[PathPoint] | None
 
 

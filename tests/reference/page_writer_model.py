@@ -3,9 +3,11 @@
 from __future__ import annotations
 
 from content_stream_model import ContentStream
+from image_model import JpegColors, Raster, page_image
+from layer_model import NOWHERE, Layers, OpenLink
 from number_forms import f32, round_away, write_plain, write_real
-from page_objects import Attributes, Kind, PathObject, PathPoint, TextObject
-from plotted_job import PlottedPage
+from page_objects import Attributes, ImageObject, Kind, PathObject, PathPoint, TextObject
+from plotted_job import Annotation, PlottedPage
 from recording_model import Command
 from settings_record import NO_BACKGROUND, SettingsRecord
 from text_model import TextRecord, TextRuns, run_matrices
@@ -14,11 +16,13 @@ WHITE = (255, 255, 255)
 
 
 class PageWriter:
-    """The writer of one job: colours, line attributes and background live on from page to page."""
+    """The writer of one job. Its state outlives pages, but for paths, clips and what a link covers."""
 
-    def __init__(self, dots_per_inch: int, exact: bool, runs: TextRuns) -> None:
+    def __init__(self, dots_per_inch: int, exact: bool, runs: TextRuns, jpegs: JpegColors) -> None:
         self.line_width = 1.0
+        self.line_scale = 1.0
         self.pages: list[PlottedPage] = []
+        self.layers = Layers()
         self._point_scale = f32(72.0 / dots_per_inch)
         self._stroke_color = WHITE
         self._fill_color = WHITE
@@ -30,10 +34,12 @@ class PageWriter:
         self._background: tuple[int, int, int] | None = None
         self._path: list[PathPoint] | None = None
         self._clip: list[PathPoint] | None = None
-        self._origin = (0.0, 0.0)
+        self._link = OpenLink(self._point_scale, exact)
+        self._layer = ""
         self._page: PlottedPage | None = None
         self._content = ContentStream()
         self._runs = runs
+        self._jpegs = jpegs
         self._exact = exact
 
     def replay(self, commands: list[Command], settings: SettingsRecord) -> None:
@@ -41,9 +47,14 @@ class PageWriter:
         for name, *operands in commands:
             if name == "start page":
                 self._start_page(*operands, keep_fractions=bool(settings["keepFractions"]))
+            elif name == "end page":
+                self._end_page(f32(settings.dots_per_inch / 72.0 / self.line_scale))
             else:
                 getattr(self, "_" + name.replace(" ", "_"))(*operands)
-        for page in self.pages:
+        for number, page in enumerate(self.pages):
+            page.images = {
+                name: self._jpegs.expected(number, name, image) for name, image in page.images.items()
+            }
             page.fonts = {name: self._runs.expected_font(font) for name, font in page.fonts.items()}
 
     # Pages.
@@ -68,17 +79,23 @@ class PageWriter:
         origin = [f32(left), f32(bottom)]
         if not keep_fractions:
             origin = [f32(round_away(value)) for value in origin]
-        self._origin = (origin[0], origin[1])
+        self._link.origin = (origin[0], origin[1])
+        self._link.area = NOWHERE
 
-    def _end_page(self) -> None:
+    def _end_page(self, scale: float) -> None:
         page, self._page = self._page, None
-        if page is None or self._content.is_empty:
+        if page is None:
             return
-        matrix = (self._point_scale, 0.0, 0.0, self._point_scale, *self._origin)
+        page.scale = scale
+        if self._content.is_empty:
+            return
+        matrix = (self._point_scale, 0.0, 0.0, self._point_scale, *self._link.origin)
         numbers = " ".join(write_real(value, 5) for value in matrix)
         page.streams = [f"q {numbers} cm ", self._content.finish(), " Q"]
         page.graphic_states = self._content.graphic_states
         page.fonts = self._content.fonts
+        page.layers = self._content.layers
+        page.images = self._content.images
         if self._background is not None:
             page.streams.insert(0, self._background_text(page))
 
@@ -93,6 +110,26 @@ class PageWriter:
         """The page's size as the engine tells it: it takes an empty box for a letter sheet."""
         width, height = abs(page.media_box[2]), abs(page.media_box[3])
         return (width, height) if width and height else (612.0, 792.0)
+
+    # Layers, links and comments.
+
+    def _insert(self, item: PathObject | TextObject | ImageObject) -> None:
+        if self._page is not None:
+            self._content.add(item, self.layers.group(len(self.pages), self._layer))
+
+    def _set_layer(self, name: str) -> None:
+        self._layer = name
+
+    def _link_target(self, target: str) -> None:
+        self._annotate(self._link.set_target(target))
+
+    def _comment(self, text: str, left: int, bottom: int, right: int, top: int, flags: int) -> None:
+        corners = self._link.to_points((f32(left), f32(bottom))) + self._link.to_points((f32(right), f32(top)))
+        self._annotate(Annotation("comment", corners, text, flags))
+
+    def _annotate(self, annotation: Annotation | None) -> None:
+        if annotation is not None and self._page is not None:
+            self._page.annotations.append(annotation)
 
     # State.
 
@@ -162,7 +199,7 @@ class PageWriter:
 
     def _commit(self, fill_mode: int, stroke: bool) -> None:
         points, self._path = self._path, None
-        if points is None or self._page is None:
+        if points is None:
             return
         attributes = Attributes(
             stroke_color=self._stroke_color,
@@ -174,7 +211,17 @@ class PageWriter:
             alpha=self._alpha,
             blend_mode="Darken" if self._merge else "Normal",
         )
-        self._content.add(PathObject(points, attributes, self._clip, fill_mode, stroke))
+        self._insert(PathObject(points, attributes, self._clip, fill_mode, stroke))
+        self._link.grow_by_path(points)
+
+    # Images.
+
+    def _image(self, raster: Raster, x: float, y: float, width: float, height: float) -> None:
+        image = page_image(raster, self._alpha)
+        if image is not None:
+            matrix = (f32(width), 0.0, 0.0, f32(height), f32(x), f32(y))
+            self._insert(ImageObject(matrix, image, self._clip))
+            self._link.grow_by_image(matrix)
 
     # Text.
 
@@ -194,5 +241,5 @@ class PageWriter:
                 attributes=attributes,
                 clip=self._clip,
             )
-            if self._page is not None:
-                self._content.add(item)
+            self._insert(item)
+        self._link.grow_by_text(record)

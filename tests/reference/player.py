@@ -7,7 +7,8 @@ import subprocess
 import tempfile
 from pathlib import Path
 
-from pdf_inspection import Pdf, PdfError
+from pdf_error import PdfError
+from pdf_inspection import Pdf
 from plotted_job import PlottedJob, result_line
 
 TIME_LIMIT_SECONDS = 120
@@ -40,6 +41,7 @@ class Player:
         try:
             pdf = Pdf(output)
             pdf.check_document(creator=self._hdiplot.stem)
+            job.layers, job.layer_order = pdf.layers()
             job.pages = pdf.pages()
         except PdfError as error:
             raise PlayError(str(error)) from error

@@ -5,6 +5,8 @@ A command is a tuple: its name and its operands. Coordinates in commands are f32
 
 from __future__ import annotations
 
+import math
+import re
 from typing import Any, Callable
 
 from number_forms import MAX_F64, f32, round_away, same
@@ -26,8 +28,8 @@ FIXED_DASHES: dict[int, list[float]] = {1: [15.0, 10.0], 2: [0.5, 9.5], 3: [13.0
 CAP_CODES = {0x000: 1, 0x100: 2}
 JOIN_CODES = {0x0000: 1, 0x1000: 2}
 
-# Entries that the reference follows no further than their flush; they answer 0.
-FLUSH_ONLY = ("DevBitmap", "DevBeginLink", "DevEndLink", "DevSetLayer", "DevShxComment")
+# What stands before a link's target, by the target's head.
+PREFIXES = {"[A-Za-z]:": "file:///", "[Ww]{3}[.]": "http://"}
 
 
 def color_bytes(color: list[int]) -> tuple[int, int, int]:
@@ -43,6 +45,8 @@ class Recorder:
         self.settings = settings
         self.commands: list[Command] = []
         self.last_pen_width = 1.0
+        self.line_scale = 1.0
+        self._layer = ""
         self._printable_height = 0.0
         self._page_counter = 0
         self._fill_mode = 1
@@ -54,9 +58,6 @@ class Recorder:
 
     def play(self, call: Call) -> int:
         """Makes one call and gives its result."""
-        if call.name in FLUSH_ONLY:
-            self._flush()
-            return 0
         entry: Callable[..., int | None] = getattr(self, "_" + call.name)
         result = entry(**call.arguments)
         return 1 if result is None else result
@@ -112,7 +113,7 @@ class Recorder:
         self._fill_mode = mode
 
     def _DevSetLineScale(self, scale: float) -> None:
-        pass  # Counts for the measure of a page only, which is not among what the reference follows.
+        self.line_scale = scale
 
     # Geometry entries.
 
@@ -204,6 +205,49 @@ class Recorder:
         )
         self._add("text", record)
         return int(record.visible)
+
+    # Images, links, layers and comments.
+
+    def _DevBitmap(
+        self, image: dict[str, Any], originX: float, originY: float, scaleX: float, scaleY: float
+    ) -> None:
+        self._flush()
+        left, right = float(originX), originX + image["width"] * scaleX
+        bottom = self._printable_height - (originY + abs(image["height"]) * scaleY)
+        top = self._printable_height - originY
+        place = (left, bottom, right - left, top - bottom)
+        self._add("image", image, *(place if self.settings["keepFractions"] else map(round_away, place)))
+
+    def _DevBeginLink(self, target: str) -> None:
+        self._flush()
+        prefix = next((prefix for head, prefix in PREFIXES.items() if re.match(head, target)), "")
+        self._add_link(prefix + units(target))
+
+    def _DevEndLink(self) -> None:
+        self._flush()
+        self._add_link("")
+
+    def _add_link(self, target: str) -> None:
+        if self.settings["linksEnabled"]:
+            self._add("link target", target)
+
+    def _DevSetLayer(self, name: str) -> int:
+        self._flush()
+        if not self.settings["layersEnabled"] or not name:
+            return 0
+        if units(name) != self._layer:
+            self._layer = units(name)
+            self._add("set layer", self._layer)
+        return 1
+
+    def _DevShxComment(self, text: str, rect: list[int], flags: int) -> int:
+        self._flush()
+        if not text:
+            return 0
+        across = sorted(math.trunc(float(x)) for x in rect[:2])
+        up = sorted(math.trunc(self._printable_height - float(y)) for y in rect[2:])
+        self._add("comment", units(text), across[0], up[0], across[1], up[1], flags)
+        return 1
 
     # The pending path.
 

@@ -14,6 +14,7 @@ import argparse
 import sys
 from pathlib import Path
 
+from image_model import JpegColors
 from page_writer_model import PageWriter
 from player import Player
 from plotted_job import PlottedJob, job_text, result_line
@@ -24,23 +25,27 @@ from trace_file import Trace, read_trace
 
 
 def plot_trace(trace: Trace, plotted: str = "results") -> PlottedJob:
-    """Plays a trace through the reference; arcs are not among what it follows. The runs of texts are taken
-    from `plotted`, a plot of the trace in the text form."""
+    """Plays a trace through the reference; arcs are not among what it follows. The runs of texts and
+    the colours of JPEGs are taken from `plotted`, a plot of the trace in the text form."""
     settings = SettingsRecord()
     for name, value in trace.job.get("devMode", {}).items():
         settings[name] = value
     if "customPaper" in trace.job:
         settings.custom = custom_paper(trace.job["customPaper"])
-    writer = PageWriter(settings.dots_per_inch, bool(settings["keepFractions"]), TextRuns.of_plot(plotted))
+    exact = bool(settings["keepFractions"])
+    writer = PageWriter(settings.dots_per_inch, exact, TextRuns.of_plot(plotted), JpegColors(plotted))
     settings.normalize()
     recorder = Recorder(settings)
+    recorder.line_scale = trace.job.get("lineScale", 1.0)
     job = PlottedJob()
     for call in trace.calls:
         job.results.append(result_line(call.line, call.name, recorder.play(call)))
     # A pen's width reaches the writer while it is recorded: the last one counts until the first is replayed.
     writer.line_width = recorder.last_pen_width
+    writer.line_scale = recorder.line_scale
     writer.replay(recorder.commands, settings)
     job.pages = writer.pages
+    job.layers, job.layer_order = writer.layers.names, writer.layers.order
     return job
 
 

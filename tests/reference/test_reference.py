@@ -6,8 +6,11 @@ import math
 import unittest
 from typing import Any
 
+from image_model import page_image
+from layer_model import NOWHERE, Layers, OpenLink
 from number_forms import f32, round_away, write_plain, write_real
-from plotted_job import PageFont, PlottedPage, differences, job_text
+from page_objects import Kind, PathPoint
+from plotted_job import Annotation, PageFont, PageImage, PlottedPage, differences, job_text
 from recording_model import Recorder
 from reference_model import plot_trace
 from settings_record import SettingsRecord
@@ -156,6 +159,57 @@ class Text(unittest.TestCase):
         record.text = "y"
         self.assertEqual(runs.take(0, record), [Run(MISSING, "y")])
         self.assertEqual(runs.expected_font(font).kept, "abc")
+
+
+class Images(unittest.TestCase):
+    def test_the_place_rounds_as_corner_and_size(self) -> None:
+        image = {"width": 98, "height": -1, "bitCount": 24, "pixels": "AAAA"}
+        recorder = Recorder(SettingsRecord())
+        call = {"image": image, "originX": 10.6, "originY": 0, "scaleX": 0.1, "scaleY": 2}
+        self.assertEqual(recorder.play(Call(0, "DevBitmap", call)), 1)
+        self.assertEqual(recorder.commands, [("image", image, 11, -2, 10, 2)])
+
+    def test_two_colours_stay_bits_while_opaque(self) -> None:
+        black, white = [0, 0, 0, 255], [255, 255, 255, 255]
+        image = {"width": 3, "height": 1, "bitCount": 1, "palette": [white, black], "pixels": "QAAAAA=="}
+        self.assertEqual(page_image(image, 255), PageImage(3, 1, "bits", "101"))
+        transparent = PageImage(3, 1, "rgb", "ffffff000000ffffff", "fefefe")
+        self.assertEqual(page_image(image, 254), transparent)
+
+
+class LayersAndLinks(unittest.TestCase):
+    def test_groups_are_listed_by_page_and_unit(self) -> None:
+        layers = Layers()
+        for page, name in ((1, "B"), (1, "\uff21"), (1, "\ud835\udc00"), (1, "A"), (2, "A"), (1, "B")):
+            layers.group(page, name)
+        self.assertEqual((len(layers.names), layers.order), (5, [4, 1, 3, 2, 5]))
+
+    def test_targets(self) -> None:
+        for target, recorded in {
+            "C:\\a b": "file:///C:\\a b",
+            "x:y": "file:///x:y",
+            "wWw.a": "http://wWw.a",
+            "www/a": "www/a",
+            "ftp://a": "ftp://a",
+        }.items():
+            recorder = Recorder(SettingsRecord())
+            recorder.play(Call(0, "DevBeginLink", {"target": target}))
+            self.assertEqual(recorder.commands, [("link target", recorded)])
+
+    def test_the_area_grows_and_rounds_outward(self) -> None:
+        link = OpenLink(1.0, exact=False, target="\ud835")
+        link.grow_by_path([PathPoint(10.2, 20.2, Kind.MOVE), PathPoint(30.4, 20.2, Kind.LINE)])
+        link.grow_by_image((-10.5, 0, 0, 10, 30, 30.4))
+        expected = Annotation("link", (10, 20, 31, 41), "\u00ed\u00a0\u00b5")
+        self.assertEqual(link.set_target(""), expected)
+        self.assertEqual(link.area, NOWHERE)
+
+    def test_a_comment_lies_where_its_corners_do(self) -> None:
+        page = plot(
+            {"call": "DevStartPage", "devMode": {"marginTop": 0, "marginLeft": 0, "marginBottom": 0}},
+            {"call": "DevShxComment", "text": "a", "rect": [200, 100, 6715, 6615], "flags": 4},
+        )[0]
+        self.assertEqual(page.annotations[0].line(), 'comment 12 36 24 48, flags 4: "a"')
 
 
 class Pages(unittest.TestCase):

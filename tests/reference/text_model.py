@@ -69,6 +69,12 @@ class TextRecord:
         """Whether the PDF shows the text; what it doesn't show is there to be found."""
         return self.advances is not None and abs(self.tracking - 1.0) < 1e-5
 
+    @property
+    def angle(self) -> float:
+        """The base line's angle. The interface font, for texts without advances, is unturned."""
+        tenths = 0 if self.advances is None else self.font.get("lfEscapement", 0)
+        return f32(tenths * RADIANS_PER_TENTH)
+
 
 class Run(NamedTuple):
     """A stretch of a text in one font; `text` is what its codes stand for."""
@@ -141,13 +147,12 @@ class TextRuns:
 def run_matrices(record: TextRecord, runs: list[Run], exact: bool) -> list[tuple[float, ...]]:
     """The matrix of each run; `exact` keeps fractions of dots. A run begins where the advances of those before
     it end."""
-    # A text without advances is written in the interface font, which is upright and unturned.
-    font = record.font if record.advances is not None else {}
-    angle = f32(font.get("lfEscapement", 0) * RADIANS_PER_TENTH)
+    # A text without advances is written in the interface font, which is upright.
+    italic = record.advances is not None and bool(record.font.get("lfItalic", 0))
     matrices, advance, start = [], 0.0, 0
     for run in runs:
-        skew = bool(font.get("lfItalic", 0)) and not run.font.name.startswith(SLANTED_FAMILIES)
-        matrix = _run_matrix(record, angle, skew, f32(advance))
+        skew = italic and not run.font.name.startswith(SLANTED_FAMILIES)
+        matrix = _run_matrix(record, skew, f32(advance))
         place = matrix[4:] if exact else [f32(round_away(value)) for value in matrix[4:]]
         matrices.append((*matrix[:4], *place))
         end = start + len(run.text)
@@ -157,8 +162,8 @@ def run_matrices(record: TextRecord, runs: list[Run], exact: bool) -> list[tuple
     return matrices
 
 
-def _run_matrix(record: TextRecord, angle: float, skew: bool, advance: float) -> tuple[float, ...]:
-    sine, cosine = f32(math.sin(angle)), f32(math.cos(angle))
+def _run_matrix(record: TextRecord, skew: bool, advance: float) -> tuple[float, ...]:
+    sine, cosine = f32(math.sin(record.angle)), f32(math.cos(record.angle))
     shear = f32(math.tan(f32(record.oblique_angle)))
     if skew:
         shear = f32(shear + f32(f32(record.width_factor) * ITALIC_SKEW))

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import base64
 import random
 from typing import Any, Callable
 
@@ -28,6 +29,12 @@ WORDS += ["ب 12", "平面图", "比例 1:100", "שלום עולם", "\ufe8d\ufb
 WORDS += ["\t", "\x7f", "\U0001d400"]
 
 
+LAYERS = ["walls", "Walls", "doors", "Türen", "墙", "\uff21", "\U0001d400", "Œ (1)", "a\tb", "", "0"]
+TARGETS = ["https://example.org/a?b=(c)", "www.example.org", "wWw.example", "www/x", "C:\\plans\\a b.pdf"]
+TARGETS += ["c:", "x:y", "", "mailto:a@example.org", "plan é 平面图 \U0001d400", "1:50", "www"]
+COMMENTS = ["words", "Ø 12±0.1", "平面图 \U0001d400", "two\nlines\tand (more)", "Œuvre — €", ""]
+
+
 class TraceGenerator:
     """Makes one trace from one seed."""
 
@@ -40,6 +47,8 @@ class TraceGenerator:
         self._clips = [self._new_clip() for _ in range(3)]
         self._brushes = choose.sample(COLORS, 2)
         self._fonts = [self._new_font() for _ in range(2)]
+        self._layers = choose.sample(LAYERS, 3)
+        self._images = [self._new_image() for _ in range(2)]
 
     def lines(self) -> list[Line]:
         """The lines of the trace: the job, then pages with calls between and around them."""
@@ -74,6 +83,8 @@ class TraceGenerator:
             sides = ("left", "right", "top", "bottom")
             margins = {side: self._random.choice([0, 10, 25.9, 127]) for side in sides}
             job["customPaper"] = {"name": "Custom", "width": width, "height": height, **margins}
+        if self._random.random() < 0.3:
+            job["lineScale"] = self._random.choice([2.5, 0.01, -1, 25.4])
         return job
 
     def _job_settings(self) -> dict[str, int]:
@@ -88,6 +99,8 @@ class TraceGenerator:
             settings["textAsGeometry"] = 1
         if self._random.random() < 0.1:
             settings["dmPaperSize"] = self._random.choice([0, 12345])
+        if self._random.random() < 0.1:
+            settings[self._random.choice(["layersEnabled", "linksEnabled"])] = 0
         return settings
 
     def _start_page(self) -> Line:
@@ -100,6 +113,8 @@ class TraceGenerator:
                 "backgroundColor": self._random.choice(BACKGROUNDS),
                 "dmPaperSize": self._random.choice([9, 9, 0]),
                 "marginLeft": self._random.choice([0, 51]),
+                "layersEnabled": self._random.choice([0, 1]),
+                "linksEnabled": self._random.choice([0, 1]),
             }
             chosen = self._random.sample(sorted(choices), self._random.randint(0, 2))
             line["devMode"] = {name: choices[name] for name in chosen}
@@ -258,6 +273,51 @@ class TraceGenerator:
             "widthFactor": choose.choice([1, 1, 0.8, 1.5, 0.333]),
         }
 
+    # Images, links, layers and comments.
+
+    def _new_image(self) -> Line:
+        choose = self._random
+        bits = choose.choice([1, 1, 8, 8, 24, 32, 32])
+        width, height = choose.choice([1, 2, 5, 33]), choose.randint(1, 3)
+        count = (width * bits + 31) // 32 * 4 * height
+        pixels = bytes(choose.choice([0, 1, 2, 0x55, 0xFE, 0xFF]) for _ in range(count))
+        if bits == 32:
+            # JPEGs keep the colour of what is nearly of one colour.
+            color = bytes(choose.choice([0, 60, 128, 255]) for _ in range(3))
+            pixels = b"".join(color + fourth.to_bytes(1, "little") for fourth in pixels[::4])
+        image: Line = {"width": width, "height": choose.choice([1, -1]) * height, "bitCount": bits}
+        if choose.random() < 0.3:
+            image["hasAlpha"] = True
+        if bits <= 8:
+            white, black = [255, 255, 255, 255], [0, 0, 0, choose.choice([255, 255, 255, 0])]
+            mixed = [[1, 2, 3, 100], white, [9, 8, 7, 1]][: 2 if bits == 1 else 3]
+            image["palette"] = choose.choice([[black, white], [white, black], mixed])
+        return image | {"pixels": base64.b64encode(pixels).decode()}
+
+    def _bitmap(self) -> Line:
+        x, y = self._random.choice(self._places)
+        scales = [self._random.choice([1, 1, 2.5, 40, 0.37, -3, 0.001]) for _ in range(2)]
+        place = {"originX": x + 0.3, "originY": y, "scaleX": scales[0], "scaleY": scales[1]}
+        return {"call": "DevBitmap", "image": self._random.choice(self._images), **place}
+
+    def _link(self) -> list[Line]:
+        """The start of a link, and mostly its end behind some calls."""
+        lines: list[Line] = [{"call": "DevBeginLink", "target": self._random.choice(TARGETS)}]
+        if self._random.random() < 0.8:
+            lines += [*self._calls(self._random.randint(0, 3)), {"call": "DevEndLink"}]
+        return lines
+
+    def _layer(self) -> Line:
+        return {"call": "DevSetLayer", "name": self._random.choice(self._layers)}
+
+    def _comment(self) -> Line:
+        rect = [self._random.randint(-20, 130) for _ in range(4)]
+        flags = self._random.choice([0, 4, 66, 0x80000004])
+        return {"call": "DevShxComment", "text": self._random.choice(COMMENTS), "rect": rect, "flags": flags}
+
+    def _line_scale(self) -> Line:
+        return {"call": "DevSetLineScale", "scale": self._random.choice([1, 0.5, 1000])}
+
     def _query(self) -> Line:
         index = self._random.choice([4, 6, 8, 10, 88, 90, 110, 111, 112, 113, self._random.randint(-2, 200)])
         return {"call": "DevGetCaps", "index": index}
@@ -280,5 +340,10 @@ MAKERS: list[Callable[[TraceGenerator], Line | list[Line]]] = [
     TraceGenerator._fill_mode,
     TraceGenerator._query,
     TraceGenerator._text,
+    TraceGenerator._bitmap,
+    TraceGenerator._link,
+    TraceGenerator._layer,
+    TraceGenerator._comment,
+    TraceGenerator._line_scale,
 ]
-WEIGHTS = [30, 4, 8, 4, 7, 5, 5, 5, 11, 10, 4, 5, 4, 3, 1, 10]
+WEIGHTS = [30, 4, 8, 4, 7, 5, 5, 5, 11, 10, 4, 5, 4, 3, 1, 10, 6, 5, 9, 3, 1]
