@@ -2,14 +2,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <exception>
+#include <cmath>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "host/hdiplot/dxf/dxf_reader.h"
-#include "host/hdiplot/errors.h"
+#include "host/hdiplot/drawing_input.h"
 #include "host/hdiplot/job.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/paper_plan.h"
@@ -24,17 +24,11 @@ namespace hdiplot {
 
 namespace {
 
-// The drawings that can be read; each of the others is reported.
+// The drawings that can be read.
 std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& files) {
   std::vector<Drawing> drawings;
   for (const auto& file : files) {
-    try {
-      drawings.push_back(ReadDxf(file));
-    } catch (const InputError& error) {
-      PrintError(error.what());
-    } catch (const std::exception& error) {
-      PrintError(InputError(file, 0, error.what()).what());  // no memory, say
-    }
+    if (auto drawing = ReadOrReport(file)) drawings.push_back(std::move(*drawing));
   }
   return drawings;
 }
@@ -102,6 +96,8 @@ JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const Pap
   if (line.plot.background) {
     job.devMode.push_back(DevModeSetting("backgroundColor", BackgroundWord(*line.plot.background)));
   }
+  if (!line.plot.keepLayers) job.devMode.push_back(DevModeSetting("layersEnabled", 0));
+  if (!line.plot.keepLinks) job.devMode.push_back(DevModeSetting("linksEnabled", 0));
   if (line.plot.textAsGeometry) job.devMode.push_back(DevModeSetting("textAsGeometry", 1));
   return job;
 }
@@ -120,15 +116,40 @@ void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
   add("too far off the sheet", leftOut.tooFarOff);
 }
 
+// The driver knows one scale for all pages of a document. Where the drawings have several, lengths are
+// measured in millimetres of the paper, which is true of each page, and not in units of a drawing.
+class MeasureScale {
+ public:
+  void Add(const PlottedPage& page, const Sheet& sheet) {
+    onPaper_ = sheet.dotsPerMillimetre;
+    if (page.dotsPerUnit <= 0) return;
+    if (!common_) common_ = page.dotsPerUnit;
+    constexpr double kRoom = 1e-9;
+    differs_ = differs_ || std::abs(page.dotsPerUnit - *common_) > kRoom * *common_;
+  }
+  [[nodiscard]] bool Differs() const { return differs_; }
+  // Dots a unit of measure.
+  [[nodiscard]] double Get() const { return differs_ ? onPaper_ : common_.value_or(onPaper_); }
+
+ private:
+  double onPaper_ = 1;
+  std::optional<double> common_;
+  bool differs_ = false;
+};
+
 // What is skipped, by the reader and in plotting.
 SkippedCounts PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
-                        const std::vector<Orientation>& orientations, FontBook& fonts, PlotDevice& device,
-                        Progress& progress) {
+                        const std::vector<Orientation>& orientations, FontBook& fonts, ImageBook& images,
+                        PlotDevice& device, Progress& progress) {
   SkippedCounts skipped;
+  MeasureScale measure;
   for (size_t i = 0; i < drawings.size(); ++i) {
     device.StartPage(paper.PageChanges(orientations[i]));
     const uint64_t before = device.ObjectCount();
-    Add(PlotDrawing(drawings[i], line.plot, MakeSheet(device), fonts, device, progress), skipped);
+    const Sheet sheet = MakeSheet(device);
+    const PlottedPage page = PlotDrawing(drawings[i], line.plot, sheet, fonts, images, device, progress);
+    measure.Add(page, sheet);
+    Add(page.leftOut, skipped);
     for (const auto& [type, count] : drawings[i].skipped) skipped[type] += count;
     device.EndPage();
     if (line.verbosity == Verbosity::kVerbose) {
@@ -137,6 +158,10 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<Drawing>& dra
                                     orientations[i] == Orientation::kLandscape ? "landscape" : "portrait",
                                     device.ObjectCount() - before));
     }
+  }
+  device.SetLineScale(measure.Get());
+  if (measure.Differs() && line.verbosity == Verbosity::kVerbose) {
+    PrintLine(stderr, "the drawings differ in scale: a reader measures millimetres on paper");
   }
   return skipped;
 }
@@ -156,6 +181,10 @@ ExitStatus PlotDrawings(const CommandLine& line) {
     progress.Finish();
     PrintLine(stderr, message);
   });
+  ImageBook images([&](const std::string& message) {
+    progress.Finish();
+    PrintError(message);
+  });
   const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
@@ -166,10 +195,11 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const PaperPlan paper(driver, line.plot);
   const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, fonts, paper);
   Job job(driver, SettingsFor(line, drawings.front(), paper, orientations.front()), line);
-  const SkippedCounts skipped = PlotPages(line, drawings, paper, orientations, fonts, job.Device(), progress);
+  const SkippedCounts skipped =
+      PlotPages(line, drawings, paper, orientations, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);
-  return drawings.size() < line.inputs.size() ? ExitStatus::kPartlyDone : status;
+  return drawings.size() < line.inputs.size() || images.HasUnusable() ? ExitStatus::kPartlyDone : status;
 }
 
 }  // namespace hdiplot

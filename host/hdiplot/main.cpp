@@ -23,6 +23,7 @@ void OpenClosedStandardDescriptors() {
 
 ExitStatus Run(const hdiplot::CommandLine& line) {
   if (line.listPapers) return ListPapers(line);
+  if (line.list) return ListDrawings(line);
   return line.isTrace ? PlotTrace(line) : PlotDrawings(line);
 }
 
@@ -31,7 +32,8 @@ ExitStatus ParseAndRun(int argc, char** argv) {
   const ExitStatus status = arguments.commandLine ? Run(*arguments.commandLine) : arguments.status;
   if (hdiplot::FlushStandardOutput()) return status;
   hdiplot::PrintError("standard output: cannot be written");
-  const bool hasPlotted = arguments.commandLine && !arguments.commandLine->listPapers;
+  const bool hasPlotted =
+      arguments.commandLine && !arguments.commandLine->listPapers && !arguments.commandLine->list;
   return hasPlotted && status != ExitStatus::kNothingDone ? ExitStatus::kPartlyDone
                                                           : ExitStatus::kNothingDone;
 }

@@ -28,6 +28,7 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot *.dxf -o set.pdf --paper "ANSI D"        one PDF with a page for each drawing
   hdiplot plan.dxf --paper 600x300 --margins 10,5,10,5 --background ivory
   hdiplot plan.dxf --layer 'WALL*' --layer DOORS --skip-layer '*_TEXT' --monochrome
+  hdiplot plan.dxf --list                          tells what is in a drawing
   hdiplot plan.dxf --record plan.jsonl             also keeps the plot as a trace
   hdiplot plan.jsonl -o again.pdf                  plays a trace
   hdiplot job.jsonl -o job.pdf --results           prints what each call of the trace returned
@@ -84,6 +85,7 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
     }
   }
   if (line.results && !line.isTrace) throw CLI::ValidationError("--results", "is for traces");
+  if (line.list) return;
   if (!line.isTrace && line.inputs.size() > 1 && !line.output) {
     throw CLI::ValidationError("--output", "is needed to plot several drawings");
   }
@@ -115,10 +117,10 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.footer(kExamples);
   app.set_version_flag("--version", kVersion, "Print the version");
   app.add_option("inputs", line.inputs, "Drawings (.dxf), or one plot trace (.jsonl)")->type_name("FILE");
-  app.add_option("-o,--output", line.output,
-                 "The PDF; \".pdf\" is added where it is missing; needed for several drawings")
-      ->type_name("FILE");
-  app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
+  auto* output = app.add_option("-o,--output", line.output,
+                                "The PDF; \".pdf\" is added where it is missing; needed for several drawings")
+                     ->type_name("FILE");
+  auto* record = app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
   app.add_flag("--results", line.results, "Print the result of each call of a trace");
 
   std::vector<const CLI::Option*> drawings;
@@ -164,6 +166,14 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       ->type_name("FILE");
   forDrawings(app.add_flag("--text-as-geometry", plot.textAsGeometry,
                            "Text as shapes only, which cannot be searched"));
+
+  forDrawings(app.add_flag("--no-layers{false}", plot.keepLayers, "No layers to switch in the PDF"));
+  forDrawings(app.add_flag("--no-links{false}", plot.keepLinks, "No hyperlinks in the PDF"));
+  forDrawings(app.add_flag("--shx-comments", plot.strokeComments,
+                           "The words of stroke fonts as comments, too, which show under the pointer"));
+  auto* list = forDrawings(
+      app.add_flag("--list", line.list, "Print the drawings' spaces, entities and layers; plot nothing"));
+  list->excludes(output)->excludes(record);
 
   app.add_option("--device", line.device, "The driver's device (default: the first)")
       ->type_name("NAME")

@@ -14,8 +14,8 @@ namespace hdiplot {
 
 enum class ExitStatus : int {
   kDone = 0,
-  kPartlyDone =
-      1,  // plotted, but some drawings failed, or the record or the output of text could not be written
+  kPartlyDone = 1,  // plotted, but some drawings or images failed, or the record or the output of text could
+                    // not be written
   kNothingDone = 2,
 };
 
@@ -29,7 +29,8 @@ struct CommandLine {
   std::vector<std::filesystem::path> inputs;  // drawings, or one trace
   bool isTrace = false;
   bool listPapers = false;            // and nothing else; no inputs then
-  std::optional<std::string> output;  // of a drawing always there
+  bool list = false;                  // tell what is in the drawings, and plot nothing
+  std::optional<std::string> output;  // of a drawing to be plotted always there
   std::optional<std::filesystem::path> record;
   bool results = false;
   PlotOptions plot;    // of drawings

@@ -10,6 +10,9 @@ namespace hdiplot {
 [[nodiscard]] ExitStatus PlotTrace(const CommandLine& line);
 [[nodiscard]] ExitStatus PlotDrawings(const CommandLine& line);
 
+// Prints what is in each drawing: its spaces with their entities, and its layers.
+[[nodiscard]] ExitStatus ListDrawings(const CommandLine& line);
+
 // Prints the papers of the device.
 [[nodiscard]] ExitStatus ListPapers(const CommandLine& line);
 

@@ -38,6 +38,9 @@ struct PlotOptions {
   std::vector<std::string> skipLayers;  // the same; goes before `layers`
   std::optional<std::filesystem::path> fontMap;
   bool textAsGeometry = false;
+  bool keepLayers = true;       // the PDF has the drawing's layers, which a reader switches
+  bool keepLinks = true;        // of the drawing's entities
+  bool strokeComments = false;  // texts in strokes have their words in comments
 };
 
 }  // namespace hdiplot

@@ -43,14 +43,16 @@ std::string FormatSummary(const PlotSummary& summary) {
   return text + fmt::format(", {:.2f} s", summary.seconds);
 }
 
-std::string FormatSkipped(const std::map<std::string, uint64_t>& skipped) {
-  std::vector<std::pair<std::string, uint64_t>> types(skipped.begin(), skipped.end());
+std::string FormatCounts(const std::map<std::string, uint64_t>& counts) {
+  std::vector<std::pair<std::string, uint64_t>> types(counts.begin(), counts.end());
   std::ranges::stable_sort(types, std::ranges::greater(), &std::pair<std::string, uint64_t>::second);
   std::string text;
-  for (const auto& [type, count] : types) {
-    text += (text.empty() ? "skipped: " : ", ") + Grouped(count) + " " + type;
-  }
+  for (const auto& [type, count] : types) text += (text.empty() ? "" : ", ") + Grouped(count) + " " + type;
   return text;
+}
+
+std::string FormatSkipped(const std::map<std::string, uint64_t>& skipped) {
+  return skipped.empty() ? "" : "skipped: " + FormatCounts(skipped);
 }
 
 }  // namespace hdiplot

@@ -20,6 +20,9 @@ struct PlotSummary {
 // "plan.pdf: 3 pages, 12,345 objects, 234 KB, 0.12 s"
 [[nodiscard]] std::string FormatSummary(const PlotSummary& summary);
 
+// "1,200 LINE, 3 TEXT", the most frequent first.
+[[nodiscard]] std::string FormatCounts(const std::map<std::string, uint64_t>& counts);
+
 // "skipped: 12 TEXT, 3 MTEXT", the most frequent first; empty when nothing was skipped.
 [[nodiscard]] std::string FormatSkipped(const std::map<std::string, uint64_t>& skipped);
 

@@ -95,6 +95,25 @@ TEST_F(Drawings, HaveTextAsGeometryWhenAskedTo) {
   EXPECT_THAT(place.Read("a.pdf"), testing::Not(HasSubstr("/Font")));
 }
 
+TEST_F(Drawings, DoWithoutAnImageButSaySo) {
+  std::string drawing = "0\nSECTION\n2\nENTITIES\n";
+  const std::string image = "0\nIMAGE\n10\n0\n20\n0\n11\n1\n21\n0\n12\n0\n22\n1\n13\n9\n23\n9\n340\nA\n";
+  drawing += image + image + "0\nENDSEC\n0\nSECTION\n2\nOBJECTS\n0\nIMAGEDEF\n5\nA\n1\nD:\\a.png\n";
+  place.Write("image.dxf", drawing + "0\nENDSEC\n0\nEOF\n");
+  const Outcome without = place.RunReal({"image.dxf", "-o", "a.pdf", "--quiet"});
+  EXPECT_EQ(without.status, 1);
+  EXPECT_EQ(without.err, "hdiplot: D:/a.png: no such image file\n");
+  EXPECT_TRUE(place.Has("a.pdf"));
+  EXPECT_THAT(place.Read("a.pdf"), testing::Not(HasSubstr("/Subtype /Image")));
+
+  place.Write("a.png",
+              "GIF87a" + std::string("\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 32));
+  const Outcome with = place.RunReal({"image.dxf", "-o", "b.pdf", "--quiet"});
+  EXPECT_EQ(with.err, "");
+  EXPECT_EQ(with.status, 0);
+  EXPECT_THAT(place.Read("b.pdf"), HasSubstr("/Image"));
+}
+
 TEST_F(Drawings, EachPageTakesTheOrientationThatFits) {
   EXPECT_EQ(place.RunReal({"wide.dxf", "tall.dxf", "wide.dxf", "-o", "out.pdf"}).status, 0);
   EXPECT_THAT(MediaBoxes(place.Read("out.pdf")), ElementsAre("841x595", "595x841", "841x595"));
@@ -132,10 +151,74 @@ TEST_F(Drawings, GetAnOutputNamedLikeThemInTheCurrentDirectory) {
   EXPECT_TRUE(place.Has("plan.v2.pdf"));
 }
 
+// A transparent line on a layer, with a link, and a word in strokes.
+std::string RichDrawing() {
+  return "0\nSECTION\n2\nTABLES\n0\nTABLE\n2\nLAYER\n0\nLAYER\n2\nWalls\n70\n0\n62\n-"
+         "3\n0\nENDTAB\n0\nENDSEC\n0\n"
+         "SECTION\n2\nENTITIES\n0\nLINE\n8\nDoors\n440\n33554559\n10\n0\n20\n0\n11\n90\n21\n9\n1001\nPE_URL\n"
+         "1000\nhttp://example.com/"
+         "\n0\nTEXT\n8\n0\n10\n0\n20\n0\n40\n5\n1\nwords\n0\nLINE\n8\nWALLS\n67\n1\n10\n"
+         "0\n20\n0\n11\n1\n21\n1\n0\nENDSEC\n0\nEOF\n";
+}
+
+TEST_F(Drawings, HaveLayersLinksTransparencyAndComments) {
+  place.Write("rich.dxf", RichDrawing());
+  ASSERT_EQ(place.RunReal({"rich.dxf", "-o", "a.pdf"}).status, 0);
+  const std::string all = place.Read("a.pdf");
+  for (const char* part : {"(Doors)", "(http://example.com/)", "/ca "}) EXPECT_THAT(all, HasSubstr(part));
+  EXPECT_THAT(all, testing::Not(HasSubstr("/Square")));
+  ASSERT_EQ(place.RunReal({"rich.dxf", "-o", "b.pdf", "--no-layers", "--no-links", "--shx-comments"}).status,
+            0);
+  const std::string others = place.Read("b.pdf");
+  for (const char* part : {"/OCG", "/Link"}) EXPECT_THAT(others, testing::Not(HasSubstr(part)));
+  for (const char* part : {"/Square", "(words)"}) EXPECT_THAT(others, HasSubstr(part));
+}
+
+// Of the first page's measure: drawing units a point.
+double UnitsPerPoint(const std::string& pdf) {
+  std::smatch match;
+  const bool found = std::regex_search(pdf, match, std::regex(R"(/X\s*\[\s*<<[^>]*/C\s+([0-9.]+))"));
+  return found ? std::stod(match[1]) : 0;
+}
+
+TEST_F(Drawings, CanBeMeasured) {
+  constexpr double kMillimetresPerPoint = 25.4 / 72;
+  const auto measured = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"-o", "out.pdf"});
+    EXPECT_EQ(place.RunReal(arguments).status, 0);
+    return UnitsPerPoint(place.Read("out.pdf")) / kMillimetresPerPoint;
+  };
+  constexpr double kRoom = 1e-5;  // 0.001 mm on 100 mm
+  EXPECT_NEAR(measured({"wide.dxf", "--scale", "1:1"}), 1, kRoom);
+  EXPECT_NEAR(measured({"wide.dxf", "--scale", "1:50", "--dpi", "400"}), 50, 50 * kRoom);
+  EXPECT_NEAR(measured({"wide.dxf", "tall.dxf", "--scale", "1:2"}), 2, 2 * kRoom);
+  // Fitted, and twice as large as the other.
+  place.Write("half.dxf", LineDrawing("100", "5"));
+  EXPECT_GT(measured({"half.dxf"}), 0.1);
+  EXPECT_NEAR(measured({"wide.dxf", "half.dxf"}), 1, kRoom) << "on paper, where the scales differ";
+}
+
+TEST_F(Drawings, AreListed) {
+  place.Write("rich.dxf", RichDrawing());
+  const Outcome listed = place.RunReal({"rich.dxf", "missing.dxf", "--list"});
+  EXPECT_EQ(listed.status, 1);
+  EXPECT_EQ(
+      listed.out,
+      "rich.dxf\n  model space: 1 LINE, 1 TEXT\n  paper space: 1 LINE\n  layers:\n"
+      "    0                        on\n    Doors                    on\n    Walls                    off\n");
+  EXPECT_THAT(listed.err, HasSubstr("missing.dxf"));
+  EXPECT_FALSE(place.Has("rich.pdf"));
+}
+
 TEST_F(Drawings, PlayTheSameFromTheirRecordedTrace) {
-  for (const std::vector<std::string>& options : std::vector<std::vector<std::string>>{
-           {}, {"--paper", "Letter", "--dpi", "300", "--background", "black"}, {"--margins", "3,4,5,6"}}) {
-    std::vector<std::string> arguments = {"wide.dxf", "tall.dxf", "-o", "a.pdf", "--record", "a.jsonl"};
+  place.Write("rich.dxf", RichDrawing());
+  for (const std::vector<std::string>& options :
+       std::vector<std::vector<std::string>>{{},
+                                             {"--paper", "Letter", "--dpi", "300", "--background", "black"},
+                                             {"--margins", "3,4,5,6"},
+                                             {"--shx-comments"},
+                                             {"--no-layers", "--no-links"}}) {
+    std::vector<std::string> arguments = {"wide.dxf", "rich.dxf", "-o", "a.pdf", "--record", "a.jsonl"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     ASSERT_EQ(place.RunReal(arguments).status, 0);
     ASSERT_EQ(place.RunReal({"a.jsonl", "-o", "b.pdf"}).status, 0);

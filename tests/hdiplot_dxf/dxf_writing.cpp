@@ -70,7 +70,7 @@ std::string ErrorOf(const std::string& text) {
 }
 
 std::string Specimen() {
-  return WithSections(
+  std::string file = WithSections(
       "9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ANSI_1252|9 $INSUNITS|70 4|9 $EXTMIN|10 1e20|20 1e20|30 1e20",
       "0 TABLE|2 LTYPE|70 1|0 LTYPE|2 DASHED|70 0|3 __ __|72 65|73 2|40 0.75|49 0.5|74 0|49 -0.25|74 0|0 "
       "ENDTAB|"
@@ -108,7 +108,13 @@ std::string Specimen() {
       "0 DIMENSION|2 LEAF|10 0|20 0|70 0|0 LEADER|72 0|76 2|10 0|20 0|10 1|20 1|0 MTEXT|10 0|20 0|40 1|41 "
       "9|44 1.5|71 5|"
       "3 some \\U+00E4\\M+182A0 |1 text|7 NOTES|50 10|11 1|21 1|31 0|73 2|210 0|220 0.6|230 0.8|101 Embedded "
-      "Object|70 1");
+      "Object|70 1|"
+      "0 IMAGE|10 1|20 2|11 0.5|21 0|12 0|22 0.5|13 8|23 4|340 A1|70 15|280 1|281 60|71 2|91 3|14 0|24 0|14 "
+      "7|24 0|14 7|24 3|290 1|0 WIPEOUT|10 1|20 2|11 4|21 0|12 0|22 4|13 1|23 1|71 1|91 2|14 -0.5|24 -0.5|14 "
+      "0.5|24 0.5");
+  const std::string objects =
+      "0 SECTION|2 OBJECTS|0 XRECORD|40 none|0 IMAGEDEF|5 A1|1 a.png|10 8|20 4|0 ENDSEC|";
+  return file.insert(file.rfind("0\nEOF"), Groups(objects));
 }
 
 }  // namespace dxf_writing

@@ -158,5 +158,34 @@ TEST(Entities, ForeignDataIsLeftAlone) {
   EXPECT_EQ(line.end, (Vec2{3, 4}));
 }
 
+TEST(Entities, HaveTransparencyAndLinks) {
+  const Drawing drawing = Read(WithSections(
+      "",
+      "0 TABLE|2 LAYER|70 2|0 LAYER|2 Glass|70 0|62 4|1001 OTHER|1071 33554433|1001 ACCMTRANSPARENCY|"
+      "1071 33554560|0 LAYER|2 Wall|70 0|62 4|1001 OTHER|1071 33554433|0 ENDTAB",
+      "0 BLOCK|2 B|10 0|20 0|0 ENDBLK",
+      "0 POINT|10 0|20 0|440 33554687|1001 OTHER|1000 no|1001 PE_URL|1000 www.example.com/\\U+00E4|1002 {|"
+      "1000 words|1002 }|0 POINT|10 0|20 0|440 16777216|1001 PE_URL|1071 1|1001 OTHER|1000 no|"
+      "0 INSERT|66 1|2 B|10 0|20 0|440 33554442|1001 PE_URL|1000 C:\\plans\\a.dxf|0 ATTRIB|10 0|20 0|40 1|1 "
+      "a|"
+      "440 16777216|0 SEQEND|0 POINT|10 0|20 0|440 0"));
+  EXPECT_EQ(drawing.layers.at("Glass").alpha, 128);
+  EXPECT_EQ(drawing.layers.at("Wall").alpha, 255);
+  ASSERT_EQ(drawing.entities.size(), 5U);
+  const auto at = [&](size_t i) -> const Attributes& { return drawing.entities[i].attributes; };
+  EXPECT_EQ(at(0).alpha, (EntityAlpha{EntityAlpha::Kind::kOwn, 255}));
+  EXPECT_EQ(at(0).link, "www.example.com/\u00e4");
+  EXPECT_EQ(at(1).alpha.kind, EntityAlpha::Kind::kByBlock);
+  EXPECT_EQ(at(1).link, "");
+  // An attribute has both of its insert.
+  for (const size_t i : {2, 3}) {
+    EXPECT_EQ(at(i).alpha, (EntityAlpha{EntityAlpha::Kind::kOwn, 10}));
+    EXPECT_EQ(at(i).link, "C:\\plans\\a.dxf");
+  }
+  EXPECT_EQ(at(4).alpha.kind, EntityAlpha::Kind::kByLayer);
+  EXPECT_EQ(drawing.types.at("POINT").model, 3U);
+  EXPECT_EQ(drawing.types.at("ATTRIB").model, 1U);
+}
+
 }  // namespace
 }  // namespace hdiplot

@@ -162,9 +162,17 @@ TEST(Texts, StringsInAllEncodings) {
   const std::array<std::string, 4> cases[] = {
       {"ANSI_1252", "TEXT", " \xe4\t%%d\x07 ^J ", " \u00e4^I%%d ^J "},
       {"ANSI_932", "TEXT", "\x95\x5c\x8e\xa6\\U+00B0", "\u8868\u793a\u00b0"},
-      // Well-formed as UTF-8 too, but not with the other text of the file.
-      {"ANSI_936", "TEXT", "\xc2\xa5|0 TEXT|10 0|20 0|1 \xd6\xd0", "\u697c"},
-      {"ANSI_936", "TEXT", "\u697c", "\u697c"},
+      {"ANSI_1252", "TEXT", "\u697c", "\u697c"},
+      {"", "TEXT", "\u697c", "\u697c"},
+      {"unknown", "TEXT", "\u697c", "\u697c"},
+      // Well-formed as UTF-8 too.
+      {"ANSI_936", "TEXT", "\xc2\xa5", "\u697c"},
+      {"gb2312", "TEXT", "\xc2\xa5", "\u697c"},
+      {"DOS850", "TEXT", "\xc3\xa4", "\u251c\u00f1"},
+      {"ANSI_874", "TEXT", "\xe0\xa2\xb5", "\u0e40\u0e02\u0e15"},
+      {"KSC5601", "TEXT", "\xb0\xa1", "\uac00"},
+      {"big5", "TEXT", "\xa4\x40", "\u4e00"},
+      {"JOHAB", "MTEXT", "\x88\x61\\P", "\uac00\\P"},
       {"ANSI_1252", "TEXT", "\\M+182A0\\M+2A440\\M+3B0A1\\M+48861\\M+5B0A1\\M+1B1\\M+10000",
        "\u3042\u4e00\uac00\uac00\u554a\\M+1B1\\M+10000"},
       {"ANSI_1252", "TEXT", "\\\\U+0041 \\U+D83D\\U+DE00 \\U+D83D \\U+00e", "\\A \U0001f600 \ufffd \\U+00e"},
@@ -188,6 +196,14 @@ TEST(Texts, LongParagraphsAreJoinedBeforeTheyAreDecoded) {
   groups += "|1 " + text.substr(at);
   const Drawing drawing = Read(WithSections("9 $ACADVER|1 AC1021", "", "", groups));
   EXPECT_EQ(TextsOf(drawing.entities).at(0), text);
+}
+
+TEST(Texts, TooLongAreCutAndCounted) {
+  std::string text = "a";
+  while (text.size() < 300000) text += "\u00e4";
+  const Drawing drawing = Read(WithSections("9 $ACADVER|1 AC1021", "", "", "0 TEXT|10 0|20 0|1 " + text));
+  EXPECT_EQ(TextsOf(drawing.entities).at(0), text.substr(0, 262143));
+  EXPECT_EQ(drawing.skipped.at("TEXT cut off behind 262144 bytes"), 1);
 }
 
 TEST(Texts, AttributesBelongToTheirInsert) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/unicode.h"
+
 namespace hdiplot {
 
 namespace {
@@ -10,7 +12,16 @@ using hdi::HostDevice;
 using hdi::HT_Double_Point;
 
 int32_t Add(HostDevice* device, LoggedCall call) {
-  static_cast<LoggingDriver*>(device->driver)->calls.push_back(std::move(call));
+  auto* driver = static_cast<LoggingDriver*>(device->driver);
+  driver->course.push_back(call.name);
+  driver->calls.push_back(std::move(call));
+  return 1;
+}
+
+int32_t Note(HostDevice* device, std::string name, const char16_t* text = u"") {
+  const std::string argument = hdi::ToUtf8(text);
+  if (!argument.empty()) name += " " + argument;
+  static_cast<LoggingDriver*>(device->driver)->course.push_back(name);
   return 1;
 }
 
@@ -48,8 +59,42 @@ LoggingDriver::LoggingDriver() {
   Set(hdi::Position::kSetPen, LogPen);
   Set(hdi::Position::kText, LogText);
   Set(
+      hdi::Position::kSetLayer,
+      +[](HostDevice* device, int64_t, const char16_t* name) { return Note(device, "Layer", name); });
+  Set(
+      hdi::Position::kSetAlpha,
+      +[](HostDevice* device, uint32_t alpha) { return Note(device, "Alpha " + std::to_string(alpha)); });
+  Set(
+      hdi::Position::kBeginLink,
+      +[](HostDevice* device, const char16_t* target) { return Note(device, "BeginLink", target); });
+  Set(
+      hdi::Position::kEndLink, +[](HostDevice* device) { return Note(device, "EndLink"); });
+  Set(
+      hdi::Position::kShxComment,
+      +[](HostDevice* device, const char16_t* text, const int32_t* rect, uint32_t flags) {
+        std::string name = "Comment";
+        for (int i = 0; i < 4; ++i) name += " " + std::to_string(rect[i]);
+        return Note(device, name + " " + std::to_string(flags), text);
+      });
+  Set(
       hdi::Position::kFillPath, +[](HostDevice* device) {
         return Add(device, {"FillPath", {}, {}, {}});
+      });
+  Set(
+      hdi::Position::kBitmap, +[](HostDevice* device, const hdi::HostImageRecord* placed) {
+        LoggedCall call{
+            "Bitmap", {{{placed->originX, placed->originY}}}, {placed->scaleX, placed->scaleY}, {}};
+        call.image = DescribeRaster(*placed->image);
+        return Add(device, std::move(call));
+      });
+  Set(
+      hdi::Position::kPolyPolygon,
+      +[](HostDevice* device, const HT_Double_Point* points, const uint32_t* counts, int32_t polygons) {
+        LoggedCall call{"PolyPolygon", {}, {}, {}};
+        for (int32_t i = 0; i < polygons; points += counts[i++]) {
+          call.points.emplace_back(points, points + counts[i]);
+        }
+        return Add(device, std::move(call));
       });
   Set(
       hdi::Position::kPolyline, +[](HostDevice* device, const HT_Double_Point* points, int32_t count) {
@@ -70,14 +115,19 @@ LoggingDriver::LoggingDriver() {
       });
 }
 
-std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options, bool showsText) {
+LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options, bool showsText) {
   LoggingDriver driver;
   driver.showsText = showsText;
   FontBook fonts;
+  ImageBook images;
   PlotDevice device(driver);
   Progress progress(ProgressDisplay::kOff);
-  PlotDrawing(drawing, options, MakeSheet(device), fonts, device, progress);
-  return driver.calls;
+  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress);
+  return driver;
+}
+
+std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options, bool showsText) {
+  return PlotThrough(drawing, options, showsText).calls;
 }
 
 Drawing SheetDrawing() {

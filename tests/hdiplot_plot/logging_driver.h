@@ -12,11 +12,13 @@ namespace hdiplot {
 struct LoggedCall {
   std::string name;
   std::vector<std::vector<hdi::HT_Double_Point>> points;  // one list for most calls; an arc's centre
-  std::vector<double> numbers;  // an arc's five; a text's height, oblique angle, tracking and width factor
+  // An arc's five; a text's height, oblique angle, tracking and width factor; an image's dots a pixel.
+  std::vector<double> numbers;
   Pen pen;
   hdi::LOGFONTW font{};  // a text's, as the next
   std::u16string text{};
   std::vector<double> advances{};
+  ImageData image{};
 };
 
 // At 254 dots per inch, ten dots a millimetre, and with a printable area of 2000 by 3000 dots; so a tenth of
@@ -26,10 +28,15 @@ class LoggingDriver final : public PlainDriver {
   LoggingDriver();
 
   std::vector<LoggedCall> calls;
+  // The calls' names in order, with those of layers, transparency, links and comments between them, which
+  // have their arguments behind the name.
+  std::vector<std::string> course;
   bool showsText = true;  // what it says to a text with advances and without tracking
 };
 
-// The calls that plotting `drawing` makes.
+// The driver behind plotting `drawing`, and the calls that it got.
+[[nodiscard]] LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options,
+                                        bool showsText = true);
 [[nodiscard]] std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options = {},
                                                 bool showsText = true);
 

@@ -133,6 +133,35 @@ TEST(PlotDrawing, HidesLayersInBlocks) {
   EXPECT_TRUE(PlotOnSheet(drawing).empty());
 }
 
+TEST(PlotDrawing, TellsLayersTransparencyAndLinksWhereTheyChange) {
+  Drawing drawing;
+  drawing.layers["A"].alpha = 50;
+  const auto linked = [](Entity entity, const char* target) {
+    entity.attributes.link = target;
+    return entity;
+  };
+  const Shape line = LineEntity{{0, 0}, {9, 9}};
+  Entity clear = linked(Thing(line), "inner");
+  clear.attributes.alpha = {EntityAlpha::Kind::kOwn, 200};
+  drawing.blocks["B"].entities = {Thing(line), Thing(line, "B"), clear};
+  drawing.layers["Off"].off = true;
+  drawing.entities = {Thing(line, "A"),
+                      Thing(line, "a"),
+                      linked(Thing(Insert("B", {0, 0}), "A"), "outer"),
+                      linked(Thing(line, "Off"), "unseen"),
+                      linked(Thing(line, "B"), "line"),
+                      Thing(Insert("B", {0, 0}), "A")};
+  std::vector<std::string> course = PlotThrough(drawing, OneToOne()).course;
+  std::erase(course, "SetPen");
+  EXPECT_EQ(course,
+            (std::vector<std::string>{
+                "Layer A",         "Alpha 50",       "Polyline",  "Polyline",  "BeginLink outer", "Polyline",
+                "Layer B",         "Alpha 255",      "Polyline",  "Layer A",   "Alpha 200",       "Polyline",
+                "EndLink",         "BeginLink line", "Layer B",   "Alpha 255", "Polyline",        "EndLink",
+                "Layer A",         "Alpha 50",       "Polyline",  "Layer B",   "Alpha 255",       "Polyline",
+                "BeginLink inner", "Layer A",        "Alpha 200", "Polyline",  "EndLink"}));
+}
+
 TEST(PlotDrawing, ClipsWhatIsLargerThanTheSheet) {
   Drawing drawing;
   drawing.entities = {Thing(LineEntity{{0, 0}, {900, 9}})};

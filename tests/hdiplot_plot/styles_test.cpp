@@ -29,6 +29,7 @@ class Styles : public testing::Test {
  protected:
   Styles() {
     drawing.layers["Walls"] = {Index(1), "DASHED", 50, false, false, true};
+    drawing.layers["Walls"].alpha = 100;
     drawing.layers["Doors"] = {Index(3), "CONTINUOUS", kLineWeightDefault, false, false, true};
     drawing.lineTypes["DASHED"] = {{6, -3}};
     drawing.lineTypes["DOTS"] = {{0, -3}};
@@ -44,6 +45,7 @@ class Styles : public testing::Test {
     attributes.color.kind = EntityColor::Kind::kByBlock;
     attributes.lineType = "BYBLOCK";
     attributes.lineWeight = kLineWeightByBlock;
+    attributes.alpha.kind = EntityAlpha::Kind::kByBlock;
     return attributes;
   }
 
@@ -57,12 +59,18 @@ TEST_F(Styles, ComeFromTheLayer) {
   EXPECT_EQ(walls.color, kRed);
   EXPECT_EQ(walls.lineWeight, 50);
   EXPECT_EQ(walls.lineType, &drawing.lineTypes["DASHED"]);
+  EXPECT_EQ(walls.alpha, 100);
+  EXPECT_EQ(walls.layer->name, u"Walls");
+  EXPECT_EQ(styles.Resolve(On("New"), nullptr).layer->name, u"New");
+  EXPECT_EQ(styles.Resolve(On("NEW"), nullptr).layer->name, u"New");
   Attributes own = On("Walls");
   own.color = {EntityColor::Kind::kTrue, 0x102030};
   own.lineType = "DOTS";
   own.lineWeight = 0;
+  own.alpha = {EntityAlpha::Kind::kOwn, 30};
   const Style mine = styles.Resolve(own, nullptr);
   EXPECT_EQ(mine.color, (Rgb{0x10, 0x20, 0x30}));
+  EXPECT_EQ(mine.alpha, 30);
 }
 
 TEST_F(Styles, ComeFromTheInsertThroughNestedBlocks) {
@@ -71,6 +79,7 @@ TEST_F(Styles, ComeFromTheInsertThroughNestedBlocks) {
   const Style nothing = styles.Resolve(ByBlock("Walls"), nullptr);
   EXPECT_EQ(nothing.color, kBlack);
   EXPECT_EQ(nothing.lineType, nullptr);
+  EXPECT_EQ(nothing.alpha, 255);
 
   // The outer insert goes by its layer, the inner one and the entity by block.
   const Style outer = styles.Resolve(On("Walls"), nullptr);
@@ -79,6 +88,7 @@ TEST_F(Styles, ComeFromTheInsertThroughNestedBlocks) {
   EXPECT_EQ(entity.color, kRed);
   EXPECT_EQ(entity.lineWeight, 50);
   EXPECT_EQ(entity.lineType, &drawing.lineTypes["DASHED"]);
+  EXPECT_EQ(entity.alpha, 100);
 
   // Layer 0 in a block is the layer of the insert, also through an insert on layer 0; others stay.
   const Style onZero = styles.Resolve(On("0"), &outer);

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 
 #include "host/hdiplot/plot/extents.h"
 #include "tests/hdiplot_plot/logging_driver.h"
@@ -93,7 +94,7 @@ TEST(PlotText, ThatIsMirroredLiesOverHiddenText) {
   const auto calls = PlotText(text, Outlines());
   const auto texts = Named(calls, "Text");
   ASSERT_EQ(texts.size(), 1U);
-  EXPECT_TRUE(texts[0].advances.empty());
+  EXPECT_NE(texts[0].numbers[2], 1);
   const Box box = BoxOf(Named(calls, "PolyBezier"));
   EXPECT_LT(box.low.x, 500);
   EXPECT_NEAR(box.low.y, 1900, 0.5);
@@ -135,6 +136,77 @@ TEST(PlotText, InStrokesLiesOverHiddenTextOfTheSameWidth) {
   EXPECT_NEAR(BoxOf(Named(calls, "Polyline")).low.y, 1900, 1e-6);
 }
 
+TEST(PlotText, InStrokesHasItsWordsInOneComment) {
+  MTextEntity text;
+  text.text = "HI{\\C1;HI}\\PHI";
+  text.place = {500, 1000};
+  text.height = 100;
+  Drawing drawing = SheetDrawing();
+  drawing.textStyles["STANDARD"].fontFile = "romans.shx";
+  drawing.textStyles["OUTLINES"] = Outlines();
+  drawing.entities.push_back(Thing(text));
+  text.style = "OUTLINES";
+  drawing.entities.push_back(Thing(text));
+
+  PlotOptions options = OneToOne();
+  const auto comments = [&] {
+    std::vector<std::string> course = PlotThrough(drawing, options).course;
+    std::erase_if(course, [](const std::string& call) { return !call.starts_with("Comment"); });
+    return course;
+  };
+  EXPECT_TRUE(comments().empty());
+  options.strokeComments = true;
+  ASSERT_EQ(comments().size(), 1U);
+  int left = 0;
+  int right = 0;
+  int top = 0;
+  int bottom = 0;
+  char words[16]{};
+  ASSERT_EQ(std::sscanf(comments()[0].c_str(), "Comment %d %d %d %d 0 %15[^\n]", &left, &right, &top, &bottom,
+                        words),
+            5);
+  EXPECT_STREQ(words, "HIHI HI");
+  // Two lines of capitals, 5/3 of their height apart, and half a pen around.
+  EXPECT_EQ(top, 2000 - 2);
+  EXPECT_NEAR(bottom, 2000 + 267 + 2, 1);
+  FontBook fonts;
+  const StrokeFont& strokes = *fonts.Find({"", "romans.shx", "", false, false}).stroke;
+  EXPECT_GT(left, 490);
+  EXPECT_LT(right, 500 + 200 * (strokes.Advance(u'H') + strokes.Advance(u'I')));
+}
+
+TEST(PlotText, InStrokesThatIsTurnedLiesOverHiddenTextThatIsTurned) {
+  TextEntity text = TextAt({500, 1000}, "HOLE 中");
+  text.right = {0, 1};
+  text.up = {-1, 0};
+  TextStyle style;
+  style.fontFile = "romans.shx";
+  const auto calls = PlotText(text, style);
+  const auto texts = Named(calls, "Text");
+  ASSERT_FALSE(texts.empty());
+  FontBook fonts;
+  const OutlineFont& interface = *fonts.InterfaceFont();
+  const StrokeFont& strokes = *fonts.Find({"", "romans.shx", "", false, false}).stroke;
+  double y = 2000;
+  for (const LoggedCall& call : texts) {
+    EXPECT_EQ(call.font.lfEscapement, 900);
+    EXPECT_EQ(std::u16string(call.font.lfFaceName), interface.Selection().lfFaceName);
+    ASSERT_EQ(call.advances.size(), call.text.size()) << "or the driver takes its own font, which is level";
+    EXPECT_GT(std::abs(call.numbers[2] - 1), 1e-4) << "or it is seen";
+    EXPECT_NEAR(call.points[0][0].y, y, 1e-6);
+    // As wide as the strokes, by what the driver does and by what it is told.
+    double width = 0;
+    double advance = 0;
+    for (const char16_t unit : call.text) {
+      width += interface.Advance(unit) / interface.EmSize() + (call.numbers[2] - 1) / 2;
+      y -= strokes.Advance(unit) * 100;
+    }
+    for (const double units : call.advances) advance += units;
+    EXPECT_NEAR(call.points[0][0].y - width * call.numbers[0] * call.numbers[3], y, 1e-6);
+    EXPECT_NEAR(call.points[0][0].y - advance, y, 1e-6);
+  }
+}
+
 TEST(PlotText, WithTrackingIsDrawnAsWideAsItsHiddenText) {
   MTextEntity text;
   text.text = "\\T1.5;HIH";
@@ -172,7 +244,10 @@ TEST(PlotText, TakesItsColoursAndReportsWhatHasNoSize) {
   PlotDevice device(driver);
   Progress progress(ProgressDisplay::kOff);
   FontBook fonts;
-  EXPECT_EQ(PlotDrawing(drawing, OneToOne(), MakeSheet(device), fonts, device, progress).tooFarOff, 1U);
+  ImageBook images;
+  EXPECT_EQ(
+      PlotDrawing(drawing, OneToOne(), MakeSheet(device), fonts, images, device, progress).leftOut.tooFarOff,
+      1U);
 }
 
 TEST(PlotText, CountsInTheExtents) {

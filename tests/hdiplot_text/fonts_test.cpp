@@ -50,7 +50,8 @@ TEST(FontMap, KnowsFilesAndTakesTheUsersWordFirst) {
   EXPECT_EQ(map.OfFile("romanc"), (MappedFont{"timesr", true}));
   EXPECT_EQ(map.OfFile("romanc.ttf"), std::nullopt);
   const MapFile file(
-      "# ours\n\n  Roman C.shx = stroke:ScriptC # curly\r\nswiss = DejaVu Sans , "
+      "\xEF\xBB\xBFtimes.ttf = Verdana\n# ours\n\n  Roman C.shx = stroke:ScriptC # curly\r\nswiss = DejaVu "
+      "Sans , "
       "Bold,italic\narial.ttf=Verdana\n");
   map.Read(file.Path());
   EXPECT_EQ(map.OfFile("fonts/ROMAN C.SHX"), (MappedFont{"scriptc", true}));
@@ -58,6 +59,7 @@ TEST(FontMap, KnowsFilesAndTakesTheUsersWordFirst) {
   EXPECT_EQ(map.OfFamily("SWISS"), map.OfFile("swiss.shx"));
   EXPECT_EQ(map.OfFile("Arial.ttf")->name, "Verdana");
   EXPECT_EQ(map.OfFile("arial")->name, "Arial");
+  EXPECT_EQ(map.OfFile("times.ttf")->name, "Verdana") << "behind a byte order mark";
 }
 
 TEST(FontMap, TellsWhereALineIsBroken) {
@@ -129,6 +131,25 @@ TEST(FontBook, DrawsWhatStrokesLackWithTheBigFont) {
   EXPECT_EQ(font.stroke->BigFont()->Face().Family(), u"WenQuanYi Zen Hei");
   EXPECT_FALSE(font.stroke->BigFont()->Outline(u'中').empty());
   EXPECT_EQ(font.stroke->Advance(u'中'), font.stroke->BigFont()->Advance(u'中'));
+}
+
+// How far the top of a letter leans to the right of where it is in an upright font.
+double Lean(FontBook& book, const std::string& family, char16_t unit) {
+  const auto top = [&](bool italic) {
+    hdi::GlyphPoint highest{0, -1};
+    for (const auto& contour : book.Find({family, "", "", false, italic}).outline->Outline(unit)) {
+      for (const hdi::GlyphPoint& p : contour) highest = p.y > highest.y ? p : highest;
+    }
+    return highest.x;
+  };
+  return top(true) - top(false);
+}
+
+TEST(OutlineFont, LeansWhereTheDriverSlants) {
+  FontBook book;
+  EXPECT_GT(Lean(book, "WenQuanYi Zen Hei", u'中'), 0.2);
+  // Of another family's upright face, which has an italic one beside it.
+  EXPECT_EQ(Lean(book, "WenQuanYi Zen Hei", u'س'), 0);
 }
 
 // What the driver does to a text.

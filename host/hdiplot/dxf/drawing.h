@@ -8,8 +8,11 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
+#include <tuple>
 #include <variant>
 #include <vector>
 
@@ -28,6 +31,14 @@ struct EntityColor {
   bool operator==(const EntityColor&) const = default;
 };
 
+// 255 is opaque.
+struct EntityAlpha {
+  enum class Kind : uint8_t { kByLayer, kByBlock, kOwn };
+  Kind kind = Kind::kByLayer;
+  uint8_t value = 255;  // of kOwn
+  bool operator==(const EntityAlpha&) const = default;
+};
+
 // Line weights in hundredths of a millimetre, and the codes that stand for another place to look.
 inline constexpr int kLineWeightByLayer = -1;
 inline constexpr int kLineWeightByBlock = -2;
@@ -39,6 +50,8 @@ struct Attributes {
   std::string lineType = "BYLAYER";  // upper case
   double lineTypeScale = 1;
   int lineWeight = kLineWeightByLayer;
+  EntityAlpha alpha;
+  std::string link;  // what the entity leads to, an address or a file; empty: nothing
   bool visible = true;
   bool paperSpace = false;
 };
@@ -160,6 +173,34 @@ struct MTextEntity {               // MTEXT
   bool vertical = false;      // letters run downwards; else the style says whether they do
 };
 
+// How an image's colours come to the paper.
+struct ImageLook {
+  bool transparent = false;  // whether the paper shows through the image where the image says so
+  int brightness = 50;       // 0 to 100, as the next; 50 leaves the image as it is
+  int contrast = 50;
+  int fade = 0;  // towards white, 0 to 100
+  bool operator==(const ImageLook&) const = default;
+  bool operator<(const ImageLook& other) const {
+    return std::tie(transparent, brightness, contrast, fade) <
+           std::tie(other.transparent, other.brightness, other.contrast, other.fade);
+  }
+};
+
+struct ImageEntity {       // IMAGE
+  std::string definition;  // in Drawing::imageFiles
+  Vec2 corner;             // the lower left one of the image as it was taken
+  Vec2 right;              // from there, the whole lower side
+  Vec2 up;                 // the whole left side
+  bool shown = true;       // or only its frame
+  ImageLook look;
+  std::vector<Vec2> clip;     // the polygon that is seen of it; empty: all
+  bool clipInverted = false;  // the polygon is what is not seen
+};
+
+struct WipeoutEntity {                   // WIPEOUT
+  std::vector<std::vector<Vec2>> rings;  // filled together by the even-odd rule
+};
+
 struct InsertEntity {  // INSERT, and DIMENSION through its block
   std::string block;
   Vec2 at;
@@ -173,9 +214,9 @@ struct InsertEntity {  // INSERT, and DIMENSION through its block
   double rowSpacing = 0;
 };
 
-using Shape =
-    std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity, PointEntity,
-                 SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity, InsertEntity>;
+using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
+                           PointEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity,
+                           ImageEntity, WipeoutEntity, InsertEntity>;
 
 struct Entity {
   Attributes attributes;
@@ -189,6 +230,7 @@ struct Layer {
   bool off = false;
   bool frozen = false;
   bool plottable = true;
+  uint8_t alpha = 255;
 };
 
 struct LineType {
@@ -214,18 +256,26 @@ struct Block {
   std::vector<Entity> entities;
 };
 
+struct EntityCount {
+  uint64_t model = 0;
+  uint64_t paper = 0;
+};
+
 struct Drawing {
   std::string name;  // the file's name without directories
   std::vector<Entity> entities;
-  std::map<std::string, Layer> layers;          // by name as written; look-ups are without regard to case
-  std::map<std::string, LineType> lineTypes;    // by upper-case name
-  std::map<std::string, Block> blocks;          // by upper-case name
-  std::map<std::string, TextStyle> textStyles;  // by upper-case name
-  double lineTypeScale = 1;                     // $LTSCALE
-  double millimetresPerUnit = 1;                // from $INSUNITS, 1 when unitless
-  int pointMode = 0;                            // $PDMODE
-  double pointSize = 0;                         // $PDSIZE
-  std::map<std::string, uint64_t> skipped;      // entity types that are not plotted, and how many
+  std::map<std::string, Layer> layers;            // by name as written; look-ups are without regard to case
+  std::map<std::string, LineType> lineTypes;      // by upper-case name
+  std::map<std::string, Block> blocks;            // by upper-case name
+  std::map<std::string, std::string> imageFiles;  // as the drawing names them, by upper-case handle
+  std::filesystem::path folder;                   // that the file is in
+  std::map<std::string, TextStyle> textStyles;    // by upper-case name
+  double lineTypeScale = 1;                       // $LTSCALE
+  double millimetresPerUnit = 1;                  // from $INSUNITS, 1 when unitless
+  int pointMode = 0;                              // $PDMODE
+  double pointSize = 0;                           // $PDSIZE
+  std::map<std::string, EntityCount, std::less<>> types;  // all entities but those in blocks, by type
+  std::map<std::string, uint64_t> skipped;                // entity types that are not plotted, and how many
 };
 
 }  // namespace hdiplot

@@ -8,6 +8,7 @@
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/entity_attributes.h"
 #include "host/hdiplot/dxf/hatch_reader.h"
+#include "host/hdiplot/dxf/image_reader.h"
 
 namespace hdiplot {
 namespace {
@@ -55,10 +56,14 @@ bool IsText(std::string_view type) {
   return type == "TEXT" || type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF";
 }
 
+std::string CutTypeName(std::string_view type) {
+  return std::string(type) + " cut off behind " + std::to_string(kLongestText) + " bytes";
+}
+
 }  // namespace
 
-DrawingBuilder::DrawingBuilder(std::string_view file)
-    : names_(file), adapter_(names_), texts_(names_, drawing_.textStyles), entities_(&drawing_.entities) {}
+DrawingBuilder::DrawingBuilder()
+    : adapter_(names_), texts_(names_, drawing_.textStyles), entities_(&drawing_.entities) {}
 
 void DrawingBuilder::OnVariable(const DxfObject& variable) {
   if (variable.type == "$ACADVER") {
@@ -112,6 +117,13 @@ void DrawingBuilder::OnBlockEnd() {
 
 void DrawingBuilder::OnEntitiesEnd() { CheckNoPolylineOpen(); }
 
+void DrawingBuilder::OnObject(const DxfObject& object) {
+  if (object.type != "IMAGEDEF") return;
+  const Group* handle = object.Find(5);
+  const Group* file = object.Find(1);
+  if (handle && file) drawing_.imageFiles[ImageKey(*handle)] = names_.Decode(file->value);
+}
+
 void DrawingBuilder::OnEntity(const DxfObject& entity) {
   if (polyline_ || entity.type == "VERTEX") {
     AddPartOfPolyline(entity);
@@ -122,6 +134,7 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     return;
   }
   const Attributes attributes = AttributesOf(entity, names_);
+  if (block_.empty()) Count(entity.type, attributes);
   if (entity.type == "POLYLINE") {
     polyline_ = OpenPolyline{PolylineBuilder(entity), attributes};
   } else if (entity.type == "LWPOLYLINE") {
@@ -130,6 +143,10 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     AddHatch(entity, attributes);
   } else if (IsText(entity.type)) {
     AddText(entity, attributes);
+  } else if (entity.type == "IMAGE") {
+    AddEntity(attributes, ReadImage(entity));
+  } else if (entity.type == "WIPEOUT") {
+    AddEntity(attributes, ReadWipeout(entity));
   } else if (entity.type == "DIMENSION") {
     AddDimension(entity, attributes);
   } else if (!DxflibAdapter::ReadsShape(entity.type)) {
@@ -199,19 +216,27 @@ void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attribu
 
 void DrawingBuilder::AddText(const DxfObject& object, Attributes attributes) {
   if (object.type == "MTEXT") {
-    if (auto text = texts_.ReadMText(object)) AddEntity(attributes, std::move(*text));
+    if (auto text = texts_.ReadMText(object)) {
+      if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
+      AddEntity(attributes, std::move(*text));
+    }
     return;
   }
   if (object.type == "ATTRIB" && insert_) TakeFromInsert(attributes);
-  if (auto text = texts_.ReadText(object, !block_.empty())) AddEntity(attributes, std::move(*text));
+  if (auto text = texts_.ReadText(object, !block_.empty())) {
+    if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
+    AddEntity(attributes, std::move(*text));
+  }
 }
 
-// An attribute is an entity of its own, but shares its INSERT's space, comes and goes with it, and has it for
-// its block.
+// An attribute is an entity of its own, but shares its INSERT's space and link, comes and goes with it, and
+// has it for its block.
 void DrawingBuilder::TakeFromInsert(Attributes& attributes) const {
   attributes.paperSpace = insert_->paperSpace;
   if (attributes.color.kind == EntityColor::Kind::kByBlock) attributes.color = insert_->color;
   if (attributes.lineWeight == kLineWeightByBlock) attributes.lineWeight = insert_->lineWeight;
+  if (attributes.alpha.kind == EntityAlpha::Kind::kByBlock) attributes.alpha = insert_->alpha;
+  if (attributes.link.empty()) attributes.link = insert_->link;
   const auto layer = drawing_.layers.find(insert_->layer);
   const bool frozen = layer != drawing_.layers.end() && layer->second.frozen;
   if (!insert_->visible || frozen) attributes.visible = false;
@@ -219,6 +244,12 @@ void DrawingBuilder::TakeFromInsert(Attributes& attributes) const {
 
 void DrawingBuilder::AddEntity(const Attributes& attributes, Shape shape) {
   entities_->push_back({attributes, std::move(shape)});
+}
+
+void DrawingBuilder::Count(std::string_view type, const Attributes& attributes) {
+  auto found = drawing_.types.find(type);
+  if (found == drawing_.types.end()) found = drawing_.types.emplace(type, EntityCount{}).first;
+  ++(attributes.paperSpace ? found->second.paper : found->second.model);
 }
 
 void DrawingBuilder::CountSkipped(std::string_view type, const Attributes& attributes) {

@@ -18,8 +18,7 @@ namespace hdiplot {
 
 class DrawingBuilder : public DxfVisitor {
  public:
-  // `file` is the whole text of the DXF, good as long as the builder.
-  explicit DrawingBuilder(std::string_view file);
+  DrawingBuilder();
 
   void OnVariable(const DxfObject& variable) override;
   void OnTableEntry(const DxfObject& entry) override;
@@ -27,6 +26,7 @@ class DrawingBuilder : public DxfVisitor {
   void OnBlockEnd() override;
   void OnEntity(const DxfObject& entity) override;
   void OnEntitiesEnd() override;
+  void OnObject(const DxfObject& object) override;
 
   // The drawing, after the last object. Throws DxfFault.
   Drawing Finish();
@@ -55,6 +55,7 @@ class DrawingBuilder : public DxfVisitor {
   void AddText(const DxfObject& object, Attributes attributes);
   void TakeFromInsert(Attributes& attributes) const;
   void AddEntity(const Attributes& attributes, Shape shape);
+  void Count(std::string_view type, const Attributes& attributes);
   void CountSkipped(std::string_view type, const Attributes& attributes);
   std::string Place(const Attributes& attributes) const;
   void RemoveUnresolved(std::vector<Entity>& entities) const;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/group_reader.h"
 
 namespace hdiplot {
@@ -22,6 +23,16 @@ struct DxfObject {
   const Group* Find(int code) const {
     const auto found = std::ranges::find(groups, code, &Group::code);
     return found == groups.end() ? nullptr : &*found;
+  }
+
+  // The application's groups of the extended data, or none.
+  std::span<const Group> ExtendedOf(std::string_view application) const {
+    constexpr int kApplication = 1001;
+    const auto first = std::ranges::find_if(extended, [application](const Group& group) {
+      return group.code == kApplication && EqualWithoutCase(group.value, application);
+    });
+    if (first == extended.end()) return {};
+    return {first + 1, std::ranges::find(first + 1, extended.end(), kApplication, &Group::code)};
   }
 
   double Real(int code, double fallback) const {

@@ -12,10 +12,11 @@ namespace hdiplot {
 Drawing ReadDxf(const std::filesystem::path& file) {
   const std::string text = LoadDxfText(file);
   try {
-    DrawingBuilder builder(text);
+    DrawingBuilder builder;
     StructureReader(text, builder).Read();
     Drawing drawing = builder.Finish();
     drawing.name = file.filename().string();
+    drawing.folder = file.parent_path();
     return drawing;
   } catch (const DxfFault& fault) {
     throw InputError(file, fault.line, fault.message);

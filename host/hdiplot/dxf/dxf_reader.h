@@ -11,10 +11,10 @@ namespace hdiplot {
 // missing, empty, binary, something else than a DXF, or broken: cut off, badly nested, with values that are
 // no numbers or far out of range, with counts that do not match, or with a block that contains itself.
 //
-// Not read are sections other than HEADER, TABLES, BLOCKS and ENTITIES, of which only the form is checked.
-// Drawing::skipped counts what the model has no shape for, inserts and dimensions without their block, and
-// inserts turned out of the drawing's plane: those of the model, and those of blocks as often as the block is
-// inserted.
+// Not read are sections other than HEADER, TABLES, BLOCKS and ENTITIES, of which only the form is checked,
+// but for the files of images in OBJECTS. Drawing::skipped counts what the model has no shape for, inserts
+// and dimensions without their block, and inserts turned out of the drawing's plane: those of the model, and
+// those of blocks as often as the block is inserted.
 Drawing ReadDxf(const std::filesystem::path& file);
 
 }  // namespace hdiplot

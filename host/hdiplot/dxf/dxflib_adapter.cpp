@@ -112,6 +112,7 @@ void DxflibAdapter::addLayer(const DL_LayerData& data) {
   layer.frozen = (static_cast<unsigned>(data.flags) & kLayerFrozen) != 0;
   if (const Group* lineType = object_->Find(6)) layer.lineType = UpperCase(names_.Decode(*lineType));
   layer.lineWeight = LineWeightOf(*object_, kLineWeightDefault);
+  layer.alpha = LayerAlphaOf(*object_);
   layer.plottable = object_->Integer(290, 1) != 0;
 }
 

@@ -1,6 +1,6 @@
 // The attributes that all entities, and in part layers, have in common: layer, colour, line type, line
-// weight. dxflib takes an old file's thickness for a line weight and says nothing of visibility, so these
-// come straight from the groups.
+// weight, transparency, link. dxflib takes an old file's thickness for a line weight and says nothing of
+// visibility, so these come straight from the groups.
 #pragma once
 
 #include "host/hdiplot/dxf/drawing.h"
@@ -16,6 +16,9 @@ EntityColor ColorOf(const DxfObject& object, EntityColor fallback, ColorSign sig
 
 // Group 370: hundredths of a millimetre, or a code.
 int LineWeightOf(const DxfObject& object, int fallback);
+
+// A layer's transparency, which is in its extended data; 255 without.
+uint8_t LayerAlphaOf(const DxfObject& entry);
 
 Attributes AttributesOf(const DxfObject& entity, const NameDecoder& names);
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 namespace hdiplot {
 namespace {
@@ -75,20 +76,57 @@ std::string RepairedUtf8(std::string_view text) {
   return repaired;
 }
 
+constexpr const char* kJohab = "CP1361";
+
+// Names in $DWGCODEPAGE other than a number behind ANSI_ or DOS; each is part of its code page.
+constexpr std::pair<std::string_view, const char*> kNamedCodePages[] = {
+    {"SJIS", "CP932"},    {"SHIFT_JIS", "CP932"}, {"GB2312", "CP936"},   {"GBK", "CP936"},
+    {"KSC5601", "CP949"}, {"KSC_5601", "CP949"},  {"KSC-5601", "CP949"}, {"BIG5", "CP950"},
+    {"JOHAB", kJohab},    {"ASCII", "CP1252"},
+};
+
+bool IsNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 // $DWGCODEPAGE says ANSI_932, DOS437 or ISO8859-1 where iconv says CP932, CP437 and ISO8859-1.
 std::string IconvName(std::string_view codePage) {
-  for (const std::string_view prefix : {std::string_view("ANSI_"), std::string_view("DOS")}) {
-    if (codePage.starts_with(prefix)) return "CP" + std::string(codePage.substr(prefix.size()));
+  std::string_view number = codePage;
+  for (const std::string_view prefix : {"ANSI_", "ANSI", "DOS_", "DOS", "CP"}) {
+    if (!codePage.starts_with(prefix)) continue;
+    number = codePage.substr(prefix.size());
+    break;
+  }
+  if (IsNumber(number)) return "CP" + std::string(number);
+  for (const auto& [name, iconvName] : kNamedCodePages) {
+    if (number == name) return iconvName;
   }
   return std::string(codePage);
 }
 
-std::string FromCodePage(std::string_view raw, std::string_view codePage) {
-  iconv_t opened = iconv_open("UTF-8", IconvName(codePage).c_str());
-  if (opened == reinterpret_cast<iconv_t>(-1)) opened = iconv_open("UTF-8", "CP1252");
-  if (opened == reinterpret_cast<iconv_t>(-1)) return RepairedUtf8(raw);
-  const auto close = [](iconv_t converter) { iconv_close(converter); };
-  const std::unique_ptr<std::remove_pointer_t<iconv_t>, decltype(close)> converter(opened, close);
+// iconv sees a won sign in Johab where drawings have the backslash that starts codes.
+void PutBackslashes(std::string& text) {
+  constexpr std::string_view kWon = "\u20a9";
+  for (size_t at = text.find(kWon); at != std::string::npos; at = text.find(kWon, at + 1)) {
+    text.replace(at, kWon.size(), 1, '\\');
+  }
+}
+
+struct CloseConverter {
+  void operator()(iconv_t converter) const { iconv_close(converter); }
+};
+using Converter = std::unique_ptr<std::remove_pointer_t<iconv_t>, CloseConverter>;
+
+// Null when iconv does not know the code page.
+Converter OpenConverter(const std::string& codePage) {
+  const iconv_t opened = iconv_open("UTF-8", codePage.c_str());
+  return Converter(opened == reinterpret_cast<iconv_t>(-1) ? nullptr : opened);
+}
+
+// `codePage` is iconv's name.
+std::string FromCodePage(std::string_view raw, const std::string& codePage) {
+  const Converter converter = OpenConverter(codePage);
+  if (converter == nullptr) return RepairedUtf8(raw);
   std::string source(raw);
   std::string text;
   char* from = source.data();
@@ -106,13 +144,13 @@ std::string FromCodePage(std::string_view raw, std::string_view codePage) {
     ++from;
     --left;
   }
+  if (codePage == kJohab) PutBackslashes(text);
   return text;
 }
 
-bool IsDoubleByte(std::string_view codePage) {
-  constexpr std::string_view kEnds[] = {"932",    "936",  "949",     "950",  "1361",
-                                        "GB2312", "BIG5", "KSC5601", "JOHAB"};
-  return std::ranges::any_of(kEnds, [&](std::string_view end) { return codePage.ends_with(end); });
+// The single-byte code pages of Windows that programs put down for whatever they write.
+bool IsWindowsCodePage(std::string_view iconvName) {
+  return iconvName.starts_with("CP125") && iconvName.size() == 6;
 }
 
 // A character that the file has in ASCII, and how long that is; 0 where there is none.
@@ -158,7 +196,7 @@ Escape UnicodeEscapeAt(std::string_view text) {
 // \M+NXXXX, one or two bytes of the code page with the number N.
 Escape CodePageEscapeAt(std::string_view text) {
   constexpr size_t kLength = 8;
-  constexpr std::string_view kCodePages[] = {"CP932", "CP950", "CP949", "CP1361", "CP936"};
+  constexpr const char* kCodePages[] = {"CP932", "CP950", "CP949", kJohab, "CP936"};
   if (!text.starts_with(kCodePageEscape) || text.size() < kLength) return {};
   const char number = text[kCodePageEscape.size()];
   const auto code = Hexadecimal(text.substr(kCodePageEscape.size() + 1));
@@ -213,11 +251,12 @@ std::string WithoutControls(std::string_view text) {
 
 }  // namespace
 
-// Text in a code page of single bytes is hardly ever well-formed UTF-8 by chance; a few characters of two
-// bytes are quite often, but not a whole file of them.
+// Text in those code pages is hardly ever well-formed UTF-8 by chance, in others quite often.
 void NameDecoder::SetCodePage(std::string_view codePage) {
-  codePage_ = UpperCase(codePage);
-  mayBeUtf8_ = !IsDoubleByte(codePage_) || IsUtf8(file_);
+  const std::string name = IconvName(UpperCase(codePage));
+  const bool isKnown = !name.empty() && OpenConverter(name) != nullptr;
+  codePage_ = isKnown ? name : kUsualCodePage;
+  mayBeUtf8_ = IsWindowsCodePage(codePage_);
 }
 
 // Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions.

@@ -18,12 +18,9 @@ enum class Backslash { kItself, kStartsCode };
 
 class NameDecoder {
  public:
-  // `file` is the whole text of the DXF, good as long as the decoder.
-  explicit NameDecoder(std::string_view file) : file_(file) {}
-
   // The value of $ACADVER: from AC1021 on files are UTF-8.
   void SetVersion(std::string_view version) { utf8_ = version >= "AC1021"; }
-  // The value of $DWGCODEPAGE, such as ANSI_1252.
+  // The value of $DWGCODEPAGE, such as ANSI_1252. One that is not known counts as none.
   void SetCodePage(std::string_view codePage);
 
   std::string Decode(std::string_view raw) const;
@@ -37,8 +34,9 @@ class NameDecoder {
  private:
   std::string ToUtf8(std::string_view raw) const;
 
-  std::string_view file_;
-  std::string codePage_ = "ANSI_1252";
+  static constexpr const char* kUsualCodePage = "CP1252";
+
+  std::string codePage_ = kUsualCodePage;  // as iconv calls it
   bool utf8_ = false;
   bool mayBeUtf8_ = true;  // whatever the version says
 };

@@ -56,6 +56,8 @@ void StructureReader::ReadSection() {
     ReadBlocks();
   } else if (section_ == "ENTITIES") {
     ReadEntities();
+  } else if (section_ == "OBJECTS") {
+    ReadObjects();
   } else {
     SkipSection();
   }
@@ -126,6 +128,19 @@ void StructureReader::ReadEntities() {
     visitor_.OnEntity(object_);
   }
   visitor_.OnEntitiesEnd();
+}
+
+// Objects are of any form, and most of them nobody looks into.
+void StructureReader::ReadObjects() {
+  reader_.SetValueCheck(ValueCheck::kNone);
+  for (Advance(); !AtSectionEnd();) {
+    if (group_.code == kTypeCode) {
+      CollectObject();
+      visitor_.OnObject(object_);
+    } else {
+      Advance();
+    }
+  }
 }
 
 void StructureReader::SkipSection() {

@@ -21,6 +21,7 @@ class DxfVisitor {
   virtual void OnBlockEnd() = 0;
   virtual void OnEntity(const DxfObject& entity) = 0;  // also VERTEX, ATTRIB and SEQEND
   virtual void OnEntitiesEnd() = 0;                    // the end of the ENTITIES section
+  virtual void OnObject(const DxfObject& object) = 0;  // of the section OBJECTS; its numbers are not read
 };
 
 class StructureReader {
@@ -38,6 +39,7 @@ class StructureReader {
   void ReadBlocks();
   void ReadBlock();
   void ReadEntities();
+  void ReadObjects();
   void SkipSection();
 
   // Takes the next group; the end of the text is a fault.

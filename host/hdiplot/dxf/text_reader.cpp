@@ -161,6 +161,14 @@ std::optional<SeenAxes> AxesOfMText(const DxfObject& object, const Ocs& plane) {
 
 }  // namespace
 
+bool CutLongText(std::string& utf8) {
+  if (utf8.size() <= kLongestText) return false;
+  size_t length = kLongestText;
+  while (length > 0 && (static_cast<unsigned char>(utf8[length]) & 0xc0) == 0x80) --length;
+  utf8.resize(length);
+  return true;
+}
+
 std::optional<TextReader::NamedStyle> TextReader::ReadStyle(const DxfObject& entry) const {
   constexpr int kName[] = {2};
   entry.Require(kName);

@@ -11,6 +11,12 @@
 
 namespace hdiplot {
 
+// In bytes. Longer texts are no texts: they are cut, so that no file takes all the memory.
+inline constexpr size_t kLongestText = 1 << 18;
+
+// Cuts a text that is longer, in front of a character. Whether it was.
+[[nodiscard]] bool CutLongText(std::string& utf8);
+
 class TextReader {
  public:
   // Both have to outlive the reader. The styles are those read so far, by upper-case name.

@@ -4,10 +4,16 @@
 #include <cassert>
 
 #include "host/hdiplot/plot/line_types.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 
 namespace {
+
+// Of an annotation (ISO 32000-1:2008, 12.5.3). Neither to be printed, as its words stand on the paper
+// already; nor hidden, as then it would show under no pointer and be found by no search; nor locked, so that
+// a reader's user can delete it.
+constexpr uint32_t kCommentFlags = 0;
 
 hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
 
@@ -29,6 +35,25 @@ std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate,
     return at;
   };
   return Segment{within(segment.from), within(segment.to)};
+}
+
+// The part of a ring with `coordinate` on one side of the limit: above it for sign 1, below for -1. What is
+// cut away leaves edges along the limit, which enclose nothing.
+std::vector<Vec2> CutRing(const std::vector<Vec2>& ring, double Vec2::*coordinate, double limit, int sign) {
+  std::vector<Vec2> cut;
+  for (size_t i = 0; i < ring.size(); ++i) {
+    const Vec2 from = ring[i];
+    const Vec2 to = ring[(i + 1) % ring.size()];
+    const double before = (from.*coordinate - limit) * sign;
+    const double after = (to.*coordinate - limit) * sign;
+    if (before >= 0) cut.push_back(from);
+    if ((before >= 0) != (after >= 0)) cut.push_back(Between(from, to, before / (before - after)));
+  }
+  return cut;
+}
+
+std::vector<hdi::HT_Double_Point> SheetCorners(const Sheet& sheet) {
+  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
 }
 
 }  // namespace
@@ -67,6 +92,28 @@ void Canvas::SetPen(const Pen& pen) {
   if (pen_ == pen) return;
   device_.SetPen(pen);
   pen_ = pen;
+}
+
+void Canvas::UseLayer(const std::u16string& name) {
+  if (layer_ == name) return;
+  device_.SetLayer(name);
+  layer_ = name;
+}
+
+void Canvas::UseAlpha(uint8_t alpha) {
+  if (alpha_ == alpha) return;
+  device_.SetAlpha(alpha);
+  alpha_ = alpha;
+}
+
+void Canvas::BeginLink(const std::string& target) { device_.BeginLink(hdi::ToUtf16(target)); }
+
+void Canvas::Comment(const std::u16string& text, const Box& area) {
+  if (!IsPlottable(area.low) || !IsPlottable(area.high)) return;
+  const auto down = [](double dots) { return static_cast<int32_t>(std::floor(dots)); };
+  const auto up = [](double dots) { return static_cast<int32_t>(std::ceil(dots)); };
+  const std::array<int32_t, 4> rect{down(area.low.x), up(area.high.x), down(area.low.y), up(area.high.y)};
+  device_.ShxComment(text, rect, kCommentFlags);
 }
 
 void Canvas::Dot(Vec2 at) {
@@ -142,6 +189,41 @@ void Canvas::FlushPathPart() {
 Vec2 Canvas::OnWholeDot(Vec2 p) const {
   if (!sheet_.wholeDots) return p;
   return {std::round(p.x), sheet_.mappedHeight - std::round(sheet_.mappedHeight - p.y)};
+}
+
+void Canvas::ClipToSheet() {
+  clipsToSheet_ = true;
+  SetClip({SheetCorners(sheet_)});
+}
+
+bool Canvas::ClipTo(std::span<const std::vector<Vec2>> rings) {
+  std::vector<std::vector<hdi::HT_Double_Point>> polygons;
+  for (std::vector<Vec2> ring : rings) {
+    if (clipsToSheet_) {
+      ring = CutRing(ring, &Vec2::x, 0, 1);
+      ring = CutRing(ring, &Vec2::x, sheet_.width, -1);
+      ring = CutRing(ring, &Vec2::y, 0, 1);
+      ring = CutRing(ring, &Vec2::y, sheet_.height, -1);
+    }
+    if (ring.size() < 3) continue;
+    polygons.emplace_back();
+    for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
+  }
+  if (!polygons.empty()) SetClip(polygons);
+  return !polygons.empty();
+}
+
+// A list without points takes the clip away.
+void Canvas::Unclip() {
+  SetClip({clipsToSheet_ ? SheetCorners(sheet_) : std::vector<hdi::HT_Double_Point>()});
+}
+
+// The driver takes the first clip of a page for the page's own, and any later one for a clip.
+void Canvas::SetClip(const std::vector<std::vector<hdi::HT_Double_Point>>& polygons) {
+  const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
+  if (!hasPageClip_) device_.SetClip(page);
+  hasPageClip_ = true;
+  device_.SetClip(polygons);
 }
 
 void Canvas::BeginRing() {

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -66,6 +67,16 @@ class Canvas {
   // Sets the brush, and a solid pen of its colour, in which the driver draws a hairline around areas.
   void UseFill(Rgb color);
 
+  // What is drawn next belongs to this layer and lets so much through; both only when they change.
+  void UseLayer(const std::u16string& name);
+  void UseAlpha(uint8_t alpha);
+
+  // What is drawn in between leads to `target`. Links do not nest.
+  void BeginLink(const std::string& target);
+  void EndLink() { device_.EndLink(); }
+  // Words for a reader to show where the area, in dots, lies under the pointer.
+  void Comment(const std::u16string& text, const Box& area);
+
   void Dot(Vec2 at);
   void Line(Vec2 from, Vec2 to);
   void Polyline(std::span<const Vec2> points);
@@ -82,6 +93,16 @@ class Canvas {
   [[nodiscard]] Vec2 OnWholeDot(Vec2 p) const;
   // Keeps what comes from being joined to what has been drawn.
   void SeparatePath() { device_.BeginPath(); }
+
+  // Keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
+  void ClipToSheet();
+  // Keeps what follows, up to Unclip, within rings of plottable points, as the nonzero winding rule has it,
+  // and within the sheet as before. False when nothing of them is there; then there is no clip to end.
+  [[nodiscard]] bool ClipTo(std::span<const std::vector<Vec2>> rings);
+  void Unclip();
+
+  // An image, which must live until the device's EndDoc.
+  void Bitmap(const hdi::HostImageRecord& record) { device_.Bitmap(record); }
 
   // Areas: rings of points that are closed here, then filled together.
   void BeginRing();
@@ -104,20 +125,25 @@ class Canvas {
   enum class PathPart { kNone, kLines, kCurves };
 
   void SetPen(const Pen& pen);
+  void SetClip(const std::vector<std::vector<hdi::HT_Double_Point>>& polygons);
   void UseFillMode(uint32_t mode);
   void CloseRing();
   void FlushPathPart();
 
   PlotDevice& device_;
   Sheet sheet_;
-  std::optional<Pen> pen_;        // as last set, as the next two
+  std::optional<Pen> pen_;        // as last set, as the next five
   std::optional<Stroke> stroke_;  // none when the pen is not from a stroke
   std::optional<Rgb> brush_;
   std::optional<uint32_t> fillMode_;
+  std::optional<std::u16string> layer_;
+  std::optional<uint8_t> alpha_;
   std::vector<hdi::HT_Double_Point> points_;
   PathPart pathPart_ = PathPart::kNone;
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
+  bool hasPageClip_ = false;
+  bool clipsToSheet_ = false;
   bool isMissing_ = false;
 };
 

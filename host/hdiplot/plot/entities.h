@@ -3,6 +3,7 @@
 
 #include "host/hdiplot/plot/canvas.h"
 #include "host/hdiplot/plot/hatch_boundary.h"
+#include "host/hdiplot/plot/image_plotter.h"
 #include "host/hdiplot/plot/polyline_plotter.h"
 #include "host/hdiplot/plot/styles.h"
 #include "host/hdiplot/plot/text_plotter.h"
@@ -16,17 +17,21 @@ struct ShapeScale {
   double dotsPerLineTypeUnit = 1;  // the same with the drawing's line type scale
   int pointMode = 0;               // as Drawing has it
   double pointSize = 0;            // dots
+  bool strokeComments = false;     // texts in strokes have comments
+  Rgb paper{255, 255, 255};        // the sheet's colour
 };
 
 class EntityPlotter {
  public:
   // Refers to all but the scale from then on. The shapes are those of `drawing`, whose text styles count.
-  EntityPlotter(Canvas& canvas, const ShapeScale& scale, const Drawing& drawing, FontBook& fonts)
+  EntityPlotter(Canvas& canvas, const ShapeScale& scale, const Drawing& drawing, FontBook& fonts,
+                ImageBook& images)
       : canvas_(canvas),
         scale_(scale),
         polylines_(canvas),
         texts_(drawing, fonts),
-        textPlotter_(canvas, fonts) {}
+        textPlotter_(canvas, fonts, scale.strokeComments),
+        imagePlotter_(canvas, drawing, images, scale.paper) {}
 
   // Draws `shape` in `style`; `map` leads from its coordinates to dots. Does nothing for an InsertEntity.
   void Plot(const Shape& shape, const Affine& map, const Style& style);
@@ -47,6 +52,8 @@ class EntityPlotter {
   void Draw(const TextEntity& text);
   void Draw(const MTextEntity& text);
   void Draw(const HatchEntity& hatch);
+  void Draw(const ImageEntity& image) { imagePlotter_.Plot(image, map_, StrokeOf(*style_)); }
+  void Draw(const WipeoutEntity& wipeout) { imagePlotter_.Plot(wipeout, map_); }
   void Draw(const InsertEntity& /*insert*/) {}
 
   void DrawText(const TextBlock& block);
@@ -59,6 +66,7 @@ class EntityPlotter {
   PolylinePlotter polylines_;
   TextSetter texts_;
   TextPlotter textPlotter_;
+  ImagePlotter imagePlotter_;
   Affine map_;  // of the shape being drawn, as the next
   const Style* style_ = nullptr;
   std::vector<Vec2> points_;

@@ -1,5 +1,6 @@
 #include "host/hdiplot/plot/extents.h"
 
+#include "host/hdiplot/plot/image_plotter.h"
 #include "host/hdiplot/plot/polyline.h"
 #include "host/hdiplot/plot/splines.h"
 #include "host/hdiplot/plot/walk.h"
@@ -52,6 +53,12 @@ class ExtentsSink final : public ShapeSink {
   void Add(const FaceEntity& face) { AddPoints(face.corners); }
   void Add(const MeshEntity& mesh) {
     for (const auto& edge : mesh.edges) AddPoints(edge);
+  }
+  void Add(const ImageEntity& image) {
+    AddPoints(image.clip.empty() || image.clipInverted ? FrameOf(image) : image.clip);
+  }
+  void Add(const WipeoutEntity& wipeout) {
+    for (const auto& ring : wipeout.rings) AddPoints(ring);
   }
   void Add(const InsertEntity& /*insert*/) {}
 

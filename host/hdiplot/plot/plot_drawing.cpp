@@ -1,5 +1,6 @@
 #include "host/hdiplot/plot/plot_drawing.h"
 
+#include <string>
 #include <vector>
 
 #include "host/hdiplot/plot/entities.h"
@@ -11,14 +12,18 @@ namespace {
 
 class PlotSink final : public ShapeSink {
  public:
-  PlotSink(const Drawing& drawing, FontBook& fonts, Canvas& canvas, const ShapeScale& scale,
-           Progress& progress)
-      : canvas_(canvas), plotter_(canvas, scale, drawing, fonts), progress_(progress) {}
+  PlotSink(const Drawing& drawing, FontBook& fonts, ImageBook& images, Canvas& canvas,
+           const ShapeScale& scale, Progress& progress)
+      : canvas_(canvas), plotter_(canvas, scale, drawing, fonts, images), progress_(progress) {}
 
   void Put(const Shape& shape, const Affine& map, const Style& style) override {
+    canvas_.UseLayer(style.layer->name);
+    canvas_.UseAlpha(style.alpha);
     plotter_.Plot(shape, map, style);
     if (canvas_.TakeMissing()) ++tooFarOff_;
   }
+  void BeginLink(const std::string& target) override { canvas_.BeginLink(target); }
+  void EndLink() override { canvas_.EndLink(); }
   void Done(size_t entities) override { progress_.Advance(entities); }
 
   [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
@@ -36,9 +41,8 @@ double PointSizeInDots(double size, double dotsPerUnit, const Sheet& sheet) {
   return (size < 0 ? -size : 5) / 100 * sheet.height;
 }
 
-// Keeps a drawing that is larger than the sheet, which a scale of the user's can make it, off the margins.
-// The driver takes the first clip of a page for the page's own, and any later one for a clip.
-void ClipToSheet(const Box& extents, const Affine& map, const Sheet& sheet, PlotDevice& device) {
+// A scale of the user's can make a drawing larger than the sheet.
+bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
   constexpr double kOverhang = 1;  // dots; a drawing that has been fitted may stick out by a rounding error
   const Vec2 corners[] = {map(extents.low), map(extents.high)};
   bool fits = true;
@@ -46,32 +50,30 @@ void ClipToSheet(const Box& extents, const Affine& map, const Sheet& sheet, Plot
     fits = fits && p.x >= -kOverhang && p.x <= sheet.width + kOverhang && p.y >= -kOverhang &&
            p.y <= sheet.height + kOverhang;
   }
-  if (fits) return;
-  const std::vector<std::vector<hdi::HT_Double_Point>> area{
-      {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}}};
-  device.SetClip(area);
-  device.SetClip(area);
+  return fits;
 }
 
 }  // namespace
 
-LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, FontBook& fonts,
-                    PlotDevice& device, Progress& progress) {
+PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress) {
   const Box extents = PlottedExtents(drawing, options, fonts);
   progress.Start(drawing.entities.size());
   const Affine map = DrawingToDots(extents, drawing.millimetresPerUnit, options, sheet);
-  if (!extents.Empty()) ClipToSheet(extents, map, sheet, device);
 
   ShapeScale scale;
   scale.dotsPerUnit = map.LargestScale();
   scale.dotsPerLineTypeUnit = scale.dotsPerUnit * drawing.lineTypeScale;
   scale.pointMode = drawing.pointMode;
   scale.pointSize = PointSizeInDots(drawing.pointSize, scale.dotsPerUnit, sheet);
+  scale.strokeComments = options.strokeComments;
+  if (options.background) scale.paper = *options.background;
   Canvas canvas(device, sheet);
-  PlotSink sink(drawing, fonts, canvas, scale, progress);
+  if (!extents.Empty() && !FitsSheet(extents, map, sheet)) canvas.ClipToSheet();
+  PlotSink sink(drawing, fonts, images, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
   walk.Run(map);
-  return {walk.Unwalked(), sink.TooFarOff()};
+  return {extents.Empty() ? 0 : scale.dotsPerUnit, {walk.Unwalked(), sink.TooFarOff()}};
 }
 
 }  // namespace hdiplot

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/image/image_book.h"
 #include "host/hdiplot/plot/page_setup.h"
 #include "host/hdiplot/plot/walk.h"
 #include "host/hdiplot/plot_device.h"
@@ -18,9 +19,14 @@ struct LeftOut {
       0;  // shapes that a part is missing of, as it lies absurdly far off the sheet or has no size
 };
 
+struct PlottedPage {
+  double dotsPerUnit = 0;  // of the drawing; 0 when there is nothing in it
+  LeftOut leftOut;
+};
+
 // Makes the calls that draw `drawing` on `sheet`, between the page's start and its end, which are the
 // caller's. Shows the drawing's entities as progress. The order of the file is the order of drawing.
-LeftOut PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet, FontBook& fonts,
-                    PlotDevice& device, Progress& progress);
+PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress);
 
 }  // namespace hdiplot

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/hdiplot/plot/wildcard.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 
@@ -45,7 +46,9 @@ StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options)
       ink_(options.background, options.monochrome),
       wanted_(FoldedPatterns(options.layers)),
       unwanted_(FoldedPatterns(options.skipLayers)) {
-  for (const auto& [name, layer] : drawing.layers) layersByFoldedName_.emplace(FoldedCase(name), &layer);
+  for (const auto& [name, layer] : drawing.layers) {
+    layersByFoldedName_.emplace(FoldedCase(name), NamedLayer{name, &layer});
+  }
 }
 
 Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) {
@@ -68,6 +71,17 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
       style.lineWeight = attributes.lineWeight < 0 ? kDefaultLineWeight : attributes.lineWeight;
   }
 
+  switch (attributes.alpha.kind) {
+    case EntityAlpha::Kind::kByLayer:
+      style.alpha = style.layer->alpha;
+      break;
+    case EntityAlpha::Kind::kByBlock:
+      if (insert != nullptr) style.alpha = insert->alpha;
+      break;
+    case EntityAlpha::Kind::kOwn:
+      style.alpha = attributes.alpha.value;
+  }
+
   style.lineTypeScale = attributes.lineTypeScale;
   if (attributes.lineType == "BYLAYER") {
     style.lineType = style.layer->lineType;
@@ -88,16 +102,18 @@ const LayerStyle& StyleResolver::FindLayer(const std::string& name) {
   return lastLayer_->second;
 }
 
-LayerStyle StyleResolver::MakeLayer(const std::string& name) const {
+LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   static const Layer kMissing;
   const std::u16string folded = FoldedCase(name);
-  const auto found = layersByFoldedName_.find(folded);
-  const Layer& layer = found != layersByFoldedName_.end() ? *found->second : kMissing;
+  const auto found = layersByFoldedName_.try_emplace(folded, NamedLayer{name, &kMissing}).first;
+  const Layer& layer = *found->second.layer;
   LayerStyle style;
+  style.name = hdi::ToUtf16(found->second.name);
   const Rgb foreground = ink_.Foreground();
   style.color = PlottedColor(ink_, layer.color, foreground, foreground);
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
   style.lineType = FindLineType(layer.lineType);
+  style.alpha = layer.alpha;
   style.frozen = layer.frozen;
   // The layer of dimensions' definition points never plots, whatever its entry says.
   const bool onPaper = layer.plottable && folded != u"DEFPOINTS";

@@ -15,12 +15,14 @@ namespace hdiplot {
 
 // A layer as the plot sees it.
 struct LayerStyle {
+  std::u16string name;  // the same for all ways to write it
   Rgb color;
   int lineWeight = 0;                  // hundredths of a millimetre
   const LineType* lineType = nullptr;  // null: continuous
-  bool frozen = false;                 // hides the contents of blocks inserted on it, too
-  bool plotted = true;                 // on, plottable and asked for
-  bool isZero = false;                 // layer "0", which in a block stands for the layer of the insert
+  uint8_t alpha = 255;
+  bool frozen = false;  // hides the contents of blocks inserted on it, too
+  bool plotted = true;  // on, plottable and asked for
+  bool isZero = false;  // layer "0", which in a block stands for the layer of the insert
 };
 
 // How an entity looks, nothing left to look up. Pointers are into the drawing and the StyleResolver.
@@ -30,6 +32,7 @@ struct Style {
   int lineWeight = 0;                  // hundredths of a millimetre
   const LineType* lineType = nullptr;  // null: continuous
   double lineTypeScale = 1;            // the entity's own
+  uint8_t alpha = 255;
   Rgb byBlock;
   const Ink* ink = nullptr;
 
@@ -43,12 +46,12 @@ class StyleResolver {
   StyleResolver(const Drawing& drawing, const PlotOptions& options);
 
   // `insert` is the style of the INSERT that the entity's block came by, null in the drawing itself. What is
-  // by block there is the foreground colour, continuous and of the default weight.
+  // by block there is the foreground colour, continuous, of the default weight and opaque.
   [[nodiscard]] Style Resolve(const Attributes& attributes, const Style* insert);
 
  private:
   [[nodiscard]] const LayerStyle& FindLayer(const std::string& name);
-  [[nodiscard]] LayerStyle MakeLayer(const std::string& name) const;
+  [[nodiscard]] LayerStyle MakeLayer(const std::string& name);
   [[nodiscard]] bool IsAskedFor(std::u16string_view foldedName) const;
   [[nodiscard]] const LineType* FindLineType(const std::string& name) const;
 
@@ -56,7 +59,11 @@ class StyleResolver {
   Ink ink_;
   std::vector<std::u16string> wanted_;    // folded patterns
   std::vector<std::u16string> unwanted_;  // folded patterns
-  std::map<std::u16string, const Layer*> layersByFoldedName_;
+  struct NamedLayer {
+    std::string name;  // as the drawing's table has it, or the first entity
+    const Layer* layer;
+  };
+  std::map<std::u16string, NamedLayer> layersByFoldedName_;
   std::unordered_map<std::string, LayerStyle> layers_;  // by name as entities write it, made when first met
   const std::pair<const std::string, LayerStyle>* lastLayer_ = nullptr;  // entities come in runs of one layer
 };

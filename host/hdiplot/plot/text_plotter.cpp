@@ -13,6 +13,16 @@ namespace {
 constexpr double kPlainTracking = 1e-4;  // less is no tracking
 constexpr double kRuleWidth = 0.08;      // of a text with outlines, in heights of capitals
 
+// The driver turns only text with advances, and shows that unless it is tracked.
+constexpr double kHidingTracking = 1.001;
+
+// What the driver is asked for: in dots, and as factors. Texts beyond come from mistakes.
+constexpr double kLowest = 1e-3;
+constexpr double kNarrowest = 0.01;
+constexpr double kWidest = 100;
+constexpr double kClosestTracking = 0.1;
+constexpr double kWidestTracking = 10;
+
 // The font with the direction of the text and its size.
 hdi::LOGFONTW Turned(hdi::LOGFONTW font, const TextPlacement& placement, double emSize) {
   constexpr double kTenthsOfDegree = 1800 / std::numbers::pi;
@@ -42,9 +52,20 @@ size_t LengthInOneFace(const OutlineFont& font, std::u16string_view text) {
 }
 
 bool IsDrawable(const TextPlacement& placement, Vec2 end) {
-  return Canvas::IsPlottable(placement.at) && Canvas::IsPlottable(end) && placement.height > 0 &&
+  return Canvas::IsPlottable(placement.at) && Canvas::IsPlottable(end) && placement.height >= kLowest &&
          placement.unitWidth > 0 && Canvas::IsPlottable(Vec2{placement.height, placement.unitWidth});
 }
+
+double WidthFactor(const TextPlacement& placement) { return placement.unitWidth / placement.height; }
+
+// Whether the driver has the means to show text as it lies.
+bool IsForDriver(const TextPlacement& placement) {
+  const double factor = WidthFactor(placement);
+  return !placement.isMirrored && factor >= kNarrowest && factor <= kWidest;
+}
+
+// What a tracking factor adds to each advance, in ems.
+double Spacing(double trackingFactor) { return (trackingFactor - 1) / 2; }
 
 }  // namespace
 
@@ -73,6 +94,7 @@ void TextPlotter::Plot(const TextBlock& block, const Affine& map, const Style& s
     PlotPiece(piece, whole, color, penWidth);
   }
   PlotRules(block, whole, style, penWidth);
+  WriteComment();
 }
 
 void TextPlotter::PlotPiece(const TextPiece& piece, const Affine& map, Rgb color, uint32_t penWidth) {
@@ -86,16 +108,14 @@ void TextPlotter::PlotPiece(const TextPiece& piece, const Affine& map, Rgb color
     canvas_.NoteMissing();
     return;
   }
+  const bool isForDriver = line.font.outline != nullptr && IsForDriver(line.placement);
   double along = 0;
   for (const DriverPart& part : DriverParts(piece.text)) {
-    const bool isShown =
-        line.font.outline != nullptr && !line.placement.isMirrored && ShowText(line, part.text, along);
-    if (!isShown) {
-      if (line.font.outline == nullptr || line.placement.isMirrored) HideText(line, part.text, along);
-      DrawGlyphs(line, part.visual, along);
-    }
+    if (!isForDriver) HideText(line, part.text, along);
+    if (!isForDriver || !ShowText(line, part.text, along)) DrawGlyphs(line, part.visual, along);
     along += WidthOf(line.measure, part.text) * piece.look.tracking;
   }
+  if (HasComment(line)) NoteWords(piece);
 }
 
 // Gives the driver text in its own font. False when it will not show it.
@@ -119,11 +139,11 @@ bool TextPlotter::ShowText(const Line& line, std::u16string_view text, double al
   call.advances = &advances_;
   call.height = placement.height * font.EmSize();
   call.oblique = placement.oblique;
-  call.widthFactor = placement.unitWidth / placement.height;
+  call.widthFactor = WidthFactor(placement);
   if (std::abs(tracking - 1) > kPlainTracking) {
-    // The driver adds the same to each advance: half of what is over 1, in ems.
     const double meanEms = width / font.EmSize() / static_cast<double>(text.size());
-    call.trackingFactor = 1 + (tracking - 1) * 2 * meanEms;
+    call.trackingFactor =
+        std::clamp(1 + (tracking - 1) * meanEms / Spacing(2), kClosestTracking, kWidestTracking);
   }
   canvas_.UseFill(line.color);
   return canvas_.Text(call);
@@ -135,21 +155,30 @@ void TextPlotter::HideText(const Line& line, std::u16string_view text, double al
   const OutlineFont* font = fonts_.InterfaceFont();
   if (font == nullptr) return;
   const TextPlacement& placement = line.placement;
-  // The driver begins each change of the face at the same place. It also turns round what runs from right to
-  // left, which must stay whole for that.
+  DeviceText call;
+  call.font = Turned(font->Selection(), placement, font->EmSize());
+  call.height = placement.height * font->EmSize();
+  call.oblique = placement.oblique;
+  if (call.font.lfEscapement != 0) {
+    call.advances = &advances_;
+    call.trackingFactor = kHidingTracking;
+  }
+  const double spacing = Spacing(call.trackingFactor) * font->EmSize();
+  // The driver begins each change of the face at the same place, if it has no advances. It also turns round
+  // what runs from right to left, which must stay whole for that.
   const bool mayPart = IsPlainLeftToRight(text);
   while (!text.empty()) {
     const std::u16string_view part = mayPart ? text.substr(0, LengthInOneFace(*font, text)) : text;
     const double width = WidthOf(line.measure, part) * line.piece.look.tracking;
-    const double ownWidth = WidthOf(*font, part);
-    DeviceText call;
-    call.font = Turned(font->Selection(), placement, font->EmSize());
+    const double ownWidth = WidthOf(*font, part) + spacing * static_cast<double>(part.size());
+    const double stretch = width > 0 && ownWidth > 0 ? width / ownWidth : 1;
     call.at = Along(placement, along);
     call.text = part;
-    call.height = placement.height * font->EmSize();
-    call.oblique = placement.oblique;
-    call.widthFactor =
-        placement.unitWidth / placement.height * (width > 0 && ownWidth > 0 ? width / ownWidth : 1);
+    call.widthFactor = std::clamp(WidthFactor(placement) * stretch, kNarrowest, kWidest);
+    advances_.clear();
+    for (const char16_t unit : part) {
+      advances_.push_back((font->Advance(unit) + spacing) * placement.unitWidth * stretch);
+    }
     static_cast<void>(canvas_.Text(call));
     along += width;
     text.remove_prefix(part.size());
@@ -167,6 +196,7 @@ void TextPlotter::DrawGlyphs(const Line& line, std::u16string_view visual, doubl
         points_.clear();
         for (const Vec2& p : stroke) points_.push_back(line.map(p + Vec2{along, 0}));
         canvas_.Polyline(points_);
+        if (HasComment(line)) NoteDrawn(line);
       }
     } else if (outlines != nullptr) {
       DrawOutline(line, outlines->Outline(unit), along);
@@ -184,8 +214,31 @@ void TextPlotter::DrawOutline(const Line& line, const std::vector<hdi::GlyphCont
     points_.clear();
     for (const hdi::GlyphPoint& p : contour) points_.push_back(line.map({p.x + along, p.y}));
     canvas_.AreaCurve(points_);
+    if (HasComment(line)) NoteDrawn(line);
   }
   canvas_.FillArea();
+}
+
+// Pieces that do not go on where the last one ends are words of their own.
+void TextPlotter::NoteWords(const TextPiece& piece) {
+  constexpr double kRoom = 1e-6;  // in heights of capitals
+  if (lastWords_ != nullptr) {
+    const Vec2 end = lastWords_->at + Vec2{lastWords_->width, 0};
+    if (Length(piece.at - end) > kRoom * piece.look.height) words_ += u' ';
+  }
+  words_ += piece.text;
+  lastWords_ = &piece;
+}
+
+void TextPlotter::NoteDrawn(const Line& line) {
+  for (const Vec2& p : points_) wordsArea_.Add(p, line.penWidth / 2.0);
+}
+
+void TextPlotter::WriteComment() {
+  if (!wordsArea_.Empty()) canvas_.Comment(words_, wordsArea_);
+  words_.clear();
+  wordsArea_ = {};
+  lastWords_ = nullptr;
 }
 
 void TextPlotter::PlotRules(const TextBlock& block, const Affine& map, const Style& style,

@@ -29,8 +29,10 @@ struct TextPlacement {
 
 class TextPlotter {
  public:
-  // Refers to both from then on.
-  TextPlotter(Canvas& canvas, FontBook& fonts) : canvas_(canvas), fonts_(fonts) {}
+  // Refers to the first two from then on. With `comments` each text in strokes has its words in a comment,
+  // too.
+  TextPlotter(Canvas& canvas, FontBook& fonts, bool comments)
+      : canvas_(canvas), fonts_(fonts), comments_(comments) {}
 
   // `map` leads from the text entity's coordinates to dots; `penWidth`, in dots, is that of strokes.
   void Plot(const TextBlock& block, const Affine& map, const Style& style, uint32_t penWidth);
@@ -54,10 +56,19 @@ class TextPlotter {
   void HideText(const Line& line, std::u16string_view text, double along);
   void DrawGlyphs(const Line& line, std::u16string_view visual, double along);
   void DrawOutline(const Line& line, const std::vector<hdi::GlyphContour>& contours, double along);
+  [[nodiscard]] bool HasComment(const Line& line) const { return comments_ && line.font.stroke != nullptr; }
+  void NoteWords(const TextPiece& piece);
+  void NoteDrawn(const Line& line);
+  void WriteComment();
 
   Canvas& canvas_;
   FontBook& fonts_;
-  std::u16string drawn_;  // kept for their memory
+  bool comments_;
+  // Of the text in hand: what of it is in strokes.
+  std::u16string words_;
+  Box wordsArea_;                         // dots
+  const TextPiece* lastWords_ = nullptr;  // the piece at the end of the words
+  std::u16string drawn_;                  // kept for their memory
   std::vector<double> advances_;
   std::vector<Vec2> points_;
 };

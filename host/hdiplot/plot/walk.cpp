@@ -20,10 +20,24 @@ void DrawingWalk::Run(const Affine& map) {
 void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* insert) {
   if (!entity.attributes.visible) return;
   const Style style = styles_.Resolve(entity.attributes, insert);
-  if (const auto* inner = std::get_if<InsertEntity>(&entity.shape)) {
-    // A layer that is off does not hide what a block has on other layers; a frozen one does.
-    if (!style.layer->frozen) VisitInsert(*inner, map, style);
-  } else if (style.layer->plotted) {
+  // A layer that is off does not hide what a block has on other layers; a frozen one does.
+  const bool isInsert = std::holds_alternative<InsertEntity>(entity.shape);
+  if (isInsert ? style.layer->frozen : !style.layer->plotted) return;
+  if (isLinked_ || entity.attributes.link.empty()) {
+    VisitShown(entity, map, style);
+    return;
+  }
+  isLinked_ = true;
+  sink_.BeginLink(entity.attributes.link);
+  VisitShown(entity, map, style);
+  sink_.EndLink();
+  isLinked_ = false;
+}
+
+void DrawingWalk::VisitShown(const Entity& entity, const Affine& map, const Style& style) {
+  if (const auto* insert = std::get_if<InsertEntity>(&entity.shape)) {
+    VisitInsert(*insert, map, style);
+  } else {
     sink_.Put(entity.shape, map, style);
   }
 }

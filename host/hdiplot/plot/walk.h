@@ -18,6 +18,10 @@ class ShapeSink {
 
   // `shape` is no InsertEntity.
   virtual void Put(const Shape& shape, const Affine& map, const Style& style) = 0;
+  // What is put in between leads to `target`. Links do not nest: within a block that is linked as a whole,
+  // its own links do not count.
+  virtual void BeginLink(const std::string& target) { static_cast<void>(target); }
+  virtual void EndLink() {}
   // Behind each entity of the drawing itself: how many of them are done.
   virtual void Done(size_t entities) { static_cast<void>(entities); }
 };
@@ -46,6 +50,7 @@ class DrawingWalk {
 
  private:
   void Visit(const Entity& entity, const Affine& map, const Style* insert);
+  void VisitShown(const Entity& entity, const Affine& map, const Style& style);
   void VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style);
   void VisitCopies(const InsertEntity& insert, const Block& block, const Affine& map, const Style& style);
   [[nodiscard]] bool TakeFromBlocks();
@@ -58,6 +63,7 @@ class DrawingWalk {
   std::vector<const Block*> open_;
   size_t leftFromBlocks_ = kMostFromBlocks;
   bool isCutOff_ = false;  // the insert being walked, which is one of the drawing itself
+  bool isLinked_ = false;
   UnwalkedInserts unwalked_;
 };
 

@@ -28,6 +28,12 @@ std::string_view ExtensionOf(std::string_view name) {
   return name.substr(name.size() - kLength);
 }
 
+// Editors put one before the first line.
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
+}
+
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kBlanks = " \t\r";
   const size_t first = text.find_first_not_of(kBlanks);
@@ -91,7 +97,7 @@ void FontMap::Read(const std::filesystem::path& file) {
   Entries entries = own_;
   std::string text;
   for (size_t number = 1; std::getline(stream, text); ++number) {
-    std::string_view line = text;
+    std::string_view line = number == 1 ? WithoutByteOrderMark(text) : text;
     line = Trimmed(line.substr(0, line.find('#')));
     if (line.empty()) continue;
     try {

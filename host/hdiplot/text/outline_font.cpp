@@ -1,5 +1,7 @@
 #include "host/hdiplot/text/outline_font.h"
 
+#include "platform/font_services.h"
+
 namespace hdiplot {
 
 namespace {
@@ -7,6 +9,13 @@ namespace {
 constexpr double kUsualCapHeight = 0.7;              // of an em, for faces that don't say
 constexpr double kSyntheticItalicSkew = 0.33916232;  // the driver's
 constexpr char16_t kSymbols = 0xF000;                // where the characters of Microsoft's symbol maps begin
+
+// Of the font that selects a run's face: it asks for italics, and the face is upright.
+bool DriverSlants(const hdi::LOGFONTW& selecting) {
+  if (selecting.lfItalic == 0) return false;
+  const auto font = hdi::SystemFontServices().CreateFontIndirect(selecting);
+  return font != nullptr && font->ItalicAngle() == 0;
+}
 
 }  // namespace
 
@@ -31,13 +40,19 @@ const std::vector<hdi::GlyphContour>& OutlineFont::Outline(char16_t unit) const 
   return outlines_.Get(unit, [this](char16_t u) {
     const Character& character = Of(u);
     const hdi::FontFace& face = character.face != nullptr ? *character.face : face_;
-    const double skew = font_.lfItalic != 0 && !face.IsItalic() ? kSyntheticItalicSkew : 0;
+    const double skew = IsSlanted(face) ? kSyntheticItalicSkew : 0;
     std::vector<hdi::GlyphContour> contours = face.Outline(character.drawn);
     for (hdi::GlyphContour& contour : contours) {
       for (hdi::GlyphPoint& p : contour) p = {(p.x + skew * p.y) * emSize_, p.y * emSize_};
     }
     return contours;
   });
+}
+
+bool OutlineFont::IsSlanted(const hdi::FontFace& face) const {
+  const auto [known, isNew] = slanted_.try_emplace(&face, false);
+  if (isNew) known->second = DriverSlants(hdi::SelectingFont(font_, face));
+  return known->second;
 }
 
 }  // namespace hdiplot

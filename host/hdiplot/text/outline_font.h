@@ -1,6 +1,7 @@
 // A font with outlines, to measure and to draw with.
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "host/hdiplot/text/text_block.h"
@@ -30,8 +31,7 @@ class OutlineFont final : public TextFont {
   // The unit to draw for `unit`: fonts of symbols have theirs in a private range.
   [[nodiscard]] char16_t Drawn(char16_t unit) const { return Of(unit).drawn; }
 
-  // The outline as the driver draws it, slanted when the font is to be italic and the face is not. Lengths in
-  // heights of capitals.
+  // The outline as the driver draws it, slanted where it does that. Lengths in heights of capitals.
   [[nodiscard]] const std::vector<hdi::GlyphContour>& Outline(char16_t unit) const;
 
  private:
@@ -42,10 +42,13 @@ class OutlineFont final : public TextFont {
   };
   [[nodiscard]] const Character& Of(char16_t unit) const;
   [[nodiscard]] Character Find(char16_t unit) const;
+  // Whether the driver slants what it draws with the face.
+  [[nodiscard]] bool IsSlanted(const hdi::FontFace& face) const;
 
   const hdi::FontFace& face_;
   hdi::LOGFONTW font_;
   double emSize_;
+  mutable std::map<const hdi::FontFace*, bool> slanted_;
   mutable UnitTable<Character> characters_;
   mutable UnitTable<std::vector<hdi::GlyphContour>> outlines_;
 };

@@ -74,7 +74,6 @@ PercentCode ReadPercentCode(std::u16string_view text) {
 
 std::u16string WithoutCaretCodes(std::string_view utf8) {
   std::u16string text = hdi::ToUtf16(utf8);
-  if (text.size() > kLongestText) text.resize(kLongestText);
   size_t out = 0;
   for (size_t i = 0; i < text.size(); ++i) {
     char16_t unit = text[i];

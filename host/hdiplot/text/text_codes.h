@@ -14,9 +14,6 @@ namespace hdiplot {
 // and the one that people type when they search; U+2300 and U+2205 are in few fonts, and on few keyboards.
 inline constexpr char16_t kDiameter = u'\u00d8';
 
-// In UTF-16 units. Longer texts are no texts: they are cut, so that no file takes all the memory.
-inline constexpr size_t kLongestText = 1 << 18;
-
 // Lines drawn along a text.
 struct LineMarks {
   bool under = false;

@@ -1,0 +1,18 @@
+// The raster images of a DXF: IMAGE and WIPEOUT, and the IMAGEDEF objects that tell the images' files.
+#pragma once
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_object.h"
+
+namespace hdiplot {
+
+// The key in Drawing::imageFiles of what is named by handle.
+[[nodiscard]] std::string ImageKey(const Group& handle);
+
+// Throws DxfFault for an object that makes no sense, as the next.
+[[nodiscard]] ImageEntity ReadImage(const DxfObject& object);
+
+// All of its frame where it has no polygon.
+[[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& object);
+
+}  // namespace hdiplot

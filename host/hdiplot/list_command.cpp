@@ -1,0 +1,78 @@
+// Telling what is in drawings, without the driver.
+#include <fmt/format.h>
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include "host/hdiplot/drawing_input.h"
+#include "host/hdiplot/plot/wildcard.h"
+#include "host/hdiplot/plot_commands.h"
+#include "host/hdiplot/printing.h"
+#include "host/hdiplot/report.h"
+
+namespace hdiplot {
+
+namespace {
+
+// By folded name, sorted; a name as the drawing has it first. Layers need no entry in its table.
+using LayersByName = std::map<std::u16string, std::pair<std::string, Layer>>;
+
+LayersByName LayersOf(const Drawing& drawing) {
+  LayersByName layers;
+  for (const auto& [name, layer] : drawing.layers) layers.try_emplace(FoldedCase(name), name, layer);
+  const std::string* last = nullptr;  // entities come in runs of one layer
+  const auto addAll = [&](const std::vector<Entity>& entities) {
+    for (const Entity& entity : entities) {
+      const std::string& name = entity.attributes.layer;
+      if (last == nullptr || *last != name) layers.try_emplace(FoldedCase(name), name, Layer());
+      last = &name;
+    }
+  };
+  for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
+  addAll(drawing.entities);
+  return layers;
+}
+
+std::string StateOf(const Layer& layer) {
+  constexpr double kPercent = 100;
+  std::string state = layer.off ? "off" : "on";
+  if (layer.frozen) state += ", frozen";
+  if (!layer.plottable) state += ", does not plot";
+  if (layer.alpha < 255) state += fmt::format(", {:.0f}% transparent", kPercent * (255 - layer.alpha) / 255);
+  return state;
+}
+
+void PrintSpace(const char* name, const Drawing& drawing, uint64_t EntityCount::*space) {
+  std::map<std::string, uint64_t> counts;
+  for (const auto& [type, count] : drawing.types) {
+    if (count.*space > 0) counts[type] = count.*space;
+  }
+  PrintLine(stdout, fmt::format("  {}: {}", name, counts.empty() ? "empty" : FormatCounts(counts)));
+}
+
+void PrintDrawing(const Drawing& drawing) {
+  PrintLine(stdout, drawing.name);
+  PrintSpace("model space", drawing, &EntityCount::model);
+  PrintSpace("paper space", drawing, &EntityCount::paper);
+  PrintLine(stdout, "  layers:");
+  for (const auto& [folded, layer] : LayersOf(drawing)) {
+    PrintLine(stdout, fmt::format("    {:<24} {}", layer.first, StateOf(layer.second)));
+  }
+}
+
+}  // namespace
+
+ExitStatus ListDrawings(const CommandLine& line) {
+  size_t listed = 0;
+  for (const auto& file : line.inputs) {
+    const auto drawing = ReadOrReport(file);
+    if (!drawing) continue;
+    PrintDrawing(*drawing);
+    ++listed;
+  }
+  if (listed == 0) return ExitStatus::kNothingDone;
+  return listed < line.inputs.size() ? ExitStatus::kPartlyDone : ExitStatus::kDone;
+}
+
+}  // namespace hdiplot
