@@ -37,18 +37,34 @@ class Entities:
     """A list of entities: the model space or the content of a block. Each method adds one entity.
 
     Keywords that every method takes: `layer` (default: what `self.layer` says), `color` (index), `rgb`
-    (0xRRGGBB), `ltype`, `lts` (line type scale) and `lw` (line weight in hundredths of a millimetre).
+    (0xRRGGBB), `ltype`, `lts` (line type scale), `lw` (line weight in hundredths of a millimetre), `opacity` (0
+    to 1) and `link` (the target of a hyperlink).
     """
 
     def __init__(self, layer: str = "0"):
         self.layer = layer
         self.items = []
 
-    def add(self, kind: str, groups: list, layer=None, color=None, rgb=None, ltype=None, lts=None, lw=None):
+    def add(
+        self,
+        kind: str,
+        groups: list,
+        layer=None,
+        color=None,
+        rgb=None,
+        ltype=None,
+        lts=None,
+        lw=None,
+        opacity=None,
+        link=None,
+    ):
         common = [(8, layer or self.layer)]
-        for code, value in ((6, ltype), (62, color), (48, lts), (370, lw), (420, rgb)):
+        alpha = None if opacity is None else 0x02000000 | round(255 * opacity)
+        for code, value in ((6, ltype), (62, color), (48, lts), (370, lw), (420, rgb), (440, alpha)):
             if value is not None:
                 common.append((code, value))
+        if link is not None:
+            groups = groups + [(1001, "PE_URL"), (1000, link)]
         self.items.append((kind, common, groups))
 
     def line(self, a, b, **style):
@@ -155,6 +171,24 @@ class Entities:
         self.add("MTEXT", groups + [(7, style), (50, float(rotation))], **look)
 
 
+    def image(self, definition, at, width, **style):
+        """`definition` comes from the drawing's `image`; `at` is the lower left corner."""
+        handle, (columns, rows) = definition
+        pixel = width / columns
+        groups = [(100, "AcDbRasterImage"), (90, 0)] + point(10, at)
+        groups += point(11, (pixel, 0)) + point(12, (0, pixel)) + [(13, float(columns)), (23, float(rows))]
+        groups += [(340, handle), (70, 7), (280, 1), (281, 50), (282, 50), (283, 0), (71, 1), (91, 2)]
+        corners = flat_point(14, (-0.5, -0.5)) + flat_point(14, (columns - 0.5, rows - 0.5))
+        self.add("IMAGE", groups + corners, **style)
+
+    def wipeout(self, corner, size, **style):
+        """Hides what has been drawn in a rectangle."""
+        groups = [(100, "AcDbWipeout"), (90, 0)] + point(10, corner)
+        groups += point(11, (size[0], 0)) + point(12, (0, size[1])) + [(13, 1.0), (23, 1.0), (340, "0")]
+        groups += [(70, 7), (280, 1), (281, 50), (282, 50), (283, 0), (71, 1), (91, 2)]
+        self.add("WIPEOUT", groups + flat_point(14, (-0.5, -0.5)) + flat_point(14, (0.5, 0.5)), **style)
+
+
 class SplineLoop:
     """A hatch boundary of one closed cubic B-spline."""
 
@@ -202,6 +236,7 @@ class Drawing:
         self.line_types = [("ByBlock", "", []), ("ByLayer", "", []), ("Continuous", "Solid line", [])]
         self.layers = []
         self.styles = [("Standard", "txt", "")]
+        self.images = []
         self.blocks = {}
         self.model = Entities()
         self.layer("0", 7)
@@ -216,6 +251,11 @@ class Drawing:
     def style(self, name, file, family=""):
         """A text style: a stroke font (.shx) or a TrueType file, by its family where that is given."""
         self.styles.append((name, file, family))
+
+    def image(self, file, size):
+        """An image file beside the drawing, of `size` pixels, for `Entities.image`."""
+        self.images.append((f"F{len(self.images):02X}", file, size))
+        return self.images[-1][0], size
 
     def block(self, name, layer="0"):
         self.blocks[name] = Entities(layer)
@@ -302,7 +342,9 @@ class Drawing:
             "STYLE", [("AcDbTextStyleTableRecord", None, text_style(*entry)) for entry in self.styles]
         )
         groups += self.table("VIEW", []) + self.table("UCS", [])
-        groups += self.table("APPID", [("AcDbRegAppTableRecord", None, [(2, "ACAD"), (70, 0)])])
+        groups += self.table("APPID", [
+                ("AcDbRegAppTableRecord", None, [(2, name), (70, 0)]) for name in ("ACAD", "PE_URL")
+            ])
         groups += self.table("DIMSTYLE", [("AcDbDimStyleTableRecord", None, [(2, "STANDARD"), (70, 0)])])
         return groups + self.table("BLOCK_RECORD", records) + [(0, "ENDSEC")]
 
@@ -338,7 +380,11 @@ class Drawing:
             (100, "AcDbDictionary"),
         ]
         groups += [(281, 1), (3, "ACAD_GROUP"), (350, group), (0, "DICTIONARY"), (5, group), (330, root)]
-        return groups + [(100, "AcDbDictionary"), (281, 1), (0, "ENDSEC")]
+        groups += [(100, "AcDbDictionary"), (281, 1)]
+        for handle, file, (columns, rows) in self.images:
+            groups += [(0, "IMAGEDEF"), (5, handle), (330, root), (100, "AcDbRasterImageDef"), (90, 0), (1, file)]
+            groups += flat_point(10, (columns, rows)) + flat_point(11, (1, 1)) + [(280, 1), (281, 0)]
+        return groups + [(0, "ENDSEC")]
 
 
 def line_type(name, description, dashes):

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 """Writes the example drawings beside this file, or only those named on the command line.
 
-    python3 make_examples.py [site_plan] [flange] [diagram] [scripts]
+    python3 make_examples.py [site_plan] [flange] [diagram] [scripts] [trail_map]
 """
 
 import importlib
 import pathlib
 import sys
 
-NAMES = ("site_plan", "flange", "diagram", "scripts")
+NAMES = ("site_plan", "flange", "diagram", "scripts", "trail_map")
 
 
 def main(arguments):

@@ -41,6 +41,7 @@ EXAMPLES: dict[str, list[list[str]]] = {
     ],
     "diagram.dxf": [["--skip-layer", "PIPE_FEED"], ["--monochrome"], ["--margins", "17,5,17,7"]],
     "scripts.dxf": [["--monochrome"], ["--margins", "17,5,17,7"]],
+    "trail_map.dxf": [["--skip-layer", "RELIEF"], ["--skip-layer", "*ZONE*"], ["--margins", "17,5,17,7"]],
     "hello.jsonl": [],
 }
 
