@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -27,7 +28,7 @@ std::string ReadAll(int descriptor) {
 
 }  // namespace
 
-std::optional<RunResult> RunContestant(std::vector<std::string> command) {
+std::optional<ProgramRun> RunProgram(std::vector<std::string> command) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   for (std::string& word : command) arguments.push_back(word.data());
@@ -53,7 +54,13 @@ std::optional<RunResult> RunContestant(std::vector<std::string> command) {
   wait4(child, &status, 0, &usage);
   if (WIFEXITED(status) && WEXITSTATUS(status) == kCannotPlot) return std::nullopt;
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) throw std::runtime_error(command[0] + " failed");
-  return RunResult{std::atof(output.c_str()), static_cast<double>(usage.ru_maxrss) * 1024};
+  return ProgramRun{output, static_cast<double>(usage.ru_maxrss) * 1024};
+}
+
+std::optional<RunResult> RunContestant(std::vector<std::string> command) {
+  const auto run = RunProgram(std::move(command));
+  if (!run) return std::nullopt;
+  return RunResult{std::atof(run->output.c_str()), run->peakBytes};
 }
 
 }  // namespace bench

@@ -1,4 +1,4 @@
-// Runs one contestant's program and tells what it took.
+// Runs a program of the benchmarks and tells what it took.
 #pragma once
 
 #include <optional>
@@ -6,6 +6,15 @@
 #include <vector>
 
 namespace bench {
+
+struct ProgramRun {
+  std::string output;
+  double peakBytes = 0;  // the largest resident set of the process
+};
+
+// Nothing when the program's status is that of a contestant that cannot plot. Throws std::runtime_error when
+// it fails.
+[[nodiscard]] std::optional<ProgramRun> RunProgram(std::vector<std::string> command);
 
 struct RunResult {
   double seconds = 0;

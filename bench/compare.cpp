@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -19,6 +18,7 @@
 #include "bench/check.h"
 #include "bench/child.h"
 #include "bench/scene.h"
+#include "bench/work_folder.h"
 
 namespace bench {
 namespace {
@@ -63,32 +63,6 @@ std::vector<Contestant> FindContestants() {
   if (found.empty() || found.front().title != "PDF.hdi") throw std::runtime_error("PDF.hdi takes no part");
   return found;
 }
-
-// A folder that goes away at the end, with the device list that the driver asks for.
-class WorkFolder {
- public:
-  explicit WorkFolder(const std::string& keep) : keep_(!keep.empty()) {
-    std::string name =
-        keep_ ? fs::absolute(keep).string() : (fs::temp_directory_path() / "bench-XXXXXX").string();
-    if (!keep_ && mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make a temporary folder");
-    path_ = name;
-    fs::create_directories(path_);
-    std::ofstream(path_ / "pdf.ini") << "[Devices]\nVersion=1\n[PDF]\nName=PDF\n";
-    setenv("HDI_APP_DIR", path_.c_str(), 1);
-    setenv("HDI_USER_DIR", path_.c_str(), 1);
-  }
-  WorkFolder(const WorkFolder&) = delete;
-  WorkFolder& operator=(const WorkFolder&) = delete;
-  ~WorkFolder() {
-    std::error_code ignored;
-    if (!keep_) fs::remove_all(path_, ignored);
-  }
-  [[nodiscard]] const fs::path& Path() const { return path_; }
-
- private:
-  bool keep_;
-  fs::path path_;
-};
 
 // Runs a contestant once and keeps the better result.
 void MeasureOnce(const Contestant& contestant, std::string_view scene, const Options& options,

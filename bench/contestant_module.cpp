@@ -1,12 +1,10 @@
-// PDF.hdi as a host uses it: loaded at run time and called through the DeviceTable.
-#include <dlfcn.h>
-
+// PDF.hdi as a host uses it: called through the DeviceTable.
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <stdexcept>
 
 #include "bench/contestant.h"
+#include "bench/session.h"
 #include "bench/text_fonts.h"
 #include "platform/border.h"
 
@@ -14,43 +12,6 @@ namespace bench {
 namespace {
 
 using hdi::Position;
-
-class OneDriver final : public hdi::HostDriverList {
- public:
-  void HostOwn() override {}
-  void AddDriver(hdi::HT_Driver* driver) override {
-    if (driver_ == nullptr) driver_ = driver;
-  }
-  void RemoveDriver(hdi::HT_Driver*) override {}
-  [[nodiscard]] hdi::HT_Driver* Get() const { return driver_; }
-
- private:
-  hdi::HT_Driver* driver_ = nullptr;
-};
-
-hdi::HT_Driver& LoadDriver() {
-  static OneDriver drivers;
-  void* module = dlopen(BENCH_DRIVER_PATH, RTLD_NOW);
-  if (module == nullptr) throw std::runtime_error(dlerror());
-  const auto itDriver = reinterpret_cast<hdi::ItDriverFunction*>(dlsym(module, "IT_Driver"));
-  if (itDriver == nullptr) throw std::runtime_error(dlerror());
-  itDriver(hdi::kCreateDrivers, static_cast<hdi::HostDriverList*>(&drivers));
-  if (drivers.Get() == nullptr) throw std::runtime_error("the device list (pdf.ini) names no device");
-  return *drivers.Get();
-}
-
-// The sheet goes straight into the driver's part; the snapshot says that the public part has been resolved.
-void SetSheet(hdi::DriverDevMode& record) {
-  record.dm.dmPrintQuality = static_cast<int16_t>(kDotsPerInch);
-  record.paperWidth = kSheetWidthTenths;
-  record.paperHeight = kSheetHeightTenths;
-  record.marginLeft = record.marginRight = record.marginBottom = 0;
-  record.marginTop = kTopMarginTenths;
-  record.openAfterPlot = 0;
-  std::memcpy(record.snapshot, &record.dm, sizeof record.dm);
-}
-
-std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
 uint32_t ToColorRef(Color color) {
   return static_cast<uint32_t>(color.red | color.green << 8 | color.blue << 16);
@@ -179,24 +140,15 @@ static_assert(sizeof(Point) == sizeof(hdi::HT_Double_Point));
 bool CanPlot(const Scene&) { return true; }
 
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start) {
-  hdi::HT_Driver& driver = LoadDriver();
-  SetSheet(*driver.GetDevModePointer());
-  hdi::HostDevice device{};
-  device.driver = &driver;
-  driver.OpenDevice(&device);
-  const std::u16string output = Widen(path);
-  const hdi::DOCINFOW info = {sizeof info, u"bench", output.c_str(), nullptr, 0};
+  Session session;
   const TextFonts fonts(scene);
-  Plotter plotter(device, scene, fonts);
+  Plotter plotter(session.Device(), scene, fonts);
 
   start();
-  if (device.table->At<hdi::entry::StartDoc>(Position::kStartDoc)(&device, &info) != 1) {
-    throw std::runtime_error("the document could not be started");
-  }
-  device.table->At<hdi::entry::SetLineScale>(Position::kSetLineScale)(&device, 1.0);
+  session.StartDocument(path);
+  session.Call<hdi::entry::SetLineScale>(Position::kSetLineScale, 1.0);
   plotter.Page();
-  device.table->At<hdi::entry::EndDoc>(Position::kEndDoc)(&device);
-  driver.CloseDevice(&device);
+  session.EndDocument();
 }
 
 }  // namespace bench

@@ -1,0 +1,37 @@
+// A job with PDF.hdi, which is loaded at run time.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/border.h"
+
+namespace bench {
+
+// An open device with the scenes' sheet; closed at the end.
+class Session {
+ public:
+  // Throws std::runtime_error when the module or its device list is missing.
+  Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  // Throws std::runtime_error when the driver refuses.
+  void StartDocument(const std::string& path);
+  void EndDocument();
+
+  template <typename Function, typename... Arguments>
+  auto Call(hdi::Position position, Arguments... arguments) {
+    return device_.table->At<Function>(position)(&device_, arguments...);
+  }
+
+  [[nodiscard]] hdi::HostDevice& Device() { return device_; }
+
+ private:
+  hdi::HostDevice device_{};
+};
+
+[[nodiscard]] std::u16string Widen(std::string_view ascii);
+
+}  // namespace bench
