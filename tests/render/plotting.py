@@ -23,7 +23,7 @@ class Plotter:
         self._hdiplot = hdiplot.resolve()
         self._directory = tempfile.TemporaryDirectory(prefix="hdi-render-")
         self.directory = Path(self._directory.name)
-        self._pdf = self.directory / "plot.pdf"
+        self.pdf = self.directory / "plot.pdf"
         # A user directory of its own keeps the papers and settings of whoever runs this out of it.
         self._environment = dict(os.environ, HDI_USER_DIR=self._directory.name)
 
@@ -35,8 +35,8 @@ class Plotter:
 
     def plot(self, source: Path, *options: str) -> None:
         """Plots a drawing or a trace."""
-        self._pdf.unlink(missing_ok=True)
-        self._run(str(self._hdiplot), str(source), "-o", str(self._pdf), *options)
+        self.pdf.unlink(missing_ok=True)
+        self.run(str(self._hdiplot), str(source), "-o", str(self.pdf), *options)
 
     def plot_text(self, text: str, ending: str, *options: str) -> None:
         """Plots a drawing or a trace that is given as text."""
@@ -46,19 +46,20 @@ class Plotter:
 
     def check(self) -> None:
         """Has the PDF's structure checked."""
-        self._run("qpdf", "--check", str(self._pdf))
+        self.run("qpdf", "--check", str(self.pdf))
 
     def poppler(self, resolution: float, page: int = 1) -> Picture:
         """A page, rendered by Poppler at so many pixels an inch."""
         pages = ("-f", str(page), "-l", str(page))
-        return read_ppm(self._run("pdftoppm", "-q", "-r", f"{resolution:g}", *pages, str(self._pdf)))
+        return read_ppm(self.run("pdftoppm", "-q", "-r", f"{resolution:g}", *pages, str(self.pdf)))
 
     def mupdf(self, resolution: float, page: int = 1) -> Picture:
         """A page, rendered by MuPDF at so many pixels an inch."""
         form = ("-q", "-F", "ppm", "-c", "rgb", "-r", f"{resolution:g}")
-        return read_ppm(self._run("mutool", "draw", *form, "-o", "-", str(self._pdf), str(page)))
+        return read_ppm(self.run("mutool", "draw", *form, "-o", "-", str(self.pdf), str(page)))
 
-    def _run(self, *command: str) -> bytes:
+    def run(self, *command: str) -> bytes:
+        """What a command prints; throws PlotError when it fails."""
         run = subprocess.run(
             command, capture_output=True, env=self._environment, timeout=TIME_LIMIT_SECONDS, check=False
         )
