@@ -167,8 +167,10 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   forDrawings(app.add_flag("--text-as-geometry", plot.textAsGeometry,
                            "Text as shapes only, which cannot be searched"));
 
-  forDrawings(app.add_flag("--no-layers{false}", plot.keepLayers, "No layers to switch in the PDF"));
-  forDrawings(app.add_flag("--no-links{false}", plot.keepLinks, "No hyperlinks in the PDF"));
+  forDrawings(app.add_flag_callback(
+      "--no-layers", [&plot] { plot.keepLayers = false; }, "No layers to switch in the PDF"));
+  forDrawings(app.add_flag_callback(
+      "--no-links", [&plot] { plot.keepLinks = false; }, "No hyperlinks in the PDF"));
   forDrawings(app.add_flag("--shx-comments", plot.strokeComments,
                            "The words of stroke fonts as comments, too, which show under the pointer"));
   auto* list = forDrawings(
