@@ -9,6 +9,7 @@
 
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/output_file.h"
+#include "host/hdiplot/preview.h"
 #include "host/hdiplot/printing.h"
 #include "platform/unicode.h"
 
@@ -73,7 +74,21 @@ void Job::CheckFiles(const CommandLine& line) const {
   if (file_ && line.record && IsSameFile(*file_, *line.record)) {
     throw InputError(*file_, 0, "is the output and the record");
   }
+  if (line.preview) CheckPreview(line);
   if (file_) RequireWritable(*file_);
+}
+
+void Job::CheckPreview(const CommandLine& line) const {
+  const fs::path& preview = *line.preview;
+  if (!file_) throw std::runtime_error("--preview needs an output file: give one with -o");
+  if (IsSameFile(preview, *file_)) throw InputError(preview, 0, "is the output and the preview");
+  if (line.record && IsSameFile(preview, *line.record)) {
+    throw InputError(preview, 0, "is the record and the preview");
+  }
+  for (const fs::path& input : line.inputs) {
+    if (IsSameFile(preview, input)) throw InputError(preview, 0, "is the input and the preview");
+  }
+  RequireWritable(preview);
 }
 
 void Job::Finish() {
@@ -97,16 +112,24 @@ void Job::FinishRecord() {
   if (recorder_) recorder_->Finish();
 }
 
+void Job::FinishPreview(const CommandLine& line) const {
+  if (line.preview) WritePreview(*file_, *line.preview, line.previewDpi);
+}
+
 ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, Progress& progress) {
   job.Finish();
   progress.Finish();
   ExitStatus status = ExitStatus::kDone;
-  try {
-    job.FinishRecord();
-  } catch (const InputError& error) {
-    PrintError(error.what());
-    status = ExitStatus::kPartlyDone;
-  }
+  const auto finish = [&status](const auto& step) {
+    try {
+      step();
+    } catch (const InputError& error) {
+      PrintError(error.what());
+      status = ExitStatus::kPartlyDone;
+    }
+  };
+  finish([&] { job.FinishRecord(); });
+  finish([&] { job.FinishPreview(line); });
   PlotSummary summary = job.Summary();
   summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
   if (std::FILE* stream = SummaryStream(line)) PrintLine(stream, FormatSummary(summary));

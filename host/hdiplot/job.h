@@ -32,11 +32,15 @@ class Job {
   // Behind Finish: puts the recorded trace, if there is one, in its place. Throws InputError.
   void FinishRecord();
 
+  // Behind Finish: writes the picture that the command line asks for. Throws InputError.
+  void FinishPreview(const CommandLine& line) const;
+
   // Behind Finish; without the time.
   [[nodiscard]] const PlotSummary& Summary() const { return summary_; }
 
  private:
   void CheckFiles(const CommandLine& line) const;
+  void CheckPreview(const CommandLine& line) const;
 
   std::optional<std::filesystem::path> file_;  // none when the driver asks the user for it
   std::optional<TraceWriter> recorder_;
@@ -46,8 +50,8 @@ class Job {
 
 using Clock = std::chrono::steady_clock;
 
-// Finishes the job, the progress bar and the record, and prints the summary with the time since `start`. A
-// record that cannot be written is reported and makes the job partly done.
+// Finishes the job, the progress bar, the record and the preview, and prints the summary with the time since
+// `start`. A record or a preview that cannot be written is reported and makes the job partly done.
 [[nodiscard]] ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start,
                                   Progress& progress);
 

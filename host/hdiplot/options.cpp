@@ -30,11 +30,12 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot plan.dxf --layer 'WALL*' --layer DOORS --skip-layer '*_TEXT' --monochrome
   hdiplot plan.dxf --list                          tells what is in a drawing
   hdiplot plan.dxf --record plan.jsonl             also keeps the plot as a trace
+  hdiplot plan.dxf --preview plan.png              also makes a picture of the first page
   hdiplot plan.jsonl -o again.pdf                  plays a trace
   hdiplot job.jsonl -o job.pdf --results           prints what each call of the trace returned
 
-Exit status: 0 done; 1 plotted, but some drawings could not be read, or the record or standard output could
-not be written; 2 nothing plotted.)";
+Exit status: 0 done; 1 plotted, but some drawings could not be read, or the record, the preview or standard
+output could not be written; 2 nothing plotted.)";
 
 // A converter for an option's value that turns exceptions into a message about this option.
 template <typename T>
@@ -100,6 +101,12 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
     throw CLI::ValidationError("--output", "takes a file name in UTF-8");
   }
   if (line.record) CheckFileName("--record", line.record->string());
+  if (line.preview) {
+    CheckFileName("--preview", line.preview->string());
+    if (!HasExtension(*line.preview, ".png")) {
+      throw CLI::ValidationError("--preview", "takes the name of a PNG file (.png)");
+    }
+  }
 }
 
 }  // namespace
@@ -121,6 +128,13 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
                                 "The PDF; \".pdf\" is added where it is missing; needed for several drawings")
                      ->type_name("FILE");
   auto* record = app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
+  auto* preview =
+      app.add_option("--preview", line.preview, "Write a picture of the first page, too, as a PNG")
+          ->type_name("FILE");
+  app.add_option("--preview-dpi", line.previewDpi, "Its pixels per inch, from 10 to 2400 (default 100)")
+      ->type_name("N")
+      ->check(CLI::Range(10, 2400).description(""))
+      ->needs(preview);
   app.add_flag("--results", line.results, "Print the result of each call of a trace");
 
   std::vector<const CLI::Option*> drawings;
@@ -175,7 +189,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
                            "The words of stroke fonts as comments, too, which show under the pointer"));
   auto* list = forDrawings(
       app.add_flag("--list", line.list, "Print the drawings' spaces, entities and layers; plot nothing"));
-  list->excludes(output)->excludes(record);
+  list->excludes(output)->excludes(record)->excludes(preview);
 
   app.add_option("--device", line.device, "The driver's device (default: the first)")
       ->type_name("NAME")

@@ -14,8 +14,8 @@ namespace hdiplot {
 
 enum class ExitStatus : int {
   kDone = 0,
-  kPartlyDone = 1,  // plotted, but some drawings or images failed, or the record or the output of text could
-                    // not be written
+  kPartlyDone = 1,  // plotted, but some drawings or images failed, or the record, the preview or the
+                    // output of text could not be written
   kNothingDone = 2,
 };
 
@@ -32,6 +32,8 @@ struct CommandLine {
   bool list = false;                  // tell what is in the drawings, and plot nothing
   std::optional<std::string> output;  // of a drawing to be plotted always there
   std::optional<std::filesystem::path> record;
+  std::optional<std::filesystem::path> preview;  // a picture of the first page
+  int previewDpi = 100;
   bool results = false;
   PlotOptions plot;    // of drawings
   std::string device;  // empty: the trace's, or the first

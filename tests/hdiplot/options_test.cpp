@@ -58,6 +58,8 @@ TEST(Options, ThatAreWrongGiveOneMessageAndStatus2) {
       {{"a.jsonl", "-o", "x", "--no-links"}, "--no-links: is for drawings"},
       {{"a.jsonl", "--list"}, "--list: is for drawings"},
       {{"a.dxf", "--list", "--record", "x"}, "--list"},
+      {{"a.dxf", "--preview", "a.jpg"}, "--preview: takes the name of a PNG file"},
+      {{"a.dxf", "--preview-dpi", "50"}, "--preview"},
       {{"a.dxf", "--landscape", "--portrait"}, "--landscape"},
       {{"a.dxf", "--fit", "--scale", "1:2"}, "--scale"},
       {{"a.dxf", "--quiet", "--verbose"}, "--quiet"},

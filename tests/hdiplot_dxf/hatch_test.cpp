@@ -1,4 +1,5 @@
 // HATCH: boundaries of all kinds, patterns, and its plane.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <numbers>
@@ -57,6 +58,35 @@ TEST(Hatch, SplineEdgesWithAndWithoutFitData) {
     EXPECT_EQ(edge.controlPoints.size(), 3);
     EXPECT_EQ(edge.weights, (std::vector<double>{1, 0.5, 1}));
   }
+}
+
+TEST(Hatch, GradientsHaveAFormTwoColorsAndAPlane) {
+  const auto read = [](const std::string& gradient, const std::string& head = "") {
+    return ReadFirst<HatchEntity>(Hatch(head + "|2 SOLID|70 1|91 1", kSquare, "|98 0" + gradient)).gradient;
+  };
+  const auto two = read(
+      "|450 1|451 0|460 1.5707963267948966|461 1|452 0|462 1|453 2|463 0|63 5|421 255|463 1|63 2|470 "
+      "INVCYLINDER",
+      "|210 0|220 0|230 -1");
+  ASSERT_TRUE(two);
+  EXPECT_EQ(two->form, HatchGradient::Form::kCylinder);
+  EXPECT_TRUE(two->inverted);
+  EXPECT_EQ(two->first, (EntityColor{EntityColor::Kind::kTrue, 255}));
+  EXPECT_EQ(two->last, (EntityColor{EntityColor::Kind::kIndex, 2}));
+  EXPECT_LT(two->tint, 0);
+  EXPECT_EQ(two->shift, 1);
+  EXPECT_NEAR(two->right.y, 1, 1e-12);
+  EXPECT_NEAR(two->up.x, 1, 1e-12) << "seen from below";
+
+  const auto one = read("|450 1|452 1|462 0.25|453 1|463 0|421 16711680|470 NEWER");
+  ASSERT_TRUE(one);
+  EXPECT_EQ(one->form, HatchGradient::Form::kLinear);
+  EXPECT_EQ(one->tint, 0.25);
+  EXPECT_FALSE(read("|450 0|453 0"));
+  EXPECT_FALSE(read("|450 1|470 LINEAR")) << "without colours";
+  EXPECT_THAT(dxf_writing::ErrorOf(
+                  dxf_writing::WithEntities(Hatch("|2 SOLID|70 1|91 1", kSquare, "|450 1|453 2|463 0|63 1"))),
+              testing::HasSubstr("group 453 of HATCH says 2, but there are 1"));
 }
 
 TEST(Hatch, SeenFromBelowAllIsMirrored) {

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <variant>
@@ -129,8 +130,23 @@ struct HatchPatternLine {  // one family of parallel lines, already at the hatch
   std::vector<double> dashes;  // positive dash, negative gap, 0 dot; empty: a continuous line
 };
 
+// Two colours that run into each other over the hatch's box, whose sides are along `right` and `up`.
+struct HatchGradient {
+  enum class Form : uint8_t { kLinear, kCylinder, kSpherical, kHemispherical, kCurved };
+  Form form = Form::kLinear;
+  // kLinear and kCurved run from the first colour to the last; the others have the last at their middle.
+  EntityColor first;
+  EntityColor last;
+  double tint = -1;  // 0 black to 1 white: what the last colour is of the first one; below 0: as `last` says
+  bool inverted = false;  // the colours have changed places
+  double shift = 0;       // 0 to 1: how far up and to the left the middle has moved, 1 half way
+  Vec2 right{1, 0};
+  Vec2 up{0, 1};
+};
+
 struct HatchEntity {
   bool solid = false;
+  std::optional<HatchGradient> gradient;  // of one that is solid
   std::vector<HatchPatternLine> lines;
   std::vector<HatchLoop> loops;
 };

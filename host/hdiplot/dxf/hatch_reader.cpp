@@ -1,6 +1,6 @@
 // The order is: name and flags; the number of boundary paths (91) and the paths; the number of pattern lines
 // (78) and the lines. A path is a polyline, or a number of edges (93), and ends in the handles of the objects
-// that it came from (97, 330). Handles may be missing.
+// that it came from (97, 330). Handles may be missing. What a gradient is follows last.
 #include "host/hdiplot/dxf/hatch_reader.h"
 
 #include <cmath>
@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/hdiplot/dxf/gradient_reader.h"
 #include "host/hdiplot/dxf/ocs.h"
 #include "host/hdiplot/dxf/spline_check.h"
 
@@ -30,7 +31,11 @@ class HatchReader {
     const size_t paths = TakeCount(91);
     for (size_t i = 0; i < paths; ++i) hatch.loops.push_back(ReadPath());
     if (At(92)) throw DxfFault{left_.front().line, "HATCH has more boundary paths than it announces"};
-    if (!hatch.solid) hatch.lines = ReadPattern();
+    if (!hatch.solid) {
+      hatch.lines = ReadPattern();
+    } else if (object_.Integer(450, 0) == 1) {
+      hatch.gradient = ReadGradient(object_, plane_);
+    }
     return hatch;
   }
 

@@ -25,6 +25,7 @@ class Ink {
   Ink(const std::optional<Rgb>& background, bool monochrome);
 
   [[nodiscard]] Rgb Foreground() const { return foreground_; }
+  [[nodiscard]] bool IsMonochrome() const { return monochrome_; }
   [[nodiscard]] Rgb OfIndex(uint32_t index) const {
     return monochrome_ || index == kForegroundIndex ? foreground_ : IndexColor(index);
   }

@@ -1,5 +1,6 @@
 #include "host/hdiplot/plot/entities.h"
 
+#include "host/hdiplot/plot/gradient.h"
 #include "host/hdiplot/plot/hatch_pattern.h"
 #include "host/hdiplot/plot/splines.h"
 
@@ -139,17 +140,31 @@ void EntityPlotter::DrawText(const TextBlock& block) {
 }
 
 void EntityPlotter::Draw(const HatchEntity& hatch) {
-  const std::vector<Ring> rings = BoundaryRings(hatch, kBoundaryTolerance / map_.LargestScale());
+  const double tolerance = kBoundaryTolerance / map_.LargestScale();
+  const std::vector<Ring> rings = BoundaryRings(hatch, tolerance);
   if (rings.empty()) return;
-  if (hatch.solid) {
-    FillHatch(rings);
+  if (hatch.gradient) {
+    FillGradient(*hatch.gradient, rings, tolerance);
+  } else if (hatch.solid) {
+    FillHatch(rings, style_->color);
   } else {
     DrawPattern(hatch, rings);
   }
 }
 
-void EntityPlotter::FillHatch(const std::vector<Ring>& rings) {
-  canvas_.UseFill(style_->color);
+void EntityPlotter::FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings,
+                                 double tolerance) {
+  const std::vector<Rgb> colors = BandColors(gradient, *style_);
+  const std::vector<Ring> outlines = NestedOutlines(gradient, rings, colors.size(), tolerance);
+  if (outlines.size() > 1) {
+    FillBands(canvas_, {colors, outlines, style_->alpha == 255}, rings, map_);
+  } else {
+    FillHatch(rings, colors.front());
+  }
+}
+
+void EntityPlotter::FillHatch(const std::vector<Ring>& rings, Rgb color) {
+  canvas_.UseFill(color);
   for (const Ring& ring : rings) {
     canvas_.BeginRing();
     for (const Vec2& p : ring) canvas_.RingPoint(map_(p));

@@ -58,7 +58,8 @@ class EntityPlotter {
 
   void DrawText(const TextBlock& block);
   void DrawPointFigure(Vec2 at);
-  void FillHatch(const std::vector<Ring>& rings);
+  void FillHatch(const std::vector<Ring>& rings, Rgb color);
+  void FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings, double tolerance);
   void DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings);
 
   Canvas& canvas_;

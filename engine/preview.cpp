@@ -1,0 +1,65 @@
+#include "engine/preview.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "public/cpp/fpdf_scopers.h"
+#include "public/fpdfview.h"
+
+namespace hdi::engine {
+namespace {
+
+constexpr double kPointsPerInch = 72;
+constexpr double kMostPixels = 200e6;
+constexpr double kLongestSide = 65500;
+
+// The engine, for as long as a picture is painted.
+class Painter {
+ public:
+  Painter() {
+    FPDF_LIBRARY_CONFIG config{};
+    config.version = 2;
+    FPDF_InitLibraryWithConfig(&config);
+  }
+  Painter(const Painter&) = delete;
+  Painter& operator=(const Painter&) = delete;
+  ~Painter() { FPDF_DestroyLibrary(); }
+};
+
+PagePicture BlankPicture(double width, double height) {
+  if (width > kLongestSide || height > kLongestSide || width * height > kMostPixels) {
+    throw PreviewError("the page is too large for a preview: " + std::to_string(std::llround(width)) + " x " +
+                       std::to_string(std::llround(height)) + " pixels");
+  }
+  constexpr uint8_t kWhite = 255;
+  PagePicture picture;
+  picture.width = static_cast<int32_t>(width);
+  picture.height = static_cast<int32_t>(height);
+  picture.stride = (picture.width * 3 + 3) / 4 * 4;
+  picture.pixels.assign(static_cast<size_t>(picture.stride) * static_cast<size_t>(picture.height), kWhite);
+  return picture;
+}
+
+}  // namespace
+
+PagePicture PaintFirstPage(const std::filesystem::path& pdf, double dotsPerInch) {
+  const Painter painter;
+  const ScopedFPDFDocument document(FPDF_LoadDocument(pdf.c_str(), nullptr));
+  if (!document) throw PreviewError("cannot be read for a preview");
+  const ScopedFPDFPage page(FPDF_LoadPage(document.get(), 0));
+  if (!page) throw PreviewError("has no page for a preview");
+
+  const auto pixels = [dotsPerInch](double points) {
+    return std::max(std::round(points * dotsPerInch / kPointsPerInch), 1.0);
+  };
+  PagePicture picture =
+      BlankPicture(pixels(FPDF_GetPageWidthF(page.get())), pixels(FPDF_GetPageHeightF(page.get())));
+  const ScopedFPDFBitmap bitmap(FPDFBitmap_CreateEx(picture.width, picture.height, FPDFBitmap_BGR,
+                                                    picture.pixels.data(), picture.stride));
+  if (!bitmap) throw PreviewError("the page is too large for a preview");
+  FPDF_RenderPageBitmap(bitmap.get(), page.get(), 0, 0, picture.width, picture.height, 0, 0);
+  return picture;
+}
+
+}  // namespace hdi::engine

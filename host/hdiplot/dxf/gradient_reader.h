@@ -1,0 +1,16 @@
+// The gradient of a HATCH, which stands behind its boundary.
+#pragma once
+
+#include <optional>
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_object.h"
+#include "host/hdiplot/dxf/ocs.h"
+
+namespace hdiplot {
+
+// Of a hatch in `plane` that says that it has one. A name that is not known makes it linear. None when it has
+// no colours. Throws DxfFault when their number does not match.
+std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& plane);
+
+}  // namespace hdiplot

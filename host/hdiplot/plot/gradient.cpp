@@ -1,0 +1,211 @@
+// Opaque bands are painted one over the other, so that no paper shows between them.
+#include "host/hdiplot/plot/gradient.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "host/hdiplot/plot/curves.h"
+
+namespace hdiplot {
+
+namespace {
+
+using Form = HatchGradient::Form;
+
+constexpr size_t kMostBands = 64;
+
+uint8_t Mixed(uint8_t first, uint8_t last, double part) {
+  return static_cast<uint8_t>(std::lround(first + (last - first) * part));
+}
+
+Rgb Mixed(Rgb first, Rgb last, double part) {
+  return {Mixed(first.red, last.red, part), Mixed(first.green, last.green, part),
+          Mixed(first.blue, last.blue, part)};
+}
+
+Rgb Tinted(Rgb color, double tint) {
+  constexpr Rgb kBlack{0, 0, 0};
+  constexpr Rgb kWhite{255, 255, 255};
+  return tint < 0.5 ? Mixed(kBlack, color, 2 * tint) : Mixed(color, kWhite, 2 * tint - 1);
+}
+
+int Difference(Rgb a, Rgb b) {
+  return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
+}
+
+// The other way round: from the drawing to where (1, 0) is the gradient's right and (0, 1) its up.
+Affine Inverse(const Affine& map) {
+  const double area = map.Determinant();
+  return {map.d / area, -map.b / area, -map.c / area, map.a / area, 0, 0};
+}
+
+Ring Rectangle(Vec2 low, Vec2 high) { return {low, {high.x, low.y}, high, {low.x, high.y}}; }
+
+Ring Disc(Vec2 center, double radius, double tolerance) {
+  Ring ring;
+  AppendFlattened(ConicArc{center, {radius, 0}, {0, radius}, 0, kWholeTurn}, tolerance, ring);
+  return ring;
+}
+
+double FarthestCorner(const Box& box, Vec2 from) {
+  const Vec2 reach{std::max(from.x - box.low.x, box.high.x - from.x),
+                   std::max(from.y - box.low.y, box.high.y - from.y)};
+  return Length(reach);
+}
+
+// The areas of a gradient over a box along the axes.
+class Nesting {
+ public:
+  Nesting(const HatchGradient& gradient, const Box& box, double tolerance)
+      : form_(gradient.form), box_(box), tolerance_(tolerance) {
+    half_ = (box.high - box.low) * 0.5;
+    shift_ = Vec2{-half_.x, half_.y} * (gradient.shift / 2);
+    center_ = box.low + half_ + shift_;
+  }
+
+  // For `from` above 0 and below 1: what lies from there on, where 1 is the last colour.
+  [[nodiscard]] Ring AreaFrom(double from) const {
+    switch (form_) {
+      case Form::kLinear:
+        return Rectangle({box_.low.x + shift_.x + 2 * half_.x * from, box_.low.y}, box_.high);
+      case Form::kCylinder: {
+        const double reach = (half_.x + std::abs(shift_.x)) * (1 - from);
+        return Rectangle({center_.x - reach, box_.low.y}, {center_.x + reach, box_.high.y});
+      }
+      case Form::kSpherical:
+        return DiscAround(center_, 0, from);
+      case Form::kHemispherical:
+        return DiscAround({center_.x, box_.low.y + shift_.y}, 0, from);
+      case Form::kCurved: {
+        // Arcs about a point so far below that they are bent slightly.
+        const double below = 2 * half_.y + half_.x;
+        return DiscAround({center_.x, box_.low.y + shift_.y - below}, below - shift_.y, from);
+      }
+    }
+    return {};
+  }
+
+ private:
+  // Within circles from the farthest corner of the box down to `smallest`.
+  [[nodiscard]] Ring DiscAround(Vec2 center, double smallest, double from) const {
+    const double largest = FarthestCorner(box_, center);
+    return Disc(center, largest + (smallest - largest) * from, tolerance_);
+  }
+
+  Form form_;
+  Box box_;
+  double tolerance_;
+  Vec2 half_;
+  Vec2 shift_;
+  Vec2 center_;
+};
+
+Box BoxOf(const Ring& ring) {
+  Box box;
+  for (const Vec2& p : ring) box.Add(p);
+  return box;
+}
+
+bool Holds(const Box& box, Vec2 p) {
+  return p.x >= box.low.x && p.x <= box.high.x && p.y >= box.low.y && p.y <= box.high.y;
+}
+
+bool IsInside(const Ring& ring, Vec2 p) {
+  bool inside = false;
+  for (size_t i = 0; i < ring.size(); ++i) {
+    const Vec2 a = ring[i];
+    const Vec2 b = ring[(i + 1) % ring.size()];
+    if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (b.x - a.x) * ((p.y - a.y) / (b.y - a.y))) inside = !inside;
+  }
+  return inside;
+}
+
+double TwiceArea(const Ring& ring) {
+  double area = 0;
+  for (size_t i = 0; i < ring.size(); ++i) {
+    area += Cross(ring[i] - ring[0], ring[(i + 1) % ring.size()] - ring[0]);
+  }
+  return area;
+}
+
+void AddRing(Canvas& canvas, const Ring& ring, const Affine& map) {
+  canvas.BeginRing();
+  for (const Vec2& p : ring) canvas.RingPoint(map(p));
+}
+
+}  // namespace
+
+std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style) {
+  Rgb first = style.Plotted(gradient.first);
+  Rgb last = style.Plotted(gradient.last);
+  if (gradient.tint >= 0 && !style.ink->IsMonochrome()) last = Tinted(first, gradient.tint);
+  if (gradient.inverted) std::swap(first, last);
+  const size_t count = std::min(static_cast<size_t>(Difference(first, last)) + 1, kMostBands);
+  std::vector<Rgb> colors{first};
+  for (size_t i = 1; i < count; ++i) {
+    colors.push_back(Mixed(first, last, static_cast<double>(i) / static_cast<double>(count - 1)));
+  }
+  return colors;
+}
+
+std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vector<Ring>& rings, size_t count,
+                                 double tolerance) {
+  const Vec2 right = gradient.right;
+  const Vec2 up = gradient.up;
+  const Affine toDrawing{right.x, right.y, up.x, up.y, 0, 0};
+  if (std::abs(toDrawing.Determinant()) < 1e-6) return {};
+  const Affine fromDrawing = Inverse(toDrawing);
+  Box box;
+  for (const Ring& ring : rings) {
+    for (const Vec2& p : ring) box.Add(fromDrawing(p));
+  }
+  if (!(box.Width() > 0 && box.Height() > 0)) return {};
+
+  // The outline of the first area is to show nowhere.
+  const Vec2 room = (box.high - box.low) * 0.01;
+  std::vector<Ring> outlines{Rectangle(box.low - room, box.high + room)};
+  const Nesting nesting(gradient, box, tolerance);
+  for (size_t i = 1; i < count; ++i) {
+    outlines.push_back(nesting.AreaFrom(static_cast<double>(i) / static_cast<double>(count)));
+  }
+  for (Ring& outline : outlines) {
+    for (Vec2& p : outline) p = toDrawing(p);
+  }
+  return outlines;
+}
+
+std::vector<Ring> TurnedForWinding(std::vector<Ring> rings) {
+  std::vector<Box> boxes;
+  boxes.reserve(rings.size());
+  for (const Ring& ring : rings) boxes.push_back(BoxOf(ring));
+  for (size_t i = 0; i < rings.size(); ++i) {
+    if (rings[i].empty()) continue;
+    const Vec2 p = rings[i].front();
+    bool isHole = false;
+    for (size_t k = 0; k < rings.size(); ++k) {
+      if (k != i && Holds(boxes[k], p) && IsInside(rings[k], p)) isHole = !isHole;
+    }
+    if ((TwiceArea(rings[i]) < 0) != isHole) std::ranges::reverse(rings[i]);
+  }
+  return rings;
+}
+
+void FillBands(Canvas& canvas, const GradientBands& bands, const std::vector<Ring>& rings,
+               const Affine& map) {
+  std::vector<Ring> clip = TurnedForWinding(rings);
+  for (Ring& ring : clip) {
+    for (Vec2& p : ring) p = map(p);
+    if (std::erase_if(ring, [](Vec2 p) { return !Canvas::IsPlottable(p); }) > 0) canvas.NoteMissing();
+  }
+  if (!canvas.ClipTo(clip)) return;
+  for (size_t i = 0; i < bands.outlines.size(); ++i) {
+    canvas.UseFill(bands.colors[i]);
+    AddRing(canvas, bands.outlines[i], map);
+    // Where the paper shows through, one band below another would show, too.
+    if (!bands.opaque && i + 1 < bands.outlines.size()) AddRing(canvas, bands.outlines[i + 1], map);
+    canvas.FillRings(hdi::kFillAlternate);
+  }
+  canvas.Unclip();
+}
+
+}  // namespace hdiplot
