@@ -29,6 +29,11 @@ if(HDI_SANITIZE)
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
+# Fuzzers steer by the code that an input reaches, so every target counts what of it runs.
+if(HDI_BUILD_FUZZERS)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Each release of a compiler warns of something more, and of inlined library code that is right. So warnings are
 # errors with the release that the code is written with, where all of them are known.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -1,0 +1,175 @@
+// The content generator, fed with page objects of any values. What it writes must be tokens of a content
+// stream, every number in the form of a PDF, and levels and marks never closed that are not open.
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "composition/content_generator.h"
+#include "tests/fuzz/byte_source.h"
+#include "tests/fuzz/fuzz_target.h"
+#include "tests/fuzz/pdf_number.h"
+
+namespace {
+
+using fuzzing::ByteSource;
+using fuzzing::Require;
+
+class PlainNames final : public hdi::ResourceNames {
+ public:
+  std::string AddExtGState(const hdi::ExtGStateEntries&) override { return "E" + std::to_string(++states_); }
+  std::string FontName(uint32_t number) override { return "F" + std::to_string(number); }
+  std::string XObjectName(uint32_t number) override { return "X" + std::to_string(number); }
+  std::string PropertiesName(uint32_t number) override { return "P" + std::to_string(number); }
+
+ private:
+  int states_ = 0;
+};
+
+hdi::PathPoints TakePoints(ByteSource& source) {
+  hdi::PathPoints points(source.TakeUpTo(12));
+  for (hdi::PathPoint& point : points) {
+    const uint8_t kind = source.TakeUpTo(5);
+    point = {source.TakeNumber(), source.TakeNumber(), static_cast<hdi::PointType>(kind % 3), kind > 2};
+  }
+  return points;
+}
+
+hdi::Color TakeColor(ByteSource& source) {
+  return {source.Take<uint8_t>(), source.Take<uint8_t>(), source.Take<uint8_t>()};
+}
+
+// Objects that follow one another share much, so each changes a part of the last one's attributes.
+void Change(hdi::ObjectAttributes& attributes, ByteSource& source) {
+  switch (source.TakeUpTo(7)) {
+    case 0:
+      attributes.strokeColor = TakeColor(source);
+      attributes.fillColor = TakeColor(source);
+      break;
+    case 1:
+      attributes.strokeAlpha = source.TakeNumber();
+      attributes.fillAlpha = source.TakeNumber();
+      break;
+    case 2:
+      attributes.blendMode = static_cast<hdi::BlendMode>(source.TakeUpTo(1));
+      break;
+    case 3:
+      attributes.lineWidth = source.TakeNumber();
+      attributes.lineCap = source.Take<uint8_t>();
+      attributes.lineJoin = source.Take<uint8_t>();
+      break;
+    case 4:
+      attributes.layer = source.TakeUpTo(3);
+      break;
+    case 5:
+      attributes.clip = std::make_shared<hdi::Clip>(TakePoints(source));
+      break;
+    case 6:
+      attributes.clip = nullptr;
+      break;
+    default:
+      break;
+  }
+}
+
+hdi::Matrix TakeMatrix(ByteSource& source) {
+  hdi::Matrix matrix{};
+  for (float& number : matrix) number = source.TakeNumber();
+  return matrix;
+}
+
+hdi::PathObject TakePath(const hdi::ObjectAttributes& attributes, ByteSource& source) {
+  hdi::PathObject object;
+  object.attributes = attributes;
+  object.points = TakePoints(source);
+  object.dashArray.resize(source.TakeUpTo(4));
+  for (float& dash : object.dashArray) dash = source.TakeNumber();
+  object.dashPhase = source.TakeNumber();
+  object.fill = static_cast<hdi::FillType>(source.TakeUpTo(2));
+  object.stroke = source.TakeUpTo(1) != 0;
+  return object;
+}
+
+hdi::TextObject TakeText(const hdi::ObjectAttributes& attributes, ByteSource& source) {
+  hdi::TextObject object;
+  object.attributes = attributes;
+  object.matrix = TakeMatrix(source);
+  object.font = source.TakeUpTo(3);
+  object.fontSize = source.TakeNumber();
+  object.charSpace = source.TakeNumber();
+  object.horizontalScale = source.TakeNumber();
+  object.renderMode = source.TakeUpTo(7);
+  object.codes.resize(source.TakeUpTo(8));
+  for (uint16_t& code : object.codes) code = source.Take<uint16_t>();
+  return object;
+}
+
+hdi::ImageObject TakeImage(const hdi::ObjectAttributes& attributes, ByteSource& source) {
+  hdi::ImageObject object;
+  object.attributes = attributes;
+  object.matrix = TakeMatrix(source);
+  object.image = source.TakeUpTo(3);
+  return object;
+}
+
+void WriteObject(hdi::ContentGenerator& generator, const hdi::ObjectAttributes& attributes,
+                 ByteSource& source) {
+  switch (source.TakeUpTo(2)) {
+    case 0:
+      generator.Write(TakePath(attributes, source));
+      break;
+    case 1:
+      generator.Write(TakeText(attributes, source));
+      break;
+    default:
+      generator.Write(TakeImage(attributes, source));
+      break;
+  }
+}
+
+bool IsOperator(std::string_view token) {
+  static const std::set<std::string_view> kOperators = {
+      "q", "Q", "RG", "rg", "w", "J",  "j",  "d",  "gs", "cm", "m",  "l",  "c",  "h",  "re", "W",   "n",
+      "S", "s", "f",  "f*", "B", "B*", "BT", "ET", "Tm", "Tc", "Tz", "Tf", "Tr", "Tj", "Do", "BDC", "EMC"};
+  return kOperators.contains(token);
+}
+
+bool IsHexString(std::string_view token) {
+  if (!token.starts_with('<') || !token.ends_with('>')) return false;
+  token = token.substr(1, token.size() - 2);
+  return std::ranges::all_of(token, [](unsigned char c) { return std::isxdigit(c) != 0; });
+}
+
+void CheckStream(std::string_view stream) {
+  int levels = 0;
+  int marks = 0;
+  while (!stream.empty()) {
+    const size_t end = std::min(stream.find_first_of(" \n"), stream.size());
+    const std::string_view token = stream.substr(0, end);
+    stream.remove_prefix(std::min(end + 1, stream.size()));
+    if (token.empty()) continue;
+    const bool known = IsOperator(token) || token.starts_with('/') || token == "[" || token == "]" ||
+                       token == "[]" || IsHexString(token) || fuzzing::IsPdfNumber(token);
+    Require(known, "no token of the stream", token);
+    levels += token == "q" ? 1 : token == "Q" ? -1 : 0;
+    marks += token == "BDC" ? 1 : token == "EMC" ? -1 : 0;
+    Require(levels >= 0 && marks >= 0 && marks <= 1, "closes what is not open", stream);
+  }
+  Require(marks == 0, "a mark stays open", "");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  ByteSource source(data, size);
+  PlainNames names;
+  hdi::ContentGenerator generator(names);
+  hdi::ObjectAttributes attributes;
+  while (!source.IsEmpty()) {
+    Change(attributes, source);
+    WriteObject(generator, attributes, source);
+  }
+  CheckStream(generator.Finish());
+  return 0;
+}

@@ -1,0 +1,50 @@
+// A DXF drawing, read and plotted on a device that takes every call and shows no text, so that texts come as
+// strokes and outlines too.
+#include "host/hdiplot/dxf/dxf_reader.h"
+#include "host/hdiplot/errors.h"
+#include "host/hdiplot/plot/plot_drawing.h"
+#include "tests/fuzz/fuzz_target.h"
+#include "tests/fuzz/memory_file.h"
+#include "tests/hdiplot/plain_driver.h"
+
+namespace {
+
+using namespace hdiplot;
+
+class SmallSheetDriver final : public PlainDriver {
+ public:
+  SmallSheetDriver() {
+    record.paperWidth = 2000;
+    record.paperHeight = 3000;
+    Set(
+        hdi::Position::kGetCaps, +[](hdi::HostDevice*, int32_t index) -> uint32_t {
+          return index == 8 ? 2000 : index == 10 ? 3000 : index == 88 || index == 90 ? 254 : 0;
+        });
+  }
+};
+
+void Plot(const Drawing& drawing) {
+  static FontBook fonts;  // looking fonts up takes longer than all the rest
+  SmallSheetDriver driver;
+  ImageBook images;
+  PlotDevice device(driver);
+  Progress progress(ProgressDisplay::kOff);
+  PlotOptions options;
+  options.strokeComments = true;
+  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress);
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const fuzzing::MemoryFile file(data, size);
+  Drawing drawing;
+  try {
+    drawing = ReadDxf(file.Path());
+  } catch (const InputError&) {
+    return 0;
+  }
+  drawing.imageFiles.clear();  // an input must not name files of this machine
+  Plot(drawing);
+  return 0;
+}

@@ -1,0 +1,94 @@
+// How libFuzzer changes inputs that are lines of text: half of the time byte by byte, as ever; else by whole
+// records of HDI_RECORD_LINES lines and by whole numbers, which leaves more of them readable.
+#include <algorithm>
+#include <array>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tests/fuzz/fuzz_target.h"
+
+// libFuzzer's: the first it calls where there is one, the second is its own way.
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t room, unsigned int seed);
+extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t room);
+
+namespace {
+
+constexpr std::array<std::string_view, 16> kOddNumbers = {
+    "0",     "-1",         "1",           "0.5",        "2",   "90",    "128",  "255",
+    "65536", "2147483647", "-2147483648", "4294967295", "1e9", "-1e-9", "1e29", "1e300"};
+
+class Mutation {
+ public:
+  Mutation(std::string_view text, unsigned int seed) : random_(seed) {
+    while (!text.empty()) {
+      const size_t length = RecordLength(text);
+      records_.emplace_back(text.substr(0, length));
+      text.remove_prefix(length);
+    }
+  }
+
+  [[nodiscard]] std::string Make() {
+    if (records_.empty()) return "";
+    const size_t at = Below(records_.size());
+    const auto place = records_.begin() + static_cast<std::ptrdiff_t>(at);
+    switch (Below(5)) {
+      case 0:
+        records_.erase(place);
+        break;
+      case 1:
+        records_.insert(place, std::string(records_[Below(records_.size())]));
+        break;
+      case 2:
+        std::swap(records_[at], records_[Below(records_.size())]);
+        break;
+      default:
+        ReplaceNumber(records_[at]);
+        break;
+    }
+    std::string text;
+    for (const std::string& record : records_) text += record;
+    return text;
+  }
+
+ private:
+  static size_t RecordLength(std::string_view text) {
+    size_t end = 0;
+    for (int line = 0; line < HDI_RECORD_LINES && end < text.size(); ++line) {
+      end = std::min(text.find('\n', end), text.size() - 1) + 1;
+    }
+    return end;
+  }
+
+  // Of the last line, as a record of two has its number there.
+  void ReplaceNumber(std::string& record) {
+    const size_t start = HDI_RECORD_LINES == 1 ? 0 : std::min(record.find('\n'), record.size());
+    std::vector<std::pair<size_t, size_t>> numbers;
+    for (size_t at = start; (at = record.find_first_of("-0123456789", at)) < record.size();) {
+      const size_t end = std::min(record.find_first_not_of("-.0123456789eE+", at), record.size());
+      numbers.emplace_back(at, end - at);
+      at = end;
+    }
+    if (numbers.empty()) return;
+    const auto [at, length] = numbers[Below(numbers.size())];
+    record.replace(at, length, kOddNumbers[Below(kOddNumbers.size())]);
+  }
+
+  size_t Below(size_t bound) { return std::uniform_int_distribution<size_t>(0, bound - 1)(random_); }
+
+  std::minstd_rand random_;
+  std::vector<std::string> records_;
+};
+
+}  // namespace
+
+size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t room, unsigned int seed) {
+  if (seed % 2 == 0) return LLVMFuzzerMutate(data, size, room);
+  Mutation mutation({reinterpret_cast<const char*>(data), size}, seed);
+  const std::string text = mutation.Make();
+  if (text.empty() || text.size() > room) return LLVMFuzzerMutate(data, size, room);
+  std::ranges::copy(text, data);
+  return text.size();
+}
