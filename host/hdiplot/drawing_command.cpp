@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/hdiplot/drawing_input.h"
+#include "host/hdiplot/drawing_pages.h"
 #include "host/hdiplot/job.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/paper_plan.h"
@@ -71,18 +72,19 @@ FontMap ReadFontMap(const PlotOptions& options) {
   return map;
 }
 
-std::vector<Orientation> ChooseOrientations(const std::vector<Drawing>& drawings, const PlotOptions& options,
-                                            FontBook& fonts, const PaperPlan& paper) {
-  const Sheet portrait = paper.SheetFor(Orientation::kPortrait);
-  const Sheet landscape = paper.SheetFor(Orientation::kLandscape);
-  std::vector<Orientation> orientations;
-  orientations.reserve(drawings.size());
+// A drawing without the layout that is asked for is reported and has none.
+std::vector<DrawingPage> AllPages(const std::vector<Drawing>& drawings, const PlotOptions& options,
+                                  size_t& withoutPages) {
+  std::vector<DrawingPage> all;
   for (const Drawing& drawing : drawings) {
-    orientations.push_back(paper.IsCustom() && !orientations.empty()
-                               ? orientations.front()
-                               : BestOrientation(drawing, options, fonts, portrait, landscape));
+    const std::vector<DrawingPage> pages = PagesOf(drawing, options);
+    if (pages.empty()) {
+      ++withoutPages;
+      PrintError(NoSuchLayout(drawing, options));
+    }
+    all.insert(all.end(), pages.begin(), pages.end());
   }
-  return orientations;
+  return all;
 }
 
 JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const PaperPlan& paper,
@@ -121,11 +123,12 @@ void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
 class MeasureScale {
  public:
   void Add(const PlottedPage& page, const Sheet& sheet) {
-    onPaper_ = sheet.dotsPerMillimetre;
-    if (page.dotsPerUnit <= 0) return;
-    if (!common_) common_ = page.dotsPerUnit;
     constexpr double kRoom = 1e-9;
-    differs_ = differs_ || std::abs(page.dotsPerUnit - *common_) > kRoom * *common_;
+    onPaper_ = sheet.dotsPerMillimetre;
+    for (const double scale : page.dotsPerUnit) {
+      if (!common_) common_ = scale;
+      differs_ = differs_ || std::abs(scale - *common_) > kRoom * *common_;
+    }
   }
   [[nodiscard]] bool Differs() const { return differs_; }
   // Dots a unit of measure.
@@ -138,25 +141,28 @@ class MeasureScale {
 };
 
 // What is skipped, by the reader and in plotting.
-SkippedCounts PlotPages(const CommandLine& line, const std::vector<Drawing>& drawings, const PaperPlan& paper,
-                        const std::vector<Orientation>& orientations, FontBook& fonts, ImageBook& images,
-                        PlotDevice& device, Progress& progress) {
+SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>& pages,
+                        const PaperPlan& paper, FontBook& fonts, ImageBook& images, PlotDevice& device,
+                        Progress& progress) {
   SkippedCounts skipped;
   MeasureScale measure;
-  for (size_t i = 0; i < drawings.size(); ++i) {
-    device.StartPage(paper.PageChanges(orientations[i]));
+  const auto changes = RecordChanges(pages, paper);
+  for (size_t i = 0; i < pages.size(); ++i) {
+    const DrawingPage& page = pages[i];
+    device.StartPage(changes[i]);
     const uint64_t before = device.ObjectCount();
     const Sheet sheet = MakeSheet(device);
-    const PlottedPage page = PlotDrawing(drawings[i], line.plot, sheet, fonts, images, device, progress);
-    measure.Add(page, sheet);
-    Add(page.leftOut, skipped);
-    for (const auto& [type, count] : drawings[i].skipped) skipped[type] += count;
+    const PlottedPage plotted =
+        PlotDrawing(*page.drawing, line.plot, sheet, fonts, images, device, progress, page.layout);
+    measure.Add(plotted, sheet);
+    Add(plotted.leftOut, skipped);
+    for (const auto& [type, count] : SkippedOn(page)) skipped[type] += count;
     device.EndPage();
     if (line.verbosity == Verbosity::kVerbose) {
       progress.Finish();
-      PrintLine(stderr, fmt::format("page {}: {}, {} {}, {} objects", i + 1, drawings[i].name, paper.Name(),
-                                    orientations[i] == Orientation::kLandscape ? "landscape" : "portrait",
-                                    device.ObjectCount() - before));
+      const std::string layout = page.layout != nullptr ? ", " + page.layout->name : "";
+      PrintLine(stderr, fmt::format("page {}: {}{}, {}, {} objects", i + 1, page.drawing->name, layout,
+                                    PaperName(page, paper), device.ObjectCount() - before));
     }
   }
   device.SetLineScale(measure.Get());
@@ -188,18 +194,23 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
+  size_t withoutPages = 0;
+  std::vector<DrawingPage> pages = AllPages(drawings, line.plot, withoutPages);
+  if (pages.empty()) return ExitStatus::kNothingDone;
+
   WarnOfUnmatchedPatterns(line.plot.layers, drawings);
 
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
   const PaperPlan paper(driver, line.plot);
-  const std::vector<Orientation> orientations = ChooseOrientations(drawings, line.plot, fonts, paper);
-  Job job(driver, SettingsFor(line, drawings.front(), paper, orientations.front()), line);
-  const SkippedCounts skipped =
-      PlotPages(line, drawings, paper, orientations, fonts, images, job.Device(), progress);
+  ChooseOrientations(pages, line.plot, fonts, paper);
+  const DrawingPage& first = pages.front();
+  Job job(driver, SettingsFor(line, *first.drawing, paper, first.orientation), line);
+  const SkippedCounts skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);
-  return drawings.size() < line.inputs.size() || images.HasUnusable() ? ExitStatus::kPartlyDone : status;
+  const bool isPartial = drawings.size() < line.inputs.size() || withoutPages > 0 || images.HasUnusable();
+  return isPartial ? ExitStatus::kPartlyDone : status;
 }
 
 }  // namespace hdiplot

@@ -51,10 +51,19 @@ void PrintSpace(const char* name, const Drawing& drawing, uint64_t EntityCount::
   PrintLine(stdout, fmt::format("  {}: {}", name, counts.empty() ? "empty" : FormatCounts(counts)));
 }
 
+void PrintLayout(const Layout& layout) {
+  std::string what = "no paper";
+  if (layout.sheet) what = fmt::format("{:.6g} x {:.6g} mm", layout.sheet->width, layout.sheet->height);
+  what += fmt::format(", {} viewport{}", layout.viewports, layout.viewports == 1 ? "" : "s");
+  PrintLine(stdout, fmt::format("    {:<24} {}", layout.name, what));
+}
+
 void PrintDrawing(const Drawing& drawing) {
   PrintLine(stdout, drawing.name);
   PrintSpace("model space", drawing, &EntityCount::model);
   PrintSpace("paper space", drawing, &EntityCount::paper);
+  if (!drawing.layouts.empty()) PrintLine(stdout, "  layouts:");
+  for (const Layout& layout : drawing.layouts) PrintLayout(layout);
   PrintLine(stdout, "  layers:");
   for (const auto& [folded, layer] : LayersOf(drawing)) {
     PrintLine(stdout, fmt::format("    {:<24} {}", layer.first, StateOf(layer.second)));

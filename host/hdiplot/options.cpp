@@ -28,6 +28,7 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot *.dxf -o set.pdf --paper "ANSI D"        one PDF with a page for each drawing
   hdiplot plan.dxf --paper 600x300 --margins 10,5,10,5 --background ivory
   hdiplot plan.dxf --layer 'WALL*' --layer DOORS --skip-layer '*_TEXT' --monochrome
+  hdiplot plan.dxf --layout all                    the drawing's sheets, each on paper of its own size
   hdiplot plan.dxf --list                          tells what is in a drawing
   hdiplot plan.dxf --record plan.jsonl             also keeps the plot as a trace
   hdiplot plan.dxf --preview plan.png              also makes a picture of the first page
@@ -187,8 +188,12 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       "--no-links", [&plot] { plot.keepLinks = false; }, "No hyperlinks in the PDF"));
   forDrawings(app.add_flag("--shx-comments", plot.strokeComments,
                            "The words of stroke fonts as comments, too, which show under the pointer"));
-  auto* list = forDrawings(
-      app.add_flag("--list", line.list, "Print the drawings' spaces, entities and layers; plot nothing"));
+  forDrawings(app.add_option("--layout", plot.layout,
+                             "The sheet to plot, a page each with \"all\" (default: the model, or all "
+                             "layouts when it is empty)"))
+      ->type_name("NAME|all|model");
+  auto* list = forDrawings(app.add_flag(
+      "--list", line.list, "Print the drawings' spaces, layouts, entities and layers; plot nothing"));
   list->excludes(output)->excludes(record)->excludes(preview);
 
   app.add_option("--device", line.device, "The driver's device (default: the first)")

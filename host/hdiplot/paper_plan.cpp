@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kDefaultPaper = "A4";
 constexpr int32_t kCustomPaperId = 0;
+// Of no paper: the driver leaves the sheet's size and margins as the record has them.
+constexpr int32_t kUnlistedPaperId = -1;
 constexpr double kTenthsPerMillimetre = 10;
 // Around a sheet of the user's size: this much, but no more than a tenth of the shorter side.
 constexpr double kDefaultMargin = 5;
@@ -103,6 +105,24 @@ void PaperPlan::AddTo(JobSettings& job, Orientation orientation) const {
 std::optional<FieldSettings> PaperPlan::PageChanges(Orientation orientation) const {
   if (isCustom_) return std::nullopt;
   return FieldSettings{DevModeSetting("dmOrientation", OrientationCode(orientation))};
+}
+
+FieldSettings PaperPlan::WholePageChanges(Orientation orientation) const {
+  const auto [width, height, margins] = PlacedAs(orientation);
+  return SheetChanges({width, height, margins.left, margins.top, margins.right, margins.bottom});
+}
+
+FieldSettings SheetChanges(const LayoutSheet& sheet) {
+  const auto tenths = [](std::string_view name, double millimetres) {
+    return DevModeSetting(name, static_cast<int64_t>(Tenths(millimetres)));
+  };
+  return {DevModeSetting("dmPaperSize", kUnlistedPaperId),
+          tenths("paperWidth", sheet.width),
+          tenths("paperHeight", sheet.height),
+          tenths("marginLeft", sheet.left),
+          tenths("marginTop", sheet.top),
+          tenths("marginRight", sheet.right),
+          tenths("marginBottom", sheet.bottom)};
 }
 
 }  // namespace hdiplot

@@ -30,6 +30,8 @@ class PaperPlan {
 
   // What a page must change in the record to be held so.
   [[nodiscard]] std::optional<FieldSettings> PageChanges(Orientation orientation) const;
+  // The same for a page behind one of another paper.
+  [[nodiscard]] FieldSettings WholePageChanges(Orientation orientation) const;
 
  private:
   // Millimetres, as the page is seen.
@@ -47,5 +49,8 @@ class PaperPlan {
   double height_ = 0;
   Margins margins_;
 };
+
+// What a page must change in the record to be on that sheet, whatever papers the driver lists.
+[[nodiscard]] FieldSettings SheetChanges(const LayoutSheet& sheet);
 
 }  // namespace hdiplot

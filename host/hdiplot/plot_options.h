@@ -31,6 +31,7 @@ struct PlotOptions {
   Orientation orientation = Orientation::kFit;
   std::optional<Margins> margins;  // none: the paper's own
   std::optional<double> scale;     // N of 1:N, drawing millimetres on a millimetre of paper; none: fit
+  std::string layout;              // "model", "all", or a layout's name; empty: see PagesOf
   int dpi = 600;
   bool monochrome = false;
   std::optional<Rgb> background;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <regex>
 #include <string>
 #include <vector>
@@ -204,10 +205,56 @@ TEST_F(Drawings, AreListed) {
   EXPECT_EQ(listed.status, 1);
   EXPECT_EQ(
       listed.out,
-      "rich.dxf\n  model space: 1 LINE, 1 TEXT\n  paper space: 1 LINE\n  layers:\n"
+      "rich.dxf\n  model space: 1 LINE, 1 TEXT\n  paper space: 1 LINE\n"
+      "  layouts:\n    Layout1                  no paper, 0 viewports\n  layers:\n"
       "    0                        on\n    Doors                    on\n    Walls                    off\n");
   EXPECT_THAT(listed.err, HasSubstr("missing.dxf"));
   EXPECT_FALSE(place.Has("rich.pdf"));
+}
+
+// A model of a line of ten metres, and two sheets: A4 with a viewport at 1:50, and A2 upright, with a line.
+std::string LayoutDrawing() {
+  std::string text =
+      "0|SECTION|2|TABLES|0|TABLE|2|BLOCK_RECORD|0|BLOCK_RECORD|5|A1|2|*Paper_Space|0|BLOCK_RECORD|5|A2|2|"
+      "*Paper_Space0|0|ENDTAB|0|ENDSEC|0|SECTION|2|BLOCKS|0|BLOCK|2|*Paper_Space0|10|0|20|0|0|LINE|10|0|20|0|"
+      "11|9|21|9|0|ENDBLK|0|ENDSEC|0|SECTION|2|ENTITIES|0|LINE|10|0|20|0|11|10000|21|0|0|VIEWPORT|67|1|69|2|"
+      "10|140|20|100|40|250|41|100|12|5000|22|0|45|5000|0|ENDSEC|0|SECTION|2|OBJECTS|"
+      "0|LAYOUT|44|210|45|297|73|1|100|AcDbLayout|1|Plan|71|1|330|A1|"
+      "0|LAYOUT|44|420|45|594|73|0|100|AcDbLayout|1|Details|71|2|330|A2|0|ENDSEC|0|EOF|";
+  std::ranges::replace(text, '|', '\n');
+  return text;
+}
+
+TEST_F(Drawings, HaveTheirLayoutsAsPages) {
+  place.Write("sheets.dxf", LayoutDrawing());
+  const auto boxes = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"-o", "out.pdf", "--record", "out.jsonl"});
+    EXPECT_EQ(place.RunReal(arguments).status, 0);
+    const std::string pdf = place.Read("out.pdf");
+    EXPECT_EQ(place.RunReal({"out.jsonl", "-o", "again.pdf"}).status, 0);
+    EXPECT_EQ(Timeless(place.Read("again.pdf")), Timeless(pdf));
+    return MediaBoxes(pdf);
+  };
+  EXPECT_THAT(boxes({"sheets.dxf", "--layout", "all"}), ElementsAre("841x595", "1190x1683"));
+  EXPECT_THAT(boxes({"sheets.dxf", "--layout", "model", "--portrait"}), ElementsAre("595x841"));
+  EXPECT_THAT(boxes({"sheets.dxf", "--layout", "details", "--paper", "A3"}), ElementsAre("841x1190"));
+  EXPECT_THAT(boxes({"sheets.dxf", "--layout", "PLAN"}), ElementsAre("841x595"));
+  EXPECT_NEAR(UnitsPerPoint(place.Read("out.pdf")) / (25.4 / 72), 50, 50e-5);
+
+  // Sheets among pages of the paper that is asked for, which comes back behind them.
+  std::string noModel = LayoutDrawing();
+  const std::string line = "0\nLINE\n10\n0\n20\n0\n11\n10000\n21\n0\n";
+  noModel.erase(noModel.find(line), line.size());
+  place.Write("paper.dxf", noModel);
+  EXPECT_THAT(boxes({"wide.dxf", "paper.dxf", "wide.dxf"}),
+              ElementsAre("841x595", "841x595", "1190x1683", "841x595"));
+
+  const Outcome missing = place.RunReal({"sheets.dxf", "--layout", "Attic", "-o", "none.pdf"});
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_EQ(missing.err, "hdiplot: sheets.dxf: has no layout \"Attic\"; there are: Plan, Details\n");
+  EXPECT_FALSE(place.Has("none.pdf"));
+  EXPECT_THAT(place.RunReal({"sheets.dxf", "--list"}).out,
+              HasSubstr("Plan                     297 x 210 mm, 1 viewport\n"));
 }
 
 TEST_F(Drawings, PlayTheSameFromTheirRecordedTrace) {

@@ -115,14 +115,15 @@ LoggingDriver::LoggingDriver() {
       });
 }
 
-LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options, bool showsText) {
+LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options, bool showsText,
+                          const Layout* layout) {
   LoggingDriver driver;
   driver.showsText = showsText;
   FontBook fonts;
   ImageBook images;
   PlotDevice device(driver);
   Progress progress(ProgressDisplay::kOff);
-  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress);
+  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress, layout);
   return driver;
 }
 

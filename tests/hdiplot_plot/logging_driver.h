@@ -34,9 +34,9 @@ class LoggingDriver final : public PlainDriver {
   bool showsText = true;  // what it says to a text with advances and without tracking
 };
 
-// The driver behind plotting `drawing`, and the calls that it got.
+// The driver behind plotting `drawing`'s model or the layout, and the calls that it got.
 [[nodiscard]] LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options,
-                                        bool showsText = true);
+                                        bool showsText = true, const Layout* layout = nullptr);
 [[nodiscard]] std::vector<LoggedCall> PlotToLog(const Drawing& drawing, const PlotOptions& options = {},
                                                 bool showsText = true);
 

@@ -230,9 +230,21 @@ struct InsertEntity {  // INSERT, and DIMENSION through its block
   double rowSpacing = 0;
 };
 
+struct ViewportEntity {  // VIEWPORT that shows the model from above
+  Vec2 center;           // on the layout, as the size
+  double width = 1;
+  double height = 1;
+  double scale = 1;  // the layout's units on one of the model
+  Vec2 viewCenter;   // what comes to the middle, of the model turned by `twist` about `target`
+  Vec2 target;
+  double twist = 0;                       // radians
+  std::vector<std::string> frozenLayers;  // not seen here
+  HatchLoop clip;                         // the outline, which is an entity of its own; empty: a rectangle
+};
+
 using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
                            PointEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity,
-                           ImageEntity, WipeoutEntity, InsertEntity>;
+                           ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
 
 struct Entity {
   Attributes attributes;
@@ -277,6 +289,30 @@ struct EntityCount {
   uint64_t paper = 0;
 };
 
+// Millimetres, as the layout is seen on it.
+struct LayoutSheet {
+  double width = 0;
+  double height = 0;
+  double left = 0;  // margins, this and the next three
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+  bool operator==(const LayoutSheet&) const = default;
+};
+
+inline constexpr const char* kActivePaper = "*PAPER_SPACE";
+
+struct Layout {  // a sheet in paper space
+  std::string name;
+  std::string block;                        // holds its entities; kActivePaper: Drawing::entities does, too
+  int64_t order = 0;                        // among the drawing's layouts
+  std::optional<LayoutSheet> sheet;         // none: the drawing does not say
+  double millimetresPerUnit = 1;            // on paper
+  Vec2 origin;                              // millimetres from the lower left corner of the printable area
+  uint64_t viewports = 0;                   // that are shown
+  std::map<std::string, uint64_t> skipped;  // as the drawing's; of the layout alone
+};
+
 struct Drawing {
   std::string name;  // the file's name without directories
   std::vector<Entity> entities;
@@ -286,12 +322,27 @@ struct Drawing {
   std::map<std::string, std::string> imageFiles;  // as the drawing names them, by upper-case handle
   std::filesystem::path folder;                   // that the file is in
   std::map<std::string, TextStyle> textStyles;    // by upper-case name
-  double lineTypeScale = 1;                       // $LTSCALE
-  double millimetresPerUnit = 1;                  // from $INSUNITS, 1 when unitless
-  int pointMode = 0;                              // $PDMODE
-  double pointSize = 0;                           // $PDSIZE
+  std::vector<Layout> layouts;    // in their order; one at least when paper space has entities
+  double lineTypeScale = 1;       // $LTSCALE
+  bool paperLineTypes = true;     // $PSLTSCALE: line types in viewports are as long as on paper
+  double millimetresPerUnit = 1;  // from $INSUNITS, 1 when unitless
+  int pointMode = 0;              // $PDMODE
+  double pointSize = 0;           // $PDSIZE
   std::map<std::string, EntityCount, std::less<>> types;  // all entities but those in blocks, by type
-  std::map<std::string, uint64_t> skipped;                // entity types that are not plotted, and how many
+  std::map<std::string, uint64_t> skipped;  // entity types of the model that are not plotted, and how many
 };
+
+// Calls `visit` for the layout's entities, in their order.
+template <typename Visit>
+void ForEachEntity(const Drawing& drawing, const Layout& layout, Visit visit) {
+  const auto block = drawing.blocks.find(layout.block);
+  if (block != drawing.blocks.end()) {
+    for (const Entity& entity : block->second.entities) visit(entity);
+  }
+  if (layout.block != kActivePaper) return;
+  for (const Entity& entity : drawing.entities) {
+    if (entity.attributes.paperSpace) visit(entity);
+  }
+}
 
 }  // namespace hdiplot

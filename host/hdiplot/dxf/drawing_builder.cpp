@@ -9,6 +9,7 @@
 #include "host/hdiplot/dxf/entity_attributes.h"
 #include "host/hdiplot/dxf/hatch_reader.h"
 #include "host/hdiplot/dxf/image_reader.h"
+#include "host/hdiplot/dxf/layout_reader.h"
 
 namespace hdiplot {
 namespace {
@@ -73,6 +74,8 @@ void DrawingBuilder::OnVariable(const DxfObject& variable) {
   } else if (variable.type == "$LTSCALE") {
     const double scale = adapter_.ReadVariable(variable).real;
     if (scale > 0 && scale <= kLargestScale) drawing_.lineTypeScale = scale;
+  } else if (variable.type == "$PSLTSCALE") {
+    drawing_.paperLineTypes = adapter_.ReadVariable(variable).integer != 0;
   } else if (variable.type == "$PDMODE") {
     drawing_.pointMode = adapter_.ReadVariable(variable).integer;
   } else if (variable.type == "$PDSIZE") {
@@ -87,7 +90,12 @@ void DrawingBuilder::OnVariable(const DxfObject& variable) {
 void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
   if (entry.type == "LAYER") {
     auto [name, layer] = adapter_.ReadLayer(entry);
+    if (const Group* handle = entry.Find(5)) layersByHandle_[HandleKey(*handle)] = name;
     drawing_.layers[name] = std::move(layer);
+  } else if (entry.type == "BLOCK_RECORD") {
+    const Group* handle = entry.Find(5);
+    const Group* name = entry.Find(2);
+    if (handle && name) blocksByHandle_[HandleKey(*handle)] = UpperCase(names_.Decode(*name));
   } else if (entry.type == "LTYPE") {
     if (auto lineType = adapter_.ReadLineType(entry)) {
       drawing_.lineTypes[lineType->name] = std::move(lineType->lineType);
@@ -118,6 +126,7 @@ void DrawingBuilder::OnBlockEnd() {
 void DrawingBuilder::OnEntitiesEnd() { CheckNoPolylineOpen(); }
 
 void DrawingBuilder::OnObject(const DxfObject& object) {
+  if (object.type == "LAYOUT") AddLayout(object);
   if (object.type != "IMAGEDEF") return;
   const Group* handle = object.Find(5);
   const Group* file = object.Find(1);
@@ -125,6 +134,16 @@ void DrawingBuilder::OnObject(const DxfObject& object) {
 }
 
 void DrawingBuilder::OnEntity(const DxfObject& entity) {
+  const size_t before = entities_->size();
+  ReadEntity(entity);
+  const Group* handle = entity.Find(5);
+  if (!handle || entities_->size() == before) return;
+  if (IsOnSheet(entities_->back().attributes)) {
+    outlines_[HandleKey(*handle)] = {entities_, before};
+  }
+}
+
+void DrawingBuilder::ReadEntity(const DxfObject& entity) {
   if (polyline_ || entity.type == "VERTEX") {
     AddPartOfPolyline(entity);
     return;
@@ -147,6 +166,8 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     AddEntity(attributes, ReadImage(entity));
   } else if (entity.type == "WIPEOUT") {
     AddEntity(attributes, ReadWipeout(entity));
+  } else if (entity.type == "VIEWPORT") {
+    AddViewport(entity, attributes);
   } else if (entity.type == "DIMENSION") {
     AddDimension(entity, attributes);
   } else if (!DxflibAdapter::ReadsShape(entity.type)) {
@@ -274,12 +295,11 @@ Drawing DrawingBuilder::Finish() {
       graph_.AddInsert(insert.within, insert.block, insert.visible ? insert.copies : 0, insert.line);
   }
   graph_.CheckForCircles();
+  FinishViewports();
   RemoveUnresolved(drawing_.entities);
   for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
-  const bool hasModel =
-      std::ranges::any_of(drawing_.entities, [](const Entity& e) { return !e.attributes.paperSpace; });
-  drawing_.skipped = graph_.SkippedIn(hasModel || drawing_.entities.empty() ? kModelName : kPaperName);
-  std::erase_if(drawing_.skipped, [](const auto& entry) { return entry.second == 0; });
+  FinishLayouts();
+  drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
 }
 

@@ -1,7 +1,9 @@
 // Puts the drawing together from the objects of a DXF.
 #pragma once
 
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +58,13 @@ class DrawingBuilder : public DxfVisitor {
   void TakeFromInsert(Attributes& attributes) const;
   void AddEntity(const Attributes& attributes, Shape shape);
   void Count(std::string_view type, const Attributes& attributes);
+  void ReadEntity(const DxfObject& entity);
+  bool IsOnSheet(const Attributes& attributes) const;
+  void AddLayout(const DxfObject& object);
+  void AddViewport(const DxfObject& entity, const Attributes& attributes);
+  void FinishViewports();
+  void FinishLayouts();
+  TypeCounts SkippedIn(const std::string& place) const;
   void CountSkipped(std::string_view type, const Attributes& attributes);
   std::string Place(const Attributes& attributes) const;
   void RemoveUnresolved(std::vector<Entity>& entities) const;
@@ -66,9 +75,24 @@ class DrawingBuilder : public DxfVisitor {
   TextReader texts_;
   BlockGraph graph_;
   std::vector<Insert> inserts_;
-  std::vector<std::string> external_;  // blocks whose content is in another file
-  std::string block_;                  // the one being read; empty in the model
-  std::vector<Entity>* entities_;      // its entities
+  // An entity among others, which stay where they are up to the end.
+  struct EntityPlace {
+    std::vector<Entity>* entities;
+    size_t index;
+  };
+  struct OpenViewport {
+    EntityPlace place;
+    std::string clipHandle;  // of its outline, which may follow
+  };
+
+  std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
+  std::map<std::string, std::string> blocksByHandle_;
+  std::map<std::string, EntityPlace> outlines_;  // entities of layouts
+  std::vector<OpenViewport> viewports_;          // with an outline
+  std::set<std::string> sheetsSeen_;             // where there has been a viewport, as Place names it
+  std::vector<std::string> external_;            // blocks whose content is in another file
+  std::string block_;                            // the one being read; empty in the model
+  std::vector<Entity>* entities_;                // its entities
   std::optional<OpenPolyline> polyline_;
   std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
 };

@@ -134,6 +134,7 @@ void StructureReader::ReadEntities() {
 void StructureReader::ReadObjects() {
   reader_.SetValueCheck(ValueCheck::kNone);
   for (Advance(); !AtSectionEnd();) {
+    reader_.SetValueCheck(AtStart("LAYOUT") ? ValueCheck::kNumber : ValueCheck::kNone);
     if (group_.code == kTypeCode) {
       CollectObject();
       visitor_.OnObject(object_);

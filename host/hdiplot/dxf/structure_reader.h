@@ -21,7 +21,8 @@ class DxfVisitor {
   virtual void OnBlockEnd() = 0;
   virtual void OnEntity(const DxfObject& entity) = 0;  // also VERTEX, ATTRIB and SEQEND
   virtual void OnEntitiesEnd() = 0;                    // the end of the ENTITIES section
-  virtual void OnObject(const DxfObject& object) = 0;  // of the section OBJECTS; its numbers are not read
+  virtual void OnObject(
+      const DxfObject& object) = 0;  // of the section OBJECTS; numbers are read of LAYOUT only
 };
 
 class StructureReader {

@@ -37,19 +37,59 @@ std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate,
   return Segment{within(segment.from), within(segment.to)};
 }
 
-// The part of a ring with `coordinate` on one side of the limit: above it for sign 1, below for -1. What is
-// cut away leaves edges along the limit, which enclose nothing.
-std::vector<Vec2> CutRing(const std::vector<Vec2>& ring, double Vec2::*coordinate, double limit, int sign) {
-  std::vector<Vec2> cut;
+double TwiceArea(const ClipRing& ring) {
+  double twice = 0;
+  for (size_t i = 0; i < ring.size(); ++i) twice += Cross(ring[i], ring[(i + 1) % ring.size()]);
+  return twice;
+}
+
+bool IsConvex(const ClipRing& ring) {
+  bool left = false;
+  bool right = false;
   for (size_t i = 0; i < ring.size(); ++i) {
-    const Vec2 from = ring[i];
-    const Vec2 to = ring[(i + 1) % ring.size()];
-    const double before = (from.*coordinate - limit) * sign;
-    const double after = (to.*coordinate - limit) * sign;
-    if (before >= 0) cut.push_back(from);
-    if ((before >= 0) != (after >= 0)) cut.push_back(Between(from, to, before / (before - after)));
+    const Vec2 side = ring[(i + 1) % ring.size()] - ring[i];
+    const double turn = Cross(side, ring[(i + 2) % ring.size()] - ring[(i + 1) % ring.size()]);
+    left = left || turn > 0;
+    right = right || turn < 0;
   }
-  return cut;
+  return !(left && right);
+}
+
+// The part of a ring within a convex one. What is cut away leaves edges along it, which enclose nothing.
+ClipRing Within(ClipRing ring, const ClipRing& convex) {
+  const double sign = TwiceArea(convex) < 0 ? -1 : 1;
+  for (size_t side = 0; side < convex.size(); ++side) {
+    const Vec2 start = convex[side];
+    const Vec2 along = (convex[(side + 1) % convex.size()] - start) * sign;
+    const ClipRing whole = std::exchange(ring, {});
+    for (size_t i = 0; i < whole.size(); ++i) {
+      const Vec2 from = whole[i];
+      const Vec2 to = whole[(i + 1) % whole.size()];
+      const double before = Cross(along, from - start);
+      const double after = Cross(along, to - start);
+      if (before >= 0) ring.push_back(from);
+      if ((before >= 0) != (after >= 0)) ring.push_back(Between(from, to, before / (before - after)));
+    }
+  }
+  return ring;
+}
+
+// What both enclose. Of two that are not convex, the one counts as its box.
+std::vector<ClipRing> Common(std::span<const ClipRing> rings, const ClipRing& outer) {
+  if (rings.size() == 1 && !IsConvex(outer) && IsConvex(rings.front())) return {Within(outer, rings.front())};
+  ClipRing convex = outer;
+  if (!IsConvex(outer)) {
+    Box box;
+    for (const Vec2& p : outer) box.Add(p);
+    convex = {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
+  }
+  std::vector<ClipRing> common;
+  for (const ClipRing& ring : rings) common.push_back(Within(ring, convex));
+  return common;
+}
+
+ClipRing SheetRing(const Sheet& sheet) {
+  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
 }
 
 std::vector<hdi::HT_Double_Point> SheetCorners(const Sheet& sheet) {
@@ -192,37 +232,52 @@ Vec2 Canvas::OnWholeDot(Vec2 p) const {
 }
 
 void Canvas::ClipToSheet() {
-  clipsToSheet_ = true;
-  SetClip({SheetCorners(sheet_)});
+  clips_ = {SheetRing(sheet_)};
+  SetClip(clips_);
 }
 
-bool Canvas::ClipTo(std::span<const std::vector<Vec2>> rings) {
-  std::vector<std::vector<hdi::HT_Double_Point>> polygons;
-  for (std::vector<Vec2> ring : rings) {
-    if (clipsToSheet_) {
-      ring = CutRing(ring, &Vec2::x, 0, 1);
-      ring = CutRing(ring, &Vec2::x, sheet_.width, -1);
-      ring = CutRing(ring, &Vec2::y, 0, 1);
-      ring = CutRing(ring, &Vec2::y, sheet_.height, -1);
-    }
-    if (ring.size() < 3) continue;
-    polygons.emplace_back();
-    for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
-  }
-  if (!polygons.empty()) SetClip(polygons);
-  return !polygons.empty();
+std::vector<ClipRing> Canvas::WithinClips(std::span<const ClipRing> rings) const {
+  std::vector<ClipRing> within(rings.begin(), rings.end());
+  if (!clips_.empty()) within = Common(rings, clips_.back());
+  std::erase_if(within, [](const ClipRing& ring) { return ring.size() < 3; });
+  return within;
 }
 
-// A list without points takes the clip away.
+bool Canvas::ClipTo(std::span<const ClipRing> rings) {
+  const std::vector<ClipRing> within = WithinClips(rings);
+  if (!within.empty()) SetClip(within);
+  return !within.empty();
+}
+
 void Canvas::Unclip() {
-  SetClip({clipsToSheet_ ? SheetCorners(sheet_) : std::vector<hdi::HT_Double_Point>()});
+  SetClip(clips_.empty() ? std::span<const ClipRing>() : std::span(&clips_.back(), 1));
 }
 
-// The driver takes the first clip of a page for the page's own, and any later one for a clip.
-void Canvas::SetClip(const std::vector<std::vector<hdi::HT_Double_Point>>& polygons) {
+bool Canvas::BeginView(const ClipRing& ring) {
+  std::vector<ClipRing> within = WithinClips({&ring, 1});
+  if (within.empty()) return false;
+  clips_.push_back(std::move(within.front()));
+  Unclip();
+  return true;
+}
+
+void Canvas::EndView() {
+  clips_.pop_back();
+  Unclip();
+}
+
+// The driver takes the first clip of a page for the page's own, and any later one for a clip. A list without
+// points takes the clip away.
+void Canvas::SetClip(std::span<const ClipRing> rings) {
   const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
   if (!hasPageClip_) device_.SetClip(page);
   hasPageClip_ = true;
+  std::vector<std::vector<hdi::HT_Double_Point>> polygons;
+  for (const ClipRing& ring : rings) {
+    polygons.emplace_back();
+    for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
+  }
+  if (polygons.empty()) polygons.emplace_back();
   device_.SetClip(polygons);
 }
 

@@ -15,6 +15,8 @@
 
 namespace hdiplot {
 
+using ClipRing = std::vector<Vec2>;  // dots; closed from its last point to its first
+
 enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
 
 struct Stroke {
@@ -97,9 +99,13 @@ class Canvas {
   // Keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
   void ClipToSheet();
   // Keeps what follows, up to Unclip, within rings of plottable points, as the nonzero winding rule has it,
-  // and within the sheet as before. False when nothing of them is there; then there is no clip to end.
-  [[nodiscard]] bool ClipTo(std::span<const std::vector<Vec2>> rings);
+  // and within the view and the sheet as before. False when nothing of them is there; then there is no clip
+  // to end.
+  [[nodiscard]] bool ClipTo(std::span<const ClipRing> rings);
   void Unclip();
+  // The same with a ring for all that follows up to EndView, with other clips in between.
+  [[nodiscard]] bool BeginView(const ClipRing& ring);
+  void EndView();
 
   // An image, which must live until the device's EndDoc.
   void Bitmap(const hdi::HostImageRecord& record) { device_.Bitmap(record); }
@@ -125,7 +131,8 @@ class Canvas {
   enum class PathPart { kNone, kLines, kCurves };
 
   void SetPen(const Pen& pen);
-  void SetClip(const std::vector<std::vector<hdi::HT_Double_Point>>& polygons);
+  [[nodiscard]] std::vector<ClipRing> WithinClips(std::span<const ClipRing> rings) const;
+  void SetClip(std::span<const ClipRing> rings);
   void UseFillMode(uint32_t mode);
   void CloseRing();
   void FlushPathPart();
@@ -143,7 +150,7 @@ class Canvas {
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
   bool hasPageClip_ = false;
-  bool clipsToSheet_ = false;
+  std::vector<ClipRing> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
   bool isMissing_ = false;
 };
 

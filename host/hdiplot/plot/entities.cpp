@@ -3,6 +3,7 @@
 #include "host/hdiplot/plot/gradient.h"
 #include "host/hdiplot/plot/hatch_pattern.h"
 #include "host/hdiplot/plot/splines.h"
+#include "host/hdiplot/plot/walk.h"
 
 namespace hdiplot {
 
@@ -129,6 +130,16 @@ void EntityPlotter::Draw(const FaceEntity& face) {
   for (size_t i = 0; i < std::min(count, face.edgeVisible.size()); ++i) {
     if (face.edgeVisible[i]) canvas_.Line(map_(face.corners[i]), map_(face.corners[(i + 1) % count]));
   }
+}
+
+// The border. An outline that is not a rectangle is an entity itself.
+void EntityPlotter::Draw(const ViewportEntity& viewport) {
+  if (!viewport.clip.edges.empty() || !viewport.clip.polyline.vertices.empty()) return;
+  UseStyle();
+  points_.clear();
+  for (const Vec2& p : FrameOf(viewport)) points_.push_back(map_(p));
+  points_.push_back(points_.front());
+  canvas_.Polyline(points_);
 }
 
 void EntityPlotter::Draw(const TextEntity& text) { DrawText(texts_.Set(text)); }

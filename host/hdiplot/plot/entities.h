@@ -33,6 +33,9 @@ class EntityPlotter {
         textPlotter_(canvas, fonts, scale.strokeComments),
         imagePlotter_(canvas, drawing, images, scale.paper) {}
 
+  // The scale from here on: shapes of the model within a viewport have another one than those beside it.
+  void SetScale(const ShapeScale& scale) { scale_ = scale; }
+
   // Draws `shape` in `style`; `map` leads from its coordinates to dots. Does nothing for an InsertEntity.
   void Plot(const Shape& shape, const Affine& map, const Style& style);
 
@@ -54,6 +57,7 @@ class EntityPlotter {
   void Draw(const HatchEntity& hatch);
   void Draw(const ImageEntity& image) { imagePlotter_.Plot(image, map_, StrokeOf(*style_)); }
   void Draw(const WipeoutEntity& wipeout) { imagePlotter_.Plot(wipeout, map_); }
+  void Draw(const ViewportEntity& viewport);
   void Draw(const InsertEntity& /*insert*/) {}
 
   void DrawText(const TextBlock& block);

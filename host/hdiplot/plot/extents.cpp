@@ -19,6 +19,12 @@ class ExtentsSink final : public ShapeSink {
     std::visit([this](const auto& form) { Add(form); }, shape);
   }
 
+  bool BeginViewport(const ViewportEntity& viewport, const Affine& map) override {
+    map_ = map;
+    AddPoints(FrameOf(viewport));
+    return false;
+  }
+
   [[nodiscard]] const Box& Extents() const { return box_; }
 
  private:
@@ -60,6 +66,7 @@ class ExtentsSink final : public ShapeSink {
   void Add(const WipeoutEntity& wipeout) {
     for (const auto& ring : wipeout.rings) AddPoints(ring);
   }
+  void Add(const ViewportEntity& viewport) { AddPoints(FrameOf(viewport)); }
   void Add(const InsertEntity& /*insert*/) {}
 
   void Add(const PolylineEntity& polyline) {
@@ -101,9 +108,10 @@ class ExtentsSink final : public ShapeSink {
 
 }  // namespace
 
-Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts) {
+Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
+                   const Layout* layout) {
   ExtentsSink sink(drawing, fonts);
-  DrawingWalk(drawing, options, sink).Run(Affine{});
+  DrawingWalk(drawing, options, sink).Run(Affine{}, layout);
   return sink.Extents();
 }
 

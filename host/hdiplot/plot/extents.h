@@ -7,9 +7,10 @@
 
 namespace hdiplot {
 
-// The box in drawing units around all that DrawingWalk comes upon, whatever the file's header says: exact for
-// lines, arcs and splines, texts as high as their fonts, with the widths of polylines and without line
-// weights and point symbols.
-[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts);
+// The box in units of the model, or of the layout, around all that DrawingWalk comes upon there, whatever the
+// file's header says: exact for lines, arcs and splines, texts as high as their fonts, with the widths of
+// polylines and without line weights and point symbols.
+[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
+                                 const Layout* layout = nullptr);
 
 }  // namespace hdiplot

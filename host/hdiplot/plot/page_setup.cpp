@@ -40,11 +40,33 @@ Sheet MakeSheet(PlotDevice& device) {
 }
 
 Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
-                            const Sheet& portrait, const Sheet& landscape) {
+                            const Sheet& portrait, const Sheet& landscape, const Layout* layout) {
   if (options.orientation != Orientation::kFit) return options.orientation;
-  const Box extents = PlottedExtents(drawing, options, fonts);
+  const Box extents = PageExtents(drawing, layout, options, fonts);
   return FittingScale(extents, landscape) > FittingScale(extents, portrait) ? Orientation::kLandscape
                                                                             : Orientation::kPortrait;
+}
+
+bool HasOwnSheet(const Layout* layout, const PlotOptions& options) {
+  const bool isAskedFor = !options.paper.name.empty() || options.paper.sizeMillimetres;
+  return layout != nullptr && layout->sheet && !isAskedFor;
+}
+
+Box PageExtents(const Drawing& drawing, const Layout* layout, const PlotOptions& options, FontBook& fonts) {
+  if (layout == nullptr || !layout->sheet) return PlottedExtents(drawing, options, fonts, layout);
+  const LayoutSheet& sheet = *layout->sheet;
+  const double unit = 1 / layout->millimetresPerUnit;
+  const Vec2 low = layout->origin * -unit;
+  Box box;
+  box.Add(low);
+  box.Add(low + Vec2{sheet.width - sheet.left - sheet.right, sheet.height - sheet.top - sheet.bottom} * unit);
+  return box;
+}
+
+Affine LayoutToDots(const Layout& layout, const Sheet& sheet) {
+  const double scale = layout.millimetresPerUnit * sheet.dotsPerMillimetre;
+  const Vec2 origin = layout.origin * sheet.dotsPerMillimetre;
+  return Affine::Translation({origin.x, sheet.mappedHeight - origin.y}) * Affine::Scaling(scale, -scale);
 }
 
 Affine DrawingToDots(const Box& extents, double millimetresPerUnit, const PlotOptions& options,

@@ -26,7 +26,20 @@ struct Sheet {
 // What `options` ask for; for Orientation::kFit the way in which the drawing comes out larger, or with a
 // fixed scale has more room. Portrait when there is nothing between them. Never kFit.
 [[nodiscard]] Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
-                                          const Sheet& portrait, const Sheet& landscape);
+                                          const Sheet& portrait, const Sheet& landscape,
+                                          const Layout* layout = nullptr);
+
+// Whether the layout is plotted on the sheet that it was made for, and at its own size. Otherwise it is put
+// on another one as a drawing is.
+[[nodiscard]] bool HasOwnSheet(const Layout* layout, const PlotOptions& options);
+
+// What is brought to the sheet, in units of the model or of the layout: the printable area of the layout's
+// own sheet, or else what is plotted.
+[[nodiscard]] Box PageExtents(const Drawing& drawing, const Layout* layout, const PlotOptions& options,
+                              FontBook& fonts);
+
+// The map from the layout's units, Y up, to dots, Y down, on its own sheet.
+[[nodiscard]] Affine LayoutToDots(const Layout& layout, const Sheet& sheet);
 
 // The map from drawing units, Y up, to dots, Y down. The middle of `extents` comes to the middle of the
 // sheet, at the scale that the options ask for; else at the largest that fits, or at 1:1 when the drawing has

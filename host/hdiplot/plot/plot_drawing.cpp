@@ -1,5 +1,6 @@
 #include "host/hdiplot/plot/plot_drawing.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,11 @@ class PlotSink final : public ShapeSink {
  public:
   PlotSink(const Drawing& drawing, FontBook& fonts, ImageBook& images, Canvas& canvas,
            const ShapeScale& scale, Progress& progress)
-      : canvas_(canvas), plotter_(canvas, scale, drawing, fonts, images), progress_(progress) {}
+      : drawing_(drawing),
+        canvas_(canvas),
+        scale_(scale),
+        plotter_(canvas, scale, drawing, fonts, images),
+        progress_(progress) {}
 
   void Put(const Shape& shape, const Affine& map, const Style& style) override {
     canvas_.UseLayer(style.layer->name);
@@ -25,20 +30,75 @@ class PlotSink final : public ShapeSink {
   void BeginLink(const std::string& target) override { canvas_.BeginLink(target); }
   void EndLink() override { canvas_.EndLink(); }
   void Done(size_t entities) override { progress_.Advance(entities); }
+  bool BeginViewport(const ViewportEntity& viewport, const Affine& map) override;
+  void EndViewport() override {
+    plotter_.SetScale(scale_);
+    canvas_.EndView();
+  }
 
   [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
+  // Dots a unit of the model in each viewport so far.
+  [[nodiscard]] const std::vector<double>& ViewScales() const { return viewScales_; }
 
  private:
+  const Drawing& drawing_;
   Canvas& canvas_;
+  ShapeScale scale_;
+  std::vector<double> viewScales_;
   EntityPlotter plotter_;
   Progress& progress_;
   uint64_t tooFarOff_ = 0;
 };
 
+// What is seen through the viewport, on the layout.
+Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
+  HatchEntity area;
+  area.loops = {viewport.clip};
+  const std::vector<Ring> rings = BoundaryRings(area, tolerance);
+  return rings.empty() ? FrameOf(viewport) : rings.front();
+}
+
 // In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
 double PointSizeInDots(double size, double dotsPerUnit, const Sheet& sheet) {
   if (size > 0) return size * dotsPerUnit;
   return (size < 0 ? -size : 5) / 100 * sheet.height;
+}
+
+ShapeScale ScaleOf(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+                   double dotsPerUnit) {
+  ShapeScale scale;
+  scale.dotsPerUnit = dotsPerUnit;
+  scale.dotsPerLineTypeUnit = dotsPerUnit * drawing.lineTypeScale;
+  scale.pointMode = drawing.pointMode;
+  scale.pointSize = PointSizeInDots(drawing.pointSize, dotsPerUnit, sheet);
+  scale.strokeComments = options.strokeComments;
+  if (options.background) scale.paper = *options.background;
+  return scale;
+}
+
+bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) {
+  constexpr double kTolerance = 0.25;  // dots
+  Ring outline = OutlineOf(viewport, kTolerance / map.LargestScale());
+  for (Vec2& p : outline) p = map(p);
+  if (!std::ranges::all_of(outline, [](Vec2 p) { return Canvas::IsPlottable(p); })) {
+    ++tooFarOff_;
+    return false;
+  }
+  if (!canvas_.BeginView(outline)) return false;
+  ShapeScale scale = scale_;
+  scale.dotsPerUnit *= viewport.scale;
+  if (!drawing_.paperLineTypes) scale.dotsPerLineTypeUnit *= viewport.scale;
+  scale.pointSize = PointSizeInDots(drawing_.pointSize, scale.dotsPerUnit, canvas_.GetSheet());
+  plotter_.SetScale(scale);
+  viewScales_.push_back(scale.dotsPerUnit);
+  return true;
+}
+
+size_t EntityCountOf(const Drawing& drawing, const Layout* layout) {
+  if (layout == nullptr) return drawing.entities.size();
+  size_t count = 0;
+  ForEachEntity(drawing, *layout, [&count](const Entity&) { ++count; });
+  return count;
 }
 
 // A scale of the user's can make a drawing larger than the sheet.
@@ -56,24 +116,24 @@ bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
 }  // namespace
 
 PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
-                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress) {
-  const Box extents = PlottedExtents(drawing, options, fonts);
-  progress.Start(drawing.entities.size());
-  const Affine map = DrawingToDots(extents, drawing.millimetresPerUnit, options, sheet);
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress,
+                        const Layout* layout) {
+  const Box extents = PlottedExtents(drawing, options, fonts, layout);
+  progress.Start(EntityCountOf(drawing, layout));
+  const double unit = layout != nullptr ? layout->millimetresPerUnit : drawing.millimetresPerUnit;
+  const Affine map = HasOwnSheet(layout, options)
+                         ? LayoutToDots(*layout, sheet)
+                         : DrawingToDots(PageExtents(drawing, layout, options, fonts), unit, options, sheet);
 
-  ShapeScale scale;
-  scale.dotsPerUnit = map.LargestScale();
-  scale.dotsPerLineTypeUnit = scale.dotsPerUnit * drawing.lineTypeScale;
-  scale.pointMode = drawing.pointMode;
-  scale.pointSize = PointSizeInDots(drawing.pointSize, scale.dotsPerUnit, sheet);
-  scale.strokeComments = options.strokeComments;
-  if (options.background) scale.paper = *options.background;
+  const ShapeScale scale = ScaleOf(drawing, options, sheet, map.LargestScale());
   Canvas canvas(device, sheet);
   if (!extents.Empty() && !FitsSheet(extents, map, sheet)) canvas.ClipToSheet();
   PlotSink sink(drawing, fonts, images, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
-  walk.Run(map);
-  return {extents.Empty() ? 0 : scale.dotsPerUnit, {walk.Unwalked(), sink.TooFarOff()}};
+  walk.Run(map, layout);
+  PlottedPage page{sink.ViewScales(), {walk.Unwalked(), sink.TooFarOff()}};
+  if (page.dotsPerUnit.empty() && !extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};
+  return page;
 }
 
 }  // namespace hdiplot

@@ -20,13 +20,16 @@ struct LeftOut {
 };
 
 struct PlottedPage {
-  double dotsPerUnit = 0;  // of the drawing; 0 when there is nothing in it
+  // Of the drawing; of the model in each viewport where there are some. None when there is nothing in it.
+  std::vector<double> dotsPerUnit;
   LeftOut leftOut;
 };
 
-// Makes the calls that draw `drawing` on `sheet`, between the page's start and its end, which are the
-// caller's. Shows the drawing's entities as progress. The order of the file is the order of drawing.
+// Makes the calls that draw `drawing`'s model, or a layout of it, on `sheet`, between the page's start and
+// its end, which are the caller's. Shows the drawing's entities as progress. The order of the file is the
+// order of drawing.
 PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
-                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress);
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress,
+                        const Layout* layout = nullptr);
 
 }  // namespace hdiplot

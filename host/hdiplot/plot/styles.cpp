@@ -41,11 +41,13 @@ Rgb PlottedColor(const Ink& ink, const EntityColor& color, Rgb byLayer, Rgb byBl
 
 Rgb Style::Plotted(const EntityColor& own) const { return PlottedColor(*ink, own, layer->color, byBlock); }
 
-StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options)
+StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options,
+                             const std::vector<std::string>& frozen)
     : drawing_(drawing),
       ink_(options.background, options.monochrome),
       wanted_(FoldedPatterns(options.layers)),
       unwanted_(FoldedPatterns(options.skipLayers)) {
+  for (const std::string& name : frozen) frozen_.insert(FoldedCase(name));
   for (const auto& [name, layer] : drawing.layers) {
     layersByFoldedName_.emplace(FoldedCase(name), NamedLayer{name, &layer});
   }
@@ -114,10 +116,10 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
   style.lineType = FindLineType(layer.lineType);
   style.alpha = layer.alpha;
-  style.frozen = layer.frozen;
+  style.frozen = layer.frozen || frozen_.contains(folded);
   // The layer of dimensions' definition points never plots, whatever its entry says.
   const bool onPaper = layer.plottable && folded != u"DEFPOINTS";
-  style.plotted = onPaper && !layer.off && !layer.frozen && IsAskedFor(folded);
+  style.plotted = onPaper && !layer.off && !style.frozen && IsAskedFor(folded);
   style.isZero = name == "0";
   return style;
 }

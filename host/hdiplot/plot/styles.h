@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -42,8 +43,9 @@ struct Style {
 
 class StyleResolver {
  public:
-  // Refers to both from then on.
-  StyleResolver(const Drawing& drawing, const PlotOptions& options);
+  // Refers to the drawing and the options from then on. The layers of `frozen` are frozen, too.
+  StyleResolver(const Drawing& drawing, const PlotOptions& options,
+                const std::vector<std::string>& frozen = {});
 
   // `insert` is the style of the INSERT that the entity's block came by, null in the drawing itself. What is
   // by block there is the foreground colour, continuous, of the default weight and opaque.
@@ -59,6 +61,7 @@ class StyleResolver {
   Ink ink_;
   std::vector<std::u16string> wanted_;    // folded patterns
   std::vector<std::u16string> unwanted_;  // folded patterns
+  std::set<std::u16string> frozen_;       // folded names
   struct NamedLayer {
     std::string name;  // as the drawing's table has it, or the first entity
     const Layer* layer;

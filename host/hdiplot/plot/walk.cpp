@@ -4,22 +4,58 @@
 
 namespace hdiplot {
 
-DrawingWalk::DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink)
-    : drawing_(drawing), sink_(sink), styles_(drawing, options) {}
+Affine ModelToSheet(const ViewportEntity& viewport) {
+  return Affine::Translation(viewport.center) * Affine::Scaling(viewport.scale, viewport.scale) *
+         Affine::Translation(viewport.viewCenter * -1) * Affine::Rotation(viewport.twist) *
+         Affine::Translation(viewport.target * -1);
+}
 
-void DrawingWalk::Run(const Affine& map) {
-  const bool hasModel = std::any_of(drawing_.entities.begin(), drawing_.entities.end(),
-                                    [](const Entity& entity) { return !entity.attributes.paperSpace; });
+std::vector<Vec2> FrameOf(const ViewportEntity& viewport) {
+  const Vec2 half{viewport.width / 2, viewport.height / 2};
+  const Vec2 other{half.x, -half.y};
+  return {viewport.center - half, viewport.center + other, viewport.center + half, viewport.center - other};
+}
+
+DrawingWalk::DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink)
+    : drawing_(drawing), sink_(sink), options_(options), sheetStyles_(drawing, options) {}
+
+void DrawingWalk::Run(const Affine& map, const Layout* layout) {
   size_t done = 0;
-  for (const Entity& entity : drawing_.entities) {
-    if (entity.attributes.paperSpace != hasModel) Visit(entity, map, nullptr);
+  if (layout == nullptr) {
+    for (const Entity& entity : drawing_.entities) {
+      if (!entity.attributes.paperSpace) Visit(entity, map, nullptr);
+      sink_.Done(++done);
+    }
+    return;
+  }
+  ForEachEntity(drawing_, *layout, [&](const Entity& entity) {
+    VisitOnSheet(entity, map);
     sink_.Done(++done);
+  });
+}
+
+// A viewport shows the model even where its layer, which is that of its border, does not plot.
+void DrawingWalk::VisitOnSheet(const Entity& entity, const Affine& map) {
+  const auto* viewport = std::get_if<ViewportEntity>(&entity.shape);
+  if (viewport != nullptr && entity.attributes.visible && sink_.BeginViewport(*viewport, map)) {
+    StyleResolver styles(drawing_, options_, viewport->frozenLayers);
+    styles_ = &styles;
+    VisitModel(map * ModelToSheet(*viewport));
+    styles_ = &sheetStyles_;
+    sink_.EndViewport();
+  }
+  Visit(entity, map, nullptr);
+}
+
+void DrawingWalk::VisitModel(const Affine& map) {
+  for (const Entity& entity : drawing_.entities) {
+    if (!entity.attributes.paperSpace) Visit(entity, map, nullptr);
   }
 }
 
 void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* insert) {
   if (!entity.attributes.visible) return;
-  const Style style = styles_.Resolve(entity.attributes, insert);
+  const Style style = styles_->Resolve(entity.attributes, insert);
   // A layer that is off does not hide what a block has on other layers; a frozen one does.
   const bool isInsert = std::holds_alternative<InsertEntity>(entity.shape);
   if (isInsert ? style.layer->frozen : !style.layer->plotted) return;

@@ -1,0 +1,37 @@
+// The sheets of a DXF: LAYOUT objects and the VIEWPORT entities that show the model on them.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_object.h"
+#include "host/hdiplot/dxf/name_decoder.h"
+
+namespace hdiplot {
+
+// The upper-case form of a handle, by which objects of a file name each other.
+[[nodiscard]] std::string HandleKey(const Group& handle);
+
+struct ReadLayout {
+  Layout layout;            // without its block, and without what is skipped
+  std::string blockHandle;  // a HandleKey, of the record of the block that holds the layout's entities
+};
+
+// Nothing for an object that does not say which block it is the layout of.
+[[nodiscard]] std::optional<ReadLayout> LayoutOf(const DxfObject& object, const NameDecoder& names);
+
+// What a VIEWPORT is to a plot.
+enum class ViewportUse { kShown, kHidden, kNotPlanar };
+
+struct ReadViewport {
+  ViewportUse use = ViewportUse::kHidden;  // kHidden: switched off, without a view, or the sheet itself
+  ViewportEntity viewport;                 // of kShown, without the frozen layers and the clip
+  std::vector<std::string> frozenHandles;  // HandleKeys of layers
+  std::string clipHandle;                  // HandleKey of the entity that is its outline; empty: none
+};
+
+// `isFirst`: of the viewports of its sheet; in some files the sheet itself is told by that alone.
+[[nodiscard]] ReadViewport ViewportOf(const DxfObject& entity, bool isFirst);
+
+}  // namespace hdiplot
