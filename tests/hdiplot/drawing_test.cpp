@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tests/hdiplot/command.h"
@@ -107,8 +108,9 @@ TEST_F(Drawings, DoWithoutAnImageButSaySo) {
   EXPECT_TRUE(place.Has("a.pdf"));
   EXPECT_THAT(place.Read("a.pdf"), testing::Not(HasSubstr("/Subtype /Image")));
 
-  place.Write("a.png",
-              "GIF87a" + std::string("\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 32));
+  using namespace std::string_view_literals;
+  constexpr std::string_view kGif = "GIF87a\1\0\1\0\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0\1\0\1\0\0\2\2D\1\0;"sv;
+  place.Write("a.png", std::string(kGif));
   const Outcome with = place.RunReal({"image.dxf", "-o", "b.pdf", "--quiet"});
   EXPECT_EQ(with.err, "");
   EXPECT_EQ(with.status, 0);
