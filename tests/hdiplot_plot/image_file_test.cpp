@@ -3,6 +3,7 @@
 
 #include <FreeImage.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -16,7 +17,8 @@ using Color = std::array<uint8_t, 4>;
 
 class ImageFiles : public testing::Test {
  protected:
-  ImageFiles() : folder_(testing::TempDir() + "hdiplot_image_files") {
+  // Tests run side by side, each in a process of its own.
+  ImageFiles() : folder_(testing::TempDir() + "hdiplot_image_files." + std::to_string(getpid())) {
     std::filesystem::create_directories(folder_);
   }
   ~ImageFiles() override { std::filesystem::remove_all(folder_); }

@@ -1,5 +1,6 @@
 // Images on paper: where they lie, how they are turned, what is seen of them, and what takes their place.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -34,7 +35,7 @@ std::string Bitmap(uint32_t width, const std::vector<std::string>& rows, const s
 class PlotImages : public testing::Test {
  protected:
   PlotImages() : drawing_(SheetDrawing()) {
-    drawing_.folder = testing::TempDir() + "hdiplot_plot_images";
+    drawing_.folder = testing::TempDir() + "hdiplot_plot_images." + std::to_string(getpid());
     std::filesystem::create_directories(drawing_.folder);
     // 1 2 3
     // 4 5 6
