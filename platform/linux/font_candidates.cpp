@@ -62,10 +62,10 @@ CharacterMaps FindCharacterMaps(std::span<const uint8_t> table) {
   constexpr size_t kRecordSize = 8;
   CharacterMaps found = CharacterMaps::kNone;
   if (table.size() < kHeaderSize) return found;
-  const size_t count = std::min<size_t>(FontU16(&table[2]), (table.size() - kHeaderSize) / kRecordSize);
+  const size_t count = std::min<size_t>(ReadU16(table, 2), (table.size() - kHeaderSize) / kRecordSize);
   for (size_t i = 0; i < count; ++i) {
-    const uint16_t platform = FontU16(&table[kHeaderSize + i * kRecordSize]);
-    const uint16_t encoding = FontU16(&table[kHeaderSize + i * kRecordSize + 2]);
+    const uint16_t platform = ReadU16(table, kHeaderSize + i * kRecordSize);
+    const uint16_t encoding = ReadU16(table, kHeaderSize + i * kRecordSize + 2);
     const bool isMicrosoft = platform == 3;
     if (platform == 0 || (isMicrosoft && (encoding == 1 || encoding == 10))) return CharacterMaps::kUnicode;
     if (isMicrosoft && encoding == 0) found = CharacterMaps::kSymbol;

@@ -57,16 +57,16 @@ std::vector<uint8_t> FontFile::Read(const FontTable& table) const { return Read(
 
 bool FontFile::IsCollection() const {
   std::array<uint8_t, 4> tag = {};
-  return Read(0, std::span(tag)) && FontU32(tag.data()) == kCollection;
+  return Read(0, std::span(tag)) && ReadU32(tag, 0) == kCollection;
 }
 
 std::vector<uint32_t> FontFile::MemberOffsets() const {
   if (!IsCollection()) return size_ == 0 ? std::vector<uint32_t>() : std::vector<uint32_t>{0};
   std::array<uint8_t, 12> header = {};
   if (!Read(0, std::span(header))) return {};
-  const std::vector<uint8_t> bytes = Read(header.size(), uint64_t{4} * FontU32(&header[8]));
+  const std::vector<uint8_t> bytes = Read(header.size(), uint64_t{4} * ReadU32(header, 8));
   std::vector<uint32_t> offsets;
-  for (size_t i = 0; i < bytes.size(); i += 4) offsets.push_back(FontU32(&bytes[i]));
+  for (size_t i = 0; i < bytes.size(); i += 4) offsets.push_back(ReadU32(bytes, i));
   return offsets;
 }
 
@@ -75,11 +75,11 @@ FontMember FontFile::Member(uint32_t offset) const {
   FontMember member;
   std::array<uint8_t, 12> header = {};
   if (!Read(offset, std::span(header))) return member;
-  member.version = FontU32(header.data());
+  member.version = ReadU32(header, 0);
   const std::vector<uint8_t> records =
-      Read(offset + header.size(), uint64_t{kRecordSize} * FontU16(&header[4]));
+      Read(offset + header.size(), uint64_t{kRecordSize} * ReadU16(header, 4));
   for (size_t i = 0; i < records.size(); i += kRecordSize) {
-    const FontTable table{FontU32(&records[i]), FontU32(&records[i + 8]), FontU32(&records[i + 12])};
+    const FontTable table{ReadU32(records, i), ReadU32(records, i + 8), ReadU32(records, i + 12)};
     if (table.offset <= size_ && table.length <= size_ - table.offset) member.tables.push_back(table);
   }
   return member;

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/linux/sfnt_bytes.h"
+
 namespace hdi {
 
 // A tag of OpenType as the file's big-endian number.
@@ -16,13 +18,6 @@ namespace hdi {
   uint32_t tag = 0;
   for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<uint8_t>(letters[i]);
   return tag;
-}
-
-[[nodiscard]] constexpr uint16_t FontU16(const uint8_t* bytes) {
-  return static_cast<uint16_t>(bytes[0] << 8 | bytes[1]);
-}
-[[nodiscard]] constexpr uint32_t FontU32(const uint8_t* bytes) {
-  return static_cast<uint32_t>(FontU16(bytes)) << 16 | FontU16(bytes + 2);
 }
 
 struct FontTable {

@@ -182,7 +182,7 @@ void FontGlyphs::ReadAdvances() {
   size = static_cast<FT_ULong>(metrics.size());
   if (size == 0 || FT_Load_Sfnt_Table(face, FontTag("hmtx"), 0, metrics.data(), &size) != 0) return;
   for (size_t i = 0; i + kMetricSize <= metrics.size(); i += kMetricSize)
-    advances_.push_back(FontU16(&metrics[i]));
+    advances_.push_back(ReadU16(metrics, i));
 }
 
 void FontGlyphs::Measure() {

@@ -14,30 +14,20 @@ constexpr uint32_t kHead = FontTag("head");
 constexpr size_t kChecksumAdjustment = 8;  // place within "head"
 constexpr uint32_t kChecksumOfFonts = 0xB1B0AFBA;
 
-void PutU16(std::vector<uint8_t>& bytes, size_t at, size_t value) {
-  bytes[at] = static_cast<uint8_t>(value >> 8);
-  bytes[at + 1] = static_cast<uint8_t>(value);
-}
-
-void PutU32(std::vector<uint8_t>& bytes, size_t at, uint32_t value) {
-  PutU16(bytes, at, value >> 16);
-  PutU16(bytes, at + 2, value);
-}
-
 // Of whole 32-bit numbers; a table that ends within one is padded with zeros.
 uint32_t Checksum(std::span<const uint8_t> bytes) {
   uint32_t sum = 0;
-  for (size_t i = 0; i + 4 <= bytes.size(); i += 4) sum += FontU32(&bytes[i]);
+  for (size_t i = 0; i + 4 <= bytes.size(); i += 4) sum += ReadU32(bytes, i);
   return sum;
 }
 
 void PutHeader(std::vector<uint8_t>& font, uint32_t version, size_t tableCount) {
   const size_t largestPower = std::bit_floor(tableCount);
-  PutU32(font, 0, version);
-  PutU16(font, 4, tableCount);
-  PutU16(font, 6, largestPower * kRecordSize);
-  PutU16(font, 8, static_cast<size_t>(std::bit_width(largestPower)) - 1);
-  PutU16(font, 10, (tableCount - largestPower) * kRecordSize);
+  WriteU32(font, 0, version);
+  WriteU16(font, 4, tableCount);
+  WriteU16(font, 6, largestPower * kRecordSize);
+  WriteU16(font, 8, static_cast<size_t>(std::bit_width(largestPower)) - 1);
+  WriteU16(font, 10, (tableCount - largestPower) * kRecordSize);
 }
 
 }  // namespace
@@ -63,15 +53,15 @@ std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member) {
     if (!file.Read(tables[i].offset, bytes.first(tables[i].length))) return {};
     if (tables[i].tag == kHead && paddedLength >= kChecksumAdjustment + 4) {
       adjustment = start + kChecksumAdjustment;
-      PutU32(font, adjustment, 0);
+      WriteU32(font, adjustment, 0);
     }
     const size_t record = kHeaderSize + kRecordSize * i;
-    PutU32(font, record, tables[i].tag);
-    PutU32(font, record + 4, Checksum(bytes));
-    PutU32(font, record + 8, static_cast<uint32_t>(start));
-    PutU32(font, record + 12, tables[i].length);
+    WriteU32(font, record, tables[i].tag);
+    WriteU32(font, record + 4, Checksum(bytes));
+    WriteU32(font, record + 8, static_cast<uint32_t>(start));
+    WriteU32(font, record + 12, tables[i].length);
   }
-  if (adjustment != 0) PutU32(font, adjustment, kChecksumOfFonts - Checksum(font));
+  if (adjustment != 0) WriteU32(font, adjustment, kChecksumOfFonts - Checksum(font));
   return font;
 }
 

@@ -45,8 +45,7 @@ int Distance(const NameRecord& record) {
 std::u16string Decode(const NameRecord& record) {
   if (record.platform == kMacintoshPlatform) return {record.bytes.begin(), record.bytes.end()};
   std::u16string text;
-  for (size_t i = 0; i < record.bytes.size(); i += 2)
-    text += static_cast<char16_t>(FontU16(&record.bytes[i]));
+  for (size_t i = 0; i < record.bytes.size(); i += 2) text += static_cast<char16_t>(ReadU16(record.bytes, i));
   return text;
 }
 
@@ -57,16 +56,16 @@ std::vector<std::u16string> FontNames(std::span<const uint8_t> nameTable, uint16
   constexpr size_t kRecordSize = 12;
   if (nameTable.size() < kHeaderSize) return {};
   const size_t count =
-      std::min<size_t>(FontU16(&nameTable[2]), (nameTable.size() - kHeaderSize) / kRecordSize);
-  const size_t strings = FontU16(&nameTable[4]);
+      std::min<size_t>(ReadU16(nameTable, 2), (nameTable.size() - kHeaderSize) / kRecordSize);
+  const size_t strings = ReadU16(nameTable, 4);
 
   std::vector<std::pair<int, std::u16string>> found;
   for (size_t i = 0; i < count; ++i) {
-    const uint8_t* bytes = &nameTable[kHeaderSize + i * kRecordSize];
-    const size_t length = FontU16(bytes + 8);
-    const size_t start = strings + FontU16(bytes + 10);
-    if (FontU16(bytes + 6) != nameId || start + length > nameTable.size()) continue;
-    const NameRecord record{FontU16(bytes), FontU16(bytes + 2), FontU16(bytes + 4),
+    const auto bytes = nameTable.subspan(kHeaderSize + i * kRecordSize, kRecordSize);
+    const size_t length = ReadU16(bytes, 8);
+    const size_t start = strings + ReadU16(bytes, 10);
+    if (ReadU16(bytes, 6) != nameId || start + length > nameTable.size()) continue;
+    const NameRecord record{ReadU16(bytes, 0), ReadU16(bytes, 2), ReadU16(bytes, 4),
                             nameTable.subspan(start, length)};
     if (const int distance = Distance(record); distance != kUnreadable)
       found.emplace_back(distance, Decode(record));

@@ -46,7 +46,7 @@ class SystemFont final : public PlatformFont {
     if (table == nullptr) return 0;
     const std::vector<uint8_t> bytes = file.Read(*table);
     if (bytes.size() < kAngle + 4) return 0;
-    return static_cast<int32_t>(std::lround(static_cast<int32_t>(FontU32(&bytes[kAngle])) * 10.0 / 0x10000));
+    return static_cast<int32_t>(std::lround(static_cast<int32_t>(ReadU32(bytes, kAngle)) * 10.0 / 0x10000));
   }
 
  private:

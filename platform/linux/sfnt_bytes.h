@@ -24,6 +24,11 @@ inline void WriteU16(std::span<uint8_t> table, size_t at, size_t value) {
   table[at + 1] = static_cast<uint8_t>(value);
 }
 
+inline void WriteU32(std::span<uint8_t> table, size_t at, size_t value) {
+  WriteU16(table, at, value >> 16);
+  WriteU16(table, at + 2, value);
+}
+
 inline void AppendU16(SfntTable& table, size_t value) {
   table.resize(table.size() + 2);
   WriteU16(table, table.size() - 2, value);
