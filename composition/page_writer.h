@@ -149,7 +149,9 @@ class PageWriter final : private engine::BlockSink {
   void ClosePage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
-  void PlaceImage(uint32_t image, const ImageBox& box);
+  // Whether an image under that matrix shows: on an open page, and with a width and a height.
+  [[nodiscard]] bool Shows(const Matrix& matrix) const;
+  void PlaceImage(uint32_t image, const Matrix& matrix);
   // The group of the layer in force on the open page, 0 for none.
   [[nodiscard]] uint32_t CurrentGroup();
   void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,

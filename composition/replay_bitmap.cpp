@@ -1,12 +1,12 @@
 #include "composition/replay_bitmap.h"
 
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "images/palette_expansion.h"
+#include "images/raster_rows.h"
 
 namespace hdi {
 namespace {
@@ -41,7 +41,7 @@ void PlayColorRaster(RasterImage& raster, const ImageBox& box, PageWriter& write
   if (raster.HasAlphaChannel() != 0 || writer.Alpha() != kOpaque) {
     const uint8_t* bits = raster.GetPixelBits();
     if (bits == nullptr) return;
-    plane = AlphaPlane(bits, raster.GetPixelWidth(), std::abs(raster.GetPixelHeight()), writer.Alpha());
+    plane = AlphaPlane(bits, raster.GetPixelWidth(), RowCount(raster.GetPixelHeight()), writer.Alpha());
   }
   const EncodedRaster encoded(raster);
   writer.PlaceJpeg(encoded.Bytes(), plane ? plane->Bytes() : std::span<const uint8_t>(), box);

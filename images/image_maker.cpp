@@ -80,18 +80,16 @@ uint32_t AddByteRaster(engine::Document& document, const Raster& raster, uint8_t
 
 }  // namespace
 
-std::optional<uint32_t> MakeIndexedImage(engine::Document& document, const uint8_t* bits,
-                                         const BITMAPINFOHEADER* header, uint8_t opacity) {
-  if (bits == nullptr || header == nullptr) return std::nullopt;
-  const Raster raster{bits, reinterpret_cast<const uint8_t*>(header + 1), header->biWidth, RowCount(*header)};
-  switch (header->biBitCount) {
-    case 1:
-      return AddBitRaster(document, raster, opacity);
-    case 8:
-      return AddByteRaster(document, raster, opacity);
-    default:
-      return std::nullopt;
-  }
+bool IsIndexedRaster(const uint8_t* bits, const BITMAPINFOHEADER* header) {
+  return bits != nullptr && header != nullptr && (header->biBitCount == 1 || header->biBitCount == 8);
+}
+
+uint32_t MakeIndexedImage(engine::Document& document, const uint8_t* bits, const BITMAPINFOHEADER& header,
+                          uint8_t opacity) {
+  const Raster raster{bits, reinterpret_cast<const uint8_t*>(&header + 1), header.biWidth,
+                      RowCount(header.biHeight)};
+  return header.biBitCount == 1 ? AddBitRaster(document, raster, opacity)
+                                : AddByteRaster(document, raster, opacity);
 }
 
 }  // namespace hdi

@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/records.h"
-
 namespace hdi {
 
 // Bytes from one row to the next; `width` is in pixels, 0 or above.
@@ -17,9 +15,10 @@ namespace hdi {
 // Bytes of a row of one bit a pixel that hold pixels.
 [[nodiscard]] constexpr size_t BitRowBytes(int32_t width) { return (static_cast<size_t>(width) + 7) / 8; }
 
-// The row count of a raster; it stays below 0 for the one height that has no positive counterpart.
-[[nodiscard]] constexpr int32_t RowCount(const BITMAPINFOHEADER& header) {
-  return header.biHeight < 0 && header.biHeight != INT32_MIN ? -header.biHeight : header.biHeight;
+// The row count of a raster from its height in pixels, whose sign doesn't matter; it stays below 0 for the
+// one height that has no positive counterpart.
+[[nodiscard]] constexpr int32_t RowCount(int32_t height) {
+  return height < 0 && height != INT32_MIN ? -height : height;
 }
 
 }  // namespace hdi

@@ -1,6 +1,5 @@
 // The raster entry. The list holds the address of the host's record; its pixels are read in the replay.
 #include <cmath>
-#include <cstdlib>
 
 #include "recording/path.h"
 #include "recording/plot_entries.h"
@@ -16,7 +15,7 @@ int32_t DevBitmap(HostDevice* device, const HostImageRecord* image) {
   if (image->image == nullptr || image->image->GetImageHeader() == nullptr) return 0;
 
   const double width = image->image->GetPixelWidth();
-  const double height = std::abs(image->image->GetPixelHeight());
+  const double height = std::abs(static_cast<double>(image->image->GetPixelHeight()));
   const PathRecorder path(*job, settings);
   const HT_Double_Point upperRight = path.MapPoint({image->originX + width * image->scaleX, image->originY});
   const HT_Double_Point lowerLeft = path.MapPoint({image->originX, image->originY + height * image->scaleY});

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -152,6 +153,46 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
   EXPECT_EQ(Contents(pages[0])[0], "q 1 0 0 1 1 2 cm ");
   EXPECT_EQ(pages[0].getObjectHandle().getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(),
             "[ 2 3 3 5 ]");
+}
+
+TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
+  struct {
+    BITMAPINFOHEADER header{};
+    uint8_t palette[4] = {1, 2, 3, 4};
+  } raster;
+  raster.header.biWidth = 1;
+  raster.header.biHeight = 1;
+  raster.header.biBitCount = 8;
+  const uint8_t bits[4] = {};
+  // Gray, 1 x 1: as much of a JPEG as is read.
+  const std::vector<uint8_t> jpeg = {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 1, 0, 1,  1, 1,
+                                     0x11, 0,    0xFF, 0xDA, 0, 8,  1, 1, 0, 0, 63, 0};
+  const uint8_t plane[1] = {9};
+  const auto place = [&](const ImageBox& box) {
+    writer_->PlaceIndexedBitmap(bits, &raster.header, box);
+    writer_->PlaceJpeg(jpeg, plane, box);
+  };
+  place({1, 2, 3, 4});  // no page yet
+  writer_->BeginPage(1, 10, 10);
+  writer_->SetLinkTarget(u"x");
+  place({5, 6, 3, 4});
+  place({1, 2, 0, 4});
+  place({1, 2, 3, 1e-50});  // 0 as a page's number
+  writer_->SetLinkTarget(u"");
+  writer_->FinishPage();
+  place({1, 2, 3, 4});  // no page any more
+
+  auto pages = SavedPages();
+  const auto isImage = [](QPDFObjectHandle object) {
+    return object.isStream() && object.getDict().getKey("/Subtype").isNameAndEquals("/Image");
+  };
+  EXPECT_EQ(std::ranges::count_if(saved_.getAllObjects(), isImage), 4);  // two, each with its mask
+  EXPECT_EQ(Contents(pages[0])[1],
+            "q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/FXE1 gs "
+            "q 3 0 0 4 5 6 cm /FXX1 Do Q\nq 3 0 0 4 5 6 cm /FXX2 Do Q\nQ\n");
+  // What doesn't show takes its place in a link all the same.
+  EXPECT_EQ(pages[0].getObjectHandle().getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(),
+            "[ 1 2 8 10 ]");
 }
 
 // A raster that can be encoded no more, or has even lost its header.

@@ -28,8 +28,8 @@ std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 class ImageMakerTest : public testing::Test {
  protected:
-  std::optional<uint32_t> Make(int32_t width, int32_t height, int bitCount, const Bytes& palette,
-                               const Bytes& bits, uint8_t opacity = 255) {
+  uint32_t Make(int32_t width, int32_t height, int bitCount, const Bytes& palette, const Bytes& bits,
+                uint8_t opacity = 255) {
     BITMAPINFOHEADER header{};
     header.biWidth = width;
     header.biHeight = height;
@@ -39,16 +39,16 @@ class ImageMakerTest : public testing::Test {
     Bytes raster(sizeof header + palette.size());
     std::memcpy(raster.data(), &header, sizeof header);
     if (!palette.empty()) std::memcpy(raster.data() + sizeof header, palette.data(), palette.size());
-    return MakeIndexedImage(document_, bits.data(), reinterpret_cast<const BITMAPINFOHEADER*>(raster.data()),
+    return MakeIndexedImage(document_, bits.data(), *reinterpret_cast<const BITMAPINFOHEADER*>(raster.data()),
                             opacity);
   }
 
   Picture Made(int32_t width, int32_t height, int bitCount, const Bytes& palette, const Bytes& bits,
                uint8_t opacity = 255) {
-    const auto number = Make(width, height, bitCount, palette, bits, opacity);
-    if (!number || *number == 0) return {};
+    const uint32_t number = Make(width, height, bitCount, palette, bits, opacity);
+    if (number == 0) return {};
     engine::SavedDocument saved(document_);
-    auto image = saved.Object(*number);
+    auto image = saved.Object(number);
     auto mask = image.getDict().getKey("/SMask");
     return {image.getDict().getKey("/BitsPerComponent").getIntValueAsInt(), engine::StreamData(image),
             mask.isStream() ? engine::StreamData(mask) : ""};
@@ -111,10 +111,13 @@ TEST_F(ImageMakerTest, AnAlphaPlaneHasTheFourthBytesUnderTheOpacity) {
 
 TEST_F(ImageMakerTest, WhatHasNoPixelsMakesNone) {
   const Bytes bits(8);
-  for (const int bitCount : {0, 4, 16, 24, 32}) {
-    EXPECT_EQ(Make(1, 1, bitCount, kBlackWhite, bits), std::nullopt) << bitCount;
+  BITMAPINFOHEADER header{};
+  for (const int bitCount : {0, 1, 4, 8, 16, 24, 32}) {
+    header.biBitCount = static_cast<uint16_t>(bitCount);
+    EXPECT_EQ(IsIndexedRaster(bits.data(), &header), bitCount == 1 || bitCount == 8) << bitCount;
   }
-  EXPECT_EQ(MakeIndexedImage(document_, nullptr, nullptr, 255), std::nullopt);
+  EXPECT_FALSE(IsIndexedRaster(nullptr, &header));
+  EXPECT_FALSE(IsIndexedRaster(bits.data(), nullptr));
   for (const int bitCount : {1, 8}) {
     EXPECT_EQ(Make(0, 1, bitCount, kBlackWhite, bits), 0U);
     EXPECT_EQ(Make(1, 0, bitCount, kBlackWhite, bits), 0U);

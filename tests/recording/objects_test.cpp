@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "tests/recording/recorded_device.h"
 
 namespace hdi {
@@ -48,9 +50,7 @@ TEST_F(ObjectsTest, RastersArePlacedByTheirLowerLeftCorner) {
 
   raster.hasHeader = false;
   EXPECT_EQ(DevBitmap(device_, &image), 0);
-  plot_.Polyline({{0, 0}, {1, 1}});
   EXPECT_EQ(DevBitmap(device_, nullptr), 0);
-  EXPECT_EQ(plot_.TakeRecords().back(), "STROKE");  // the flush comes first
 }
 
 TEST_F(ObjectsTest, LinksGetASchemeWhereTheTargetTells) {
@@ -91,6 +91,25 @@ TEST_F(ObjectsTest, CommentsHaveTheirCornersSortedAndCutToDots) {
   EXPECT_EQ(DevShxComment(device_, u"words", rect, 0x80000044), 1);
   EXPECT_THAT(plot_.TakeRecords(), ElementsAre("COMMENT words -10,-4,30,95 flags 80000044 600 dpi"));
   EXPECT_EQ(DevShxComment(device_, u"", rect, 0), 0);
+}
+
+TEST_F(ObjectsTest, WhatRecordsNothingEndsThePathAllTheSame) {
+  plot_.Settings().linksEnabled = 0;
+  plot_.Settings().layersEnabled = 0;
+  const int32_t rect[4] = {};
+  const std::vector<std::function<int32_t()>> calls = {
+      [&] { return DevBitmap(device_, nullptr); }, [&] { return DevBeginLink(device_, u"x"); },
+      [&] { return DevEndLink(device_); }, [&] { return DevSetLayer(device_, 0, u"x"); },
+      [&] { return DevShxComment(device_, u"", rect, 0); }};
+  std::vector<int32_t> results;
+  for (const auto& call : calls) {
+    plot_.Polyline({{0, 0}, {1, 1}});
+    results.push_back(call());
+    const auto records = plot_.TakeRecords();
+    EXPECT_EQ(records.size(), 3U);
+    EXPECT_EQ(records.back(), "STROKE");
+  }
+  EXPECT_THAT(results, ElementsAre(0, 1, 1, 0, 0));
 }
 
 }  // namespace
