@@ -5,8 +5,8 @@
 
 namespace hdi {
 
-// Writes the page's viewport with `scale` as the factor of its measure, in place of one that is there. False,
-// and nothing, for a number that a PDF can't hold.
-bool SetPageViewport(engine::Page& page, float scale);
+// Writes the page's viewport with `scale` as the factor of its measure, in place of one that is there. What
+// is not a number counts as 0, and what lies beyond 64 bits as the largest factor within them.
+void SetPageViewport(engine::Page& page, float scale);
 
 }  // namespace hdi

@@ -64,7 +64,8 @@ class Page {
                            std::u16string_view title, uint32_t flags);
 
   // Gives the page one viewport with a rectilinear measure (12.9.1), in place of any that it has. `scale` is
-  // the factor of the number format along x; the units have no names and the viewport has no extent.
+  // the factor of the number format along x; the units have no names and the viewport has no extent. Here and
+  // in annotations a number beyond 64 bits is written as the largest within them.
   void SetMeasureViewport(float scale);
 
  private:

@@ -1,4 +1,6 @@
 // What a page holds for its reader beside its contents: annotations and the measure.
+#include <algorithm>
+
 #include "core/fpdfapi/parser/cpdf_array.h"
 #include "core/fpdfapi/parser/cpdf_dictionary.h"
 #include "core/fpdfapi/parser/cpdf_name.h"
@@ -13,8 +15,16 @@
 namespace hdi::engine {
 namespace {
 
+// The nearest number to `number` that does no harm in a file: a large one is written as a whole number, and a
+// reader that keeps those in 64 bits loses the page over one beyond.
+float Writable(float number) {
+  constexpr float kLargest = 0x1.fffffep62F;
+  return std::clamp(number, -kLargest, kLargest);
+}
+
 void SetRectangle(FPDF_ANNOTATION annotation, const Rectangle& rectangle) {
-  const FS_RECTF rect{rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+  const FS_RECTF rect{Writable(rectangle.left), Writable(rectangle.top), Writable(rectangle.right),
+                      Writable(rectangle.bottom)};
   FPDFAnnot_SetRect(annotation, &rect);
   FPDFAnnot_SetBorder(annotation, 0, 0, 0);
 }
@@ -60,7 +70,7 @@ void Page::SetMeasureViewport(float scale) {
   measure->SetNewFor<CPDF_Name>("Type", "Measure");
   measure->SetNewFor<CPDF_Name>("Subtype", "RL");
   measure->SetNewFor<CPDF_String>("R", ByteString(" "));
-  SetNumberFormat(*measure, "X", scale);
+  SetNumberFormat(*measure, "X", Writable(scale));
   SetNumberFormat(*measure, "A", 1);
   SetNumberFormat(*measure, "D", 1);
 }
