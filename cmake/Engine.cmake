@@ -25,10 +25,6 @@ endif()
 # What scripts compare to see that a later engine asks for a new configuration.
 file(WRITE "${PROJECT_BINARY_DIR}/engine-directory" "${HDI_ENGINE_FOUND_DIR}\n")
 
-find_package(PkgConfig REQUIRED)
-pkg_check_modules(HDI_ENGINE_SYSTEM REQUIRED IMPORTED_TARGET
-                  freetype2 zlib libjpeg lcms2 libopenjp2 icu-uc)
-
 add_library(hdi_engine_dependency INTERFACE)
 target_include_directories(hdi_engine_dependency SYSTEM INTERFACE
   "${HDI_ENGINE_FOUND_DIR}/source"
@@ -37,7 +33,24 @@ target_include_directories(hdi_engine_dependency SYSTEM INTERFACE
 # The engine's internal headers must see what the engine was built with. NDEBUG is among it: without it some
 # of its classes have further members.
 target_compile_definitions(hdi_engine_dependency INTERFACE
-  DEFINE_PS_TABLES_DATA USE_SYSTEM_LCMS2 USE_SYSTEM_ZLIB USE_SYSTEM_LIBJPEG USE_SYSTEM_ICUUC
-  USE_SYSTEM_LIBOPENJPEG2 $<$<NOT:$<CONFIG:Release>>:NDEBUG>)
-target_link_libraries(hdi_engine_dependency INTERFACE
-  "${HDI_ENGINE_FOUND_DIR}/lib/libpdfium.a" PkgConfig::HDI_ENGINE_SYSTEM)
+  DEFINE_PS_TABLES_DATA USE_SYSTEM_ZLIB USE_SYSTEM_LIBJPEG USE_SYSTEM_ICUUC
+  $<$<NOT:$<CONFIG:Release>>:NDEBUG>)
+target_link_libraries(hdi_engine_dependency INTERFACE "${HDI_ENGINE_FOUND_DIR}/lib/libpdfium.a")
+
+if(WIN32)
+  # Its own Little CMS and OpenJPEG are in it there.
+  find_package(Freetype REQUIRED)
+  find_package(JPEG REQUIRED)
+  find_library(ZLIB_LIBRARY NAMES libz.a REQUIRED)  # and not the one that needs a DLL
+  find_package(ZLIB REQUIRED)
+  target_include_directories(hdi_engine_dependency SYSTEM BEFORE INTERFACE
+    "${PROJECT_SOURCE_DIR}/engine/pdfium/windows/include")
+  target_compile_definitions(hdi_engine_dependency INTERFACE OPJ_STATIC PNG_PREFIX)
+  target_link_libraries(hdi_engine_dependency INTERFACE Freetype::Freetype JPEG::JPEG ZLIB::ZLIB gdi32 user32)
+else()
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(HDI_ENGINE_SYSTEM REQUIRED IMPORTED_TARGET
+                    freetype2 zlib libjpeg lcms2 libopenjp2 icu-uc)
+  target_compile_definitions(hdi_engine_dependency INTERFACE USE_SYSTEM_LCMS2 USE_SYSTEM_LIBOPENJPEG2)
+  target_link_libraries(hdi_engine_dependency INTERFACE PkgConfig::HDI_ENGINE_SYSTEM)
+endif()

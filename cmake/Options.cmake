@@ -44,6 +44,10 @@ endif()
 
 add_library(hdi_options INTERFACE)
 target_include_directories(hdi_options INTERFACE "${PROJECT_SOURCE_DIR}")
+if(WIN32)
+  # What <windows.h> declares: its functions for 16-bit units, and no macros named min and max.
+  target_compile_definitions(hdi_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
 if(MSVC)
   target_compile_options(hdi_options INTERFACE /W4 /utf-8 $<$<BOOL:${HDI_WARNINGS_AS_ERRORS}>:/WX>)
 else()

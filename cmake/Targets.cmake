@@ -16,14 +16,19 @@ function(hdi_place_beside_others target)
     LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}"
     BUILD_WITH_INSTALL_RPATH ON
     INSTALL_RPATH "$ORIGIN")
-  if(UNIX AND NOT APPLE)
+  if(WIN32)
+    # Names of their own, without the "lib" of this compiler's habit.
+    set_target_properties(${target} PROPERTIES PREFIX "")
+    target_link_options(${target} PRIVATE LINKER:--gc-sections LINKER:--strip-all)
+  elseif(UNIX AND NOT APPLE)
     target_link_options(${target} PRIVATE LINKER:--enable-new-dtags LINKER:--gc-sections)
   endif()
 endfunction()
 
 # hdi_limit_exports(target script)
 # Makes the symbols named in a linker version script the only ones that a shared target exports, and every
-# symbol it needs one that its libraries define.
+# symbol it needs one that its libraries define. On Windows nothing else can be: there exports are marked in the
+# code.
 function(hdi_limit_exports target script)
   if(UNIX AND NOT APPLE)
     cmake_path(ABSOLUTE_PATH script BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")

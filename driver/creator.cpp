@@ -1,6 +1,7 @@
 // From the process's file to a name.
 #include "driver/creator.h"
 
+#include "platform/environment.h"
 #include "platform/files.h"
 
 namespace hdi {

@@ -45,7 +45,9 @@ PagePicture BlankPicture(double width, double height) {
 
 PagePicture PaintFirstPage(const std::filesystem::path& pdf, double dotsPerInch) {
   const Painter painter;
-  const ScopedFPDFDocument document(FPDF_LoadDocument(pdf.c_str(), nullptr));
+  // The engine takes UTF-8 on Windows, and elsewhere the path as it is, which this is too.
+  const std::u8string path = pdf.u8string();
+  const ScopedFPDFDocument document(FPDF_LoadDocument(reinterpret_cast<const char*>(path.c_str()), nullptr));
   if (!document) throw PreviewError("cannot be read for a preview");
   const ScopedFPDFPage page(FPDF_LoadPage(document.get(), 0));
   if (!page) throw PreviewError("has no page for a preview");

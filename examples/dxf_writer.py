@@ -9,6 +9,8 @@ from __future__ import annotations
 
 import math
 
+from dxf_objects import dictionary, field_link, layout
+
 BY_BLOCK = 0  # as a colour
 BY_BLOCK_WEIGHT = -2
 
@@ -38,7 +40,7 @@ class Entities:
 
     Keywords that every method takes: `layer` (default: what `self.layer` says), `color` (index), `rgb`
     (0xRRGGBB), `ltype`, `lts` (line type scale), `lw` (line weight in hundredths of a millimetre), `opacity` (0
-    to 1) and `link` (the target of a hyperlink).
+    to 1), `link` (the target of a hyperlink) and `field` (the target of one that is a field of a text).
     """
 
     def __init__(self, layer: str = "0"):
@@ -57,6 +59,7 @@ class Entities:
         lw=None,
         opacity=None,
         link=None,
+        field=None,
     ):
         common = [(8, layer or self.layer)]
         alpha = None if opacity is None else 0x02000000 | round(255 * opacity)
@@ -65,7 +68,7 @@ class Entities:
                 common.append((code, value))
         if link is not None:
             groups = groups + [(1001, "PE_URL"), (1000, link)]
-        self.items.append((kind, common, groups))
+        self.items.append((kind, common, groups, field))
 
     def line(self, a, b, **style):
         self.add("LINE", [(100, "AcDbLine")] + point(10, a) + point(11, b), **style)
@@ -116,9 +119,9 @@ class Entities:
             groups += point(10, p)
         self.add("SPLINE", groups, **style)
 
-    def hatch(self, loops, pattern=None, **style):
+    def hatch(self, loops, pattern=None, gradient=None, **style):
         """Fills between `loops`, the first the outermost. `pattern` is None for a solid fill, or
-        (name, [(angle, base, offset, dashes), ...])."""
+        (name, [(angle, base, offset, dashes), ...]). `gradient` is (name, angle, first colour, last colour)."""
         name, families = pattern or ("SOLID", [])
         groups = [(100, "AcDbHatch")] + point(10, (0, 0)) + point(210, (0, 0), 1.0)
         groups += [(2, name), (70, 0 if families else 1), (71, 0), (91, len(loops))]
@@ -133,7 +136,12 @@ class Entities:
             groups += [(53, float(angle)), (43, float(base[0])), (44, float(base[1]))]
             groups += [(45, float(offset[0])), (46, float(offset[1])), (79, len(dashes))]
             groups += [(49, float(dash)) for dash in dashes]
-        self.add("HATCH", groups + [(98, 0)], **style)
+        groups.append((98, 0))
+        if gradient:
+            form, angle, first, last = gradient
+            groups += [(450, 1), (451, 0), (460, math.radians(angle)), (461, 0.0), (452, 0), (462, 0.0), (453, 2)]
+            groups += [(463, 0.0), (421, first), (463, 1.0), (421, last), (470, form)]
+        self.add("HATCH", groups, **style)
 
     def insert(
         self, block, at, scale=(1.0, 1.0), rotation=0.0, columns=1, rows=1, spacing=(0.0, 0.0), **style
@@ -189,6 +197,16 @@ class Entities:
         self.add("WIPEOUT", groups + flat_point(14, (-0.5, -0.5)) + flat_point(14, (0.5, 0.5)), **style)
 
 
+    def viewport(self, center, size, view_center, scale, number=2, frozen=(), **style):
+        """Shows the model on a sheet, but for the layers `frozen`; the sheet itself has the number 1."""
+        groups = [(100, "AcDbViewport")] + point(10, center) + [(40, float(size[0])), (41, float(size[1]))]
+        groups += [(68, number), (69, number)] + flat_point(12, view_center) + flat_point(13, (0, 0))
+        groups += flat_point(14, (10, 10)) + flat_point(15, (10, 10)) + point(16, (0, 0), 1.0)
+        groups += point(17, (0, 0)) + [(42, 50.0), (43, 0.0), (44, 0.0), (45, size[1] / scale), (50, 0.0), (51, 0.0)]
+        groups += [(72, 100)] + [(331, name) for name in frozen] + [(90, 32864)]
+        self.add("VIEWPORT", groups, **style)
+
+
 class SplineLoop:
     """A hatch boundary of one closed cubic B-spline."""
 
@@ -239,6 +257,10 @@ class Drawing:
         self.images = []
         self.blocks = {}
         self.model = Entities()
+        self.paper = Entities()
+        self.sheet_name = None
+        self.layer_handles = {}
+        self.fields = []
         self.layer("0", 7)
         self.last_handle = 0
 
@@ -256,6 +278,13 @@ class Drawing:
         """An image file beside the drawing, of `size` pixels, for `Entities.image`."""
         self.images.append((f"F{len(self.images):02X}", file, size))
         return self.images[-1][0], size
+
+    def sheet(self, name):
+        """Gives the drawing a layout, as large as itself; what it returns is to hold its entities."""
+        width, height = self.size
+        self.sheet_name = name
+        self.paper.viewport((width / 2, height / 2), self.size, (width / 2, height / 2), 1, number=1)
+        return self.paper
 
     def block(self, name, layer="0"):
         self.blocks[name] = Entities(layer)
@@ -316,7 +345,10 @@ class Drawing:
             groups.append((100, "AcDbDimStyleTable"))
         for subclass, handle, content in entries:
             code = 105 if name == "DIMSTYLE" else 5
-            groups += [(0, name), (code, handle or self.handle()), (330, owner)]
+            handle = handle or self.handle()
+            if name == "LAYER":
+                self.layer_handles[content[0][1]] = handle
+            groups += [(0, name), (code, handle), (330, owner)]
             groups += [(100, "AcDbSymbolTableRecord"), (100, subclass)] + content
         return groups + [(0, "ENDTAB")]
 
@@ -350,8 +382,17 @@ class Drawing:
 
     def entity_groups(self, entities, owner):
         groups = []
-        for kind, common, own in entities.items:
-            groups += [(0, kind), (5, self.handle()), (330, owner), (100, "AcDbEntity")] + common + own
+        for kind, common, own, field in entities.items:
+            handle = self.handle()
+            groups += [(0, kind), (5, handle)]
+            if field:
+                extension = self.handle()
+                self.fields.append((extension, handle, field))
+                groups += [(102, "{ACAD_XDICTIONARY"), (360, extension), (102, "}")]
+            groups += [(330, owner), (100, "AcDbEntity")] + ([(67, 1)] if entities is self.paper else [])
+            if kind == "VIEWPORT":
+                own = [(code, self.layer_handles[value] if code == 331 else value) for code, value in own]
+            groups += common + own
         return groups
 
     def block_section(self):
@@ -367,20 +408,25 @@ class Drawing:
 
     def entity_section(self):
         entities = self.entity_groups(self.model, self.records["*Model_Space"])
+        entities += self.entity_groups(self.paper, self.records["*Paper_Space"])
         return [(0, "SECTION"), (2, "ENTITIES")] + entities + [(0, "ENDSEC")]
 
     def objects(self):
         root, group = self.handle(), self.handle()
-        groups = [
-            (0, "SECTION"),
-            (2, "OBJECTS"),
-            (0, "DICTIONARY"),
-            (5, root),
-            (330, "0"),
-            (100, "AcDbDictionary"),
-        ]
-        groups += [(281, 1), (3, "ACAD_GROUP"), (350, group), (0, "DICTIONARY"), (5, group), (330, root)]
-        groups += [(100, "AcDbDictionary"), (281, 1)]
+        layouts = self.handle() if self.sheet_name else None
+        groups = [(0, "SECTION"), (2, "OBJECTS")]
+        groups += dictionary(
+            root, "0", [("ACAD_GROUP", group)] + ([("ACAD_LAYOUT", layouts)] if layouts else [])
+        )
+        groups += dictionary(group, root, [])
+        if layouts:
+            names = (("Model", "*Model_Space"), (self.sheet_name, "*Paper_Space"))
+            handles = [self.handle() for _ in names]
+            groups += dictionary(layouts, root, [(name, handle) for (name, _), handle in zip(names, handles)])
+            for tab, ((name, block), handle) in enumerate(zip(names, handles)):
+                groups += layout(handle, layouts, name, tab, self.size, self.records[block])
+        for extension, owner, target in self.fields:
+            groups += field_link(self.handle, extension, owner, target)
         for handle, file, (columns, rows) in self.images:
             groups += [(0, "IMAGEDEF"), (5, handle), (330, root), (100, "AcDbRasterImageDef"), (90, 0), (1, file)]
             groups += flat_point(10, (columns, rows)) + flat_point(11, (1, 1)) + [(280, 1), (281, 0)]

@@ -1,5 +1,5 @@
 """A trail map over a relief: an image, translucent zones on layers of their own, links, and labels that hide what
-lies below them."""
+lies below them. A sheet shows it twice, whole and in part, above a gradient."""
 
 from __future__ import annotations
 
@@ -103,11 +103,29 @@ def make():
         m.solid([(x - 2, y - 2), (x + 2, y - 2), (x, y + 2.4)], layer="HUTS")
         m.wipeout((x + 4, y - 2.2), (2.35 * len(name) + 2, 6.2), layer="HUTS")
         m.text(name, (x + 5.4, y), 2.9, "LABEL", layer="HUTS", rgb=0x0645AD, link=target)
-    m.polyline(
-        [(left, bottom), (left + width, bottom), (left + width, bottom + height), (left, bottom + height)],
-        closed=True, layer="FRAME", lw=70,
-    )
+    m.polyline(rectangle((left, bottom), (width, height)), closed=True, layer="FRAME", lw=70)
+    draw_sheet(drawing.sheet("Sheet"))
     return drawing
+
+
+def draw_sheet(sheet):
+    sheet.hatch(
+        [rectangle((12, 12), (273, 44))], gradient=("LINEAR", 0.0, 0x2E8B57, 0x0050B0), layer="FRAME"
+    )
+    sheet.text("Huts and trails", (20, 30), 12, "LABEL", layer="FRAME", rgb=0xFFFFFF)
+    sheet.mtext(
+        "{\\c16777215;All trails and the weather:\\P\\Lexample.org/trails}",
+        (277, 34), 5, "LABEL", attachment=6, layer="FRAME", field="https://example.org/trails",
+    )
+    left, bottom, width, height = MAP
+    middle = (left + width / 2, bottom + height / 2)
+    sheet.viewport((97, 134), (170, 116), middle, 0.62, layer="FRAME")
+    sheet.viewport((237, 134), (96, 116), (190, 88), 1.6, number=3, frozen=("GRID",), layer="FRAME")
+
+
+def rectangle(corner, size):
+    (x, y), (width, height) = corner, size
+    return [(x, y), (x + width, y), (x + width, y + height), (x, y + height)]
 
 
 def circle(center, radius):

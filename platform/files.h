@@ -1,4 +1,4 @@
-// Files, directories and the running process, as the driver needs them. Paths are the platform's, as UTF-16.
+// Files and directories, as the driver needs them. Paths are the platform's, as UTF-16.
 #pragma once
 
 #include <cstddef>
@@ -26,9 +26,6 @@ bool RemoveFile(const std::u16string& path);
 
 // Makes the last directory of `path`; a failure (it may exist) is not reported.
 void MakeDirectory(const std::u16string& path);
-
-// The full path of the running process's executable; empty when it can't be told.
-[[nodiscard]] std::u16string ProcessFileName();
 
 // A file that takes blocks of bytes one after the other. Closed at first; the destructor closes.
 class OutputFile {

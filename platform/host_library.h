@@ -21,8 +21,11 @@
 #else
 #define HDI_HOST_API __declspec(dllimport)
 #endif
+// As <windows.h> declares the same functions, for units that see both.
+#define HDI_GLOBAL_MEMORY(result) __declspec(dllimport) result __stdcall
 #else
 #define HDI_HOST_API __attribute__((visibility("default")))
+#define HDI_GLOBAL_MEMORY(result) HDI_HOST_API result
 #endif
 
 namespace hdi {
@@ -170,15 +173,14 @@ HDI_HOST_API int32_t HT_DefaultDeletePaper(const void* devMode, const int32_t& i
 // Whether a and b differ by less than `tolerance`.
 HDI_HOST_API bool isEqual(double a, double b, double tolerance);
 
-#if !defined(_WIN32)
-// Global memory blocks, with the platform's meanings: flag 0x40 zeroes the block, flag 2 makes it movable. A
-// handle is opaque and a block is read and written only between GlobalLock and GlobalUnlock, which count. A
-// handle that is null or unknown gives null, 0, or, from GlobalFree, the handle itself.
-HDI_HOST_API void* GlobalAlloc(uint32_t flags, size_t size);
-HDI_HOST_API void* GlobalLock(void* handle);
-HDI_HOST_API int32_t GlobalUnlock(void* handle);  // 1 while the block stays locked, else 0
-HDI_HOST_API size_t GlobalSize(void* handle);
-HDI_HOST_API void* GlobalFree(void* handle);  // null when the block has been freed
-#endif
+// Global memory blocks: the platform's own functions on Windows, elsewhere the library's. Flag 0x40 zeroes
+// the block, flag 2 makes it movable. A handle is opaque and a block is read and written only between
+// GlobalLock and GlobalUnlock, which count. A handle that is null or unknown gives null, 0, or, from
+// GlobalFree, the handle itself.
+HDI_GLOBAL_MEMORY(void*) GlobalAlloc(uint32_t flags, size_t size);
+HDI_GLOBAL_MEMORY(void*) GlobalLock(void* handle);
+HDI_GLOBAL_MEMORY(int32_t) GlobalUnlock(void* handle);  // 1 while the block stays locked, else 0
+HDI_GLOBAL_MEMORY(size_t) GlobalSize(void* handle);
+HDI_GLOBAL_MEMORY(void*) GlobalFree(void* handle);  // null when the block has been freed
 
 }  // extern "C"

@@ -1,10 +1,14 @@
 // Settings files in the form of the platform's private profiles: sections in brackets, `key=value` lines,
 // names compared without regard to case, blanks around values and one pair of quotes around a value dropped,
 // comment lines begin with a semicolon.
+//
+// A file is UTF-16LE with a byte order mark; without one it is UTF-8, and on Windows, where the platform's
+// own functions read and write it, in the system's code page.
 #pragma once
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace hdi {
 
@@ -17,6 +21,10 @@ namespace hdi {
 // file now holds the value.
 bool WriteSetting(const std::u16string& section, const std::u16string& key, const std::u16string& value,
                   const std::u16string& file);
+
+// The names of the sections of `file` in the file's order, each as often as it is there; none without the
+// file.
+[[nodiscard]] std::vector<std::u16string> SettingSections(const std::u16string& file);
 
 // The leading decimal number of `text` behind blanks and a sign, 0 when there is none, held at the ends of
 // i32.

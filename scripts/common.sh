@@ -71,6 +71,17 @@ IsConfigured() {
   [[ $tests == OFF || $option == ON ]]
 }
 
+# Runs scripts/engine for the platform of a preset: Engine <preset> [ARGUMENT...]
+Engine() {
+  local preset=$1
+  shift
+  if [[ $preset == windows ]]; then
+    CXX=x86_64-w64-mingw32-g++-posix "$root/scripts/engine" "$@"
+  else
+    "$root/scripts/engine" "$@"
+  fi
+}
+
 # Build <preset> <tests ON|OFF> <what is built> <target>...
 # Configures a preset's folder if it has to be and builds the targets in it. Two of these in one clone take turns.
 Build() {
@@ -78,7 +89,7 @@ Build() {
   shift 3
   directory=$root/build
   [[ $preset == release ]] || directory=$root/build-$preset
-  engine=$("$root/scripts/engine" --print-directory)
+  engine=$(Engine "$preset" --print-directory)
   mkdir -p "$directory"
   (
     flock 9

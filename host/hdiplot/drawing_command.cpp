@@ -74,10 +74,10 @@ FontMap ReadFontMap(const PlotOptions& options) {
 
 // A drawing without the layout that is asked for is reported and has none.
 std::vector<DrawingPage> AllPages(const std::vector<Drawing>& drawings, const PlotOptions& options,
-                                  size_t& withoutPages) {
+                                  FontBook& fonts, size_t& withoutPages) {
   std::vector<DrawingPage> all;
   for (const Drawing& drawing : drawings) {
-    const std::vector<DrawingPage> pages = PagesOf(drawing, options);
+    const std::vector<DrawingPage> pages = PagesOf(drawing, options, fonts);
     if (pages.empty()) {
       ++withoutPages;
       PrintError(NoSuchLayout(drawing, options));
@@ -152,16 +152,15 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>&
     device.StartPage(changes[i]);
     const uint64_t before = device.ObjectCount();
     const Sheet sheet = MakeSheet(device);
-    const PlottedPage plotted =
-        PlotDrawing(*page.drawing, line.plot, sheet, fonts, images, device, progress, page.layout);
+    const PlottedPage plotted = PlotDrawing(page.part, line.plot, sheet, fonts, images, device, progress);
     measure.Add(plotted, sheet);
     Add(plotted.leftOut, skipped);
     for (const auto& [type, count] : SkippedOn(page)) skipped[type] += count;
     device.EndPage();
     if (line.verbosity == Verbosity::kVerbose) {
       progress.Finish();
-      const std::string layout = page.layout != nullptr ? ", " + page.layout->name : "";
-      PrintLine(stderr, fmt::format("page {}: {}{}, {}, {} objects", i + 1, page.drawing->name, layout,
+      const std::string layout = page.part.layout != nullptr ? ", " + page.part.layout->name : "";
+      PrintLine(stderr, fmt::format("page {}: {}{}, {}, {} objects", i + 1, page.part.drawing->name, layout,
                                     PaperName(page, paper), device.ObjectCount() - before));
     }
   }
@@ -195,7 +194,7 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
   size_t withoutPages = 0;
-  std::vector<DrawingPage> pages = AllPages(drawings, line.plot, withoutPages);
+  std::vector<DrawingPage> pages = AllPages(drawings, line.plot, fonts, withoutPages);
   if (pages.empty()) return ExitStatus::kNothingDone;
 
   WarnOfUnmatchedPatterns(line.plot.layers, drawings);
@@ -203,9 +202,9 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
   const PaperPlan paper(driver, line.plot);
-  ChooseOrientations(pages, line.plot, fonts, paper);
+  ChooseOrientations(pages, line.plot, paper);
   const DrawingPage& first = pages.front();
-  Job job(driver, SettingsFor(line, *first.drawing, paper, first.orientation), line);
+  Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line);
   const SkippedCounts skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);

@@ -12,10 +12,10 @@ namespace hdiplot {
 std::optional<Drawing> ReadOrReport(const std::filesystem::path& file) {
   try {
     return ReadDxf(file);
-  } catch (const InputError& error) {
+  } catch (const FileError& error) {
     PrintError(error.what());
   } catch (const std::exception& error) {
-    PrintError(InputError(file, 0, error.what()).what());  // no memory, say
+    PrintError(FileError(file, 0, error.what()).what());  // no memory, say
   }
   return std::nullopt;
 }

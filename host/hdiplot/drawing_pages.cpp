@@ -26,37 +26,36 @@ bool HasModel(const Drawing& drawing) {
 
 }  // namespace
 
-std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options) {
+std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options, FontBook& fonts) {
   const std::u16string asked = FoldedCase(options.layout);
-  std::vector<DrawingPage> model{{&drawing}};
-  if (asked == FoldedCase(kModel) || (asked.empty() && HasModel(drawing))) return model;
-  const bool wantsAll = asked == FoldedCase(kAllLayouts);
+  const bool wantsModel = asked == FoldedCase(kModel) || (asked.empty() && HasModel(drawing));
+  const bool wantsAll = asked.empty() || asked == FoldedCase(kAllLayouts);
   std::vector<DrawingPage> pages;
   for (const Layout& layout : drawing.layouts) {
-    const bool isWanted =
-        asked.empty() ? !IsEmpty(drawing, layout) : wantsAll || FoldedCase(layout.name) == asked;
-    if (isWanted) pages.push_back({&drawing, &layout, HasOwnSheet(&layout, options)});
+    const bool isWanted = wantsAll ? !IsEmpty(drawing, layout) : FoldedCase(layout.name) == asked;
+    if (wantsModel || !isWanted) continue;
+    pages.push_back({MeasuredPart(drawing, options, fonts, &layout), HasOwnSheet(&layout, options)});
   }
-  return asked.empty() && pages.empty() ? model : pages;
+  if (wantsModel || (asked.empty() && pages.empty())) pages = {{MeasuredPart(drawing, options, fonts)}};
+  return pages;
 }
 
 std::string NoSuchLayout(const Drawing& drawing, const PlotOptions& options) {
   if (drawing.layouts.empty()) return drawing.name + ": has no layouts";
+  if (FoldedCase(options.layout) == FoldedCase(kAllLayouts)) return drawing.name + ": all layouts are empty";
   std::string names;
   for (const Layout& layout : drawing.layouts) names += (names.empty() ? "" : ", ") + layout.name;
   return fmt::format("{}: has no layout \"{}\"; there are: {}", drawing.name, options.layout, names);
 }
 
-void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, FontBook& fonts,
-                        const PaperPlan& paper) {
+void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, const PaperPlan& paper) {
   const Sheet portrait = paper.SheetFor(Orientation::kPortrait);
   const Sheet landscape = paper.SheetFor(Orientation::kLandscape);
   std::optional<Orientation> first;
   for (DrawingPage& page : pages) {
     if (page.hasOwnSheet) continue;
-    page.orientation = paper.IsCustom() && first
-                           ? *first
-                           : BestOrientation(*page.drawing, options, fonts, portrait, landscape, page.layout);
+    page.orientation =
+        paper.IsCustom() && first ? *first : BestOrientation(page.part, options, portrait, landscape);
     first = first.value_or(page.orientation);
   }
 }
@@ -67,7 +66,7 @@ std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<Drawin
   std::vector<std::optional<FieldSettings>> changes;
   for (const DrawingPage& page : pages) {
     if (page.hasOwnSheet) {
-      changes.emplace_back(SheetChanges(*page.layout->sheet));
+      changes.emplace_back(SheetChanges(*page.part.layout->sheet));
     } else {
       // A page of another paper behind one of its own takes its paper back in full.
       changes.push_back(anyOwn ? paper.WholePageChanges(page.orientation)
@@ -79,16 +78,16 @@ std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<Drawin
 
 std::string PaperName(const DrawingPage& page, const PaperPlan& paper) {
   if (page.hasOwnSheet) {
-    return fmt::format("{:.4g}x{:.4g}", page.layout->sheet->width, page.layout->sheet->height);
+    return fmt::format("{:.4g}x{:.4g}", page.part.layout->sheet->width, page.part.layout->sheet->height);
   }
   return paper.Name() + (page.orientation == Orientation::kLandscape ? " landscape" : " portrait");
 }
 
 std::map<std::string, uint64_t> SkippedOn(const DrawingPage& page) {
   std::map<std::string, uint64_t> skipped;
-  if (page.layout != nullptr) skipped = page.layout->skipped;
-  if (page.layout != nullptr && page.layout->viewports == 0) return skipped;
-  for (const auto& [type, count] : page.drawing->skipped) skipped[type] += count;
+  if (page.part.layout != nullptr) skipped = page.part.layout->skipped;
+  if (page.part.layout != nullptr && page.part.layout->viewports == 0) return skipped;
+  for (const auto& [type, count] : page.part.drawing->skipped) skipped[type] += count;
   return skipped;
 }
 

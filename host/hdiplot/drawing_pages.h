@@ -7,27 +7,27 @@
 #include <vector>
 
 #include "host/hdiplot/paper_plan.h"
+#include "host/hdiplot/plot/extents.h"
 #include "host/hdiplot/text/font_book.h"
 
 namespace hdiplot {
 
-// Refers to the drawing.
 struct DrawingPage {
-  const Drawing* drawing = nullptr;
-  const Layout* layout = nullptr;  // null: the model
+  DrawingPart part;
   bool hasOwnSheet = false;
   Orientation orientation = Orientation::kPortrait;  // of a page that has none, once it is chosen
 };
 
-// What `options` ask for; when they ask for nothing, the model, or where there is none the layouts that have
-// entities. None when the drawing has no such layout.
-[[nodiscard]] std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options);
+// What `options` ask for; when they ask for nothing, the model, or where there is none all layouts. These are
+// those that have entities: drawings often have sheets that nobody has ever opened. None when the drawing has
+// no such layout.
+[[nodiscard]] std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options,
+                                               FontBook& fonts);
 
 // What to tell the user about a drawing without pages.
 [[nodiscard]] std::string NoSuchLayout(const Drawing& drawing, const PlotOptions& options);
 
-void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, FontBook& fonts,
-                        const PaperPlan& paper);
+void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, const PaperPlan& paper);
 
 // What each page has to change in the driver's record.
 [[nodiscard]] std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<DrawingPage>& pages,

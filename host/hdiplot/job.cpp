@@ -11,6 +11,8 @@
 #include "host/hdiplot/output_file.h"
 #include "host/hdiplot/preview.h"
 #include "host/hdiplot/printing.h"
+#include "host/hdiplot/system/files.h"
+#include "host/hdiplot/system/paths.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -18,12 +20,6 @@ namespace hdiplot {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool IsSameFile(const fs::path& a, const fs::path& b) {
-  std::error_code error;
-  return fs::weakly_canonical(WithoutLinks(a), error) == fs::weakly_canonical(WithoutLinks(b), error) &&
-         !error;
-}
 
 void SetUpDriver(hdi::HT_Driver& driver, const JobSettings& settings, bool open) {
   hdi::DriverDevMode* record = driver.GetDevModePointer();
@@ -46,12 +42,12 @@ Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine&
 
   if (line.verbosity == Verbosity::kVerbose) {
     PrintLine(stderr,
-              fmt::format("device \"{}\" of {}", hdi::ToUtf8(driver.GetName()), line.module.string()));
+              fmt::format("device \"{}\" of {}", hdi::ToUtf8(driver.GetName()), PathText(line.module)));
   }
   SetUpDriver(driver, settings, line.open);
   device_.emplace(driver);
   if (device_->StartDoc(settings.docName, output, settings.defaultOutput) == 0) {
-    const std::string name = file_ ? file_->string() + ": " : "";
+    const std::string name = file_ ? PathText(*file_) + ": " : "";
     throw std::runtime_error(name + "the driver did not start the document");
   }
   device_->SetLineScale(settings.lineScale);
@@ -67,12 +63,12 @@ void Job::CheckFiles(const CommandLine& line) const {
         "no output file: give one with -o, or as output or defaultOutput in the job line");
   }
   for (const fs::path& input : line.inputs) {
-    if (file_ && IsSameFile(*file_, input)) throw InputError(input, 0, "is the input and the output");
-    if (line.record && IsSameFile(*line.record, input))
-      throw InputError(input, 0, "is the input and the record");
+    if (file_ && LeadToSameFile(*file_, input)) throw FileError(input, 0, "is the input and the output");
+    if (line.record && LeadToSameFile(*line.record, input))
+      throw FileError(input, 0, "is the input and the record");
   }
-  if (file_ && line.record && IsSameFile(*file_, *line.record)) {
-    throw InputError(*file_, 0, "is the output and the record");
+  if (file_ && line.record && LeadToSameFile(*file_, *line.record)) {
+    throw FileError(*file_, 0, "is the output and the record");
   }
   if (line.preview) CheckPreview(line);
   if (file_) RequireWritable(*file_);
@@ -81,12 +77,12 @@ void Job::CheckFiles(const CommandLine& line) const {
 void Job::CheckPreview(const CommandLine& line) const {
   const fs::path& preview = *line.preview;
   if (!file_) throw std::runtime_error("--preview needs an output file: give one with -o");
-  if (IsSameFile(preview, *file_)) throw InputError(preview, 0, "is the output and the preview");
-  if (line.record && IsSameFile(preview, *line.record)) {
-    throw InputError(preview, 0, "is the record and the preview");
+  if (LeadToSameFile(preview, *file_)) throw FileError(preview, 0, "is the output and the preview");
+  if (line.record && LeadToSameFile(preview, *line.record)) {
+    throw FileError(preview, 0, "is the record and the preview");
   }
   for (const fs::path& input : line.inputs) {
-    if (IsSameFile(preview, input)) throw InputError(preview, 0, "is the input and the preview");
+    if (LeadToSameFile(preview, input)) throw FileError(preview, 0, "is the input and the preview");
   }
   RequireWritable(preview);
 }
@@ -98,7 +94,7 @@ void Job::Finish() {
     device_->EndDoc();
   } catch (const std::exception& error) {
     // A write that fails otherwise than for a full disk.
-    throw std::runtime_error((file_ ? file_->string() + ": " : "") + "cannot be written: " + error.what());
+    throw std::runtime_error((file_ ? PathText(*file_) + ": " : "") + "cannot be written: " + error.what());
   }
   device_.reset();
   if (file_) {
@@ -123,7 +119,7 @@ ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, 
   const auto finish = [&status](const auto& step) {
     try {
       step();
-    } catch (const InputError& error) {
+    } catch (const FileError& error) {
       PrintError(error.what());
       status = ExitStatus::kPartlyDone;
     }

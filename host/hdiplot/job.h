@@ -29,10 +29,10 @@ class Job {
   // the output is not whole.
   void Finish();
 
-  // Behind Finish: puts the recorded trace, if there is one, in its place. Throws InputError.
+  // Behind Finish: puts the recorded trace, if there is one, in its place. Throws FileError.
   void FinishRecord();
 
-  // Behind Finish: writes the picture that the command line asks for. Throws InputError.
+  // Behind Finish: writes the picture that the command line asks for. Throws FileError.
   void FinishPreview(const CommandLine& line) const;
 
   // Behind Finish; without the time.

@@ -1,25 +1,16 @@
 // hdiplot: plots drawings and plot traces through the driver module.
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <exception>
+#include <string>
+#include <vector>
 
 #include "host/hdiplot/options.h"
 #include "host/hdiplot/plot_commands.h"
 #include "host/hdiplot/printing.h"
+#include "host/hdiplot/system/process.h"
 
 namespace {
 
 using hdiplot::ExitStatus;
-
-// A file opened while a standard descriptor is closed would take its place, and get what is printed there.
-void OpenClosedStandardDescriptors() {
-  for (int opened = 0; opened >= 0 && opened <= STDERR_FILENO;) {
-    opened = open("/dev/null", O_RDWR);
-    if (opened > STDERR_FILENO) close(opened);
-  }
-}
 
 ExitStatus Run(const hdiplot::CommandLine& line) {
   if (line.listPapers) return ListPapers(line);
@@ -27,8 +18,11 @@ ExitStatus Run(const hdiplot::CommandLine& line) {
   return line.isTrace ? PlotTrace(line) : PlotDrawings(line);
 }
 
-ExitStatus ParseAndRun(int argc, char** argv) {
-  const hdiplot::ParsedArguments arguments = hdiplot::ParseArguments(argc, argv);
+ExitStatus ParseAndRun(const std::vector<std::string>& words) {
+  std::vector<const char*> pointers;
+  for (const std::string& word : words) pointers.push_back(word.c_str());
+  const hdiplot::ParsedArguments arguments =
+      hdiplot::ParseArguments(static_cast<int>(pointers.size()), pointers.data());
   const ExitStatus status = arguments.commandLine ? Run(*arguments.commandLine) : arguments.status;
   if (hdiplot::FlushStandardOutput()) return status;
   hdiplot::PrintError("standard output: cannot be written");
@@ -41,13 +35,10 @@ ExitStatus ParseAndRun(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  OpenClosedStandardDescriptors();
-  // Writing to what cannot take it fails, and is reported, instead of ending the process in the middle.
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
+  hdiplot::PrepareProcess();
   ExitStatus status = ExitStatus::kNothingDone;
   try {
-    status = ParseAndRun(argc, argv);
+    status = ParseAndRun(hdiplot::CommandLineWords(argc, argv));
   } catch (const std::exception& error) {
     hdiplot::PrintError(error.what());
   } catch (...) {

@@ -1,36 +1,36 @@
-// Loading through the platform's dynamic linker, as a host that knows nothing of the module's inside.
+// Loading by name, as a host that knows nothing of the module's inside.
 #include "host/hdiplot/module.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
-#include <cstdlib>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/system/paths.h"
+#include "host/hdiplot/system/process.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
 
 std::filesystem::path DefaultModulePath() {
-  if (const char* given = std::getenv("HDI_MODULE"); given != nullptr && *given != '\0') return given;
-  std::error_code error;  // leaves the path empty, and the name alone is as good as any
-  return std::filesystem::read_symlink("/proc/self/exe", error).replace_filename("PDF.hdi");
+  const std::filesystem::path given = PathFromEnvironment("HDI_MODULE");
+  return given.empty() ? ExecutableFile().replace_filename("PDF.hdi") : given;
 }
 
-void Module::Unload::operator()(void* library) const { dlclose(library); }
-
 Module::Module(std::filesystem::path file) : file_(std::move(file)) {
-  if (!std::filesystem::exists(file_)) throw InputError(file_, 0, "the driver module is missing");
-  // With a directory in its name the file itself is loaded, without a search.
-  library_.reset(dlopen(std::filesystem::absolute(file_).c_str(), RTLD_NOW | RTLD_LOCAL));
-  if (library_ == nullptr) throw InputError(file_, 0, std::string("cannot be loaded: ") + dlerror());
-  itDriver_ = reinterpret_cast<hdi::ItDriverFunction*>(dlsym(library_.get(), "IT_Driver"));
-  if (itDriver_ == nullptr) throw InputError(file_, 0, "is no driver module, as it has no IT_Driver");
+  std::error_code unknown;
+  if (!std::filesystem::exists(file_, unknown)) throw FileError(file_, 0, "the driver module is missing");
+  try {
+    library_.emplace(file_);
+  } catch (const std::runtime_error& error) {
+    throw FileError(file_, 0, std::string("cannot be loaded: ") + error.what());
+  }
+  itDriver_ = library_->Find<hdi::ItDriverFunction>("IT_Driver");
+  if (itDriver_ == nullptr) throw FileError(file_, 0, "is no driver module, as it has no IT_Driver");
   itDriver_(hdi::kCreateDrivers, static_cast<hdi::HostDriverList*>(&list_));
   if (list_.drivers.empty()) {
-    throw InputError(file_, 0, "made no driver; is pdf.ini in the application's directory?");
+    throw FileError(file_, 0, "made no driver; is pdf.ini in the application's directory?");
   }
 }
 
@@ -49,7 +49,7 @@ hdi::HT_Driver& Module::Driver(std::u16string_view name) const {
   if (found != list_.drivers.end()) return **found;
   std::string message = "has no device \"" + hdi::ToUtf8(name) + "\"; there are:";
   for (hdi::HT_Driver* driver : list_.drivers) message += " \"" + hdi::ToUtf8(driver->GetName()) + "\"";
-  throw InputError(file_, 0, message);
+  throw FileError(file_, 0, message);
 }
 
 }  // namespace hdiplot

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/hdiplot/system/shared_library.h"
 #include "platform/border.h"
 
 namespace hdiplot {
@@ -17,13 +18,13 @@ namespace hdiplot {
 // A loaded module with all its drivers. The destructor has the module release them and unloads it.
 class Module {
  public:
-  // Throws InputError when the file is no driver module or makes no driver.
+  // Throws FileError when the file is no driver module or makes no driver.
   explicit Module(std::filesystem::path file);
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
   ~Module();
 
-  // The driver whose GetName is `name`, or the first one for an empty name. Throws InputError with the names
+  // The driver whose GetName is `name`, or the first one for an empty name. Throws FileError with the names
   // that there are when there is no such driver.
   [[nodiscard]] hdi::HT_Driver& Driver(std::u16string_view name) const;
 
@@ -44,12 +45,8 @@ class Module {
     std::vector<hdi::HT_Driver*> drivers;  // in the module's order
   };
 
-  struct Unload {
-    void operator()(void* library) const;
-  };
-
   std::filesystem::path file_;
-  std::unique_ptr<void, Unload> library_;
+  std::optional<SharedLibrary> library_;
   hdi::ItDriverFunction* itDriver_ = nullptr;
   DriverList list_;
 };

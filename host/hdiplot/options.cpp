@@ -11,6 +11,7 @@
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/printing.h"
+#include "host/hdiplot/system/paths.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -52,7 +53,7 @@ std::function<void(const std::string&)> Into(
 }
 
 bool HasExtension(const std::filesystem::path& file, std::string_view extension) {
-  return EqualWithoutCase(file.extension().string(), extension);
+  return EqualWithoutCase(PathText(file.extension()), extension);
 }
 
 // Whether a name stays the same in UTF-16, which the driver takes.
@@ -61,11 +62,11 @@ bool IsUtf8(const std::string& name) { return hdi::ToUtf8(hdi::ToUtf16(name)) ==
 // The name of a file that is to be made.
 void CheckFileName(const char* option, const std::string& name) {
   const auto fail = [option](const char* problem) { throw CLI::ValidationError(option, problem); };
-  if (name.empty() || name.ends_with('/')) fail("names no file");
-  const std::string last = std::filesystem::path(name).filename().string();
-  if (last == "." || last == "..") fail("names a directory");
+  const std::filesystem::path path = PathFromUtf8(name);
+  if (!path.has_filename()) fail("names no file");
+  if (path.filename() == "." || path.filename() == "..") fail("names a directory");
   if (name == "-") fail("takes the name of a file; nothing is written to standard output");
-  if (name.starts_with("/dev/")) fail("names a device, not a file");
+  if (NamesDevice(path)) fail("names a device, not a file");
 }
 
 // What CLI11 cannot tell: the rules between options and kinds of input. Throws CLI::ValidationError.
@@ -74,7 +75,7 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
       std::ranges::count_if(line.inputs, [](const auto& f) { return HasExtension(f, ".jsonl"); });
   for (const auto& input : line.inputs) {
     if (!HasExtension(input, ".jsonl") && !HasExtension(input, ".dxf")) {
-      throw CLI::ValidationError(input.string(), "is neither a drawing (.dxf) nor a plot trace (.jsonl)");
+      throw CLI::ValidationError(PathText(input), "is neither a drawing (.dxf) nor a plot trace (.jsonl)");
     }
   }
   if (traces > 0 && line.inputs.size() > 1) {
@@ -92,7 +93,7 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
     throw CLI::ValidationError("--output", "is needed to plot several drawings");
   }
   if (!line.output && !line.isTrace && !line.inputs.empty()) {
-    line.output = line.inputs.front().filename().replace_extension(".pdf").string();
+    line.output = PathText(line.inputs.front().filename().replace_extension(".pdf"));
     if (!IsUtf8(*line.output)) {
       throw CLI::ValidationError("--output", "is needed, as the drawing's name is not in UTF-8");
     }
@@ -101,9 +102,9 @@ void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawi
   if (line.output && !IsUtf8(*line.output)) {
     throw CLI::ValidationError("--output", "takes a file name in UTF-8");
   }
-  if (line.record) CheckFileName("--record", line.record->string());
+  if (line.record) CheckFileName("--record", PathText(*line.record));
   if (line.preview) {
-    CheckFileName("--preview", line.preview->string());
+    CheckFileName("--preview", PathText(*line.preview));
     if (!HasExtension(*line.preview, ".png")) {
       throw CLI::ValidationError("--preview", "takes the name of a PNG file (.png)");
     }
@@ -124,14 +125,26 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   CLI::App app(kDescription, "hdiplot");
   app.footer(kExamples);
   app.set_version_flag("--version", kVersion, "Print the version");
-  app.add_option("inputs", line.inputs, "Drawings (.dxf), or one plot trace (.jsonl)")->type_name("FILE");
+  app.allow_windows_style_options(false);  // with a slash, which starts a path
+  // Paths are converted here, as CLI11 would take their text to be in the system's code page.
+  const auto addPath = [&app](const char* name, auto& target, const char* description) {
+    const auto take = [&target](const std::string& text) { target = PathFromUtf8(text); };
+    return app.add_option_function<std::string>(name, take, description)->type_name("FILE");
+  };
+  const auto takeInputs = [&line](const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments) {
+      const auto files = FilesNamed(argument);
+      line.inputs.insert(line.inputs.end(), files.begin(), files.end());
+    }
+  };
+  app.add_option_function<std::vector<std::string>>("inputs", takeInputs,
+                                                    "Drawings (.dxf), or one plot trace (.jsonl)")
+      ->type_name("FILE");
   auto* output = app.add_option("-o,--output", line.output,
                                 "The PDF; \".pdf\" is added where it is missing; needed for several drawings")
                      ->type_name("FILE");
-  auto* record = app.add_option("--record", line.record, "Write the plot as a trace, too")->type_name("FILE");
-  auto* preview =
-      app.add_option("--preview", line.preview, "Write a picture of the first page, too, as a PNG")
-          ->type_name("FILE");
+  auto* record = addPath("--record", line.record, "Write the plot as a trace, too");
+  auto* preview = addPath("--preview", line.preview, "Write a picture of the first page, too, as a PNG");
   app.add_option("--preview-dpi", line.previewDpi, "Its pixels per inch, from 10 to 2400 (default 100)")
       ->type_name("N")
       ->check(CLI::Range(10, 2400).description(""))
@@ -175,10 +188,9 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       ->expected(1)  // for each time it is given
       ->take_all()
       ->allow_extra_args(false);
-  forDrawings(app.add_option("--font-map", plot.fontMap,
-                             "Fonts to plot with: lines of NAME = FAMILY[, bold][, italic] or "
-                             "NAME = stroke:FONT"))
-      ->type_name("FILE");
+  forDrawings(addPath("--font-map", plot.fontMap,
+                      "Fonts to plot with: lines of NAME = FAMILY[, bold][, italic] or "
+                      "NAME = stroke:FONT"));
   forDrawings(app.add_flag("--text-as-geometry", plot.textAsGeometry,
                            "Text as shapes only, which cannot be searched"));
 
@@ -199,9 +211,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.add_option("--device", line.device, "The driver's device (default: the first)")
       ->type_name("NAME")
       ->group("Driver");
-  app.add_option("--module", line.module,
-                 "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot)")
-      ->type_name("FILE")
+  addPath("--module", line.module, "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot)")
       ->group("Driver");
   app.add_flag("--list-papers", line.listPapers, "Print the device's papers")->group("Driver");
   app.add_flag("--open", line.open, "Open the PDF in the viewer");

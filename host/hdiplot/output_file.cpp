@@ -1,9 +1,6 @@
 // Looking at the output's place before the plot and at the output behind it.
 #include "host/hdiplot/output_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -11,6 +8,9 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/system/files.h"
+#include "host/hdiplot/system/paths.h"
+#include "host/hdiplot/system/process.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -26,10 +26,9 @@ fs::path DirectoryOf(const fs::path& file) {
 // Permission bits tell nothing to a superuser, nor of a read-only or full file system: only making a file
 // does.
 void RequireCreatable(const fs::path& probe, const fs::path& file) {
-  const int descriptor = open(probe.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
-  if (descriptor < 0) throw InputError(file, 0, std::string("cannot be written: ") + std::strerror(errno));
-  close(descriptor);
-  unlink(probe.c_str());
+  if (!CreateNew(probe)) throw FileError(file, 0, std::string("cannot be written: ") + std::strerror(errno));
+  std::error_code ignored;
+  fs::remove(probe, ignored);
 }
 
 }  // namespace
@@ -38,34 +37,23 @@ bool AsksForFile(const std::u16string& output) { return EqualWithoutCase(hdi::To
 
 std::optional<fs::path> OutputFile(const std::optional<std::u16string>& output,
                                    const std::u16string& defaultOutput) {
-  if (!output || output->empty()) return fs::path(hdi::ToUtf8(defaultOutput));
+  if (!output || output->empty()) return PathFromUtf8(hdi::ToUtf8(defaultOutput));
   if (AsksForFile(*output)) return std::nullopt;
   std::string name = hdi::ToUtf8(*output);
   if (!LowerCase(name).ends_with(".pdf")) name += ".pdf";
-  return fs::path(name);
-}
-
-fs::path WithoutLinks(const fs::path& file) {
-  constexpr int kMostLinks = 40;  // as many as the system follows itself
-  fs::path place = file;
-  std::error_code error;
-  for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(place, error)); ++i) {
-    place = place.parent_path() / fs::read_symlink(place, error);
-    if (error) break;
-  }
-  return place;
+  return PathFromUtf8(name);
 }
 
 void RequireReplaceable(const fs::path& file) {
   std::error_code error;
   const fs::path directory = DirectoryOf(file);
   if (!fs::is_directory(directory, error)) {
-    throw InputError(file, 0, "cannot be written: there is no directory " + directory.string());
+    throw FileError(file, 0, "cannot be written: there is no directory " + PathText(directory));
   }
   const fs::file_status status = fs::status(file, error);
-  if (fs::is_directory(status)) throw InputError(file, 0, "cannot be written: it is a directory");
+  if (fs::is_directory(status)) throw FileError(file, 0, "cannot be written: it is a directory");
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    throw InputError(file, 0, "cannot be written: it is no regular file");
+    throw FileError(file, 0, "cannot be written: it is no regular file");
   }
 }
 
@@ -73,19 +61,18 @@ void RequireWritable(const fs::path& file) {
   RequireReplaceable(file);
   std::error_code error;
   const bool isThere = fs::exists(fs::symlink_status(file, error));
-  RequireCreatable(isThere ? DirectoryOf(file) / (".hdiplot." + std::to_string(getpid()) + ".tmp") : file,
-                   file);
+  RequireCreatable(isThere ? DirectoryOf(file) / (".hdiplot." + ProcessNumber() + ".tmp") : file, file);
 }
 
 void RequireComplete(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary | std::ios::ate);
-  if (!stream) throw InputError(file, 0, "has not been written");
+  if (!stream) throw FileError(file, 0, "has not been written");
   // The last line of a file is the end mark (ISO 32000-1:2008, 7.5.5).
   const std::streamoff size = stream.tellg();
   std::string tail(static_cast<size_t>(std::min<std::streamoff>(size, 32)), '\0');
   stream.seekg(size - static_cast<std::streamoff>(tail.size()));
   stream.read(tail.data(), static_cast<std::streamsize>(tail.size()));
-  if (tail.find("%%EOF") == std::string::npos) throw InputError(file, 0, "is not whole; is the disk full?");
+  if (tail.find("%%EOF") == std::string::npos) throw FileError(file, 0, "is not whole; is the disk full?");
 }
 
 }  // namespace hdiplot

@@ -15,17 +15,14 @@ namespace hdiplot {
 [[nodiscard]] std::optional<std::filesystem::path> OutputFile(const std::optional<std::u16string>& output,
                                                               const std::u16string& defaultOutput);
 
-// The file that `file` leads to through symbolic links; it need not exist.
-[[nodiscard]] std::filesystem::path WithoutLinks(const std::filesystem::path& file);
-
-// Throws InputError when the directory of `file` is missing, or `file` is there and no regular file.
+// Throws FileError when the directory of `file` is missing, or `file` is there and no regular file.
 void RequireReplaceable(const std::filesystem::path& file);
 
-// Throws InputError when `file` cannot be made or replaced. Starting a document deletes the old file, so this
+// Throws FileError when `file` cannot be made or replaced. Starting a document deletes the old file, so this
 // is found out before, and leaves everything as it was.
 void RequireWritable(const std::filesystem::path& file);
 
-// Throws InputError when `file` is not a whole PDF; the driver says nothing when the disk is full.
+// Throws FileError when `file` is not a whole PDF; the driver says nothing when the disk is full.
 void RequireComplete(const std::filesystem::path& file);
 
 }  // namespace hdiplot

@@ -2,10 +2,11 @@
 #include "host/hdiplot/progress.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <string>
+
+#include "host/hdiplot/system/process.h"
 
 namespace hdiplot {
 
@@ -23,7 +24,7 @@ void WriteToTerminal(const std::string& text) {
 }  // namespace
 
 Progress::Progress(ProgressDisplay display)
-    : enabled_(display == ProgressDisplay::kAuto && isatty(STDERR_FILENO) != 0),
+    : enabled_(display == ProgressDisplay::kAuto && StandardErrorIsTerminal()),
       nextDraw_(Clock::now() + kDelay) {}
 
 Progress::~Progress() { Finish(); }

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/hdiplot/system/paths.h"
+
 namespace hdiplot {
 
 namespace {
@@ -37,7 +39,7 @@ std::string Size(uint64_t bytes) {
 
 std::string FormatSummary(const PlotSummary& summary) {
   std::string text;
-  if (!summary.file.empty()) text = summary.file.string() + ": ";
+  if (!summary.file.empty()) text = PathText(summary.file) + ": ";
   text += Counted(summary.pages, "page") + ", " + Counted(summary.objects, "object");
   if (summary.bytes) text += ", " + Size(*summary.bytes);
   return text + fmt::format(", {:.2f} s", summary.seconds);

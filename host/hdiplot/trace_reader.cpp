@@ -135,9 +135,9 @@ bool IsBlank(std::string_view text) { return text.find_first_not_of(" \t\r") == 
 
 Trace ReadTrace(const std::filesystem::path& file) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(file, ignored)) throw InputError(file, 0, "is a directory");
+  if (std::filesystem::is_directory(file, ignored)) throw FileError(file, 0, "is a directory");
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw InputError(file, 0, std::string("cannot be opened: ") + std::strerror(errno));
+  if (!stream) throw FileError(file, 0, std::string("cannot be opened: ") + std::strerror(errno));
 
   Trace trace;
   std::string text;
@@ -155,12 +155,12 @@ Trace ReadTrace(const std::filesystem::path& file) {
         throw ValueError("must be an object with the key \"call\" or, in the first line, \"job\"");
       }
     } catch (const ValueError& error) {
-      throw InputError(file, line, error.what());
+      throw FileError(file, line, error.what());
     }
     first = false;
   }
-  if (stream.bad()) throw InputError(file, 0, std::string("cannot be read: ") + std::strerror(errno));
-  if (first) throw InputError(file, 0, "is empty");
+  if (stream.bad()) throw FileError(file, 0, std::string("cannot be read: ") + std::strerror(errno));
+  if (first) throw FileError(file, 0, "is empty");
   return trace;
 }
 

@@ -2,7 +2,6 @@
 #include "host/hdiplot/trace_writer.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cmath>
@@ -15,6 +14,8 @@
 #include "host/hdiplot/base64.h"
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/output_file.h"
+#include "host/hdiplot/system/paths.h"
+#include "host/hdiplot/system/process.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -167,10 +168,11 @@ class LineWriter {
 TraceWriter::TraceWriter(std::filesystem::path file) : file_(std::move(file)), place_(WithoutLinks(file_)) {
   RequireReplaceable(place_);
   temporary_ = place_;
-  temporary_.replace_filename("." + place_.filename().string() + "." + std::to_string(getpid()) + ".tmp");
-  stream_.reset(std::fopen(temporary_.c_str(), "wbx"));
+  temporary_.replace_filename(
+      PathFromUtf8("." + PathText(place_.filename()) + "." + ProcessNumber() + ".tmp"));
+  stream_ = CreateNew(temporary_);
   if (stream_ == nullptr)
-    throw InputError(file_, 0, std::string("cannot be written: ") + std::strerror(errno));
+    throw FileError(file_, 0, std::string("cannot be written: ") + std::strerror(errno));
 }
 
 TraceWriter::~TraceWriter() {
@@ -217,12 +219,8 @@ void TraceWriter::EndLine() {
 void TraceWriter::Finish() {
   // Some file systems tell only at the end that they had no room.
   if (std::fclose(stream_.release()) != 0 && problem_.empty()) problem_ = std::strerror(errno);
-  if (problem_.empty()) {
-    std::error_code error;
-    std::filesystem::rename(temporary_, place_, error);
-    if (error) problem_ = error.message();
-  }
-  if (!problem_.empty()) throw InputError(file_, 0, "cannot be written: " + problem_);
+  if (problem_.empty()) problem_ = MoveOver(temporary_, place_);
+  if (!problem_.empty()) throw FileError(file_, 0, "cannot be written: " + problem_);
   temporary_.clear();
 }
 

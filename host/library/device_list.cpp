@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "platform/host_library.h"
-#include "platform/linux/profile.h"
+#include "platform/settings_file.h"
+#include "platform/unicode.h"
 
 namespace {
 
@@ -12,14 +13,10 @@ namespace {
 // name is ever read, and so is an empty one, which would end the list.
 std::vector<std::u16string> SectionNames(const char16_t* iniFile) {
   std::vector<std::u16string> names;
-  hdi::Profile profile;
-  profile.Load(iniFile);
-  for (const hdi::Profile::Line& line : profile.Lines()) {
-    if (line.kind != hdi::Profile::LineKind::kSection || line.name.empty()) continue;
-    const bool known = std::any_of(names.begin(), names.end(), [&](const std::u16string& name) {
-      return hdi::SameName(name, line.name);
-    });
-    if (!known) names.push_back(line.name);
+  for (const std::u16string& section : hdi::SettingSections(iniFile)) {
+    const bool known = std::any_of(names.begin(), names.end(),
+                                   [&](const std::u16string& name) { return hdi::SameName(name, section); });
+    if (!known && !section.empty()) names.push_back(section);
   }
   return names;
 }

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "host/library/built_in_papers.h"
+#include "platform/files.h"
 #include "platform/unicode.h"
 
 namespace hdi {
@@ -144,17 +145,19 @@ void ReportOnce(const std::u16string& path, const Fault& fault) {
                fault.text.c_str());
 }
 
-// The file of the same name beside the application.
+// The file of the same name beside the application; empty for the name of the device list, which lies there
+// and is what a device without a paper file of its own comes to ask for.
 std::u16string InstalledFile(const std::u16string& path) {
   const size_t separator = path.find_last_of(u"/\\");
   const std::u16string name = separator == path.npos ? path : path.substr(separator + 1);
-  return std::u16string(OrvaneGetAppFullPath()) + u'/' + name;
+  if (SameName(name, u"pdf.ini")) return {};
+  return std::u16string(OrvaneGetAppFullPath()) + kPathSeparator + name;
 }
 
 }  // namespace
 
 PaperFile::PaperFile(const std::u16string& path) : path_(path) {
-  const ReadResult user = path.empty() ? ReadResult::kMissing : Read(path);
+  const ReadResult user = Read(path);
   if (user == ReadResult::kRead) return;
   writable_ = user == ReadResult::kMissing && !path.empty();
   if (writable_ && Read(InstalledFile(path)) == ReadResult::kRead) return;
@@ -162,10 +165,11 @@ PaperFile::PaperFile(const std::u16string& path) : path_(path) {
 }
 
 PaperFile::ReadResult PaperFile::Read(const std::u16string& path) {
-  const Profile::LoadResult loaded = profile_.Load(path);
-  if (loaded == Profile::LoadResult::kMissing) return ReadResult::kMissing;
+  if (path.empty()) return ReadResult::kMissing;
+  const LoadResult loaded = profile_.Load(path);
+  if (loaded == LoadResult::kMissing) return ReadResult::kMissing;
   PaperReader reader;
-  const std::optional<Fault> fault = loaded == Profile::LoadResult::kLoaded
+  const std::optional<Fault> fault = loaded == LoadResult::kLoaded
                                          ? reader.Read(profile_.Lines())
                                          : std::optional(Fault{1, "the file can't be read"});
   if (fault) {

@@ -15,7 +15,7 @@
 // [Papers] comes first, so that a file that is cut short or belongs to something else is not taken for an
 // empty list. Each paper is a section with its id (1 to 32767, each once) in the name, in the list's order.
 // Lengths are whole tenths of a millimetre for the sheet held upright; width and height are needed and above
-// zero, a margin that is missing is 0. Names longer than 63 units are cut. platform/linux/profile.h tells
+// zero, a margin that is missing is 0. Names longer than 63 units are cut. platform/profile.h tells
 // what holds for lines, blanks, quotes and character encodings. Anything else makes the file a broken one.
 #pragma once
 
@@ -24,7 +24,7 @@
 #include <vector>
 
 #include "platform/host_library.h"
-#include "platform/linux/profile.h"
+#include "platform/profile.h"
 
 namespace hdi {
 

@@ -1,49 +1,35 @@
 // The application's and the user's directory.
-#include <pwd.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
+#include "platform/environment.h"
+#include "platform/files.h"
 #include "platform/host_library.h"
-#include "platform/unicode.h"
 
 namespace {
 
 // The folder of this system below the place where all applications keep the user's data.
-constexpr const char* kDataFolder = "hdi";
+constexpr const char16_t* kDataFolder = u"hdi";
 
-std::string Environment(const char* variable) {
-  const char* value = std::getenv(variable);
-  return value == nullptr ? "" : value;
+// A slash separates directories on every platform, whatever else does.
+bool EndsInSeparator(const std::u16string& path) {
+  return path.ends_with(u'/') || path.ends_with(hdi::kPathSeparator);
 }
 
-std::string ApplicationDirectory() {
-  std::string directory = Environment("HDI_APP_DIR");
+std::u16string ApplicationDirectory() {
+  std::u16string directory = hdi::EnvironmentVariable(u"HDI_APP_DIR");
   if (directory.empty()) {
-    std::error_code error;
-    directory = std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+    directory = hdi::ProcessFileName();
+    const size_t separator = directory.rfind(hdi::kPathSeparator);
+    directory.resize(separator == directory.npos ? 0 : separator);
   }
-  while (directory.ends_with('/')) directory.pop_back();
+  while (EndsInSeparator(directory)) directory.pop_back();
   return directory;
 }
 
-std::string HomeDirectory() {
-  std::string home = Environment("HOME");
-  if (!home.empty()) return home;
-  const passwd* user = getpwuid(getuid());
-  return user == nullptr || user->pw_dir == nullptr ? "." : user->pw_dir;
-}
-
-std::string UserDirectory() {
-  std::string directory = Environment("HDI_USER_DIR");
-  if (directory.empty()) {
-    // The XDG base directory rules: a relative path in the variable is to be ignored.
-    const std::string data = Environment("XDG_DATA_HOME");
-    directory = (data.starts_with('/') ? data : HomeDirectory() + "/.local/share") + '/' + kDataFolder;
-  }
-  if (!directory.ends_with('/')) directory.push_back('/');
+std::u16string UserDirectory() {
+  std::u16string directory = hdi::EnvironmentVariable(u"HDI_USER_DIR");
+  if (directory.empty()) directory = hdi::UserDataDirectory() + hdi::kPathSeparator + kDataFolder;
+  if (!EndsInSeparator(directory)) directory.push_back(hdi::kPathSeparator);
   return directory;
 }
 
@@ -51,12 +37,12 @@ std::string UserDirectory() {
 
 const char16_t* OrvaneGetAppFullPath() {
   static std::u16string path;
-  path = hdi::ToUtf16(ApplicationDirectory());
+  path = ApplicationDirectory();
   return path.c_str();
 }
 
 const char16_t* OrvaneGetAppDataPathWithBackslash() {
   static std::u16string path;
-  path = hdi::ToUtf16(UserDirectory());
+  path = UserDirectory();
   return path.c_str();
 }

@@ -1,4 +1,4 @@
-// Files, directories and the running process on Linux.
+// Files and directories on Linux.
 #include "platform/files.h"
 
 #include <fcntl.h>
@@ -54,15 +54,6 @@ std::u16string TemporaryDirectory() {
 }
 
 void MakeDirectory(const std::u16string& path) { mkdir(ToUtf8(path).c_str(), 0777); }
-
-std::u16string ProcessFileName() {
-  std::error_code error;
-  std::string path = std::filesystem::read_symlink("/proc/self/exe", error).string();
-  // An executable that has been replaced under the running process.
-  constexpr std::string_view kDeleted = " (deleted)";
-  if (path.ends_with(kDeleted) && access(path.c_str(), F_OK) != 0) path.resize(path.size() - kDeleted.size());
-  return ToUtf16(path);
-}
 
 OutputFile::~OutputFile() { Close(); }
 

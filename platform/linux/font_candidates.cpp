@@ -9,6 +9,7 @@
 #include <string_view>
 #include <tuple>
 
+#include "platform/font_names.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/sfnt_bytes.h"
+#include "platform/sfnt_bytes.h"
 
 namespace hdi {
 
@@ -59,9 +59,6 @@ class FontFile {
   int descriptor_;
   uint64_t size_ = 0;
 };
-
-// The strings of a table "name" with that name id, the best one for a reader of English first, each one once.
-[[nodiscard]] std::vector<std::u16string> FontNames(std::span<const uint8_t> nameTable, uint16_t nameId);
 
 // A plain font file made of one member of a collection. Empty when a table can't be read.
 [[nodiscard]] std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member);

@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "platform/linux/sfnt_bytes.h"
+#include "platform/sfnt_bytes.h"
 
 namespace hdi {
 

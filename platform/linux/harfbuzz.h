@@ -7,7 +7,7 @@
 #include <memory>
 #include <span>
 
-#include "platform/linux/sfnt_bytes.h"
+#include "platform/sfnt_bytes.h"
 
 namespace hdi {
 

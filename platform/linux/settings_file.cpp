@@ -1,10 +1,7 @@
 // Settings files on Linux.
 #include "platform/settings_file.h"
 
-#include <algorithm>
-#include <limits>
-
-#include "platform/linux/profile.h"
+#include "platform/profile.h"
 
 namespace hdi {
 namespace {
@@ -24,23 +21,18 @@ std::u16string ReadSetting(const std::u16string& section, const std::u16string& 
 bool WriteSetting(const std::u16string& section, const std::u16string& key, const std::u16string& value,
                   const std::u16string& file) {
   Profile profile;
-  if (profile.Load(file) == Profile::LoadResult::kUnreadable) return false;
+  if (profile.Load(file) == LoadResult::kUnreadable) return false;
   return profile.Set(section, key, value) && profile.Save(file);
 }
 
-int32_t SettingToInt(const std::u16string& text) {
-  auto next = std::find_if(text.begin(), text.end(),
-                           [](char16_t unit) { return unit != u' ' && (unit < u'\t' || unit > u'\r'); });
-  const bool negative = next != text.end() && *next == u'-';
-  if (next != text.end() && (*next == u'-' || *next == u'+')) ++next;
-  int64_t number = 0;
-  for (; next != text.end() && *next >= u'0' && *next <= u'9'; ++next) {
-    // One above the largest is enough for the smallest, and keeps the sum far from an overflow.
-    constexpr int64_t kLimit = int64_t{std::numeric_limits<int32_t>::max()} + 1;
-    number = std::min(number * 10 + (*next - u'0'), kLimit);
+std::vector<std::u16string> SettingSections(const std::u16string& file) {
+  Profile profile;
+  profile.Load(file);
+  std::vector<std::u16string> names;
+  for (const Profile::Line& line : profile.Lines()) {
+    if (line.kind == Profile::LineKind::kSection) names.push_back(line.name);
   }
-  if (negative) number = -number;
-  return static_cast<int32_t>(std::min<int64_t>(number, std::numeric_limits<int32_t>::max()));
+  return names;
 }
 
 }  // namespace hdi

@@ -1,6 +1,7 @@
-// UTF-16 and UTF-8, converted by ICU.
+// UTF-16 and UTF-8 on Linux, by ICU.
 #include "platform/unicode.h"
 
+#include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
 namespace hdi {
@@ -30,6 +31,14 @@ std::u16string ToUtf16(std::string_view text) {
                        static_cast<int32_t>(text.size()), kReplacement, nullptr, &status);
   units.resize(U_SUCCESS(status) ? static_cast<size_t>(length) : 0);
   return units;
+}
+
+bool SameName(std::u16string_view a, std::u16string_view b) {
+  if (a.empty() || b.empty()) return a.size() == b.size();  // such texts may have no address
+  UErrorCode status = U_ZERO_ERROR;
+  const int32_t order = u_strCaseCompare(a.data(), static_cast<int32_t>(a.size()), b.data(),
+                                         static_cast<int32_t>(b.size()), U_FOLD_CASE_DEFAULT, &status);
+  return U_SUCCESS(status) && order == 0;
 }
 
 }  // namespace hdi

@@ -1,5 +1,6 @@
 // The driver as a host without any of this project's headers knows it: operations by slot, entry points by
 // position, settings by offset, all written down a second time so that a change of the headers cannot hide.
+// Serves every platform; what differs by platform is behind system.h.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,6 +15,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/border/system.h"
 
 namespace border {
 
@@ -62,6 +65,14 @@ struct Point {
   double y;
 };
 
+// A polygon of a clip.
+struct ClipNode {
+  uint32_t apply;
+  const ClipNode* next;
+  int32_t count;
+  const Point* points;
+};
+
 // The record's sheet as paperId, width, height, left, top, right, bottom.
 using Sheet = std::array<int32_t, 7>;
 [[nodiscard]] Sheet SheetOf(const void* record);
@@ -73,14 +84,15 @@ struct Paper {
         int32_t top, int32_t bottom);
 };
 
-// Directories of their own for one test: app/ with pdf.ini, user/, out/, and bin/ with stand-ins for the
-// desktop's tools at the head of the path, so that no test ever opens a window. The environment and the
-// directories are put back at the end.
+// Directories of their own for one test: app/ with pdf.ini, user/ and out/, and a desktop that notes in a
+// file what it is asked to show, so that no test ever opens a window. The environment and the directories are
+// put back at the end.
 class Sandbox : Fixed {
  public:
   Sandbox();
   ~Sandbox();
 
+  [[nodiscard]] const std::filesystem::path& Root() const { return root_; }
   [[nodiscard]] std::filesystem::path App() const { return root_ / "app"; }
   [[nodiscard]] std::filesystem::path User() const { return root_ / "user"; }
   [[nodiscard]] std::filesystem::path Out() const { return root_ / "out"; }
@@ -88,13 +100,10 @@ class Sandbox : Fixed {
   [[nodiscard]] std::u16string OutPath(const std::string& name) const;  // in out/
 
   void WriteList(const std::string& text) const;  // app/pdf.ini
+  // Sets a variable of the environment, or takes it away.
   void SetVariable(const std::string& name, const std::optional<std::string>& value);
-  // An executable script of the given body in bin/.
-  void AddTool(const std::string& name, const std::string& body) const;
-  // What the tools have written to $HDI_TEST_LOG, which is LogFile().
+  // What the desktop and the companion module have written to $HDI_TEST_LOG, which is LogFile().
   [[nodiscard]] std::string Log() const;
-  // Waits a few seconds for the log to hold `text`.
-  [[nodiscard]] bool WaitForLog(const std::string& text) const;
 
  private:
   std::filesystem::path root_;
@@ -109,7 +118,6 @@ class Module : Fixed {
 
   [[nodiscard]] int64_t ItDriver(uint64_t code, void* context) const { return entry_(code, context); }
   void Unload();
-  [[nodiscard]] static bool IsLoaded();
 
  private:
   void* handle_ = nullptr;
@@ -212,10 +220,10 @@ class Device : Fixed {
   }
 
   [[nodiscard]] uint32_t Caps(int32_t index) { return Call<uint32_t>(18, index); }
-  int32_t StartDoc(const char16_t* output, const char16_t* docName = nullptr);
+  int32_t StartDocument(const char16_t* output, const char16_t* docName = nullptr);
   int32_t StartPage(const void* record = nullptr) { return Call<int32_t, const void*>(21, record); }
   int32_t EndPage() { return Call(22); }
-  int32_t EndDoc() { return Call(20); }
+  int32_t EndDocument() { return Call(20); }
   int32_t Polyline(const std::vector<Point>& points) {
     return Call(26, points.data(), static_cast<int32_t>(points.size()));
   }
@@ -228,11 +236,10 @@ class Device : Fixed {
   bool open_ = false;
 };
 
-// Functions of libHDIDriver.so by name.
-void* HostSymbol(const char* name);
+// Functions for global memory by name.
 template <typename Function>
-Function* HostFunction(const char* name) {
-  return reinterpret_cast<Function*>(HostSymbol(name));
+Function* MemoryFunction(const char* name) {
+  return reinterpret_cast<Function*>(MemorySymbol(name));
 }
 
 // A block of global memory.
@@ -250,14 +257,9 @@ class GlobalBlock : Fixed {
   void* handle_;
 };
 
-[[nodiscard]] std::u16string Utf16(const std::string& ascii);
-[[nodiscard]] std::string ReadFile(const std::filesystem::path& file);  // empty when there is none
-
-// Runs a command of the shell and gives its status and its output, standard error included.
-[[nodiscard]] std::pair<int, std::string> RunCommand(const std::string& command);
-// Whether `file` is a PDF without a fault, by a party that had no hand in writing it.
-[[nodiscard]] testing::AssertionResult IsSoundPdf(const std::filesystem::path& file);
-[[nodiscard]] int PageCount(const std::filesystem::path& file);
+// Both are empty when there is no such file; a line of a text ends with a line feed on every platform.
+[[nodiscard]] std::string ReadFile(const std::filesystem::path& file);
+[[nodiscard]] std::string ReadText(const std::filesystem::path& file);
 
 // Every test gets directories of its own and loads the module afresh. The device list holds two devices that
 // do not start a viewer by themselves.

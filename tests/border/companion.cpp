@@ -5,7 +5,7 @@
 #include <cstring>
 #include <fstream>
 
-#define EXPORTED extern "C" __attribute__((visibility("default")))
+#include "tests/border/parent.h"
 
 namespace {
 
@@ -15,17 +15,21 @@ void Note(const char* text, uint64_t number) {
 
 }  // namespace
 
-EXPORTED int32_t InvokeCustomPropertiesDlg(void* parent, void* driver) {
-  Note("properties", reinterpret_cast<uintptr_t>(parent));
+extern "C" {
+
+int32_t InvokeCustomPropertiesDlg(void* parent, void* driver) {
+  Note("properties", border::WindowOf(parent));
   void** slots = nullptr;
   std::memcpy(&slots, driver, sizeof slots);
   reinterpret_cast<unsigned char* (*)(void*)>(slots[24])(driver)[548] = 1;
   return 0;
 }
 
-EXPORTED int32_t InvokeSaveAsDlg(void* parent, int32_t* noHint) {
-  Note("parent", reinterpret_cast<uintptr_t>(parent));
+int32_t InvokeSaveAsDlg(void* parent, int32_t* noHint) {
+  Note("parent", border::WindowOf(parent));
   Note("hint", static_cast<uint64_t>(*noHint));
   *noHint = std::atoi(std::getenv("HDI_TEST_HINT"));
   return std::atoi(std::getenv("HDI_TEST_ANSWER"));
 }
+
+}  // extern "C"

@@ -1,5 +1,5 @@
 // From a choice of paper to the sheet, and what the host is told of it.
-#include "border.h"
+#include "tests/border/border.h"
 
 namespace border {
 namespace {
@@ -52,6 +52,16 @@ TEST_F(PaperTest, PapersAreMadeChangedAndRemoved) {
   EXPECT_EQ(ask(driver, 19), before);
   EXPECT_EQ(driver.Call<int32_t>(17, id), 0);
   EXPECT_EQ(change(16, wider), 0);
+}
+
+TEST_F(PaperTest, DeviceWithoutAPaperFileHasTheBuiltInPapersInSilence) {
+  sandbox.WriteList("[general]\n[A]\nName=A\n");
+  list.Create();
+  const Driver bare = list.At(list.Size() - 1);
+  testing::internal::CaptureStderr();
+  bare.Normalize(bare.Settings());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(SheetOf(bare.Settings()), kDefaultSheet);
 }
 
 TEST_F(PaperTest, ResolvesThePaperOnceUntilSomethingChanges) {

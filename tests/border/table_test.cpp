@@ -1,12 +1,10 @@
 // The table of entry points by position: what is filled, when, and what an entry answers in each state of a
 // job.
-#include <malloc.h>
-
 #include <algorithm>
 #include <array>
 #include <set>
 
-#include "border.h"
+#include "tests/border/border.h"
 
 namespace border {
 namespace {
@@ -18,13 +16,6 @@ constexpr std::array<size_t, 34> kFilled = {0,  1,  2,  5,  6,  7,  18, 19, 20, 
 constexpr std::array<uint32_t, 6> kPen = {0x10000, 3, 0, 0x0000FF, 0, 0};
 constexpr std::array<uint32_t, 4> kBrush = {0, 0x00FF00, 0, 0};
 constexpr std::array<Point, 4> kPoints = {{{100, 100}, {900, 100}, {900, 800}, {100, 800}}};
-
-struct ClipNode {
-  uint32_t apply;
-  const ClipNode* next;
-  int32_t count;
-  const Point* points;
-};
 
 class TableTest : public BorderTest {
  protected:
@@ -46,7 +37,7 @@ TEST_F(TableTest, FilledWhileOpenAndEmptyOtherwise) {
   const auto* object = static_cast<const std::byte*>(driver.Object());
   const auto* first = reinterpret_cast<const std::byte*>(table);
   EXPECT_TRUE(first > object &&
-              first + kPositionCount * sizeof(void*) <= object + malloc_usable_size(driver.Object()))
+              first + kPositionCount * sizeof(void*) <= object + HeapBlockSize(driver.Object()))
       << "the table lies inside the driver object";
   for (size_t position = 0; position < kPositionCount; ++position) {
     EXPECT_EQ(table[position] != nullptr, std::ranges::count(kFilled, position) == 1) << position;
@@ -70,9 +61,9 @@ TEST_F(TableTest, FieldsOfTheHostsDevice) {
   EXPECT_EQ(device.Open(), 1);
   EXPECT_NE(device.Job(), nullptr);
   EXPECT_EQ(device.Started(), 0);
-  EXPECT_EQ(device.StartDoc(sandbox.OutPath("a.pdf").c_str()), 1);
+  EXPECT_EQ(device.StartDocument(sandbox.OutPath("a.pdf").c_str()), 1);
   EXPECT_EQ(device.Started(), 1);
-  EXPECT_EQ(device.EndDoc(), 1);
+  EXPECT_EQ(device.EndDocument(), 1);
   EXPECT_NE(device.Job(), nullptr);
   EXPECT_EQ(device.Close(), 1);
   EXPECT_EQ(device.Job(), nullptr);
@@ -135,16 +126,16 @@ TEST_F(TableTest, AnswersInEachStateOfAJob) {
   other.Open();
   expected.insert({"alpha", "raster op", "fill mode", "arc"});
   EXPECT_EQ(AskAll(other.Table(), other.Object()), expected) << "without an output";
-  ASSERT_EQ(other.StartDoc(sandbox.OutPath("all.pdf").c_str()), 1);
+  ASSERT_EQ(other.StartDocument(sandbox.OutPath("all.pdf").c_str()), 1);
   ASSERT_EQ(other.StartPage(), 1);
   EXPECT_EQ(AskAll(other.Table(), other.Object()).size(), 20U) << "in a document";
-  EXPECT_EQ(other.EndDoc(), 1);
+  EXPECT_EQ(other.EndDocument(), 1);
   EXPECT_TRUE(IsSoundPdf(sandbox.Out() / "all.pdf"));
 }
 
 TEST_F(TableTest, PageTakesAWholeRecordOrItsPublicPart) {
   device.Open();
-  ASSERT_EQ(device.StartDoc(sandbox.OutPath("pages.pdf").c_str()), 1);
+  ASSERT_EQ(device.StartDocument(sandbox.OutPath("pages.pdf").c_str()), 1);
   Record page = driver.Copy();
   WriteAt<int16_t>(page.data(), kOrientation, 2);
   WriteAt<uint32_t>(page.data(), kBackground, 0x00F0E0D0);
@@ -161,7 +152,7 @@ TEST_F(TableTest, PageTakesAWholeRecordOrItsPublicPart) {
   EXPECT_EQ(ReadAt<uint32_t>(driver.Settings(), kBackground), 0x00F0E0D0U) << "the driver's own stays";
   EXPECT_EQ(ReadAt<uint16_t>(driver.Settings(), kDriverExtra), 0U) << "part of what was copied";
   device.EndPage();
-  EXPECT_EQ(device.EndDoc(), 1);
+  EXPECT_EQ(device.EndDocument(), 1);
 }
 
 }  // namespace

@@ -31,7 +31,8 @@ void Plot(const Drawing& drawing) {
   Progress progress(ProgressDisplay::kOff);
   PlotOptions options;
   options.strokeComments = true;
-  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress);
+  const DrawingPart part = MeasuredPart(drawing, options, fonts);
+  PlotDrawing(part, options, MakeSheet(device), fonts, images, device, progress);
 }
 
 }  // namespace
@@ -41,7 +42,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Drawing drawing;
   try {
     drawing = ReadDxf(file.Path());
-  } catch (const InputError&) {
+  } catch (const FileError&) {
     return 0;
   }
   drawing.imageFiles.clear();  // an input must not name files of this machine

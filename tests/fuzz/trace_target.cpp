@@ -46,7 +46,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Trace trace;
   try {
     trace = ReadTrace(file.Path());
-  } catch (const InputError&) {
+  } catch (const FileError&) {
     return 0;
   }
   PlayTrace(trace);

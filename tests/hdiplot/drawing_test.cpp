@@ -214,15 +214,19 @@ TEST_F(Drawings, AreListed) {
   EXPECT_FALSE(place.Has("rich.pdf"));
 }
 
-// A model of a line of ten metres, and two sheets: A4 with a viewport at 1:50, and A2 upright, with a line.
+// A model of a line of ten metres, and three sheets: A4 with a viewport at 1:50, A2 upright with a line, and
+// A5 with nothing but itself.
 std::string LayoutDrawing() {
   std::string text =
       "0|SECTION|2|TABLES|0|TABLE|2|BLOCK_RECORD|0|BLOCK_RECORD|5|A1|2|*Paper_Space|0|BLOCK_RECORD|5|A2|2|"
-      "*Paper_Space0|0|ENDTAB|0|ENDSEC|0|SECTION|2|BLOCKS|0|BLOCK|2|*Paper_Space0|10|0|20|0|0|LINE|10|0|20|0|"
-      "11|9|21|9|0|ENDBLK|0|ENDSEC|0|SECTION|2|ENTITIES|0|LINE|10|0|20|0|11|10000|21|0|0|VIEWPORT|67|1|69|2|"
+      "*Paper_Space0|0|BLOCK_RECORD|5|A3|2|*Paper_Space1|0|ENDTAB|0|ENDSEC|0|SECTION|2|BLOCKS|0|BLOCK|2|*"
+      "Paper_Space0|10|0|20|0|0|LINE|10|0|20|0|"
+      "11|9|21|9|0|ENDBLK|0|BLOCK|2|*Paper_Space1|10|0|20|0|0|VIEWPORT|69|1|0|ENDBLK|0|ENDSEC|0|SECTION|2|"
+      "ENTITIES|0|LINE|10|0|20|0|11|10000|21|0|0|VIEWPORT|67|1|69|2|"
       "10|140|20|100|40|250|41|100|12|5000|22|0|45|5000|0|ENDSEC|0|SECTION|2|OBJECTS|"
       "0|LAYOUT|44|210|45|297|73|1|100|AcDbLayout|1|Plan|71|1|330|A1|"
-      "0|LAYOUT|44|420|45|594|73|0|100|AcDbLayout|1|Details|71|2|330|A2|0|ENDSEC|0|EOF|";
+      "0|LAYOUT|44|420|45|594|73|0|100|AcDbLayout|1|Details|71|2|330|A2|"
+      "0|LAYOUT|44|148|45|210|73|0|100|AcDbLayout|1|Spare|71|3|330|A3|0|ENDSEC|0|EOF|";
   std::ranges::replace(text, '|', '\n');
   return text;
 }
@@ -242,6 +246,7 @@ TEST_F(Drawings, HaveTheirLayoutsAsPages) {
   EXPECT_THAT(boxes({"sheets.dxf", "--layout", "details", "--paper", "A3"}), ElementsAre("841x1190"));
   EXPECT_THAT(boxes({"sheets.dxf", "--layout", "PLAN"}), ElementsAre("841x595"));
   EXPECT_NEAR(UnitsPerPoint(place.Read("out.pdf")) / (25.4 / 72), 50, 50e-5);
+  EXPECT_THAT(boxes({"sheets.dxf", "--layout", "spare"}), ElementsAre("419x595"));
 
   // Sheets among pages of the paper that is asked for, which comes back behind them.
   std::string noModel = LayoutDrawing();
@@ -253,7 +258,7 @@ TEST_F(Drawings, HaveTheirLayoutsAsPages) {
 
   const Outcome missing = place.RunReal({"sheets.dxf", "--layout", "Attic", "-o", "none.pdf"});
   EXPECT_EQ(missing.status, 2);
-  EXPECT_EQ(missing.err, "hdiplot: sheets.dxf: has no layout \"Attic\"; there are: Plan, Details\n");
+  EXPECT_EQ(missing.err, "hdiplot: sheets.dxf: has no layout \"Attic\"; there are: Plan, Details, Spare\n");
   EXPECT_FALSE(place.Has("none.pdf"));
   EXPECT_THAT(place.RunReal({"sheets.dxf", "--list"}).out,
               HasSubstr("Plan                     297 x 210 mm, 1 viewport\n"));

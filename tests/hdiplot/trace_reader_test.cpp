@@ -21,7 +21,7 @@ std::string MessageOf(const std::string& text) {
   place.Write("job.jsonl", text);
   try {
     (void)ReadTrace(place.Path("job.jsonl"));
-  } catch (const InputError& error) {
+  } catch (const FileError& error) {
     const std::string message = error.what();
     return message.substr(message.find("job.jsonl"));
   }
@@ -134,8 +134,8 @@ TEST(TraceReader, RefusesFilesThatHoldNoTraceAndNamesThatAreTooLong) {
   EXPECT_THAT(MessageOf(layer(1024)), HasSubstr("name: has more than 1023 units"));
   EXPECT_EQ(MessageOf(layer(1023)), "");
   const command::Workplace place;
-  EXPECT_THROW((void)ReadTrace(place.Path("missing.jsonl")), InputError);
-  EXPECT_THROW((void)ReadTrace(place.Path(".")), InputError);
+  EXPECT_THROW((void)ReadTrace(place.Path("missing.jsonl")), FileError);
+  EXPECT_THROW((void)ReadTrace(place.Path(".")), FileError);
 }
 
 }  // namespace

@@ -41,8 +41,8 @@ TEST(Broken, FilesThatAreNoDxf) {
   ExpectError(Groups("0 SECTION|2 ENTITIES|0 LINE") + "10\n1\0\n"s, 8, "zero byte");
 
   const std::filesystem::path directory = std::filesystem::temp_directory_path();
-  EXPECT_THROW(ReadDxf(directory), InputError);
-  EXPECT_THROW(ReadDxf(directory / "there-is-no-such-file.dxf"), InputError);
+  EXPECT_THROW(ReadDxf(directory), FileError);
+  EXPECT_THROW(ReadDxf(directory / "there-is-no-such-file.dxf"), FileError);
 }
 
 TEST(Broken, GroupsAndValues) {

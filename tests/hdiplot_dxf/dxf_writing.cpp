@@ -55,13 +55,17 @@ std::string WithSections(std::string_view header, std::string_view tables, std::
          Section("ENTITIES", entities) + Groups("0 EOF");
 }
 
+std::string WithObjects(std::string file, std::string_view objects) {
+  return file.insert(file.rfind("0\nEOF"), Section("OBJECTS", objects));
+}
+
 hdiplot::Drawing Read(const std::string& text) { return hdiplot::ReadDxf(File(text).Path()); }
 
 std::string ErrorOf(const std::string& text) {
   const File file(text);
   try {
     hdiplot::ReadDxf(file.Path());
-  } catch (const hdiplot::InputError& error) {
+  } catch (const hdiplot::FileError& error) {
     const std::string message = error.what();
     const std::string directory = file.Path().parent_path().string() + "/";
     return message.starts_with(directory) ? message.substr(directory.size()) : "not of the file: " + message;
@@ -70,7 +74,7 @@ std::string ErrorOf(const std::string& text) {
 }
 
 std::string Specimen() {
-  std::string file = WithSections(
+  const std::string file = WithSections(
       "9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ANSI_1252|9 $INSUNITS|70 4|9 $EXTMIN|10 1e20|20 1e20|30 1e20",
       "0 TABLE|2 LTYPE|70 1|0 LTYPE|2 DASHED|70 0|3 __ __|72 65|73 2|40 0.75|49 0.5|74 0|49 -0.25|74 0|0 "
       "ENDTAB|"
@@ -105,16 +109,19 @@ std::string Specimen() {
       "0|44 0|45 -1|46 1|79 2|49 1|49 -1|98 1|10 0|20 0|"
       "0 INSERT|66 1|2 TREE|10 1|20 1|210 0|220 0|230 -1|0 ATTRIB|10 0|20 0|40 1|1 a|2 B|70 0|11 3|21 3|72 "
       "5|51 10|0 SEQEND|"
-      "0 DIMENSION|2 LEAF|10 0|20 0|70 0|0 LEADER|72 0|76 2|10 0|20 0|10 1|20 1|0 MTEXT|10 0|20 0|40 1|41 "
-      "9|44 1.5|71 5|"
+      "0 DIMENSION|2 LEAF|10 0|20 0|70 0|0 LEADER|72 0|76 2|10 0|20 0|10 1|20 1|0 MTEXT|102 "
+      "{ACAD_XDICTIONARY|360 D1|102 "
+      "}|10 0|20 0|40 1|41 9|44 1.5|71 5|"
       "3 some \\U+00E4\\M+182A0 |1 text|7 NOTES|50 10|11 1|21 1|31 0|73 2|210 0|220 0.6|230 0.8|101 Embedded "
       "Object|70 1|"
       "0 IMAGE|10 1|20 2|11 0.5|21 0|12 0|22 0.5|13 8|23 4|340 A1|70 15|280 1|281 60|71 2|91 3|14 0|24 0|14 "
       "7|24 0|14 7|24 3|290 1|0 WIPEOUT|10 1|20 2|11 4|21 0|12 0|22 4|13 1|23 1|71 1|91 2|14 -0.5|24 -0.5|14 "
       "0.5|24 0.5");
-  const std::string objects =
-      "0 SECTION|2 OBJECTS|0 XRECORD|40 none|0 IMAGEDEF|5 A1|1 a.png|10 8|20 4|0 ENDSEC|";
-  return file.insert(file.rfind("0\nEOF"), Groups(objects));
+  return WithObjects(
+      file,
+      "0 XRECORD|40 none|0 IMAGEDEF|5 A1|1 a.png|10 8|20 4|0 DICTIONARY|5 D1|3 ACAD_FIELD|360 D2|"
+      "0 DICTIONARY|5 D2|3 TEXT|360 F1|0 FIELD|5 F1|1 _text|2 %<\\_FldIdx 0>%|90 1|360 F2|"
+      "0 FIELD|5 F2|1 AcVar|2 \\AcVar Author \\href \"a.html##0\"");
 }
 
 }  // namespace dxf_writing

@@ -16,6 +16,9 @@ std::string WithEntities(std::string_view entities);
 std::string WithSections(std::string_view header, std::string_view tables, std::string_view blocks,
                          std::string_view entities);
 
+// The file with a section OBJECTS at its end.
+std::string WithObjects(std::string file, std::string_view objects);
+
 // Reads the text as a file "drawing.dxf" in a directory of its own.
 hdiplot::Drawing Read(const std::string& text);
 
@@ -25,7 +28,7 @@ Kind ReadFirst(std::string_view entities) {
   return std::get<Kind>(Read(WithEntities(entities)).entities.at(0).shape);
 }
 
-// What is wrong with the text: InputError's message without the directory, such as "drawing.dxf:6: ...".
+// What is wrong with the text: FileError's message without the directory, such as "drawing.dxf:6: ...".
 // Empty when nothing is.
 std::string ErrorOf(const std::string& text);
 

@@ -9,9 +9,9 @@ namespace hdiplot {
 namespace {
 
 using dxf_writing::ErrorOf;
-using dxf_writing::Groups;
 using dxf_writing::Read;
 using dxf_writing::WithEntities;
+using dxf_writing::WithObjects;
 using dxf_writing::WithSections;
 
 using Skipped = std::map<std::string, uint64_t>;
@@ -23,11 +23,6 @@ constexpr const char* kTables =
 
 constexpr const char* kViewport =
     "67 1|10 100|20 50|40 80|41 40|68 1|69 2|90 32768|12 7|22 8|16 0|26 0|36 1|17 1|27 2|45 20|51 90";
-
-std::string WithObjects(std::string file, std::string_view objects) {
-  const std::string section = Groups("0 SECTION|2 OBJECTS|" + std::string(objects) + "|0 ENDSEC|0 EOF");
-  return file.replace(file.rfind("0\nEOF"), std::string::npos, section);
-}
 
 std::string LayoutObject(const std::string& name, const std::string& settings, const std::string& own) {
   return "0 LAYOUT|5 F|102 {ACAD_REACTORS|330 1A|102 }|330 1A|100 AcDbPlotSettings|1 setup|" + settings +
@@ -96,6 +91,23 @@ TEST(Viewports, TellTheirViewFrozenLayersAndOutline) {
   EXPECT_EQ(viewport.frozenLayers, (std::vector<std::string>{"Walls"}));
   ASSERT_EQ(viewport.clip.edges.size(), 1U);
   EXPECT_EQ(std::get<ArcEntity>(viewport.clip.edges[0]).radius, 20);
+}
+
+TEST(Viewports, OfOldFilesHaveTheirViewInExtendedData) {
+  const std::string viewport =
+      "67 1|10 100|20 50|40 80|41 40|68 1|69 2|1001 ACAD|1000 MVIEW|1002 {|1070 16|1010 1|1020 2|1030 3|"
+      "1010 0|1020 0|1030 1|1040 1.5|1040 20|1040 7|1040 8|1040 50|1040 0|1040 0|1070 0|1070 100|"
+      "1002 {|1003 Walls|1003 Roof|1002 }|1002 }";
+  const std::vector<Entity> entities = OnSheet(viewport);
+  ASSERT_EQ(entities.size(), 1U);
+  const auto& seen = std::get<ViewportEntity>(entities[0].shape);
+  EXPECT_EQ(seen.target, (Vec2{1, 2}));
+  EXPECT_EQ(seen.twist, 1.5);
+  EXPECT_EQ(seen.scale, 2);
+  EXPECT_EQ(seen.viewCenter, (Vec2{7, 8}));
+  EXPECT_EQ(seen.frozenLayers, (std::vector<std::string>{"Walls", "Roof"}));
+  EXPECT_TRUE(OnSheet(viewport.substr(0, viewport.find("|1040 20"))).empty()) << "a list that is cut off";
+  EXPECT_TRUE(OnSheet(viewport.substr(0, viewport.find("|1001"))).empty());
 }
 
 TEST(Viewports, OffWithoutAViewOrFromTheSideAreNone) {

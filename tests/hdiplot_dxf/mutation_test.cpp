@@ -1,4 +1,4 @@
-// Damaged files of all kinds are either read or refused with an InputError, never anything else.
+// Damaged files of all kinds are either read or refused with a FileError, never anything else.
 #include <gtest/gtest.h>
 
 #include <random>

@@ -45,7 +45,7 @@ class ImageFiles : public testing::Test {
   static std::string ErrorOf(const std::filesystem::path& file) {
     try {
       (void)ReadImageFile(file);
-    } catch (const InputError& error) {
+    } catch (const FileError& error) {
       return std::string(error.what()).substr(file.string().size());
     }
     return "";
@@ -103,12 +103,14 @@ TEST_F(ImageFiles, WithPalettesKeepThem) {
       EXPECT_EQ(image.palette.at(image.pixels.at(8)), (Color{10, 20, 30, 255})) << format << " " << bits;
     }
   }
-  const ImageData seeThrough = ReadImageFile(Saved(FIF_GIF, 8, [](FIBITMAP* bitmap) {
-    FreeImage_SetTransparentIndex(bitmap, 0);
-    FreeImage_SetTransparent(bitmap, TRUE);
-  }));
-  EXPECT_TRUE(seeThrough.hasAlpha);
-  EXPECT_EQ(seeThrough.palette.at(0)[3], 0);
+  for (const int bits : {4, 8}) {
+    const ImageData seeThrough = ReadImageFile(Saved(FIF_GIF, bits, [](FIBITMAP* bitmap) {
+      FreeImage_SetTransparentIndex(bitmap, 0);
+      FreeImage_SetTransparent(bitmap, TRUE);
+    }));
+    EXPECT_TRUE(seeThrough.hasAlpha) << bits;
+    EXPECT_EQ(seeThrough.palette.at(0)[3], 0) << bits;
+  }
 }
 
 TEST_F(ImageFiles, OfTwoColorsKeepOneBit) {

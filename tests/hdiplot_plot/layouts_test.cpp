@@ -72,11 +72,13 @@ TEST_F(PlotLayouts, ShowTheModelThroughAViewport) {
   drawing_.layers["Hidden"].off = true;
   layout_.origin = {1, 2};
   const auto calls = Plot();
-  ASSERT_EQ(Clips(calls).size(), 3U);
-  EXPECT_EQ(Clips(calls)[1][0].x, 610);
-  EXPECT_EQ(Clips(calls)[1][0].y, 3000 - 820);
-  EXPECT_EQ(Clips(calls)[1][2].x, 1410);
-  EXPECT_TRUE(Clips(calls)[2].empty()) << "beside it there is no clip";
+  const std::vector<Points> clips = Clips(calls);
+  ASSERT_EQ(clips.size(), 4U);
+  EXPECT_EQ(clips[2][0].x, 610);
+  EXPECT_EQ(clips[2][0].y, 3000 - 820);
+  EXPECT_EQ(clips[2][2].x, 1410);
+  for (const size_t beside : {1U, 3U}) EXPECT_EQ(clips[beside][2].x, 4000) << "beyond the sheet";
+  EXPECT_EQ(course_[1], "SetClip") << "in front of all else";
   const auto lines = Named(calls, "Polyline");
   ASSERT_EQ(lines.size(), 2U) << "and no border";
   // (-6, 0) to (4, 0) from the target, turned to the left, twice as large.
@@ -111,6 +113,30 @@ TEST_F(PlotLayouts, KeepClipsWithinAnotherOutline) {
   EXPECT_EQ(clips[3].size(), 4U);
 }
 
+TEST_F(PlotLayouts, CutLinksToTheView) {
+  const auto linked = [](Entity entity, const char* target) {
+    entity.attributes.link = target;
+    return entity;
+  };
+  drawing_.entities = {linked(Thing(LineEntity{{-5, 0}, {500, 5}}), "crossing"),
+                       linked(Thing(LineEntity{{500, 0}, {600, 5}}), "outside"), OnPaper(viewport_, "Hidden"),
+                       linked(OnPaper(LineEntity{{0, 0}, {10, 0}}), "beside")};
+  drawing_.layers["Hidden"].off = true;
+  const auto calls = Plot();
+  std::erase_if(course_, [](const std::string& call) { return call.starts_with("Set"); });
+  EXPECT_THAT(course_, testing::ElementsAre("Layer 0", "Alpha 255", "Polyline", "Alpha 0",
+                                            "BeginLink crossing", "PolyPolygon", "EndLink", "Alpha 255",
+                                            "Polyline", "BeginLink beside", "Polyline", "EndLink"));
+  Box area;
+  const auto areas = Named(calls, "PolyPolygon");
+  ASSERT_EQ(areas.size(), 1U);
+  for (const auto& p : areas[0].points[0]) area.Add({p.x, p.y});
+  EXPECT_NEAR(area.low.x, 900, 1e-6);
+  EXPECT_NEAR(area.high.x, 1400, 1e-6) << "the view's right side";
+  EXPECT_NEAR(area.low.y, 1900, 1e-6);
+  EXPECT_NEAR(area.high.y, 2000, 1e-6);
+}
+
 TEST_F(PlotLayouts, FitOnAPaperOfTheUsers) {
   layout_.sheet = {400, 300, 0, 0, 0, 0};
   drawing_.entities.push_back(OnPaper(LineEntity{{0, 0}, {400, 300}}));
@@ -119,7 +145,7 @@ TEST_F(PlotLayouts, FitOnAPaperOfTheUsers) {
   ExpectPoints(Named(Plot(options), "Polyline").at(0), {{0, 2250}, {2000, 750}});
 }
 
-TEST(Canvas, CutsClipsToViews) {
+TEST(Canvas, CutsClipsAndCommentsToViews) {
   LoggingDriver driver;
   PlotDevice device(driver);
   Canvas canvas(device, MakeSheet(device));
@@ -133,6 +159,8 @@ TEST(Canvas, CutsClipsToViews) {
   EXPECT_TRUE(std::ranges::all_of(cut, [](const auto& p) { return p.x >= 40 && p.x <= 60 && p.y >= 40; }));
   const std::vector<ClipRing> beside{{{200, 0}, {300, 0}, {300, 9}}};
   EXPECT_FALSE(canvas.ClipTo(beside));
+  canvas.Comment(u"words", {{90, 10}, {150, 20}});
+  EXPECT_EQ(driver.course.back(), "Comment 90 100 10 20 0 words");
 }
 
 }  // namespace

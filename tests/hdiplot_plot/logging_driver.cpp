@@ -123,7 +123,8 @@ LoggingDriver PlotThrough(const Drawing& drawing, const PlotOptions& options, bo
   ImageBook images;
   PlotDevice device(driver);
   Progress progress(ProgressDisplay::kOff);
-  PlotDrawing(drawing, options, MakeSheet(device), fonts, images, device, progress, layout);
+  const DrawingPart part = MeasuredPart(drawing, options, fonts, layout);
+  PlotDrawing(part, options, MakeSheet(device), fonts, images, device, progress);
   return driver;
 }
 
@@ -148,7 +149,9 @@ std::vector<LoggedCall> PlotOnSheet(const Drawing& drawing, const PlotOptions& o
   // With the same options: a frozen or filtered layer 0 leaves no calls for the corners.
   const std::vector<LoggedCall> corners = PlotToLog(SheetDrawing(), options);
   std::vector<LoggedCall> calls = PlotToLog(drawing, options, showsText);
-  calls.erase(calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(corners.size()));
+  const auto first =
+      std::ranges::find_if(calls, [](const LoggedCall& call) { return call.name != "SetClip"; });
+  calls.erase(calls.begin(), first + static_cast<std::ptrdiff_t>(corners.size()));
   return calls;
 }
 

@@ -45,7 +45,7 @@ class LoggingDriver final : public PlainDriver {
 [[nodiscard]] Drawing SheetDrawing();
 [[nodiscard]] PlotOptions OneToOne();
 
-// The calls behind those for the points in the corners.
+// The calls behind those for the points in the corners, and for clips in front of them.
 [[nodiscard]] std::vector<LoggedCall> PlotOnSheet(const Drawing& drawing,
                                                   const PlotOptions& options = OneToOne(),
                                                   bool showsText = true);

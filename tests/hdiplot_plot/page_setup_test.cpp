@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/hdiplot/plot/extents.h"
 #include "tests/hdiplot_plot/logging_driver.h"
 
 namespace hdiplot {
@@ -17,7 +16,7 @@ Sheet SheetOf(double width, double height) {
   return sheet;
 }
 
-TEST(PlottedExtents, GoThroughInsertsAndLeaveOutWhatIsHidden) {
+TEST(MeasuredPart, GoThroughInsertsAndLeaveOutWhatIsHidden) {
   Drawing drawing;
   drawing.blocks["B"].base = {1, 1};
   drawing.blocks["B"].entities = {Thing(ArcEntity{{1, 1}, 1, 0, 2 * kPi})};
@@ -31,7 +30,7 @@ TEST(PlottedExtents, GoThroughInsertsAndLeaveOutWhatIsHidden) {
   drawing.entities = {Thing(insert), Thing(LineEntity{{-500, 0}, {500, 0}}, "hidden")};
   drawing.layers["Hidden"].off = true;
   FontBook fonts;
-  const Box box = PlottedExtents(drawing, {}, fonts);
+  const Box box = MeasuredPart(drawing, {}, fonts).extents;
   EXPECT_NEAR(box.low.x, 9, 1e-9);
   EXPECT_NEAR(box.high.x, 11, 1e-9);
   EXPECT_NEAR(box.low.y, -3, 1e-9);
@@ -44,7 +43,7 @@ TEST(BestOrientation, TakesTheLargerPlot) {
   Drawing drawing;
   FontBook fonts;
   const auto best = [&](const PlotOptions& options = {}) {
-    return BestOrientation(drawing, options, fonts, portrait, landscape);
+    return BestOrientation(MeasuredPart(drawing, options, fonts), options, portrait, landscape);
   };
   EXPECT_EQ(best(), Orientation::kPortrait);  // an empty drawing
   drawing.entities = {Thing(LineEntity{{0, 0}, {40, 30}})};

@@ -245,8 +245,9 @@ TEST(PlotText, TakesItsColoursAndReportsWhatHasNoSize) {
   Progress progress(ProgressDisplay::kOff);
   FontBook fonts;
   ImageBook images;
+  const DrawingPart part = MeasuredPart(drawing, OneToOne(), fonts);
   EXPECT_EQ(
-      PlotDrawing(drawing, OneToOne(), MakeSheet(device), fonts, images, device, progress).leftOut.tooFarOff,
+      PlotDrawing(part, OneToOne(), MakeSheet(device), fonts, images, device, progress).leftOut.tooFarOff,
       1U);
 }
 
@@ -255,7 +256,7 @@ TEST(PlotText, CountsInTheExtents) {
   drawing.textStyles["STANDARD"] = Outlines();
   drawing.entities = {Thing(TextAt({500, 1000}, "HI"))};
   FontBook fonts;
-  const Box box = PlottedExtents(drawing, {}, fonts);
+  const Box box = MeasuredPart(drawing, {}, fonts).extents;
   EXPECT_NEAR(box.low.x, 500, 1e-6);
   EXPECT_NEAR(box.Width(), 100 * WidthOf(fonts, "Liberation Sans", u"HI"), 1e-6);
   EXPECT_LT(box.low.y, 1000);

@@ -75,14 +75,14 @@ TEST(FontMap, TellsWhereALineIsBroken) {
     try {
       map.Read(file.Path());
       ADD_FAILURE() << line;
-    } catch (const InputError& error) {
+    } catch (const FileError& error) {
       EXPECT_THAT(error.what(), HasSubstr(":2: ")) << line;
       EXPECT_THAT(error.what(), HasSubstr(message));
     }
     EXPECT_EQ(map.OfFamily("a"), std::nullopt);
   }
   FontMap map;
-  EXPECT_THROW(map.Read("/nowhere/fonts.map"), InputError);
+  EXPECT_THROW(map.Read("/nowhere/fonts.map"), FileError);
 }
 
 TEST(StrokeFont, StandsOnTheBaseLineAsHighAsItsCapitals) {

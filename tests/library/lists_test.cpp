@@ -1,9 +1,8 @@
-// The directories and the device list.
+// The device list.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string>
 
 #include "platform/host_library.h"
@@ -14,36 +13,14 @@ namespace {
 using std::u16string;
 using namespace std::string_literals;
 
-TEST(Paths, ComeFromTheEnvironmentOrThePlatform) {
-  const scratch::Variable home("HOME", "/home/ü");
-  {
-    const scratch::Variable variable("HDI_APP_DIR", "/opt/app//");
-    EXPECT_EQ(OrvaneGetAppFullPath(), u"/opt/app"s);
-  }
-  {
-    const scratch::Variable variable("HDI_APP_DIR", "");
-    EXPECT_TRUE(std::filesystem::equivalent(hdi::ToUtf8(OrvaneGetAppFullPath()),
-                                            std::filesystem::read_symlink("/proc/self/exe").parent_path()));
-  }
-
-  const struct {
-    std::optional<std::string> user;
-    std::optional<std::string> data;
-    const char16_t* path;
-  } kUser[] = {
-      {"/u", "/d", u"/u/"}, {std::nullopt, "/d", u"/d/hdi/"}, {"", "relative", u"/home/ü/.local/share/hdi/"}};
-  for (const auto& row : kUser) {
-    const scratch::Variable user("HDI_USER_DIR", row.user);
-    const scratch::Variable data("XDG_DATA_HOME", row.data);
-    EXPECT_EQ(OrvaneGetAppDataPathWithBackslash(), u16string(row.path));
-  }
-}
-
 class DeviceList : public testing::Test {
  protected:
-  // The list in a buffer of `capacity`, which is filled with X before.
-  u16string List(const std::string& content, size_t capacity) {
-    folder.Write("pdf.ini", content);
+  // The list in a buffer of `capacity`, which is filled with X before. The file is UTF-16, which every
+  // platform reads alike.
+  u16string List(const u16string& content, size_t capacity) {
+    const u16string units = u'\xFEFF' + content;
+    folder.Write("pdf.ini",
+                 std::string(reinterpret_cast<const char*>(units.data()), units.size() * sizeof(char16_t)));
     u16string buffer(capacity, u'X');
     needed = HT_ListCloseDriver(buffer.data(), static_cast<int32_t>(capacity), listFile.c_str());
     return buffer;
@@ -55,7 +32,7 @@ class DeviceList : public testing::Test {
 };
 
 TEST_F(DeviceList, NamesSectionsInFileOrder) {
-  const std::string content = "; c\n[General]\nx=[y]\n\n[Plotter \xC3\xBC]\n[]\n[general]\n[PDF]\nName=P\n";
+  const u16string content = u"; c\n[General]\nx=[y]\n\n[Plotter ü]\n[]\n[general]\n[PDF]\nName=P\n";
   const u16string whole = u"General\0Plotter ü\0PDF\0\0"s;
   EXPECT_EQ(List(content, whole.size()), whole);
   EXPECT_EQ(needed, static_cast<int32_t>(whole.size()));
@@ -65,7 +42,7 @@ TEST_F(DeviceList, NamesSectionsInFileOrder) {
   EXPECT_EQ(List(content, whole.size() - 1).substr(0, 20), u"General\0Plotter ü\0\0X"s);
   EXPECT_EQ(needed, static_cast<int32_t>(whole.size()));
   EXPECT_EQ(List(content, 8), u"\0\0XXXXXX"s);
-  EXPECT_EQ(List("key=1\n", 3), u"\0\0X"s);
+  EXPECT_EQ(List(u"key=1\n", 3), u"\0\0X"s);
   EXPECT_EQ(HT_ListCloseDriver(nullptr, 0, folder.Path16("none.ini").c_str()), 0);
 }
 

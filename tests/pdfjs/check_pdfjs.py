@@ -115,10 +115,11 @@ def check_pages(bench: Bench, examples: Path) -> Check:
         return pages[-1]
 
     for name, changes in EXAMPLES.items():
-        plotter.plot(examples / name)
-        page = add(Path(name).stem)
+        file, *own = name.split()
+        plotter.plot(examples / file, *own)
+        page = add("_".join([Path(file).stem, *own[1:]]))
         for options in changes[:1]:
-            plotter.plot(examples / name, *options)
+            plotter.plot(examples / file, *own, *options)
             page.others[" ".join(options)] = plotter.poppler(RESOLUTION)
     for name in TRACES:
         plotter.plot(RENDER / f"{name}.jsonl")

@@ -1,2 +1,8 @@
 // A companion module without any of the functions that are looked for.
-extern "C" __attribute__((visibility("default"))) int InvokeAnotherDlg() { return 1; }
+#if defined(_WIN32)
+#define HDI_TEST_EXPORT __declspec(dllexport)
+#else
+#define HDI_TEST_EXPORT __attribute__((visibility("default")))
+#endif
+
+extern "C" HDI_TEST_EXPORT int InvokeAnotherDlg() { return 1; }

@@ -1,12 +1,12 @@
-// Files and directories: what is in the way of an output file, and what a full disk does.
+// Files and directories, the process, and conversions of text.
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
+#include <filesystem>
 #include <system_error>
 
+#include "platform/environment.h"
 #include "platform/unicode.h"
 #include "tests/platform/scratch.h"
 
@@ -23,7 +23,6 @@ TEST_F(Files, OpenKeepsTheContentAndWriteGoesOverIt) {
   OutputFile file;
   EXPECT_FALSE(file.IsOpen());
   ASSERT_TRUE(file.Open(folder.Path16("ü.pdf")));
-  EXPECT_EQ(folder.Read("ü.pdf"), "0123456789");
   file.Write("ab", 2);
   file.Write("c", 1);
   file.Close();
@@ -37,51 +36,35 @@ TEST_F(Files, OpenKeepsTheContentAndWriteGoesOverIt) {
   EXPECT_FALSE(file.IsOpen());
 }
 
-TEST_F(Files, OnlyFilesAndLinksToThemAreRemoved) {
-  folder.Write("file", "x");
-  folder.Write("kept", "x");
-  std::filesystem::create_symlink("kept", folder.Path("link"));
-  std::filesystem::create_symlink("nowhere", folder.Path("dangling"));
-  std::filesystem::create_symlink("/dev/null", folder.Path("device"));
+TEST_F(Files, OnlyFilesAreRemoved) {
+  folder.Write("file ü", "x");
   MakeDirectory(folder.Path16("dir"));
   MakeDirectory(folder.Path16("dir"));
   const struct {
     const char* name;
     bool exists;
     bool removed;
-  } kCases[] = {{"file", true, true}, {"link", true, true},     {"dangling", true, true},
-                {"dir", true, false}, {"device", false, false}, {"none", false, true}};
+  } kCases[] = {
+      {"file ü", true, true}, {"dir", true, false}, {"none", false, true}, {"none/none", false, true}};
   for (const auto& row : kCases) {
     EXPECT_EQ(FileExists(folder.Path16(row.name)), row.exists) << row.name;
     EXPECT_EQ(RemoveFile(folder.Path16(row.name)), row.removed) << row.name;
   }
-  EXPECT_EQ(folder.Read("kept"), "x");
-  EXPECT_FALSE(FileExists(folder.Path16("link")));
+  EXPECT_FALSE(FileExists(folder.Path16("file ü")));
   EXPECT_TRUE(std::filesystem::is_directory(folder.Path("dir")));
-  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("device")));
 }
 
-TEST_F(Files, AFullDiskTruncatesInSilenceAndOtherFailuresThrow) {
+TEST_F(Files, WritingWhereNothingIsOpenThrows) {
   OutputFile file;
   EXPECT_THROW(file.Write("x", 1), std::system_error);
-  ASSERT_TRUE(file.Open(folder.Path16("cut.pdf")));
-  const std::string block(3000, 'x');
-  rlimit before;
-  getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit limit = {4096, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &limit);
-  file.Write(block.data(), block.size());
-  file.Write(block.data(), block.size());  // a part fits
-  file.Write(block.data(), block.size());  // nothing fits, and the signal would end the process
-  setrlimit(RLIMIT_FSIZE, &before);
-  file.Close();
-  EXPECT_EQ(folder.Read("cut.pdf"), std::string(4096, 'x'));
-  sigset_t pending;
-  sigpending(&pending);
-  EXPECT_EQ(sigismember(&pending, SIGXFSZ), 0);
+}
 
-  ASSERT_TRUE(file.Open(u"/dev/full"));
-  EXPECT_NO_THROW(file.Write("x", 1));
+TEST(Process, KnowsItsFileVariablesAndDirectories) {
+  EXPECT_TRUE(std::filesystem::is_regular_file(ProcessFileName()));
+  EXPECT_TRUE(std::filesystem::is_directory(TemporaryDirectory()));
+  const scratch::Variable variable("HDI_TEST_VARIABLE", std::string(5000, 'v'));
+  EXPECT_EQ(EnvironmentVariable(u"HDI_TEST_VARIABLE"), std::u16string(5000, u'v'));
+  EXPECT_EQ(EnvironmentVariable(u"HDI_TEST_NONE"), u"");
 }
 
 TEST(Unicode, ConvertsWhatIsWellFormedAndMarksTheRest) {
@@ -92,6 +75,13 @@ TEST(Unicode, ConvertsWhatIsWellFormedAndMarksTheRest) {
   EXPECT_EQ(ToUtf16("\x80x\xC3"), u"\xFFFDx\xFFFD");
   EXPECT_EQ(ToUtf16("\xED\xA0\x80x").back(), u'x');  // a surrogate in UTF-8
   EXPECT_EQ(ToUtf16(""), u"");
+}
+
+TEST(Unicode, ComparesNamesWithoutRegardToCase) {
+  EXPECT_TRUE(SameName(u"däv 1", u"DÄV 1"));
+  EXPECT_FALSE(SameName(u"a", u"ä"));
+  EXPECT_FALSE(SameName(u"a", u"ab"));
+  EXPECT_TRUE(SameName(u"", {}));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "platform/font_faces.h"
+#include "platform/font_names.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
 #include "tests/platform/scratch.h"
@@ -94,86 +95,32 @@ TEST(FontFaces, EachIsSelectedByAFontOfItsOwn) {
   EXPECT_EQ(SelectingFont(Font(u"x", 400, true), *hdi::FindFace(Font(u"Tahoma"))).lfItalic, 1);
 }
 
-TEST(FontFaces, FollowTheRequest) {
+// Beyond what font_faces_test.cpp asks of every platform.
+TEST(FontFaces, FollowTheRequestOnLinux) {
   const struct {
     LOGFONTW font;
     const char* name;
   } kRows[] = {
-      {Font(u"liberation SANS", 700, true), "Liberation Sans Bold Italic"},
-      {Font(u"Liberation Sans", 0), "Liberation Sans"},
-      {Font(u"Liberation Sans", 600), "Liberation Sans Bold"},
-      {Font(u"Tahoma", 700, true), "Tahoma Bold"},
-      {Font(u"DejaVu Sans", 200), "DejaVu Sans"},  // whose typographic family has a light face
-      {Font(u"DejaVu Sans Light"), "DejaVu Sans ExtraLight"},
-      {Font(u"DejaVu Sans Condensed", 700), "DejaVu Sans Condensed Bold"},
-      {Font(u"DejaVu Serif Bold Italic"), "DejaVu Serif Bold Italic"},  // by its full name
       {Font(u"文泉驿等宽正黑"), "WenQuanYi Zen Hei Mono"},
-      {Font(u"@WenQuanYi Zen Hei Sharp"), "WenQuanYi Zen Hei Sharp"},
       {Font(u"Wingdings", 400, false, 0), "Wingdings"},
-      {Font(u"Liberation Sans", 400, false, 161), "Liberation Sans"},
-      {Font(u"Liberation Sans", 400, false, 134), "WenQuanYi Zen Hei"},  // whose letters it lacks
-      {Font(u"Liberation Sans", 400, false, 222), "Liberation Sans"},    // as all others do
       // Families that are not there.
-      {Font(u"Arial", 700), "Liberation Sans Bold"},
       {Font(u"Times New Roman", 400, true), "Liberation Serif Italic"},
       {Font(u"Arial", 400, false, 134), "WenQuanYi Zen Hei"},
       {Font(u"No Such Family", 400, false, 2), "Wingdings"},
       {Font(u"No Such Family", 400, false, 1, 0x12), "DejaVu Serif"},
       {Font(u"No Such Family", 700, true, 1, 0x01), "DejaVu Sans Mono Bold Oblique"},
-      {Font(u"", 400, false, 136), "WenQuanYi Zen Hei"},
   };
   for (const auto& row : kRows) {
     EXPECT_EQ(NameOf(FindFace(row.font)), row.name) << hdi::ToUtf8(row.font.lfFaceName);
   }
-  EXPECT_TRUE(hdi::HasFamily(u"DEJAVU sans"));
   EXPECT_TRUE(hdi::HasFamily(u"文泉驿正黑"));
-  EXPECT_FALSE(hdi::HasFamily(u"Arial"));
+  EXPECT_EQ(NameOf(hdi::FindFaceWith(u'A', Font(u"Wingdings"))), "DejaVu Sans");
 
   const auto interfaceFont = hdi::SystemFontServices().DefaultInterfaceFont();
   ASSERT_TRUE(interfaceFont);
   EXPECT_EQ(u16string(interfaceFont->lfFaceName), u"DejaVu Sans");
   EXPECT_EQ(interfaceFont->lfHeight, -11);
   EXPECT_EQ(interfaceFont->lfWeight, 400);
-}
-
-TEST(FontFaces, CharactersGoToAFaceThatHasThem) {
-  const LOGFONTW like = Font(u"Liberation Sans", 700);
-  EXPECT_EQ(NameOf(hdi::FindFaceWith(u'中', like)), "WenQuanYi Zen Hei");
-  EXPECT_EQ(NameOf(hdi::FindFaceWith(u'ع', like)), "DejaVu Sans Bold");
-  EXPECT_EQ(NameOf(hdi::FindFaceWith(0xF0FE, like)), "Wingdings");
-  EXPECT_EQ(hdi::FindFaceWith(0xD800, like), nullptr);
-  EXPECT_EQ(hdi::FindFaceWith(0xFFFF, like), nullptr);
-  // Pictures are no substitute for letters.
-  EXPECT_EQ(NameOf(hdi::FindFaceWith(u'A', Font(u"Wingdings"))), "DejaVu Sans");
-
-  const FontFace* symbols = hdi::FindFace(Font(u"Wingdings"));
-  EXPECT_TRUE(symbols->HasCharacter(0xF0FC));
-  EXPECT_TRUE(symbols->HasCharacter(0xFC));
-  EXPECT_FALSE(symbols->HasCharacter(u'中'));
-  EXPECT_EQ(symbols->Outline(0xFC).size(), symbols->Outline(0xF0FC).size());
-}
-
-TEST(FontFaces, MeasureInEms) {
-  const FontFace* face = hdi::FindFace(Font(u"DejaVu Sans"));
-  EXPECT_DOUBLE_EQ(face->CapHeight(), 1493.0 / 2048);
-  EXPECT_NEAR(face->Ascent(), 0.76, 0.001);
-  EXPECT_NEAR(face->Descent(), -0.208, 0.001);
-  EXPECT_DOUBLE_EQ(face->Advance(u'A'), 1401.0 / 2048);
-  // Only the first advances of a font of one width are written out.
-  EXPECT_DOUBLE_EQ(hdi::FindFace(Font(u"Liberation Mono"))->Advance(u'ж'), 1229.0 / 2048);
-  EXPECT_DOUBLE_EQ(face->Advance(0xD800), face->Advance(0xFFFF));
-
-  EXPECT_TRUE(face->Outline(u' ').empty());
-  const std::vector<hdi::GlyphContour> outline = face->Outline(u'Ä');
-  EXPECT_EQ(outline.size(), face->Outline(u'A').size() + 2);
-  double highest = 0;
-  for (const hdi::GlyphContour& contour : outline) {
-    ASSERT_EQ(contour.size() % 3, 1U);
-    EXPECT_EQ(contour.front().x, contour.back().x);
-    EXPECT_EQ(contour.front().y, contour.back().y);
-    for (const hdi::GlyphPoint& point : contour) highest = std::max(highest, point.y);
-  }
-  EXPECT_NEAR(highest, 0.913, 0.001);
 }
 
 TEST(FontData, IsTheFileOrTheCollection) {

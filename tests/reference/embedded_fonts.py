@@ -183,16 +183,20 @@ def to_unicode(text: str) -> dict[int, str]:
     characters = {}
     for section in re.findall(r"beginbfchar(.*?)endbfchar", text, re.DOTALL):
         for code, value in re.findall(r"<(\w+)>\s*<(\w+)>", section):
-            characters[int(code, 16)] = chr(int(value, 16))
+            characters[int(code, 16)] = _character(value)
     for section in re.findall(r"beginbfrange(.*?)endbfrange", text, re.DOTALL):
         for first, last, start, values in re.findall(
             r"<(\w+)>\s*<(\w+)>\s*(?:<(\w+)>|\[([^]]*)\])", section
         ):
             codes = range(int(first, 16), int(last, 16) + 1)
             found = re.findall(r"<(\w+)>", values) if values else []
-            starts = [int(value, 16) for value in found] or range(int(start, 16), int(start, 16) + len(codes))
-            characters |= {code: chr(value) for code, value in zip(codes, starts, strict=True)}
+            values = [_character(value) for value in found] or [chr(ord(_character(start)) + i) for i in range(len(codes))]
+            characters |= dict(zip(codes, values, strict=True))
     return characters
+
+
+def _character(digits: str) -> str:
+    return bytes.fromhex(digits).decode("utf-16-be")
 
 
 _SANITIZED: set[bytes] = set()

@@ -25,7 +25,8 @@ EXPECTED = Path(__file__).resolve().parent / "expected"
 BETWEEN_RENDERERS = Tolerance(block=8, level=48, blocks=20, worst=80, mean=4.0)
 TO_KEPT_PICTURES = Tolerance(block=2, level=32, blocks=20, worst=80, mean=3.0)
 
-# Each example, and options with which its plot must not be taken for the kept picture.
+# Each example, with the options that it is plotted with, and further ones with which its plot must not be taken for
+# the kept picture.
 EXAMPLES: dict[str, list[list[str]]] = {
     "site_plan.dxf": [
         ["--skip-layer", "*TREE*"],
@@ -42,14 +43,17 @@ EXAMPLES: dict[str, list[list[str]]] = {
     "diagram.dxf": [["--skip-layer", "PIPE_FEED"], ["--monochrome"], ["--margins", "17,5,17,7"]],
     "scripts.dxf": [["--monochrome"], ["--margins", "17,5,17,7"]],
     "trail_map.dxf": [["--skip-layer", "RELIEF"], ["--skip-layer", "*ZONE*"], ["--margins", "17,5,17,7"]],
+    "trail_map.dxf --layout Sheet": [["--skip-layer", "RELIEF"], ["--skip-layer", "FRAME"], ["--monochrome"]],
     "hello.jsonl": [],
 }
 
 
-def check_example(plotter: Plotter, source: Path, update: bool) -> list[str]:
+def check_example(plotter: Plotter, folder: Path, name: str, update: bool) -> list[str]:
     """What is wrong with an example's plot."""
-    kept = EXPECTED / f"{source.stem}.png"
-    plotter.plot(source)
+    file, *own = name.split()
+    source = folder / file
+    kept = EXPECTED / f"{'_'.join([source.stem, *own[1:]]).lower()}.png"
+    plotter.plot(source, *own)
     plotter.check()
     found = plotter.poppler(RESOLUTION)
     if update:
@@ -62,14 +66,14 @@ def check_example(plotter: Plotter, source: Path, update: bool) -> list[str]:
         ("MuPDF's rendering", compare(plotter.mupdf(RESOLUTION), found, BETWEEN_RENDERERS)),
     ):
         figures = f"{difference.off} blocks off, {difference.worst} at worst, {difference.mean:.3f} in all"
-        print(f"{source.name}, {what}: {figures}")
+        print(f"{name}, {what}: {figures}")
         if difference.message:
-            messages.append(f"{source.name}: Poppler's rendering is not {what}: {difference.message}")
-    for options in EXAMPLES[source.name]:
-        plotter.plot(source, *options)
+            messages.append(f"{name}: Poppler's rendering is not {what}: {difference.message}")
+    for options in EXAMPLES[name]:
+        plotter.plot(source, *own, *options)
         changed = compare(expected, averages(plotter.poppler(RESOLUTION), REDUCTION), TO_KEPT_PICTURES)
         if not changed.message:
-            messages.append(f"{source.name}: the comparison does not notice {' '.join(options)}")
+            messages.append(f"{name}: the comparison does not notice {' '.join(options)}")
     return messages
 
 
@@ -84,7 +88,7 @@ def main() -> int:
     with Plotter(arguments.hdiplot) as plotter:
         for name in EXAMPLES:
             try:
-                messages += check_example(plotter, arguments.examples / name, arguments.update)
+                messages += check_example(plotter, arguments.examples, name, arguments.update)
             except (PlotError, OSError) as error:
                 messages.append(f"{name}: {error}")
     print("\n".join([*messages, f"{len(EXAMPLES)} examples, {len(messages)} complaints"]))

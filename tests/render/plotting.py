@@ -33,10 +33,18 @@ class Plotter:
     def __exit__(self, *_: object) -> None:
         self._directory.cleanup()
 
-    def plot(self, source: Path, *options: str) -> None:
-        """Plots a drawing or a trace."""
+    def plot(self, source: Path, *options: str) -> bytes:
+        """Plots a drawing or a trace, and gives what the command prints."""
         self.pdf.unlink(missing_ok=True)
-        self.run(str(self._hdiplot), str(source), "-o", str(self.pdf), *options)
+        return self.run(*self.command(), self.name(source), "-o", self.name(self.pdf), *options)
+
+    def command(self) -> list[str]:
+        """What runs the host command."""
+        return [str(self._hdiplot)]
+
+    def name(self, path: Path) -> str:
+        """A file as the host command knows it."""
+        return str(path)
 
     def plot_text(self, text: str, ending: str, *options: str) -> None:
         """Plots a drawing or a trace that is given as text."""

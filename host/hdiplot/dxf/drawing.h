@@ -7,13 +7,13 @@
 #pragma once
 
 #include <array>
+#include <compare>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <variant>
 #include <vector>
 
@@ -194,12 +194,9 @@ struct ImageLook {
   bool transparent = false;  // whether the paper shows through the image where the image says so
   int brightness = 50;       // 0 to 100, as the next; 50 leaves the image as it is
   int contrast = 50;
-  int fade = 0;  // towards white, 0 to 100
-  bool operator==(const ImageLook&) const = default;
-  bool operator<(const ImageLook& other) const {
-    return std::tie(transparent, brightness, contrast, fade) <
-           std::tie(other.transparent, other.brightness, other.contrast, other.fade);
-  }
+  int fade = 0;       // towards white, 0 to 100
+  bool grey = false;  // which no drawing asks for, but a plot without colours
+  auto operator<=>(const ImageLook&) const = default;
 };
 
 struct ImageEntity {       // IMAGE

@@ -7,6 +7,7 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/entity_attributes.h"
+#include "host/hdiplot/dxf/field_codes.h"
 #include "host/hdiplot/dxf/hatch_reader.h"
 #include "host/hdiplot/dxf/image_reader.h"
 #include "host/hdiplot/dxf/layout_reader.h"
@@ -64,7 +65,7 @@ std::string CutTypeName(std::string_view type) {
 }  // namespace
 
 DrawingBuilder::DrawingBuilder()
-    : adapter_(names_), texts_(names_, drawing_.textStyles), entities_(&drawing_.entities) {}
+    : adapter_(names_), texts_(names_, drawing_.textStyles), fields_(names_), entities_(&drawing_.entities) {}
 
 void DrawingBuilder::OnVariable(const DxfObject& variable) {
   if (variable.type == "$ACADVER") {
@@ -126,6 +127,7 @@ void DrawingBuilder::OnBlockEnd() {
 void DrawingBuilder::OnEntitiesEnd() { CheckNoPolylineOpen(); }
 
 void DrawingBuilder::OnObject(const DxfObject& object) {
+  fields_.Add(object);
   if (object.type == "LAYOUT") AddLayout(object);
   if (object.type != "IMAGEDEF") return;
   const Group* handle = object.Find(5);
@@ -237,17 +239,24 @@ void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attribu
 
 void DrawingBuilder::AddText(const DxfObject& object, Attributes attributes) {
   if (object.type == "MTEXT") {
-    if (auto text = texts_.ReadMText(object)) {
-      if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
-      AddEntity(attributes, std::move(*text));
-    }
+    AddReadText(object, std::move(attributes), texts_.ReadMText(object), Backslash::kStartsCode);
     return;
   }
   if (object.type == "ATTRIB" && insert_) TakeFromInsert(attributes);
-  if (auto text = texts_.ReadText(object, !block_.empty())) {
-    if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
-    AddEntity(attributes, std::move(*text));
+  AddReadText(object, std::move(attributes), texts_.ReadText(object, !block_.empty()), Backslash::kItself);
+}
+
+template <typename Text>
+void DrawingBuilder::AddReadText(const DxfObject& object, Attributes attributes, std::optional<Text> text,
+                                 Backslash backslash) {
+  if (!text) return;
+  if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
+  const std::string link = ReplaceFieldCodes(text->text, backslash);
+  if (attributes.link.empty()) attributes.link = link;
+  if (attributes.link.empty() && !object.dictionary.empty()) {
+    unlinkedTexts_.push_back({{entities_, entities_->size()}, std::string(object.dictionary)});
   }
+  AddEntity(attributes, std::move(*text));
 }
 
 // An attribute is an entity of its own, but shares its INSERT's space and link, comes and goes with it, and
@@ -295,12 +304,19 @@ Drawing DrawingBuilder::Finish() {
       graph_.AddInsert(insert.within, insert.block, insert.visible ? insert.copies : 0, insert.line);
   }
   graph_.CheckForCircles();
+  FinishTexts();
   FinishViewports();
   RemoveUnresolved(drawing_.entities);
   for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
   FinishLayouts();
   drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
+}
+
+void DrawingBuilder::FinishTexts() {
+  for (const auto& [place, dictionary] : unlinkedTexts_) {
+    place.entities->at(place.index).attributes.link = fields_.Find(dictionary);
+  }
 }
 
 void DrawingBuilder::RemoveUnresolved(std::vector<Entity>& entities) const {

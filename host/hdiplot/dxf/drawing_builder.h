@@ -11,6 +11,7 @@
 #include "host/hdiplot/dxf/block_graph.h"
 #include "host/hdiplot/dxf/drawing.h"
 #include "host/hdiplot/dxf/dxflib_adapter.h"
+#include "host/hdiplot/dxf/field_links.h"
 #include "host/hdiplot/dxf/name_decoder.h"
 #include "host/hdiplot/dxf/polyline_reader.h"
 #include "host/hdiplot/dxf/structure_reader.h"
@@ -55,6 +56,9 @@ class DrawingBuilder : public DxfVisitor {
   void AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert);
   void AddHatch(const DxfObject& object, const Attributes& attributes);
   void AddText(const DxfObject& object, Attributes attributes);
+  template <typename Text>
+  void AddReadText(const DxfObject& object, Attributes attributes, std::optional<Text> text,
+                   Backslash backslash);
   void TakeFromInsert(Attributes& attributes) const;
   void AddEntity(const Attributes& attributes, Shape shape);
   void Count(std::string_view type, const Attributes& attributes);
@@ -62,6 +66,7 @@ class DrawingBuilder : public DxfVisitor {
   bool IsOnSheet(const Attributes& attributes) const;
   void AddLayout(const DxfObject& object);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
+  void FinishTexts();
   void FinishViewports();
   void FinishLayouts();
   TypeCounts SkippedIn(const std::string& place) const;
@@ -73,6 +78,7 @@ class DrawingBuilder : public DxfVisitor {
   DxflibAdapter adapter_;
   Drawing drawing_;
   TextReader texts_;
+  FieldLinks fields_;
   BlockGraph graph_;
   std::vector<Insert> inserts_;
   // An entity among others, which stay where they are up to the end.
@@ -85,14 +91,20 @@ class DrawingBuilder : public DxfVisitor {
     std::string clipHandle;  // of its outline, which may follow
   };
 
+  struct TextWithDictionary {
+    EntityPlace place;
+    std::string dictionary;  // its handle
+  };
+
   std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
   std::map<std::string, std::string> blocksByHandle_;
   std::map<std::string, EntityPlace> outlines_;  // entities of layouts
   std::vector<OpenViewport> viewports_;          // with an outline
-  std::set<std::string> sheetsSeen_;             // where there has been a viewport, as Place names it
-  std::vector<std::string> external_;            // blocks whose content is in another file
-  std::string block_;                            // the one being read; empty in the model
-  std::vector<Entity>* entities_;                // its entities
+  std::vector<TextWithDictionary> unlinkedTexts_;
+  std::set<std::string> sheetsSeen_;   // where there has been a viewport, as Place names it
+  std::vector<std::string> external_;  // blocks whose content is in another file
+  std::string block_;                  // the one being read; empty in the model
+  std::vector<Entity>* entities_;      // its entities
   std::optional<OpenPolyline> polyline_;
   std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
 };

@@ -40,7 +40,7 @@ bool DrawingBuilder::IsOnSheet(const Attributes& attributes) const {
 
 void DrawingBuilder::AddViewport(const DxfObject& entity, const Attributes& attributes) {
   if (!IsOnSheet(attributes)) return;
-  ReadViewport read = ViewportOf(entity, sheetsSeen_.insert(Place(attributes)).second);
+  ReadViewport read = ViewportOf(entity, sheetsSeen_.insert(Place(attributes)).second, names_);
   if (read.use == ViewportUse::kNotPlanar) CountSkipped("VIEWPORT not seen from above", attributes);
   if (read.use != ViewportUse::kShown) return;
   for (const std::string& handle : read.frozenHandles) {

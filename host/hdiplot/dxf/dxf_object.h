@@ -18,6 +18,7 @@ struct DxfObject {
   size_t line = 0;  // of the type's name
   std::vector<Group> groups;
   std::vector<Group> extended;  // codes from 1000, of all applications
+  std::string_view dictionary;  // handle of the dictionary of what else belongs to it; empty: none
 
   // The first group of that code, or null.
   const Group* Find(int code) const {

@@ -6,6 +6,7 @@
 #include "host/hdiplot/dxf/dxf_text.h"
 #include "host/hdiplot/dxf/structure_reader.h"
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/system/paths.h"
 
 namespace hdiplot {
 
@@ -15,11 +16,11 @@ Drawing ReadDxf(const std::filesystem::path& file) {
     DrawingBuilder builder;
     StructureReader(text, builder).Read();
     Drawing drawing = builder.Finish();
-    drawing.name = file.filename().string();
+    drawing.name = PathText(file.filename());
     drawing.folder = file.parent_path();
     return drawing;
   } catch (const DxfFault& fault) {
-    throw InputError(file, fault.line, fault.message);
+    throw FileError(file, fault.line, fault.message);
   }
 }
 

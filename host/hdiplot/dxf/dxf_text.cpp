@@ -5,12 +5,12 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 #include <string_view>
 #include <system_error>
 
 #include "host/hdiplot/dxf/group_reader.h"
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/system/files.h"
 
 namespace hdiplot {
 namespace {
@@ -34,15 +34,12 @@ constexpr std::array kOtherFiles = {
 };
 
 std::string ReadWhole(const std::filesystem::path& file) {
-  struct Close {
-    void operator()(std::FILE* stream) const { std::fclose(stream); }
-  };
   std::error_code error;
   if (std::filesystem::is_directory(file, error))
-    throw InputError(file, 0, "this is a directory, no DXF file");
-  const std::unique_ptr<std::FILE, Close> stream(std::fopen(file.string().c_str(), "rb"));
+    throw FileError(file, 0, "this is a directory, no DXF file");
+  const FileStream stream = OpenToRead(file);
   if (!stream) {
-    throw InputError(file, 0, "cannot be opened: " + std::generic_category().message(errno));
+    throw FileError(file, 0, "cannot be opened: " + std::generic_category().message(errno));
   }
   std::string text;
   const auto size = std::filesystem::file_size(file, error);
@@ -54,7 +51,7 @@ std::string ReadWhole(const std::filesystem::path& file) {
     got = std::fread(text.data() + before, 1, kPiece, stream.get());
     text.resize(before + got);
   }
-  if (std::ferror(stream.get())) throw InputError(file, 0, "cannot be read");
+  if (std::ferror(stream.get())) throw FileError(file, 0, "cannot be read");
   return text;
 }
 
@@ -71,26 +68,26 @@ bool StartsLikeDxf(std::string_view firstLine) {
 
 std::string LoadDxfText(const std::filesystem::path& file) {
   std::string text = ReadWhole(file);
-  if (text.empty()) throw InputError(file, 0, "the file is empty");
+  if (text.empty()) throw FileError(file, 0, "the file is empty");
   for (const Signature& other : kOtherFiles) {
-    if (text.starts_with(other.start)) throw InputError(file, 0, std::string(other.message));
+    if (text.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
   }
   if (text.starts_with("\xef\xbb\xbf")) text.erase(0, 3);
   const std::string_view firstLine = std::string_view(text).substr(0, text.find_first_of("\r\n"));
   if (firstLine.ends_with(" Binary DXF")) {
-    throw InputError(
+    throw FileError(
         file, 0,
         "this is a binary DXF, only text ones are read; save the drawing again as a text (ASCII) DXF");
   }
   if (!StartsLikeDxf(firstLine)) {
-    throw InputError(file, 1,
-                     "this is no DXF: the group code 0 should stand here, but it is " + Quoted(firstLine));
+    throw FileError(file, 1,
+                    "this is no DXF: the group code 0 should stand here, but it is " + Quoted(firstLine));
   }
   if (const size_t zero = text.find('\0'); zero != std::string::npos) {
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(zero);
     const auto lineEnds = std::count(text.begin(), end, text.find('\n') == std::string::npos ? '\r' : '\n');
-    throw InputError(file, static_cast<size_t>(lineEnds) + 1,
-                     "there is a zero byte here, so this is no text DXF");
+    throw FileError(file, static_cast<size_t>(lineEnds) + 1,
+                    "there is a zero byte here, so this is no text DXF");
   }
   return text;
 }

@@ -7,7 +7,7 @@
 namespace hdiplot {
 
 // The file's text, without a byte order mark, sure to start like a DXF and to hold no zero bytes.
-// Throws InputError for a file that cannot be read, is empty, or is something else.
+// Throws FileError for a file that cannot be read, is empty, or is something else.
 std::string LoadDxfText(const std::filesystem::path& file);
 
 }  // namespace hdiplot

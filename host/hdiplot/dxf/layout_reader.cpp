@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/dxf/ocs.h"
 
 namespace hdiplot {
 namespace {
@@ -77,6 +78,57 @@ Vec2 OriginOf(const DxfObject& settings) {
   return settings.Integer(74, kWholeLayout) == kWholeLayout && isNear ? origin : Vec2{};
 }
 
+// What a viewport shows of the model.
+struct View {
+  Vec2 target;
+  Vec3 direction{0, 0, 1};
+  Vec2 center;
+  double height = 0;
+  double twist = 0;  // radians
+  bool isPerspective = false;
+  std::vector<std::string> frozenLayers;  // those told by name
+};
+
+constexpr int64_t kPerspective = 1;
+
+View ViewOf(const DxfObject& viewport) {
+  View view;
+  view.target = {viewport.Real(17, 0), viewport.Real(27, 0)};
+  view.direction = {viewport.Real(16, 0), viewport.Real(26, 0), viewport.Real(36, 1)};
+  view.center = {viewport.Real(12, 0), viewport.Real(22, 0)};
+  view.height = viewport.Real(45, 0);
+  view.twist = Radians(viewport.Real(51, 0));
+  view.isPerspective = (viewport.Integer(90, 0) & kPerspective) != 0;
+  return view;
+}
+
+// In files up to R14 the view is a list in the extended data, in this order: target and direction as points;
+// twist, height and center as numbers; flags; and at its end the names of frozen layers. The twist is in
+// radians; but some programs put degrees there.
+View OldViewOf(const DxfObject& viewport, const NameDecoder& names) {
+  constexpr double kWholeTurn = 2 * std::numbers::pi;
+  const std::span<const Group> data = viewport.ExtendedOf("ACAD");
+  View view;
+  if (std::ranges::find(data, "MVIEW", &Group::value) == data.end()) return view;
+  const auto nth = [data](int code, size_t index) {
+    for (const Group& group : data) {
+      if (group.code == code && index-- == 0) return group;
+    }
+    return Group{};
+  };
+  view.target = {nth(1010, 0).real, nth(1020, 0).real};
+  view.direction = {nth(1010, 1).real, nth(1020, 1).real, nth(1030, 1).real};
+  const double twist = nth(1040, 0).real;
+  view.twist = std::abs(twist) > kWholeTurn ? Radians(twist) : twist;
+  view.height = nth(1040, 1).real;
+  view.center = {nth(1040, 2).real, nth(1040, 3).real};
+  view.isPerspective = (nth(1070, 1).integer & kPerspective) != 0;  // behind the list's version
+  for (const Group& group : data) {
+    if (group.code == 1003) view.frozenLayers.push_back(names.Decode(group));
+  }
+  return view;
+}
+
 }  // namespace
 
 std::string HandleKey(const Group& handle) { return UpperCase(handle.value); }
@@ -96,8 +148,7 @@ std::optional<ReadLayout> LayoutOf(const DxfObject& object, const NameDecoder& n
   return read;
 }
 
-ReadViewport ViewportOf(const DxfObject& entity, bool isFirst) {
-  constexpr int64_t kPerspective = 1;
+ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder& names) {
   constexpr int64_t kOff = 0x20000;
   constexpr double kUpright = 1e-6;
   ReadViewport read;
@@ -106,21 +157,20 @@ ReadViewport ViewportOf(const DxfObject& entity, bool isFirst) {
   const bool isOff = flags != nullptr ? (flags->integer & kOff) != 0 : entity.Integer(68, 1) == 0;
   if (id == 1 || (id == 0 && isFirst) || isOff) return read;
 
+  const View view = entity.Find(45) != nullptr ? ViewOf(entity) : OldViewOf(entity, names);
   ViewportEntity& viewport = read.viewport;
   viewport.center = {entity.Real(10, 0), entity.Real(20, 0)};
   viewport.width = entity.Real(40, 0);
   viewport.height = entity.Real(41, 0);
-  viewport.scale = viewport.height / entity.Real(45, 0);
-  viewport.viewCenter = {entity.Real(12, 0), entity.Real(22, 0)};
-  viewport.target = {entity.Real(17, 0), entity.Real(27, 0)};
-  viewport.twist = entity.Real(51, 0) * std::numbers::pi / 180;
+  viewport.scale = viewport.height / view.height;
+  viewport.viewCenter = view.center;
+  viewport.target = view.target;
+  viewport.twist = view.twist;
+  viewport.frozenLayers = view.frozenLayers;
   if (!(viewport.width > 0) || !(viewport.height > 0) || !IsScale(viewport.scale)) return read;
 
-  const double x = entity.Real(16, 0);
-  const double y = entity.Real(26, 0);
-  const double z = entity.Real(36, 1);
-  const bool isPerspective = flags != nullptr && (flags->integer & kPerspective) != 0;
-  const bool isPlan = z > 0 && std::hypot(x, y) <= kUpright * z && !isPerspective;
+  const bool isPlan = view.direction.z > 0 && !view.isPerspective &&
+                      std::hypot(view.direction.x, view.direction.y) <= kUpright * view.direction.z;
   read.use = isPlan ? ViewportUse::kShown : ViewportUse::kNotPlanar;
   for (const Group& group : entity.groups) {
     if (group.code == 331 || group.code == 341) read.frozenHandles.push_back(HandleKey(group));

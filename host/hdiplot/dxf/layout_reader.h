@@ -26,12 +26,12 @@ enum class ViewportUse { kShown, kHidden, kNotPlanar };
 
 struct ReadViewport {
   ViewportUse use = ViewportUse::kHidden;  // kHidden: switched off, without a view, or the sheet itself
-  ViewportEntity viewport;                 // of kShown, without the frozen layers and the clip
-  std::vector<std::string> frozenHandles;  // HandleKeys of layers
+  ViewportEntity viewport;                 // of kShown, without the clip and the layers frozen by handle
+  std::vector<std::string> frozenHandles;  // HandleKeys of layers, which older files have by name
   std::string clipHandle;                  // HandleKey of the entity that is its outline; empty: none
 };
 
 // `isFirst`: of the viewports of its sheet; in some files the sheet itself is told by that alone.
-[[nodiscard]] ReadViewport ViewportOf(const DxfObject& entity, bool isFirst);
+[[nodiscard]] ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder& names);
 
 }  // namespace hdiplot

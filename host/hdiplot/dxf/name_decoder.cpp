@@ -1,15 +1,13 @@
-// Code pages through iconv, UTF-8 checked by hand, and the escapes \U+XXXX and \M+NXXXX.
+// Code pages as the system has them, UTF-8 checked by hand, and the escapes \U+XXXX and \M+NXXXX.
 #include "host/hdiplot/dxf/name_decoder.h"
-
-#include <iconv.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <memory>
 #include <optional>
-#include <type_traits>
 #include <utility>
+
+#include "host/hdiplot/system/code_pages.h"
 
 namespace hdiplot {
 namespace {
@@ -89,8 +87,8 @@ bool IsNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// $DWGCODEPAGE says ANSI_932, DOS437 or ISO8859-1 where iconv says CP932, CP437 and ISO8859-1.
-std::string IconvName(std::string_view codePage) {
+// $DWGCODEPAGE says ANSI_932, DOS437 or ISO8859-1 where code pages are called CP932, CP437 and ISO8859-1.
+std::string NameOfCodePage(std::string_view codePage) {
   std::string_view number = codePage;
   for (const std::string_view prefix : {"ANSI_", "ANSI", "DOS_", "DOS", "CP"}) {
     if (!codePage.starts_with(prefix)) continue;
@@ -98,13 +96,13 @@ std::string IconvName(std::string_view codePage) {
     break;
   }
   if (IsNumber(number)) return "CP" + std::string(number);
-  for (const auto& [name, iconvName] : kNamedCodePages) {
-    if (number == name) return iconvName;
+  for (const auto& [name, systemName] : kNamedCodePages) {
+    if (number == name) return systemName;
   }
   return std::string(codePage);
 }
 
-// iconv sees a won sign in Johab where drawings have the backslash that starts codes.
+// Conversions see a won sign in Johab where drawings have the backslash that starts codes.
 void PutBackslashes(std::string& text) {
   constexpr std::string_view kWon = "\u20a9";
   for (size_t at = text.find(kWon); at != std::string::npos; at = text.find(kWon, at + 1)) {
@@ -112,45 +110,17 @@ void PutBackslashes(std::string& text) {
   }
 }
 
-struct CloseConverter {
-  void operator()(iconv_t converter) const { iconv_close(converter); }
-};
-using Converter = std::unique_ptr<std::remove_pointer_t<iconv_t>, CloseConverter>;
-
-// Null when iconv does not know the code page.
-Converter OpenConverter(const std::string& codePage) {
-  const iconv_t opened = iconv_open("UTF-8", codePage.c_str());
-  return Converter(opened == reinterpret_cast<iconv_t>(-1) ? nullptr : opened);
-}
-
-// `codePage` is iconv's name.
-std::string FromCodePage(std::string_view raw, const std::string& codePage) {
-  const Converter converter = OpenConverter(codePage);
-  if (converter == nullptr) return RepairedUtf8(raw);
-  std::string source(raw);
-  std::string text;
-  char* from = source.data();
-  size_t left = source.size();
-  while (left > 0) {
-    char piece[64];
-    char* to = piece;
-    size_t room = sizeof piece;
-    const size_t before = left;
-    const size_t result = iconv(converter.get(), &from, &left, &to, &room);
-    text.append(piece, static_cast<size_t>(to - piece));
-    if (result != static_cast<size_t>(-1) || left == 0) continue;
-    if (left < before) continue;
-    AppendUtf8(kReplacement, text);
-    ++from;
-    --left;
-  }
-  if (codePage == kJohab) PutBackslashes(text);
-  return text;
+// Unknown code pages are taken for UTF-8.
+std::string Converted(std::string_view raw, const std::string& codePage) {
+  std::optional<std::string> text = FromCodePage(raw, codePage);
+  if (!text) return RepairedUtf8(raw);
+  if (codePage == kJohab) PutBackslashes(*text);
+  return *text;
 }
 
 // The single-byte code pages of Windows that programs put down for whatever they write.
-bool IsWindowsCodePage(std::string_view iconvName) {
-  return iconvName.starts_with("CP125") && iconvName.size() == 6;
+bool IsWindowsCodePage(std::string_view systemName) {
+  return systemName.starts_with("CP125") && systemName.size() == 6;
 }
 
 // A character that the file has in ASCII, and how long that is; 0 where there is none.
@@ -206,7 +176,7 @@ Escape CodePageEscapeAt(std::string_view text) {
   std::string bytes;
   if (*code > 0xff) bytes += static_cast<char>(*code >> 8);
   bytes += static_cast<char>(*code & 0xff);
-  return {kLength, FromCodePage(bytes, kCodePages[number - '1'])};
+  return {kLength, Converted(bytes, kCodePages[number - '1'])};
 }
 
 std::string WithoutEscapes(std::string_view text, Backslash backslash) {
@@ -253,8 +223,8 @@ std::string WithoutControls(std::string_view text) {
 
 // Text in those code pages is hardly ever well-formed UTF-8 by chance, in others quite often.
 void NameDecoder::SetCodePage(std::string_view codePage) {
-  const std::string name = IconvName(UpperCase(codePage));
-  const bool isKnown = !name.empty() && OpenConverter(name) != nullptr;
+  const std::string name = NameOfCodePage(UpperCase(codePage));
+  const bool isKnown = !name.empty() && KnowsCodePage(name);
   codePage_ = isKnown ? name : kUsualCodePage;
   mayBeUtf8_ = IsWindowsCodePage(codePage_);
 }
@@ -263,7 +233,7 @@ void NameDecoder::SetCodePage(std::string_view codePage) {
 std::string NameDecoder::ToUtf8(std::string_view raw) const {
   if (IsAscii(raw)) return std::string(raw);
   if ((utf8_ || mayBeUtf8_) && IsUtf8(raw)) return std::string(raw);
-  return utf8_ ? RepairedUtf8(raw) : FromCodePage(raw, codePage_);
+  return utf8_ ? RepairedUtf8(raw) : Converted(raw, codePage_);
 }
 
 std::string NameDecoder::Decode(std::string_view raw) const {

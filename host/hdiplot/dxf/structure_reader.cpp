@@ -19,13 +19,18 @@ class ForeignDataFilter {
     if (group.code == 101 || (group.code == 100 && group.value == "AcDbXrecord")) embedded_ = true;
     if (group.code == 102) {
       braced_ = group.value.starts_with('{');
+      inDictionary_ = group.value == "{ACAD_XDICTIONARY";
       return false;
     }
     return !braced_ && !embedded_;
   }
 
+  // Of what it does not keep: whether it is the handle of the object's dictionary.
+  bool IsDictionary(const Group& group) const { return inDictionary_ && !embedded_ && group.code == 360; }
+
  private:
   bool braced_ = false;
+  bool inDictionary_ = false;
   bool embedded_ = false;
 };
 
@@ -162,6 +167,7 @@ void StructureReader::CollectObject() {
   object_.line = group_.ValueLine();
   object_.groups.clear();
   object_.extended.clear();
+  object_.dictionary = {};
   ForeignDataFilter filter;
   const bool inHeader = section_ == "HEADER";  // elsewhere group 9 is a text like others
   for (Advance(); group_.code != kTypeCode && !(inHeader && group_.code == kVariableCode); Advance()) {
@@ -169,6 +175,8 @@ void StructureReader::CollectObject() {
       object_.extended.push_back(group_);
     } else if (filter.Keeps(group_)) {
       object_.groups.push_back(group_);
+    } else if (filter.IsDictionary(group_)) {
+      object_.dictionary = group_.value;
     }
   }
 }

@@ -6,6 +6,7 @@
 
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/image/image_file.h"
+#include "host/hdiplot/system/paths.h"
 
 namespace hdiplot {
 
@@ -14,7 +15,7 @@ namespace {
 // Drawings come from systems whose paths have backslashes, and drives that do not exist here.
 std::filesystem::path FileOf(const std::filesystem::path& folder, std::string name) {
   std::ranges::replace(name, '\\', '/');
-  const std::filesystem::path path(name);
+  const std::filesystem::path path = PathFromUtf8(name);
   const std::filesystem::path named = folder / path;  // `path` alone when it is absolute
   std::error_code unknown;
   if (std::filesystem::exists(named, unknown)) return named.lexically_normal();
@@ -49,10 +50,10 @@ Raster* ImageBook::Decoded(const std::filesystem::path& file) {
   if (!isNew) return entry->second;
   try {
     entry->second = &Keep(ReadImageFile(file));
-  } catch (const InputError& error) {
+  } catch (const FileError& error) {
     ReportUnusable(error.what());
   } catch (const std::bad_alloc&) {
-    ReportUnusable(InputError(file, 0, "there is no memory for the image").what());
+    ReportUnusable(FileError(file, 0, "there is no memory for the image").what());
   }
   return entry->second;
 }

@@ -55,6 +55,11 @@ std::array<uint8_t, 256> ToneCurve(const ImageLook& look) {
   return curve;
 }
 
+void MakeGrey(uint8_t* color) {
+  const int luma = (114 * color[0] + 587 * color[1] + 299 * color[2] + 500) / 1000;
+  std::fill_n(color, 3, static_cast<uint8_t>(luma));
+}
+
 void LayOnWhite(uint8_t* color) {
   const int alpha = color[3];
   for (size_t i = 0; i < 3; ++i)
@@ -112,6 +117,7 @@ void ApplyLook(const ImageLook& look, ImageData& image) {
       if (color == Color{255, 255, 255, 255}) color[3] = 0;
     }
   }
+  if (look.grey) ChangeColors(image, MakeGrey);
   const auto curve = ToneCurve(look);
   ChangeColors(image, [&curve](uint8_t* color) {
     for (size_t i = 0; i < 3; ++i) color[i] = curve[color[i]];

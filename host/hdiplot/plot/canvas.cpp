@@ -74,15 +74,20 @@ ClipRing Within(ClipRing ring, const ClipRing& convex) {
   return ring;
 }
 
+ClipRing RingAround(const Box& box) {
+  return {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
+}
+
+Box BoxOf(const ClipRing& ring) {
+  Box box;
+  for (const Vec2& p : ring) box.Add(p);
+  return box;
+}
+
 // What both enclose. Of two that are not convex, the one counts as its box.
 std::vector<ClipRing> Common(std::span<const ClipRing> rings, const ClipRing& outer) {
   if (rings.size() == 1 && !IsConvex(outer) && IsConvex(rings.front())) return {Within(outer, rings.front())};
-  ClipRing convex = outer;
-  if (!IsConvex(outer)) {
-    Box box;
-    for (const Vec2& p : outer) box.Add(p);
-    convex = {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
-  }
+  const ClipRing convex = IsConvex(outer) ? outer : RingAround(BoxOf(outer));
   std::vector<ClipRing> common;
   for (const ClipRing& ring : rings) common.push_back(Within(ring, convex));
   return common;
@@ -94,6 +99,13 @@ ClipRing SheetRing(const Sheet& sheet) {
 
 std::vector<hdi::HT_Double_Point> SheetCorners(const Sheet& sheet) {
   return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
+}
+
+// Of an area that nothing on the sheet sticks out of.
+std::vector<hdi::HT_Double_Point> CornersAround(const Sheet& sheet) {
+  const double right = 2 * sheet.width;
+  const double down = 2 * sheet.height;
+  return {{-sheet.width, -sheet.height}, {right, -sheet.height}, {right, down}, {-sheet.width, down}};
 }
 
 }  // namespace
@@ -127,6 +139,18 @@ void Canvas::UseFill(Rgb color) {
   brush_ = color;
 }
 
+// The part of the area within the box of the clip; empty when the rest of it is not plottable.
+Box Canvas::Seen(const Box& area) const {
+  Box seen = area;
+  if (!clips_.empty()) {
+    const Box view = BoxOf(clips_.back());
+    seen.low = {std::max(area.low.x, view.low.x), std::max(area.low.y, view.low.y)};
+    seen.high = {std::min(area.high.x, view.high.x), std::min(area.high.y, view.high.y)};
+  }
+  const bool isThere = seen.low.x <= seen.high.x && seen.low.y <= seen.high.y;
+  return isThere && IsPlottable(seen.low) && IsPlottable(seen.high) ? seen : Box{};
+}
+
 void Canvas::SetPen(const Pen& pen) {
   stroke_.reset();
   if (pen_ == pen) return;
@@ -148,8 +172,22 @@ void Canvas::UseAlpha(uint8_t alpha) {
 
 void Canvas::BeginLink(const std::string& target) { device_.BeginLink(hdi::ToUtf16(target)); }
 
-void Canvas::Comment(const std::u16string& text, const Box& area) {
-  if (!IsPlottable(area.low) || !IsPlottable(area.high)) return;
+// Nothing is seen of what is drawn for it.
+void Canvas::LinkArea(const std::string& target, const Box& area) {
+  const Box seen = Seen(area);
+  if (seen.Empty()) return;
+  UseAlpha(0);
+  UseFill({});
+  BeginLink(target);
+  BeginRing();
+  for (const Vec2& p : RingAround(seen)) RingPoint(p);
+  FillRings(hdi::kFillWinding);
+  EndLink();
+}
+
+void Canvas::Comment(const std::u16string& text, const Box& whole) {
+  const Box area = Seen(whole);
+  if (area.Empty()) return;
   const auto down = [](double dots) { return static_cast<int32_t>(std::floor(dots)); };
   const auto up = [](double dots) { return static_cast<int32_t>(std::ceil(dots)); };
   const std::array<int32_t, 4> rect{down(area.low.x), up(area.high.x), down(area.low.y), up(area.high.y)};
@@ -266,8 +304,7 @@ void Canvas::EndView() {
   Unclip();
 }
 
-// The driver takes the first clip of a page for the page's own, and any later one for a clip. A list without
-// points takes the clip away.
+// The driver takes the first clip of a page for the page's own, and any later one for a clip.
 void Canvas::SetClip(std::span<const ClipRing> rings) {
   const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
   if (!hasPageClip_) device_.SetClip(page);
@@ -277,7 +314,7 @@ void Canvas::SetClip(std::span<const ClipRing> rings) {
     polygons.emplace_back();
     for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
   }
-  if (polygons.empty()) polygons.emplace_back();
+  if (polygons.empty()) polygons.push_back(CornersAround(sheet_));
   device_.SetClip(polygons);
 }
 

@@ -76,7 +76,9 @@ class Canvas {
   // What is drawn in between leads to `target`. Links do not nest.
   void BeginLink(const std::string& target);
   void EndLink() { device_.EndLink(); }
-  // Words for a reader to show where the area, in dots, lies under the pointer.
+  // A link of the part of the area, in dots, that is within the view and the sheet, whatever is drawn there.
+  void LinkArea(const std::string& target, const Box& area);
+  // Words for a reader to show where the same part lies under the pointer.
   void Comment(const std::u16string& text, const Box& area);
 
   void Dot(Vec2 at);
@@ -96,7 +98,10 @@ class Canvas {
   // Keeps what comes from being joined to what has been drawn.
   void SeparatePath() { device_.BeginPath(); }
 
-  // Keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
+  // In front of all else on a page that is to have clips: behind another clip, or none, the driver takes its
+  // pen and brush for black ones, but the page goes on in those from before the first clip.
+  void PrepareClips() { Unclip(); }
+  // The same, and keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
   void ClipToSheet();
   // Keeps what follows, up to Unclip, within rings of plottable points, as the nonzero winding rule has it,
   // and within the view and the sheet as before. False when nothing of them is there; then there is no clip
@@ -131,6 +136,7 @@ class Canvas {
   enum class PathPart { kNone, kLines, kCurves };
 
   void SetPen(const Pen& pen);
+  [[nodiscard]] Box Seen(const Box& area) const;
   [[nodiscard]] std::vector<ClipRing> WithinClips(std::span<const ClipRing> rings) const;
   void SetClip(std::span<const ClipRing> rings);
   void UseFillMode(uint32_t mode);

@@ -19,6 +19,7 @@ struct ShapeScale {
   double pointSize = 0;            // dots
   bool strokeComments = false;     // texts in strokes have comments
   Rgb paper{255, 255, 255};        // the sheet's colour
+  bool greyImages = false;         // or in their colours
 };
 
 class EntityPlotter {
@@ -31,7 +32,7 @@ class EntityPlotter {
         polylines_(canvas),
         texts_(drawing, fonts),
         textPlotter_(canvas, fonts, scale.strokeComments),
-        imagePlotter_(canvas, drawing, images, scale.paper) {}
+        imagePlotter_(canvas, drawing, images, scale.paper, scale.greyImages) {}
 
   // The scale from here on: shapes of the model within a viewport have another one than those beside it.
   void SetScale(const ShapeScale& scale) { scale_ = scale; }

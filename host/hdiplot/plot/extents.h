@@ -1,4 +1,4 @@
-// How large is what will be plotted?
+// What of a drawing is plotted on a page, and how large that is.
 #pragma once
 
 #include "host/hdiplot/plot/transform.h"
@@ -7,10 +7,16 @@
 
 namespace hdiplot {
 
-// The box in units of the model, or of the layout, around all that DrawingWalk comes upon there, whatever the
-// file's header says: exact for lines, arcs and splines, texts as high as their fonts, with the widths of
-// polylines and without line weights and point symbols.
-[[nodiscard]] Box PlottedExtents(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
-                                 const Layout* layout = nullptr);
+// Refers to the drawing.
+struct DrawingPart {
+  const Drawing* drawing = nullptr;
+  const Layout* layout = nullptr;  // of the drawing; null: its model
+  // In units of the model, or of the layout, around all that DrawingWalk comes upon there, whatever the
+  // file's header says: what ShapeMeter says of it.
+  Box extents;
+};
+
+[[nodiscard]] DrawingPart MeasuredPart(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
+                                       const Layout* layout = nullptr);
 
 }  // namespace hdiplot

@@ -145,7 +145,9 @@ const hdi::HostImageRecord* ImagePlotter::Placed(const ImageEntity& image, const
   if (file == nullptr) return nullptr;
   const Placing placing = PlacingOf(image, map);
   const std::optional<ImageTurn> turn = TurnOf(placing);
-  Raster* raster = images_.Find(drawing_.folder, *file, image.look, turn.value_or(ImageTurn{}));
+  ImageLook look = image.look;
+  look.grey = inGrey_;
+  Raster* raster = images_.Find(drawing_.folder, *file, look, turn.value_or(ImageTurn{}));
   if (raster == nullptr) return nullptr;
   const Box box = BoxOf(placing);
   if (!(box.Width() > 0 && box.Height() > 0)) return nullptr;

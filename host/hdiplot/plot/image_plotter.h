@@ -15,10 +15,9 @@ namespace hdiplot {
 
 class ImagePlotter {
  public:
-  // Refers to all but the colour from then on. The images are those of `drawing`; `paper` is the sheet's
-  // colour.
-  ImagePlotter(Canvas& canvas, const Drawing& drawing, ImageBook& images, Rgb paper)
-      : canvas_(canvas), drawing_(drawing), images_(images), paper_(paper) {}
+  // Refers to the first three from then on. The images are those of `drawing`; `paper` is the sheet's colour.
+  ImagePlotter(Canvas& canvas, const Drawing& drawing, ImageBook& images, Rgb paper, bool inGrey)
+      : canvas_(canvas), drawing_(drawing), images_(images), paper_(paper), inGrey_(inGrey) {}
 
   // `map` leads from the entity's coordinates to dots, here and below. Where the image cannot be shown, its
   // frame is drawn in `stroke`.
@@ -36,6 +35,7 @@ class ImagePlotter {
   const Drawing& drawing_;
   ImageBook& images_;
   Rgb paper_;
+  bool inGrey_;
   std::map<std::tuple<const Raster*, int64_t, int64_t, int64_t, int64_t>, Raster*> upright_;
 };
 

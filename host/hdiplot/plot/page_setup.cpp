@@ -1,7 +1,5 @@
 #include "host/hdiplot/plot/page_setup.h"
 
-#include "host/hdiplot/plot/extents.h"
-
 namespace hdiplot {
 
 namespace {
@@ -39,10 +37,10 @@ Sheet MakeSheet(PlotDevice& device) {
   return sheet;
 }
 
-Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
-                            const Sheet& portrait, const Sheet& landscape, const Layout* layout) {
+Orientation BestOrientation(const DrawingPart& part, const PlotOptions& options, const Sheet& portrait,
+                            const Sheet& landscape) {
   if (options.orientation != Orientation::kFit) return options.orientation;
-  const Box extents = PageExtents(drawing, layout, options, fonts);
+  const Box extents = PageExtents(part);
   return FittingScale(extents, landscape) > FittingScale(extents, portrait) ? Orientation::kLandscape
                                                                             : Orientation::kPortrait;
 }
@@ -52,11 +50,11 @@ bool HasOwnSheet(const Layout* layout, const PlotOptions& options) {
   return layout != nullptr && layout->sheet && !isAskedFor;
 }
 
-Box PageExtents(const Drawing& drawing, const Layout* layout, const PlotOptions& options, FontBook& fonts) {
-  if (layout == nullptr || !layout->sheet) return PlottedExtents(drawing, options, fonts, layout);
-  const LayoutSheet& sheet = *layout->sheet;
-  const double unit = 1 / layout->millimetresPerUnit;
-  const Vec2 low = layout->origin * -unit;
+Box PageExtents(const DrawingPart& part) {
+  if (part.layout == nullptr || !part.layout->sheet) return part.extents;
+  const LayoutSheet& sheet = *part.layout->sheet;
+  const double unit = 1 / part.layout->millimetresPerUnit;
+  const Vec2 low = part.layout->origin * -unit;
   Box box;
   box.Add(low);
   box.Add(low + Vec2{sheet.width - sheet.left - sheet.right, sheet.height - sheet.top - sheet.bottom} * unit);

@@ -1,10 +1,10 @@
 // Where a drawing lands on the sheet.
 #pragma once
 
+#include "host/hdiplot/plot/extents.h"
 #include "host/hdiplot/plot/transform.h"
 #include "host/hdiplot/plot_device.h"
 #include "host/hdiplot/plot_options.h"
-#include "host/hdiplot/text/font_book.h"
 
 namespace hdiplot {
 
@@ -25,9 +25,8 @@ struct Sheet {
 
 // What `options` ask for; for Orientation::kFit the way in which the drawing comes out larger, or with a
 // fixed scale has more room. Portrait when there is nothing between them. Never kFit.
-[[nodiscard]] Orientation BestOrientation(const Drawing& drawing, const PlotOptions& options, FontBook& fonts,
-                                          const Sheet& portrait, const Sheet& landscape,
-                                          const Layout* layout = nullptr);
+[[nodiscard]] Orientation BestOrientation(const DrawingPart& part, const PlotOptions& options,
+                                          const Sheet& portrait, const Sheet& landscape);
 
 // Whether the layout is plotted on the sheet that it was made for, and at its own size. Otherwise it is put
 // on another one as a drawing is.
@@ -35,8 +34,7 @@ struct Sheet {
 
 // What is brought to the sheet, in units of the model or of the layout: the printable area of the layout's
 // own sheet, or else what is plotted.
-[[nodiscard]] Box PageExtents(const Drawing& drawing, const Layout* layout, const PlotOptions& options,
-                              FontBook& fonts);
+[[nodiscard]] Box PageExtents(const DrawingPart& part);
 
 // The map from the layout's units, Y up, to dots, Y down, on its own sheet.
 [[nodiscard]] Affine LayoutToDots(const Layout& layout, const Sheet& sheet);

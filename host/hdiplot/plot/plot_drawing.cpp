@@ -1,11 +1,12 @@
 #include "host/hdiplot/plot/plot_drawing.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/hdiplot/plot/entities.h"
-#include "host/hdiplot/plot/extents.h"
+#include "host/hdiplot/plot/shape_meter.h"
 
 namespace hdiplot {
 
@@ -19,6 +20,7 @@ class PlotSink final : public ShapeSink {
         canvas_(canvas),
         scale_(scale),
         plotter_(canvas, scale, drawing, fonts, images),
+        linked_(drawing, fonts),
         progress_(progress) {}
 
   void Put(const Shape& shape, const Affine& map, const Style& style) override {
@@ -26,14 +28,16 @@ class PlotSink final : public ShapeSink {
     canvas_.UseAlpha(style.alpha);
     plotter_.Plot(shape, map, style);
     if (canvas_.TakeMissing()) ++tooFarOff_;
+    if (cutLink_) linked_.Add(shape, map);
   }
-  void BeginLink(const std::string& target) override { canvas_.BeginLink(target); }
-  void EndLink() override { canvas_.EndLink(); }
+  void BeginLink(const std::string& target) override;
+  void EndLink() override;
   void Done(size_t entities) override { progress_.Advance(entities); }
   bool BeginViewport(const ViewportEntity& viewport, const Affine& map) override;
   void EndViewport() override {
     plotter_.SetScale(scale_);
     canvas_.EndView();
+    isInView_ = false;
   }
 
   [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
@@ -46,9 +50,31 @@ class PlotSink final : public ShapeSink {
   ShapeScale scale_;
   std::vector<double> viewScales_;
   EntityPlotter plotter_;
+  ShapeMeter linked_;
   Progress& progress_;
+  bool isInView_ = false;
+  std::optional<std::string> cutLink_;  // the target of the link in a view that is open
   uint64_t tooFarOff_ = 0;
 };
+
+// The driver measures what a link covers without regard to clips, so those in a view are for areas.
+void PlotSink::BeginLink(const std::string& target) {
+  if (isInView_) {
+    cutLink_ = target;
+    linked_.Clear();
+  } else {
+    canvas_.BeginLink(target);
+  }
+}
+
+void PlotSink::EndLink() {
+  if (cutLink_) {
+    canvas_.LinkArea(*cutLink_, linked_.Extents());
+    cutLink_.reset();
+  } else {
+    canvas_.EndLink();
+  }
+}
 
 // What is seen through the viewport, on the layout.
 Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
@@ -72,6 +98,7 @@ ShapeScale ScaleOf(const Drawing& drawing, const PlotOptions& options, const She
   scale.pointMode = drawing.pointMode;
   scale.pointSize = PointSizeInDots(drawing.pointSize, dotsPerUnit, sheet);
   scale.strokeComments = options.strokeComments;
+  scale.greyImages = options.monochrome;
   if (options.background) scale.paper = *options.background;
   return scale;
 }
@@ -91,6 +118,7 @@ bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) 
   scale.pointSize = PointSizeInDots(drawing_.pointSize, scale.dotsPerUnit, canvas_.GetSheet());
   plotter_.SetScale(scale);
   viewScales_.push_back(scale.dotsPerUnit);
+  isInView_ = true;
   return true;
 }
 
@@ -99,6 +127,22 @@ size_t EntityCountOf(const Drawing& drawing, const Layout* layout) {
   size_t count = 0;
   ForEachEntity(drawing, *layout, [&count](const Entity&) { ++count; });
   return count;
+}
+
+bool IsClipped(const Entity& entity) {
+  const auto* image = std::get_if<ImageEntity>(&entity.shape);
+  const auto* hatch = std::get_if<HatchEntity>(&entity.shape);
+  return (image != nullptr && !image->clip.empty()) || (hatch != nullptr && hatch->gradient);
+}
+
+// Whether there may be viewports, or other shapes that take clips.
+bool HasClips(const DrawingPart& part) {
+  const Drawing& drawing = *part.drawing;
+  const auto hasClips = [](const auto& block) {
+    return std::ranges::any_of(block.second.entities, IsClipped);
+  };
+  return part.layout != nullptr || std::ranges::any_of(drawing.entities, IsClipped) ||
+         std::ranges::any_of(drawing.blocks, hasClips);
 }
 
 // A scale of the user's can make a drawing larger than the sheet.
@@ -115,24 +159,27 @@ bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
 
 }  // namespace
 
-PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
-                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress,
-                        const Layout* layout) {
-  const Box extents = PlottedExtents(drawing, options, fonts, layout);
+PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet,
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress) {
+  const Drawing& drawing = *part.drawing;
+  const Layout* layout = part.layout;
   progress.Start(EntityCountOf(drawing, layout));
   const double unit = layout != nullptr ? layout->millimetresPerUnit : drawing.millimetresPerUnit;
-  const Affine map = HasOwnSheet(layout, options)
-                         ? LayoutToDots(*layout, sheet)
-                         : DrawingToDots(PageExtents(drawing, layout, options, fonts), unit, options, sheet);
+  const Affine map = HasOwnSheet(layout, options) ? LayoutToDots(*layout, sheet)
+                                                  : DrawingToDots(PageExtents(part), unit, options, sheet);
 
   const ShapeScale scale = ScaleOf(drawing, options, sheet, map.LargestScale());
   Canvas canvas(device, sheet);
-  if (!extents.Empty() && !FitsSheet(extents, map, sheet)) canvas.ClipToSheet();
+  if (!part.extents.Empty() && !FitsSheet(part.extents, map, sheet)) {
+    canvas.ClipToSheet();
+  } else if (HasClips(part)) {
+    canvas.PrepareClips();
+  }
   PlotSink sink(drawing, fonts, images, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
   walk.Run(map, layout);
   PlottedPage page{sink.ViewScales(), {walk.Unwalked(), sink.TooFarOff()}};
-  if (page.dotsPerUnit.empty() && !extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};
+  if (page.dotsPerUnit.empty() && !part.extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};
   return page;
 }
 

@@ -25,11 +25,9 @@ struct PlottedPage {
   LeftOut leftOut;
 };
 
-// Makes the calls that draw `drawing`'s model, or a layout of it, on `sheet`, between the page's start and
-// its end, which are the caller's. Shows the drawing's entities as progress. The order of the file is the
-// order of drawing.
-PlottedPage PlotDrawing(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
-                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress,
-                        const Layout* layout = nullptr);
+// Makes the calls that draw `part` on `sheet`, between the page's start and its end, which are the caller's.
+// Shows the part's entities as progress. The order of the file is the order of drawing.
+PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet,
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress);
 
 }  // namespace hdiplot

@@ -93,7 +93,7 @@ std::string_view FontFileStem(std::string_view fontFile) {
 
 void FontMap::Read(const std::filesystem::path& file) {
   std::ifstream stream(file);
-  if (!stream) throw InputError(file, 0, std::generic_category().message(errno));
+  if (!stream) throw FileError(file, 0, std::generic_category().message(errno));
   Entries entries = own_;
   std::string text;
   for (size_t number = 1; std::getline(stream, text); ++number) {
@@ -106,10 +106,10 @@ void FontMap::Read(const std::filesystem::path& file) {
       if (name.empty()) throw std::invalid_argument("there is no name before the \"=\"");
       entries.insert_or_assign(LowerCase(WithoutDirectories(name)), ParseFont(line));
     } catch (const std::invalid_argument& error) {
-      throw InputError(file, number, error.what());
+      throw FileError(file, number, error.what());
     }
   }
-  if (stream.bad()) throw InputError(file, 0, "could not be read");
+  if (stream.bad()) throw FileError(file, 0, "could not be read");
   own_ = std::move(entries);
 }
 

@@ -25,7 +25,7 @@ class FontMap {
  public:
   // Adds the lines of `file`: NAME = FAMILY[, bold][, italic] or NAME = stroke:FONT, '#' for comments. They
   // go before the table, and a later line before an earlier one. A NAME without an extension stands for the
-  // font file with any, and for a family of that name. Throws InputError, and keeps nothing of the file then.
+  // font file with any, and for a family of that name. Throws FileError, and keeps nothing of the file then.
   void Read(const std::filesystem::path& file);
 
   // What a font file of a style stands for; none when the table does not know it.

@@ -7,11 +7,8 @@
 #include <string_view>
 
 #include "host/hdiplot/plot/transform.h"
+#include "host/hdiplot/system/stroke_font_file.h"
 #include "host/hdiplot/text/stroke_marks.h"
-
-extern "C" {
-#include <hersheyfont.h>
-}
 
 namespace hdiplot {
 
@@ -85,7 +82,7 @@ char TransliteratedPlace(char16_t unit) {
 // One Hershey font.
 class StrokeFont::Alphabet {
  public:
-  explicit Alphabet(const std::string& name) : font_(hershey_font_load(name.c_str())) {}
+  explicit Alphabet(const std::string& name) : font_(LoadHersheyFont(name)) {}
 
   [[nodiscard]] bool Exists() const { return font_ != nullptr; }
 
@@ -138,7 +135,7 @@ StrokeFont::StrokeFont(const std::string& hersheyName, bool monospaced, const Ou
 StrokeFont::~StrokeFont() = default;
 
 bool StrokeFont::Exists(const std::string& hersheyName) {
-  return hersheyName.find('/') == std::string::npos && Alphabet(hersheyName).Exists();
+  return hersheyName.find_first_of("/\\:") == std::string::npos && Alphabet(hersheyName).Exists();
 }
 
 double StrokeFont::Advance(char16_t unit) const {

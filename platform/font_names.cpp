@@ -1,8 +1,9 @@
-// The table "name" of OpenType.
+#include "platform/font_names.h"
+
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/font_file.h"
+#include "platform/sfnt_bytes.h"
 
 namespace hdi {
 namespace {

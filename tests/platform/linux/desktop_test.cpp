@@ -1,7 +1,9 @@
 // Dialogs, the terminal, the viewer and the companion module. Programs of the desktop are scripts that stand
 // first in PATH and note their arguments; the terminal is a pseudo terminal.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -18,12 +20,30 @@
 namespace hdi {
 namespace {
 
+// Puts another descriptor in a standard stream's place.
+class Stream : scratch::Fixed {
+ public:
+  Stream(int stream, int replacement) : stream_(stream), before_(dup(stream)) { dup2(replacement, stream); }
+  ~Stream() {
+    dup2(before_, stream_);
+    close(before_);
+  }
+
+ private:
+  int stream_;
+  int before_;
+};
+
 class Desktop : public testing::Test {
  protected:
+  void WriteScript(const std::string& name, const std::string& body) const {
+    chmod(bin.Write(name, "#!/bin/sh\n" + body).c_str(), 0755);
+  }
+
   // Notes its arguments, one a line, prints `reply` and ends with `status`.
   void FakeZenity(const std::string& reply, int status) {
-    bin.WriteScript("zenity", "printf '%s\\n' \"$@\" > '" + bin.Path("arguments") + "'\nprintf '%s' '" +
-                                  reply + "'\nexit " + std::to_string(status) + "\n");
+    WriteScript("zenity", "printf '%s\\n' \"$@\" > '" + bin.Path("arguments") + "'\nprintf '%s' '" + reply +
+                              "'\nexit " + std::to_string(status) + "\n");
   }
 
   // What a question on a terminal gives when `typed` is typed; what was shown goes to `shown`.
@@ -38,8 +58,8 @@ class Desktop : public testing::Test {
     tcsetattr(slave, TCSANOW, &settings);
     EXPECT_EQ(write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
     auto answer = [&] {
-      const scratch::Stream input(STDIN_FILENO, slave);
-      const scratch::Stream error(STDERR_FILENO, slave);
+      const Stream input(STDIN_FILENO, slave);
+      const Stream error(STDERR_FILENO, slave);
       return question();
     }();
     close(slave);
@@ -70,7 +90,7 @@ class NoDesktop : public Desktop {
  protected:
   scratch::Variable noDisplay{"DISPLAY", std::nullopt};
   int nullDevice = open("/dev/null", O_RDWR);
-  scratch::Stream nullInput{STDIN_FILENO, nullDevice};
+  Stream nullInput{STDIN_FILENO, nullDevice};
 };
 
 TEST_F(Desktop, SavePathComesFromTheDialog) {
@@ -94,7 +114,7 @@ TEST_F(Desktop, ReplacingIsAskedInTheDialog) {
   EXPECT_TRUE(AskReplaceExisting(nullptr, noHint));
   EXPECT_EQ(noHint, 0);
   // The third button answers with its own text and the status of a refusal.
-  bin.WriteScript("zenity", "for a; do case $a in --extra-button=*) echo \"${a#*=}\";; esac; done; exit 1\n");
+  WriteScript("zenity", "for a; do case $a in --extra-button=*) echo \"${a#*=}\";; esac; done; exit 1\n");
   EXPECT_TRUE(AskReplaceExisting(nullptr, noHint));
   EXPECT_EQ(noHint, 1);
 }
@@ -145,10 +165,10 @@ TEST_F(NoDesktop, QuestionsGoToATerminal) {
 
 TEST_F(Desktop, TheViewerRunsOnItsOwn) {
   // It notes its arguments and its session only after it has been told to go on.
-  bin.WriteScript("xdg-open", "while [ ! -e '" + bin.Path("go") + "' ]; do sleep 0.02; done\n" +
-                                  "{ printf '%s\\n' \"$@\"; cut -d' ' -f6 /proc/$$/stat; } > '" +
-                                  bin.Path("part") + "'\nmv '" + bin.Path("part") + "' '" +
-                                  bin.Path("noted") + "'\n");
+  WriteScript("xdg-open", "while [ ! -e '" + bin.Path("go") + "' ]; do sleep 0.02; done\n" +
+                              "{ printf '%s\\n' \"$@\"; cut -d' ' -f6 /proc/$$/stat; } > '" +
+                              bin.Path("part") + "'\nmv '" + bin.Path("part") + "' '" + bin.Path("noted") +
+                              "'\n");
   std::array<int, 2> hostsOwn;
   ASSERT_EQ(pipe(hostsOwn.data()), 0);
   OpenInViewer(u"-a b:c.pdf");

@@ -5,7 +5,7 @@
 // line whose first character is a semicolon is a comment. A section begins with "[" and ends at the line's
 // last "]". An entry's key is what stands before the first "=", its value what stands behind, both without
 // the blanks around them; one pair of single or double quotes around a value is dropped. Of sections of one
-// name the first counts, and of keys of one name the first in it.
+// name the first counts, and of keys of one name the first in it; names are compared without regard to case.
 //
 // This is not left to a library: the common ones take ":" for "=", "#" and inner ";" for comments, and
 // indented lines for continuations, and none writes a file back as it was.
@@ -18,14 +18,12 @@
 #include <string_view>
 #include <vector>
 
-namespace hdi {
+#include "platform/whole_file.h"
 
-// Whether two names of sections or keys are the same, without regard to case.
-[[nodiscard]] bool SameName(std::u16string_view a, std::u16string_view b);
+namespace hdi {
 
 class Profile {
  public:
-  enum class LoadResult : uint8_t { kLoaded, kMissing, kUnreadable };
   enum class LineKind : uint8_t { kBlank, kSection, kEntry, kMalformed };  // a comment is blank
 
   struct Line {
@@ -39,8 +37,7 @@ class Profile {
   // Replaces the content by that of `path`, or by nothing when it can't be read.
   LoadResult Load(const std::u16string& path);
 
-  // Replaces `path` by the content in one step, so that a reader sees the old file or the new one; makes
-  // directories that are missing. Returns whether that was done.
+  // Replaces `path` by the content, as ReplaceWholeFile does.
   [[nodiscard]] bool Save(const std::u16string& path) const;
 
   [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }

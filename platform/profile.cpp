@@ -1,20 +1,9 @@
 // Reading, editing and replacing settings files.
-#include "platform/linux/profile.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unicode/uchar.h>
-#include <unicode/ustring.h>
-#include <unistd.h>
+#include "platform/profile.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <cstdio>
-#include <filesystem>
 #include <utility>
 
-#include "platform/linux/write_fully.h"
 #include "platform/unicode.h"
 
 namespace hdi {
@@ -68,68 +57,14 @@ std::u16string Quoted(std::u16string_view value) {
 
 bool HasLineBreak(std::u16string_view text) { return text.find_first_of(u"\r\n") != text.npos; }
 
-Profile::LoadResult ReadWholeFile(const std::string& path, std::string& bytes) {
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) {
-    return errno == ENOENT || errno == ENOTDIR ? Profile::LoadResult::kMissing
-                                               : Profile::LoadResult::kUnreadable;
-  }
-  std::array<char, 16384> buffer;
-  ssize_t count = 0;
-  do {
-    count = read(descriptor, buffer.data(), buffer.size());
-    if (count > 0) bytes.append(buffer.data(), static_cast<size_t>(count));
-  } while (count > 0 || (count < 0 && errno == EINTR));
-  close(descriptor);
-  return count == 0 ? Profile::LoadResult::kLoaded : Profile::LoadResult::kUnreadable;
-}
-
-// Opens a new file beside `target`, whose name goes to `temporary`. Returns the descriptor or -1.
-int OpenBeside(const std::string& target, std::string& temporary) {
-  constexpr int kAttempts = 100;  // only what a crash left behind stands in the way
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    temporary = target + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(attempt);
-    const int descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor >= 0 || errno != EEXIST) return descriptor;
-  }
-  return -1;
-}
-
-bool ReplaceFile(const std::filesystem::path& path, const std::string& bytes) {
-  std::error_code error;
-  // Through links, so that a link to a settings file stays one.
-  std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
-  if (error) target = path;
-  std::filesystem::create_directories(target.parent_path(), error);
-
-  std::string temporary;
-  const int descriptor = OpenBeside(target.string(), temporary);
-  if (descriptor < 0) return false;
-  struct stat before = {};
-  bool done = stat(target.c_str(), &before) != 0 || fchmod(descriptor, before.st_mode & 07777) == 0;
-  done = done && WriteFully(descriptor, bytes.data(), bytes.size()) == 0;
-  done = done && fsync(descriptor) == 0;
-  done = close(descriptor) == 0 && done;
-  done = done && rename(temporary.c_str(), target.c_str()) == 0;
-  if (!done) unlink(temporary.c_str());
-  return done;
-}
-
 }  // namespace
 
-bool SameName(std::u16string_view a, std::u16string_view b) {
-  UErrorCode status = U_ZERO_ERROR;
-  const int32_t order = u_strCaseCompare(a.data(), static_cast<int32_t>(a.size()), b.data(),
-                                         static_cast<int32_t>(b.size()), U_FOLD_CASE_DEFAULT, &status);
-  return U_SUCCESS(status) && order == 0;
-}
-
-Profile::LoadResult Profile::Load(const std::u16string& path) {
+LoadResult Profile::Load(const std::u16string& path) {
   lines_.clear();
   mark_.clear();
   encoding_ = Encoding::kUtf8;
   std::string bytes;
-  const LoadResult result = ReadWholeFile(ToUtf8(path), bytes);
+  const LoadResult result = LoadWholeFile(path, bytes);
   if (result != LoadResult::kLoaded) return result;
   for (const std::string_view mark : {kMarkUtf8, kMarkUtf16}) {
     if (bytes.starts_with(mark)) mark_ = mark;
@@ -142,7 +77,7 @@ Profile::LoadResult Profile::Load(const std::u16string& path) {
 bool Profile::Save(const std::u16string& path) const {
   std::string bytes = mark_;
   for (const Line& line : lines_) bytes.append(line.text).append(line.end);
-  return ReplaceFile(ToUtf8(path), bytes);
+  return ReplaceWholeFile(path, bytes);
 }
 
 void Profile::Parse(std::string_view bytes) {

@@ -1,0 +1,38 @@
+// What the system's library makes of image files. Everything that is the same on each system is in
+// image_file.cpp.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "host/hdiplot/raster.h"
+
+namespace hdiplot {
+
+struct ImageSize {
+  uint64_t width = 0;
+  uint64_t height = 0;
+  uint64_t bits = 0;  // a pixel
+};
+
+class ImageDecoder {
+ public:
+  ImageDecoder() = default;
+  ImageDecoder(const ImageDecoder&) = delete;
+  ImageDecoder& operator=(const ImageDecoder&) = delete;
+  virtual ~ImageDecoder() = default;
+
+  // Found without decoding. None for a broken file.
+  [[nodiscard]] virtual std::optional<ImageSize> Size() = 0;
+
+  // The first image with 1, 8 or 32 bits, the top row first; the fourth bytes of palette and pixels are the
+  // alpha as the file has it, and hasAlpha is left alone. None for a broken file.
+  [[nodiscard]] virtual std::optional<ImageData> Decode() = 0;
+};
+
+// A file that is there. Null when it is no PNG, JPEG, BMP, TIFF or GIF.
+[[nodiscard]] std::unique_ptr<ImageDecoder> OpenImage(const std::filesystem::path& file);
+
+}  // namespace hdiplot

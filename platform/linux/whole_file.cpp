@@ -1,0 +1,69 @@
+// Whole files on Linux.
+#include "platform/whole_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+
+#include "platform/linux/write_fully.h"
+#include "platform/unicode.h"
+
+namespace hdi {
+namespace {
+
+// Opens a new file beside `target`, whose name goes to `temporary`. Returns the descriptor or -1.
+int OpenBeside(const std::string& target, std::string& temporary) {
+  constexpr int kAttempts = 100;  // only what a crash left behind stands in the way
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    temporary = target + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(attempt);
+    const int descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor >= 0 || errno != EEXIST) return descriptor;
+  }
+  return -1;
+}
+
+}  // namespace
+
+LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes) {
+  const int descriptor = open(ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return errno == ENOENT || errno == ENOTDIR ? LoadResult::kMissing : LoadResult::kUnreadable;
+  }
+  bytes.clear();
+  std::array<char, 16384> buffer;
+  ssize_t count = 0;
+  do {
+    count = read(descriptor, buffer.data(), buffer.size());
+    if (count > 0) bytes.append(buffer.data(), static_cast<size_t>(count));
+  } while (count > 0 || (count < 0 && errno == EINTR));
+  close(descriptor);
+  return count == 0 ? LoadResult::kLoaded : LoadResult::kUnreadable;
+}
+
+bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes) {
+  const std::filesystem::path name = ToUtf8(path);
+  std::error_code error;
+  // Through links, so that a link to a settings file stays one.
+  std::filesystem::path target = std::filesystem::weakly_canonical(name, error);
+  if (error) target = name;
+  std::filesystem::create_directories(target.parent_path(), error);
+
+  std::string temporary;
+  const int descriptor = OpenBeside(target.string(), temporary);
+  if (descriptor < 0) return false;
+  struct stat before = {};
+  bool done = stat(target.c_str(), &before) != 0 || fchmod(descriptor, before.st_mode & 07777) == 0;
+  done = done && WriteFully(descriptor, bytes.data(), bytes.size()) == 0;
+  done = done && fsync(descriptor) == 0;
+  done = close(descriptor) == 0 && done;
+  done = done && rename(temporary.c_str(), target.c_str()) == 0;
+  if (!done) unlink(temporary.c_str());
+  return done;
+}
+
+}  // namespace hdi

@@ -1,0 +1,128 @@
+// TrueType's quadratic curves, which leave out the points halfway between two control points, as cubic ones.
+#include "platform/windows/font_face_outline.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <utility>
+
+namespace hdi {
+namespace {
+
+GlyphPoint Between(const GlyphPoint& from, const GlyphPoint& to, double part) {
+  return {from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part};
+}
+
+class ContourMaker {
+ public:
+  explicit ContourMaker(const GlyphPoint& start) : contour_{start} {}
+
+  void AddOnCurve(const GlyphPoint& point) {
+    if (control_) {
+      CurveTo(*std::exchange(control_, std::nullopt), point);
+    } else {
+      LineTo(point);
+    }
+  }
+
+  void AddControl(const GlyphPoint& point) {
+    if (control_) CurveTo(*control_, Between(*control_, point, 0.5));
+    control_ = point;
+  }
+
+  GlyphContour Close() {
+    AddOnCurve(GlyphPoint(contour_.front()));
+    return std::move(contour_);
+  }
+
+ private:
+  void LineTo(const GlyphPoint& end) {
+    const GlyphPoint start = contour_.back();
+    if (start.x == end.x && start.y == end.y) return;
+    contour_.insert(contour_.end(), {Between(start, end, 1.0 / 3), Between(start, end, 2.0 / 3), end});
+  }
+
+  void CurveTo(const GlyphPoint& control, const GlyphPoint& end) {
+    contour_.insert(contour_.end(),
+                    {Between(contour_.back(), control, 2.0 / 3), Between(end, control, 2.0 / 3), end});
+  }
+
+  GlyphContour contour_;
+  std::optional<GlyphPoint> control_;  // that still waits for the end of its curve
+};
+
+// A contour may begin with a control point: it then starts at its last point, or halfway to that.
+GlyphContour MakeContour(std::span<const OutlinePoint> points, double scale, double origin) {
+  const auto placed = [&](const OutlinePoint& point) {
+    return GlyphPoint{(point.x - origin) * scale, point.y * scale};
+  };
+  GlyphPoint start = placed(points.front());
+  if (points.front().isOnCurve) {
+    points = points.subspan(1);
+  } else if (points.back().isOnCurve) {
+    start = placed(points.back());
+    points = points.first(points.size() - 1);
+  } else {
+    start = Between(start, placed(points.back()), 0.5);
+  }
+  ContourMaker maker(start);
+  for (const OutlinePoint& point : points) {
+    point.isOnCurve ? maker.AddOnCurve(placed(point)) : maker.AddControl(placed(point));
+  }
+  return maker.Close();
+}
+
+double At(double a, double b, double c, double d, double t) {
+  const double s = 1 - t;
+  return s * s * s * a + 3 * s * s * t * b + 3 * s * t * t * c + t * t * t * d;
+}
+
+void Include(VerticalExtent& extent, double y) {
+  extent.lowest = std::min(extent.lowest, y);
+  extent.highest = std::max(extent.highest, y);
+}
+
+// A curve turns where its derivative, p t^2 - 2 q t + r, is 0.
+void IncludeCurve(VerticalExtent& extent, double a, double b, double c, double d) {
+  Include(extent, d);
+  const double r = b - a;
+  const double q = 2 * b - a - c;
+  const double p = d - a + 3 * (b - c);
+  const double root = std::sqrt(q * q - p * r);
+  // Both of these find a root of a curve that is nearly quadratic, for which the usual formula divides by 0.
+  const double sum = q + std::copysign(root, q);
+  for (const double t : {sum / p, r / sum}) {
+    if (t > 0 && t < 1) Include(extent, At(a, b, c, d, t));
+  }
+}
+
+}  // namespace
+
+std::vector<GlyphContour> MakeContours(const GlyphData& glyph, double scale) {
+  std::vector<GlyphContour> contours;
+  size_t start = 0;
+  for (const size_t end : glyph.ends) {
+    // A contour of a single point only serves as an anchor.
+    if (end > start + 1) {
+      const auto points = std::span(glyph.points).subspan(start, end - start);
+      contours.push_back(MakeContour(points, scale, glyph.origin));
+    }
+    start = end;
+  }
+  std::erase_if(contours, [](const GlyphContour& contour) { return contour.size() == 1; });
+  return contours;
+}
+
+VerticalExtent ExtentOf(const std::vector<GlyphContour>& contours) {
+  VerticalExtent extent;
+  for (const GlyphContour& contour : contours) {
+    for (size_t i = 0; i + 3 < contour.size(); i += 3) {
+      IncludeCurve(extent, contour[i].y, contour[i + 1].y, contour[i + 2].y, contour[i + 3].y);
+    }
+  }
+  return extent;
+}
+
+}  // namespace hdi
