@@ -93,10 +93,20 @@ class Page:
         for what, other in self.others.items():
             if not compare(other, shown, TO_POPPLER).message:
                 messages.append(f"{name}: the comparison does not notice {what}")
-        expected, found = characters(self.text), characters("".join(item["text"] for item in seen.texts))
+        expected, found = characters(self.text), characters("".join(self.texts_on_page(seen)))
         if found != expected:
             messages.append(f"{name} has {found - expected} in place of {expected - found} in its text")
         return messages
+
+    def texts_on_page(self, seen: Seen) -> list[str]:
+        """Texts that begin on the page: Poppler leaves out those beside it, as a clipped view has them."""
+        size = (seen.picture.width, seen.picture.height)
+        limits = [pixels * 72 / self.view.resolution for pixels in size]
+        return [
+            item["text"]
+            for item in seen.texts
+            if all(0 <= place <= limit for place, limit in zip(item["origin"], limits, strict=True))
+        ]
 
 
 def characters(text: str) -> Counter[str]:
