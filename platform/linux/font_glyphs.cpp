@@ -49,7 +49,11 @@ unsigned long ReadStream(FT_Stream stream, unsigned long offset, unsigned char* 
 // The contours of FreeType's walk along an outline, which ends each of them where it began.
 class ContourMaker {
  public:
-  explicit ContourMaker(double unitsPerEm) : scale_(1 / unitsPerEm) {}
+  // Points between two curves may lie on half units, which the walk has in whole numbers when it counts in
+  // halves.
+  static constexpr int kShift = 1;
+
+  explicit ContourMaker(double unitsPerEm) : scale_(1 / unitsPerEm / (1 << kShift)) {}
 
   void MoveTo(const FT_Vector& to) { contours_.push_back({Point(to)}); }
 
@@ -102,7 +106,7 @@ constexpr FT_Outline_Funcs kWalk = {
     [](const FT_Vector* control1, const FT_Vector* control2, const FT_Vector* to, void* user) {
       return Maker(user).CubicTo(*control1, *control2, *to), 0;
     },
-    0,
+    ContourMaker::kShift,
     0};
 
 }  // namespace

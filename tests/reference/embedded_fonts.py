@@ -189,9 +189,10 @@ def to_unicode(text: str) -> dict[int, str]:
             r"<(\w+)>\s*<(\w+)>\s*(?:<(\w+)>|\[([^]]*)\])", section
         ):
             codes = range(int(first, 16), int(last, 16) + 1)
-            found = re.findall(r"<(\w+)>", values) if values else []
-            values = [_character(value) for value in found] or [chr(ord(_character(start)) + i) for i in range(len(codes))]
-            characters |= dict(zip(codes, values, strict=True))
+            found = [_character(value) for value in re.findall(r"<(\w+)>", values)]
+            if start:
+                found = [chr(ord(_character(start)) + index) for index in range(len(codes))]
+            characters |= dict(zip(codes, found, strict=True))
     return characters
 
 

@@ -1,0 +1,58 @@
+// The platform's side of the tests on Windows.
+#include "tests/border/system.h"
+
+#include <malloc.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "tests/windows/border/desktop.h"
+
+namespace border {
+namespace fs = std::filesystem;
+namespace {
+
+template <typename Value>
+Value Found(Value value, const char* what) {
+  if (value == nullptr) {
+    std::fprintf(stderr, "%s: error %lu\n", what, GetLastError());
+    std::abort();
+  }
+  return value;
+}
+
+void* FunctionOf(HMODULE module, const char* name) {
+  return Found(reinterpret_cast<void*>(GetProcAddress(module, name)), name);
+}
+
+}  // namespace
+
+// The module finds the host's library beside itself.
+void* LoadModule() {
+  const fs::path file = fs::absolute(HDI_DRIVER_PATH).make_preferred();
+  const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  AttachDesktop(Found(module, HDI_DRIVER_PATH));
+  return module;
+}
+
+void UnloadModule(void* module) { FreeLibrary(static_cast<HMODULE>(module)); }
+bool ModuleIsLoaded() { return GetModuleHandleW(L"PDF.hdi") != nullptr; }
+void* ModuleSymbol(void* module, const char* name) { return FunctionOf(static_cast<HMODULE>(module), name); }
+void* MemorySymbol(const char* name) { return FunctionOf(GetModuleHandleW(L"KERNEL32.dll"), name); }
+
+// The module and this program have the system's C runtime, and with it the heap, in common.
+size_t HeapBlockSize(void* block) { return _msize(block); }
+
+// The standard library takes narrow names for UTF-8, whatever the system's code page is.
+std::optional<std::string> Variable(const std::string& name) {
+  const wchar_t* value = _wgetenv(fs::path(name).c_str());
+  return value == nullptr ? std::nullopt : std::optional<std::string>(fs::path(value).string());
+}
+
+// An empty value takes the variable away, which reads the same.
+void SetVariable(const std::string& name, const std::optional<std::string>& value) {
+  _wputenv_s(fs::path(name).c_str(), fs::path(value.value_or("")).c_str());
+}
+
+}  // namespace border
