@@ -28,7 +28,11 @@ class SystemFace final : public FontFace {
   [[nodiscard]] const std::u16string& Family() const override { return facts_.names.families.front(); }
   [[nodiscard]] int32_t Weight() const override { return facts_.weight; }
   [[nodiscard]] bool IsItalic() const override { return facts_.isItalic; }
-  [[nodiscard]] bool HasCharacter(char16_t unit) const override { return GlyphOf(unit) != 0; }
+  // Control characters show nothing, though some fonts have glyphs for them.
+  [[nodiscard]] bool HasCharacter(char16_t unit) const override {
+    const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+    return !isControl && GlyphOf(unit) != 0;
+  }
   [[nodiscard]] double Advance(char16_t unit) const override;
   [[nodiscard]] double CapHeight() const override { return Measured().capHeight; }
   [[nodiscard]] double Ascent() const override { return Measured().ascent; }

@@ -45,9 +45,6 @@ EXCEPTIONS = {
         ('^.*"lfFaceName": "(?:WenQuanYi Zen Hei Mono|文泉驛等寬正黑|文泉驿点阵正黑)".*$', "")
     ],
     "The engine finds no characters in a font of symbols that nobody has packed": [('^.*"Wingdings".*$', "")],
-    "Some fonts have a glyph for a tab, which fontconfig leaves out of their characters": [
-        (r'^.*"text": "[^"]*\\t.*$', "")
-    ],
 }
 
 # Text is white until there is a brush, and looks the same then whatever it is.
