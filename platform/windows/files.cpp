@@ -3,12 +3,12 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <array>
 #include <system_error>
 
 #include "platform/unicode.h"
 #include "platform/windows/wide.h"
+#include "platform/windows/write_fully.h"
 
 namespace hdi {
 namespace {
@@ -40,7 +40,7 @@ bool RemoveFile(const std::u16string& path) {
 }
 
 std::u16string TemporaryDirectory() {
-  std::array<char16_t, MAX_PATH + 1> buffer = {};  // the longest that there is
+  std::array<char16_t, MAX_PATH> buffer = {};
   const DWORD length = GetTempPathW(static_cast<DWORD>(buffer.size()), Wide(buffer.data()));
   return {buffer.data(), length < buffer.size() ? length : 0};
 }
@@ -52,9 +52,7 @@ OutputFile::~OutputFile() { Close(); }
 bool OutputFile::Open(const std::u16string& path) {
   Close();
   path_ = path;
-  // Nobody reads or writes the file while it is being made: that is the compatibility sharing of the
-  // platform's application framework, which hosts know this driver's files to be opened with.
-  constexpr DWORD kExclusive = 0;
+  constexpr DWORD kExclusive = 0;  // nobody reads or writes the file while it is being made
   const HANDLE handle = CreateFileW(Wide(path), GENERIC_WRITE, kExclusive, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle != INVALID_HANDLE_VALUE) handle_ = handle;
@@ -69,17 +67,9 @@ void OutputFile::Close() {
 }
 
 void OutputFile::Write(const void* data, size_t size) {
-  const char* next = static_cast<const char*>(data);
-  while (size > 0) {
-    constexpr size_t kLargestPart = size_t{1} << 30;
-    DWORD written = 0;
-    if (!WriteFile(handle_, next, static_cast<DWORD>(std::min(size, kLargestPart)), &written, nullptr)) {
-      const DWORD error = GetLastError();
-      if (MeansFull(error)) return;
-      throw std::system_error(static_cast<int>(error), std::system_category(), ToUtf8(path_));
-    }
-    next += written;
-    size -= written;
+  const DWORD error = WriteFully(handle_, data, size);
+  if (error != ERROR_SUCCESS && !MeansFull(error)) {
+    throw std::system_error(static_cast<int>(error), std::system_category(), ToUtf8(path_));
   }
 }
 

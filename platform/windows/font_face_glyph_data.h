@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/windows/font_face_gdi.h"
+#include "platform/windows/selected_font.h"
 
 namespace hdi {
 

@@ -6,6 +6,7 @@
 #include "platform/sfnt_bytes.h"
 #include "platform/windows/font_face_list.h"
 #include "platform/windows/font_face_outline.h"
+#include "platform/windows/selected_font.h"
 #include "platform/windows/wide.h"
 
 namespace hdi {
@@ -47,7 +48,7 @@ SystemFace::GlyphPage SystemFace::ReadGlyphs(size_t page) const {
   }
   std::array<char16_t, kPageSize> units = {};
   std::iota(units.begin(), units.end(), static_cast<char16_t>(page * kPageSize));
-  const SelectedFont font(font_);
+  const SelectedFont font(own_);
   if (GetGlyphIndicesW(font.Device(), Wide(units.data()), kPageSize, glyphs.data(),
                        GGI_MARK_NONEXISTING_GLYPHS) == GDI_ERROR) {
     return {};
@@ -59,7 +60,7 @@ SystemFace::GlyphPage SystemFace::ReadGlyphs(size_t page) const {
 std::vector<uint16_t> SystemFace::ReadAdvances() const {
   constexpr size_t kMetricCount = 34;  // place in "hhea"
   constexpr size_t kMetricSize = 4;    // the advance and the left side bearing
-  const SelectedFont font(font_);
+  const SelectedFont font(own_);
   const std::vector<uint8_t> header = font.Table(TableTag("hhea"));
   const std::vector<uint8_t> metrics = font.Table(TableTag("hmtx"));
   if (header.size() < kHorizontalHeaderSize) return {};
@@ -77,7 +78,7 @@ double SystemFace::Advance(char16_t unit) const {
 
 std::vector<GlyphContour> SystemFace::Outline(char16_t unit) const {
   const uint16_t glyph = GlyphOf(unit);
-  const SelectedFont font(font_);
+  const SelectedFont font(own_);
   return MakeContours(ReadGlyphData(font, glyph), 1 / facts_.unitsPerEm);
 }
 
@@ -101,7 +102,7 @@ SystemFace::Heights SystemFace::Measure() const {
   measureLetters(u'A', u'Z');
   measureLetters(u'a', u'z');
 
-  const SelectedFont font(font_);
+  const SelectedFont font(own_);
   const std::vector<uint8_t> header = font.Table(TableTag("hhea"));
   if (header.size() >= kHorizontalHeaderSize) {
     if (letters.highest <= 0) letters.highest = ReadS16(header, kAscender) / facts_.unitsPerEm;
@@ -116,7 +117,7 @@ SystemFace::Heights SystemFace::Measure() const {
 // 0 when "OS/2" doesn't tell it, as versions before 2 do not.
 double SystemFace::CapHeightOfTable() const {
   constexpr size_t kCapHeight = 88;  // place in "OS/2"
-  const SelectedFont font(font_);
+  const SelectedFont font(own_);
   const std::vector<uint8_t> os2 = font.Table(TableTag("OS/2"));
   if (os2.size() < kCapHeight + 2 || ReadU16(os2, 0) < 2 || ReadU16(os2, 0) == 0xFFFF) return 0;
   const int16_t height = ReadS16(os2, kCapHeight);

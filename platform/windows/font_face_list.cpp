@@ -2,41 +2,28 @@
 #include "platform/windows/font_face_list.h"
 
 #include <algorithm>
+#include <bit>
 #include <cwchar>
 #include <iterator>
 #include <tuple>
 #include <utility>
 
-#include "platform/windows/wide.h"
+#include "platform/unicode.h"
+#include "platform/windows/selected_font.h"
 
 namespace hdi {
 namespace {
 
-void PutFaceName(::LOGFONTW& font, std::u16string_view name) {
-  std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), L'\0');
-  std::copy_n(name.begin(), std::min(name.size(), kMaxFamilyUnits), font.lfFaceName);
-}
-
 // The font as its file has it: neither slanted nor made bolder.
 ::LOGFONTW OwnFont(const FontFacts& facts, std::u16string_view name) {
-  ::LOGFONTW font = {};
+  LOGFONTW font = {};
   font.lfHeight = -1000;  // any: only the tables are read
   font.lfWeight = facts.weight;
-  font.lfItalic = facts.isItalic ? TRUE : FALSE;
+  font.lfItalic = facts.isItalic ? 1 : 0;
   font.lfCharSet = DEFAULT_CHARSET;
   font.lfOutPrecision = OUT_TT_ONLY_PRECIS;
   PutFaceName(font, name);
-  return font;
-}
-
-FontNaming NamingOf(const ::LOGFONTW& font) {
-  const GdiFont made(font);
-  return ReadNaming(SelectedFont(made));
-}
-
-bool EqualsWithoutCase(std::u16string_view a, std::u16string_view b) {
-  return CompareStringOrdinal(Wide(a.data()), static_cast<int>(a.size()), Wide(b.data()),
-                              static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+  return std::bit_cast<::LOGFONTW>(font);
 }
 
 int CALLBACK CollectFont(const ::LOGFONTW* font, const TEXTMETRICW*, DWORD type, LPARAM fonts) {
@@ -61,13 +48,18 @@ std::vector<::LOGFONTW> ListFonts(const wchar_t* family) {
 
 }  // namespace
 
+void PutFaceName(LOGFONTW& font, std::u16string_view name) {
+  std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
+  std::copy_n(name.begin(), std::min(name.size(), kMaxFamilyUnits), font.lfFaceName);
+}
+
 SystemFace::SystemFace(FontFacts facts, std::u16string fullName, std::u16string selectingName,
                        const ::LOGFONTW& own)
     : facts_(std::move(facts)),
       fullName_(std::move(fullName)),
       selectingName_(std::move(selectingName)),
-      font_(own) {
-  const SelectedFont font(font_);
+      own_(own) {
+  const SelectedFont font(own_);
   TEXTMETRICW metrics = {};
   GetTextMetricsW(font.Device(), &metrics);
   pitchAndFamily_ = metrics.tmPitchAndFamily;
@@ -75,8 +67,7 @@ SystemFace::SystemFace(FontFacts facts, std::u16string fullName, std::u16string 
 
 bool SystemFace::IsNamed(std::u16string_view name) const {
   const auto equals = [&](const std::u16string& own) {
-    return EqualsWithoutCase(std::u16string_view(own).substr(0, kMaxFamilyUnits),
-                             name.substr(0, kMaxFamilyUnits));
+    return SameName(std::u16string_view(own).substr(0, kMaxFamilyUnits), name.substr(0, kMaxFamilyUnits));
   };
   return std::any_of(facts_.names.families.begin(), facts_.names.families.end(), equals) ||
          std::any_of(facts_.names.fullNames.begin(), facts_.names.fullNames.end(), equals);
@@ -91,8 +82,7 @@ const SystemFace* FaceList::Mapped(const ::LOGFONTW& font) {
   FontNaming names;
   std::optional<FontFacts> facts;
   {
-    const GdiFont made(font);
-    const SelectedFont selected(made);
+    const SelectedFont selected(font);
     names = ReadNaming(selected);
     const auto known = std::find_if(known_.begin(), known_.end(),
                                     [&](const Known& candidate) { return candidate.names == names; });
@@ -109,7 +99,7 @@ std::unique_ptr<SystemFace> FaceList::MakeFace(FontFacts facts) {
   if (fullName.empty()) return nullptr;
   for (const std::u16string& name : {facts.names.families.front(), fullName}) {
     const ::LOGFONTW own = OwnFont(facts, name);
-    if (NamingOf(own) != facts.names) continue;
+    if (ReadNaming(SelectedFont(own)) != facts.names) continue;
     fullNames_.insert(fullName);
     return std::make_unique<SystemFace>(std::move(facts), fullName, name, own);
   }

@@ -15,9 +15,11 @@
 
 #include "platform/font_faces.h"
 #include "platform/windows/font_face_facts.h"
-#include "platform/windows/font_face_gdi.h"
 
 namespace hdi {
+
+// The name, cut to the room for it, in a LOGFONTW.
+void PutFaceName(LOGFONTW& font, std::u16string_view name);
 
 class SystemFace final : public FontFace {
  public:
@@ -72,7 +74,7 @@ class SystemFace final : public FontFace {
   FontFacts facts_;
   std::u16string fullName_;
   std::u16string selectingName_;
-  GdiFont font_;
+  ::LOGFONTW own_;
   uint8_t pitchAndFamily_;
 
   // Read at the first question.

@@ -129,11 +129,6 @@ Selection& Selected(const FontRequest& request) {
   return last->second;
 }
 
-void PutFaceName(LOGFONTW& font, std::u16string_view name) {
-  std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
-  std::copy_n(name.begin(), std::min(name.size(), kMaxFamilyUnits), font.lfFaceName);
-}
-
 bool Selects(const LOGFONTW& font, const FontFace& face) {
   const Selection& selection = Selected(FontRequest(font));
   return selection.face == &face && selection.isOfMapper;

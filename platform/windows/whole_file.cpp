@@ -6,9 +6,9 @@
 #include <array>
 #include <filesystem>
 #include <memory>
-#include <string_view>
 
 #include "platform/windows/wide.h"
+#include "platform/windows/write_fully.h"
 
 namespace hdi {
 namespace {
@@ -56,17 +56,6 @@ bool IsDirectory(const std::u16string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool WriteBytes(HANDLE file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    constexpr size_t kLargestPart = size_t{1} << 30;
-    DWORD written = 0;
-    const auto part = static_cast<DWORD>(bytes.substr(0, kLargestPart).size());
-    if (!WriteFile(file, bytes.data(), part, &written, nullptr)) return false;
-    bytes.remove_prefix(written);
-  }
-  return FlushFileBuffers(file) != 0;
-}
-
 }  // namespace
 
 LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes) {
@@ -92,7 +81,8 @@ bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes) {
   std::u16string temporary;
   File file = OpenBeside(path, temporary);
   if (!file) return false;
-  bool done = WriteBytes(file.get(), bytes);
+  bool done = WriteFully(file.get(), bytes.data(), bytes.size()) == ERROR_SUCCESS &&
+              FlushFileBuffers(file.get()) != 0;
   file.reset();
   // The first keeps the old file's attributes and permissions, and needs an old file.
   done = done &&

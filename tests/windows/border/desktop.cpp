@@ -53,6 +53,14 @@ HINSTANCE WINAPI StartViewer(HWND owner, const wchar_t* verb, const wchar_t* fil
   return nullptr;  // that it failed is nobody's concern
 }
 
+BOOL WINAPI Write(HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
+  const DWORD error = TheDesktop().writeError;
+  if (error == ERROR_SUCCESS) return WriteFile(file, data, size, written, overlapped);
+  *written = 0;
+  SetLastError(error);
+  return FALSE;
+}
+
 }  // namespace
 
 Desktop& TheDesktop() {
@@ -63,6 +71,7 @@ Desktop& TheDesktop() {
 void AttachDesktop(HMODULE module) {
   ReplaceImport(module, "COMDLG32.dll", "GetSaveFileNameW", reinterpret_cast<void*>(&AskForFile));
   ReplaceImport(module, "USER32.dll", "MessageBoxW", reinterpret_cast<void*>(&ShowMessage));
+  ReplaceImport(module, "KERNEL32.dll", "WriteFile", reinterpret_cast<void*>(&Write));
   ReplaceImport(module, "SHELL32.dll", "ShellExecuteW", reinterpret_cast<void*>(&StartViewer));
 }
 

@@ -1,4 +1,4 @@
-// A desktop that only notes what the module asks it to show.
+// A desktop that only notes what the module asks it to show, and a disk that fails when it is told to.
 #pragma once
 
 #include <windows.h>
@@ -33,6 +33,7 @@ struct Desktop {
   std::vector<SaveDialog> dialogs;
   std::vector<Message> messages;
   std::vector<Viewing> viewings;
+  DWORD writeError = ERROR_SUCCESS;  // what every write fails with
 };
 
 // The one desktop, emptied by SetUpDesktop.

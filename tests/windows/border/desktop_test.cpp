@@ -1,5 +1,5 @@
-// What a job asks and tells the user on Windows: the dialog as it is opened, the question about an existing
-// file, the message about one that is held open, in each language, and the viewer.
+// What a job asks and tells on Windows: the dialog as it is opened, the question about an existing file, the
+// message about one that is held open, in each language, the viewer, and the failure of a disk.
 #include "tests/windows/border/desktop.h"
 
 // clang-format off
@@ -9,6 +9,7 @@
 
 #include <fstream>
 #include <optional>
+#include <system_error>
 
 #include "tests/border/border.h"
 #include "tests/windows/border/file_holder.h"
@@ -106,6 +107,20 @@ TEST_F(DesktopTest, FileIsTheDriversOwnWhileItIsMade) {
   device.PlotPage();
   EXPECT_EQ(device.EndDocument(), 1);
   EXPECT_TRUE(FileHolder(file).IsHeld()) << "nobody else has the finished one";
+}
+
+TEST_F(DesktopTest, FullDiskIsSilentAndOtherFailuresReachTheHost) {
+  TheDesktop().writeError = ERROR_DISK_FULL;
+  EXPECT_EQ(Plot(file.u16string().c_str()), 1);
+  EXPECT_EQ(ReadFile(file), "");
+  EXPECT_TRUE(TheDesktop().messages.empty());
+
+  // The module brings its own C++ library, as this program does.
+  TheDesktop().writeError = ERROR_WRITE_FAULT;
+  device.SetStarted(0);
+  EXPECT_THROW(Plot(file.u16string().c_str()), std::system_error);
+  EXPECT_TRUE(FileHolder(file).IsHeld()) << "the driver has let go of it";
+  EXPECT_EQ(device.Close(), 1);
 }
 
 TEST_F(DesktopTest, ViewerIsStartedUnlessItIsTurnedOff) {

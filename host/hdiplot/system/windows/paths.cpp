@@ -1,13 +1,12 @@
 // Names of files are UTF-16.
 #include "host/hdiplot/system/paths.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <array>
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/plot/wildcard.h"
+#include "platform/environment.h"
 #include "platform/unicode.h"
 #include "platform/windows/wide.h"
 
@@ -21,8 +20,11 @@ namespace {
 constexpr std::array<std::string_view, 6> kDevices = {"con", "prn", "aux", "nul", "conin$", "conout$"};
 
 bool IsPort(std::string_view word) {
-  const bool isNumbered = word.size() == 4 && word[3] >= '1' && word[3] <= '9';
-  return isNumbered && (word.starts_with("com") || word.starts_with("lpt"));
+  if (!word.starts_with("com") && !word.starts_with("lpt")) return false;
+  const std::string_view number = word.substr(3);
+  // Raised digits, which one of the system's code pages has, count as well.
+  if (number == "\u00b9" || number == "\u00b2" || number == "\u00b3") return true;
+  return number.size() == 1 && number[0] >= '1' && number[0] <= '9';
 }
 
 }  // namespace
@@ -34,10 +36,7 @@ std::string PathText(const fs::path& path) {
 fs::path PathFromUtf8(std::string_view text) { return hdi::Wide(hdi::ToUtf16(text)); }
 
 fs::path PathFromEnvironment(const char* name) {
-  const std::u16string units = hdi::ToUtf16(name);
-  std::wstring value(GetEnvironmentVariableW(hdi::Wide(units), nullptr, 0), L'\0');
-  value.resize(GetEnvironmentVariableW(hdi::Wide(units), value.data(), static_cast<DWORD>(value.size())));
-  return value;
+  return hdi::Wide(hdi::EnvironmentVariable(hdi::ToUtf16(name)));
 }
 
 bool NamesDevice(const fs::path& path) {

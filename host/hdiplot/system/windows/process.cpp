@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/environment.h"
 #include "platform/unicode.h"
 #include "platform/windows/wide.h"
 
@@ -48,17 +49,7 @@ std::vector<std::string> CommandLineWords(int argc, const char* const* argv) {
   return words;
 }
 
-std::filesystem::path ExecutableFile() {
-  std::wstring name(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameW(nullptr, name.data(), static_cast<DWORD>(name.size()));
-    if (length < name.size()) {
-      name.resize(length);
-      return name;
-    }
-    name.resize(name.size() * 2);
-  }
-}
+std::filesystem::path ExecutableFile() { return hdi::Wide(hdi::ProcessFileName()); }
 
 std::string ProcessNumber() { return std::to_string(GetCurrentProcessId()); }
 

@@ -1,5 +1,5 @@
-// GDI's fonts for the list of faces: made, selected into a memory device, and read as tables. No display and
-// no printer is asked for any of this.
+// A font of GDI, for as long as it is read. Neither font nor device outlives the reading: a process has few
+// handles of GDI, and a device dies with the thread that made it.
 #pragma once
 
 #include <windows.h>
@@ -16,28 +16,18 @@ namespace hdi {
   return tag;
 }
 
-class GdiFont {
- public:
-  explicit GdiFont(const ::LOGFONTW& font) : handle_(CreateFontIndirectW(&font)) {}
-  GdiFont(const GdiFont&) = delete;
-  GdiFont& operator=(const GdiFont&) = delete;
-  ~GdiFont() { DeleteObject(handle_); }
-
-  [[nodiscard]] HFONT Handle() const { return handle_; }
-
- private:
-  HFONT handle_;  // null when there is no room for it
-};
-
-// A font in the module's memory device for as long as this lives; one at a time.
+// A LOGFONTW made into a font and selected into a memory device of its own.
 class SelectedFont {
  public:
-  explicit SelectedFont(const GdiFont& font);
+  explicit SelectedFont(const ::LOGFONTW& font);
   SelectedFont(const SelectedFont&) = delete;
   SelectedFont& operator=(const SelectedFont&) = delete;
   ~SelectedFont();
 
+  // False when GDI has no room for the font. It then has no tables.
+  [[nodiscard]] bool IsMade() const { return font_ != nullptr; }
   [[nodiscard]] HDC Device() const { return device_; }
+
   // Empty when the font has no such table.
   [[nodiscard]] std::vector<uint8_t> Table(DWORD tag) const;
   // So many bytes of a table; fewer or none when it ends before.
@@ -47,7 +37,8 @@ class SelectedFont {
 
  private:
   HDC device_;
-  HGDIOBJ previous_;
+  HFONT font_;
+  HGDIOBJ before_;
 };
 
 }  // namespace hdi

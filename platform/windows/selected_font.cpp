@@ -1,36 +1,34 @@
-// The module's memory device.
-#include "platform/windows/font_face_gdi.h"
+// Selecting a font, and reading its tables.
+#include "platform/windows/selected_font.h"
 
 #include <algorithm>
 
 namespace hdi {
 namespace {
 
-class MemoryDevice {
- public:
-  MemoryDevice() : handle_(CreateCompatibleDC(nullptr)) {}
-  MemoryDevice(const MemoryDevice&) = delete;
-  MemoryDevice& operator=(const MemoryDevice&) = delete;
-  ~MemoryDevice() { DeleteDC(handle_); }
+// The screen only tells what the device is to be like.
+HDC MakeMemoryDevice() {
+  const HWND desktop = GetDesktopWindow();
+  const HDC screen = GetDC(desktop);
+  const HDC device = CreateCompatibleDC(screen);
+  ReleaseDC(desktop, screen);
+  return device;
+}
 
-  [[nodiscard]] HDC Handle() const { return handle_; }
-
- private:
-  HDC handle_;
-};
-
-HDC ModuleDevice() {
-  static const MemoryDevice kDevice;
-  return kDevice.Handle();
+HFONT MakeFont(const ::LOGFONTW& font) {
+  const HFONT made = CreateFontIndirectW(&font);
+  return made == INVALID_HANDLE_VALUE ? nullptr : made;
 }
 
 }  // namespace
 
-SelectedFont::SelectedFont(const GdiFont& font)
-    : device_(ModuleDevice()), previous_(SelectObject(device_, font.Handle())) {}
+SelectedFont::SelectedFont(const ::LOGFONTW& font)
+    : device_(MakeMemoryDevice()), font_(MakeFont(font)), before_(SelectObject(device_, font_)) {}
 
 SelectedFont::~SelectedFont() {
-  if (previous_ != nullptr) SelectObject(device_, previous_);
+  if (before_ != nullptr) SelectObject(device_, before_);
+  DeleteObject(font_);
+  DeleteDC(device_);
 }
 
 std::vector<uint8_t> SelectedFont::Table(DWORD tag) const { return Table(tag, 0, TableSize(tag)); }
