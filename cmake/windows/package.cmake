@@ -1,6 +1,7 @@
-# The zip of what a user on Windows installs: the three artefacts, the files that lie beside them, and a page that
-# tells how. scripts/windows --package makes it.
+# The zip of what a user on Windows installs: the three artefacts, the files that lie beside them, a page that tells
+# how, and the command's reference. scripts/windows --package makes it.
 install(FILES "${PROJECT_SOURCE_DIR}/docs/windows.md" DESTINATION . RENAME README.md)
+install(FILES "${PROJECT_SOURCE_DIR}/docs/hdiplot.md" DESTINATION .)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME pdf-hdi)

@@ -47,7 +47,8 @@ std::optional<fs::path> OutputFile(const std::optional<std::u16string>& output,
 void RequireReplaceable(const fs::path& file) {
   std::error_code error;
   const fs::path directory = DirectoryOf(file);
-  if (!fs::is_directory(directory, error)) {
+  // Made absolute, as a drive's letter alone is none.
+  if (!fs::is_directory(fs::absolute(directory, error), error)) {
     throw FileError(file, 0, "cannot be written: there is no directory " + PathText(directory));
   }
   const fs::file_status status = fs::status(file, error);

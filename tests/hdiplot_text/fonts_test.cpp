@@ -124,6 +124,16 @@ TEST(FontBook, GivesOneFontForAChoiceAndNamesStandInsOnce) {
                                     "font \"mystery.shx\" is not installed; using \"rowmans\""));
 }
 
+TEST(FontBook, TakesTheFontThatIsInTheFileOfAStyle) {
+  FontBook book;
+  for (const auto& [file, name] :
+       {std::pair{"C:\\Fonts\\dejavusanscondensed-boldoblique.TTF", u"DejaVu Sans Condensed Bold Oblique"},
+        {"DejaVuSans-ExtraLight.ttf", u"DejaVu Sans ExtraLight"},
+        {"wqy-zenhei.ttc", u"WenQuanYi Zen Hei"}}) {
+    EXPECT_EQ(book.Find({"", file, "", false, false}).outline->Face().FullName(), name) << file;
+  }
+}
+
 TEST(FontBook, DrawsWhatStrokesLackWithTheBigFont) {
   FontBook book;
   const PlotFont font = book.Find({"", "txt.shx", "gbcbig.shx", false, false});

@@ -32,7 +32,7 @@ SAME_LOOK = Tolerance(block=4, level=16, blocks=0, worst=16, mean=0.1)
 
 # What stands in for fonts that are not installed is each system's own choice. Here it is that of fonts.conf.
 SUBSTITUTES_KEY = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes"
-SUBSTITUTES = {"MS Shell Dlg": "DejaVu Sans", "DejaVuSansCondensed": "DejaVu Sans Condensed"}
+SUBSTITUTES = {"MS Shell Dlg": "DejaVu Sans"}
 
 # What is changed in sources or left out, as it cannot come out the same, with the reason.
 EXCEPTIONS = {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/system/font_files.h"
 #include "platform/font_services.h"
 #include "platform/unicode.h"
 
@@ -25,6 +26,41 @@ hdi::LOGFONTW LogFont(const std::string& family, bool bold, bool italic) {
   const std::u16string name = hdi::ToUtf16(family);
   name.copy(font.lfFaceName, std::size(font.lfFaceName) - 1);
   return font;
+}
+
+// Takes `word` and the blank before it from the end of the name.
+bool TakeLastWord(std::string& name, std::string_view word) {
+  if (name.size() <= word.size() + 1 || name[name.size() - word.size() - 1] != ' ') return false;
+  if (!EqualWithoutCase(std::string_view(name).substr(name.size() - word.size()), word)) return false;
+  name.resize(name.size() - word.size() - 1);
+  return true;
+}
+
+// A font by its full name, "DejaVu Sans Bold Oblique".
+MappedFont WithStyleApart(const std::string& fullName) {
+  MappedFont font{fullName};
+  TakeLastWord(font.name, "Regular");
+  font.italic = TakeLastWord(font.name, "Italic") || TakeLastWord(font.name, "Oblique");
+  font.bold = TakeLastWord(font.name, "Bold");
+  return font;
+}
+
+// The font in an installed file; none when no font that can be selected is in a file of that name.
+std::optional<MappedFont> InstalledFont(std::string_view fontFile) {
+  const std::string fullName = FontInFile(FontFileName(fontFile));
+  if (fullName.empty()) return std::nullopt;
+  const MappedFont apart = WithStyleApart(fullName);
+  // "Bold" is also the end of some families' names.
+  for (const MappedFont& font : {apart, MappedFont{fullName}}) {
+    if (hdi::HasFamily(hdi::ToUtf16(font.name))) return font;
+  }
+  return std::nullopt;
+}
+
+// What draws the characters of a Hershey font that is not there.
+std::string StandInForStrokes(const OutlineFont* bigFont) {
+  if (bigFont == nullptr || StrokeFont::Exists(kUsualStrokes)) return kUsualStrokes;
+  return hdi::ToUtf8(bigFont->Face().Family());
 }
 
 // The name of a family without the sign that asks for characters lying on their side, for columns.
@@ -78,7 +114,7 @@ MappedFont FontBook::Mapped(const FontChoice& choice) {
   } else if (auto mapped = map_.OfFile(choice.fontFile)) {
     font = *mapped;
   } else if (IsOutlineFontFile(choice.fontFile)) {
-    font.name = FontFileStem(choice.fontFile);
+    font = InstalledFont(choice.fontFile).value_or(MappedFont{std::string(FontFileStem(choice.fontFile))});
   } else {
     font = {kUsualStrokes, true};
     if (!choice.fontFile.empty()) ReportMissing(choice.fontFile, kUsualStrokes);
@@ -118,7 +154,10 @@ const StrokeFont& FontBook::Strokes(const MappedFont& font, const std::string& b
   if (!family.empty()) big.name = family;
   const OutlineFont* bigFont = Outline(big);
   auto& strokes = strokes_[{font.name, font.monospaced, bigFont}];
-  if (strokes == nullptr) strokes = std::make_unique<StrokeFont>(font.name, font.monospaced, bigFont);
+  if (strokes == nullptr) {
+    if (!StrokeFont::Exists(font.name)) ReportMissing(font.name, StandInForStrokes(bigFont));
+    strokes = std::make_unique<StrokeFont>(font.name, font.monospaced, bigFont);
+  }
   return *strokes;
 }
 

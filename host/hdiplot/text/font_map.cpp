@@ -17,11 +17,6 @@ namespace {
 
 constexpr std::string_view kStrokePrefix = "stroke:";
 
-std::string_view WithoutDirectories(std::string_view name) {
-  const size_t separator = name.find_last_of("/\\");
-  return separator == std::string_view::npos ? name : name.substr(separator + 1);
-}
-
 std::string_view ExtensionOf(std::string_view name) {
   constexpr size_t kLength = 4;
   if (name.size() <= kLength || name[name.size() - kLength] != '.') return {};
@@ -86,8 +81,13 @@ bool IsOutlineFontFile(std::string_view fontFile) {
   return std::ranges::find(kExtensions, LowerCase(ExtensionOf(fontFile))) != kExtensions.end();
 }
 
+std::string_view FontFileName(std::string_view fontFile) {
+  const size_t separator = fontFile.find_last_of("/\\");
+  return separator == std::string_view::npos ? fontFile : fontFile.substr(separator + 1);
+}
+
 std::string_view FontFileStem(std::string_view fontFile) {
-  const std::string_view name = WithoutDirectories(fontFile);
+  const std::string_view name = FontFileName(fontFile);
   return name.substr(0, name.size() - ExtensionOf(name).size());
 }
 
@@ -104,7 +104,7 @@ void FontMap::Read(const std::filesystem::path& file) {
       if (line.find('=') == std::string_view::npos) throw std::invalid_argument("a line is NAME = FONT");
       const std::string_view name = TakePart(line, '=');
       if (name.empty()) throw std::invalid_argument("there is no name before the \"=\"");
-      entries.insert_or_assign(LowerCase(WithoutDirectories(name)), ParseFont(line));
+      entries.insert_or_assign(LowerCase(FontFileName(name)), ParseFont(line));
     } catch (const std::invalid_argument& error) {
       throw FileError(file, number, error.what());
     }
@@ -114,7 +114,7 @@ void FontMap::Read(const std::filesystem::path& file) {
 }
 
 std::optional<MappedFont> FontMap::OfFile(std::string_view fontFile) const {
-  const std::string name = LowerCase(WithoutDirectories(fontFile));
+  const std::string name = LowerCase(FontFileName(fontFile));
   const std::string stem(FontFileStem(name));
   for (const std::string& key : {name, stem}) {
     if (const auto found = own_.find(key); found != own_.end()) return found->second;

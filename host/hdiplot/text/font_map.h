@@ -43,7 +43,10 @@ class FontMap {
 // Whether the name is that of a TrueType or similar file, by its extension.
 [[nodiscard]] bool IsOutlineFontFile(std::string_view fontFile);
 
-// The name of a file without directories and extension.
+// The name of a file without directories, whichever way these are separated.
+[[nodiscard]] std::string_view FontFileName(std::string_view fontFile);
+
+// The same without its extension, too.
 [[nodiscard]] std::string_view FontFileStem(std::string_view fontFile);
 
 // Families that stand in for one that is not installed, the most alike first.

@@ -6,7 +6,8 @@
 
 namespace hdiplot {
 
-// As UTF-8, without a full stop or a line's end.
+// As UTF-8, without a full stop or a line's end. A text that leaves room for a file's name has "the file"
+// there.
 [[nodiscard]] std::string ErrorText(uint32_t error);
 
 }  // namespace hdiplot

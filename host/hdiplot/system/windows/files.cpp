@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <windows.h>
 
+#include <cerrno>
 #include <system_error>
 
 #include "host/hdiplot/system/windows/error_text.h"
@@ -19,18 +20,31 @@ struct CloseAnyHandle {
   void operator()(void* handle) const { CloseHandle(handle); }
 };
 
+// Names of devices open those wherever they stand.
+bool IsFile(int descriptor) {
+  return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) == FILE_TYPE_DISK;
+}
+
 bool IsSameName(const fs::path& a, const fs::path& b) {
   return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
 }  // namespace
 
-FileStream OpenToRead(const fs::path& file) { return FileStream(_wfopen(file.c_str(), L"rb")); }
+FileStream OpenToRead(const fs::path& file) {
+  FileStream stream(_wfopen(file.c_str(), L"rb"));
+  if (!stream && errno == EINVAL) errno = ENOENT;  // no file can have such a name
+  return stream;
+}
 
 FileStream CreateNew(const fs::path& file) {
   const int descriptor =
       _wopen(file.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
-  return FileStream(descriptor < 0 ? nullptr : _fdopen(descriptor, "wb"));
+  if (descriptor < 0) return nullptr;
+  if (IsFile(descriptor)) return FileStream(_fdopen(descriptor, "wb"));
+  _close(descriptor);
+  errno = EINVAL;
+  return nullptr;
 }
 
 std::string MoveOver(const fs::path& from, const fs::path& to) {

@@ -62,7 +62,8 @@ std::vector<fs::path> FilesNamed(std::string_view argument) {
     fs::path file = path;
     files.push_back(file.replace_filename(name));
   }
-  std::ranges::sort(files);
+  // As folders show them, capitals among the small letters.
+  std::ranges::sort(files, {}, [](const fs::path& file) { return FoldedCase(PathText(file.filename())); });
   if (files.empty()) files.push_back(path);
   return files;
 }

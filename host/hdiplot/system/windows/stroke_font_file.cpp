@@ -1,8 +1,9 @@
-// The fonts lie in a folder beside the executable.
+// The fonts lie in a folder beside the executable, unless the environment names another one.
 #include "host/hdiplot/system/stroke_font_file.h"
 
 #include <windows.h>
 
+#include "host/hdiplot/system/paths.h"
 #include "host/hdiplot/system/process.h"
 
 namespace hdiplot {
@@ -27,11 +28,16 @@ std::wstring ShortName(const std::wstring& file) {
   return name;
 }
 
+std::filesystem::path Folder() {
+  const std::filesystem::path given = PathFromEnvironment("HERSHEY_FONTS_DIR");
+  return given.empty() ? ExecutableFile().replace_filename("hershey-fonts") : given;
+}
+
 }  // namespace
 
 // The library opens files by names in the system's code page.
 hershey_font* LoadHersheyFont(const std::string& name) {
-  const std::filesystem::path file = ExecutableFile().replace_filename("hershey-fonts") / (name + ".jhf");
+  const std::filesystem::path file = Folder() / (name + ".jhf");
   std::string bytes = InSystemCodePage(file.native());
   if (bytes.empty()) bytes = InSystemCodePage(ShortName(file.native()));
   return bytes.empty() ? nullptr : hershey_jhf_font_load(bytes.c_str());
