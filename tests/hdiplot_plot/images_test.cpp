@@ -116,6 +116,8 @@ TEST_F(PlotImages, ThatAreTurnedOtherwiseAreMadeAnew) {
   EXPECT_EQ(at(1000, 1830)[3], 255);
   EXPECT_NEAR(at(1000, 1830)[0], 4, 2);
   EXPECT_NEAR(at(1120, 1680)[0], 3, 2);
+  EXPECT_EQ(at(1117, 1906)[3], 255) << "the sides are straight, large as the pixels are";
+  EXPECT_EQ(at(1123, 1914)[3], 0);
 }
 
 TEST_F(PlotImages, AreClippedOnlyThemselves) {
@@ -130,6 +132,12 @@ TEST_F(PlotImages, AreClippedOnlyThemselves) {
   EXPECT_DOUBLE_EQ(calls[0].points[0][2].y, 1900);
   EXPECT_DOUBLE_EQ(calls[2].points[0][2].x, 4000) << "beyond the sheet";
 
+  drawing_.entities.back().attributes.link = "there";
+  const auto linked = Named(PlotOnSheet(drawing_), "PolyPolygon");
+  ASSERT_EQ(linked.size(), 1U);
+  EXPECT_DOUBLE_EQ(linked[0].points[0][1].x, 600) << "a link is of what is seen";
+  drawing_.entities.back().attributes.link.clear();
+
   // On a sheet that is a clip itself, what lies beyond it is cut away, and the sheet comes back.
   drawing_.entities[1] = Thing(PointEntity{{2000, 3100}});
   image.clip = {{600, 1000}, {-100, 1000}, {600, 1700}};
@@ -137,6 +145,10 @@ TEST_F(PlotImages, AreClippedOnlyThemselves) {
   EXPECT_EQ(larger.size(), 4U);
   EXPECT_EQ(larger.back().points[0].size(), 4U);
   EXPECT_DOUBLE_EQ(larger.back().points[0][2].x, 2000);
+
+  image.clipInverted = true;
+  image.clip = {{400, 900}, {900, 900}, {900, 1300}, {400, 1300}};
+  EXPECT_TRUE(Named(Plot(image), "Bitmap").empty()) << "nothing is left of it";
 }
 
 TEST_F(PlotImages, AreReadOnceAndReportedOnce) {

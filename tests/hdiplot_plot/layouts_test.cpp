@@ -111,6 +111,10 @@ TEST_F(PlotLayouts, KeepClipsWithinAnotherOutline) {
   EXPECT_THAT(clips[2],
               testing::UnorderedElementsAre(isPoint(600, 2200), isPoint(1400, 2200), isPoint(600, 1800)));
   EXPECT_EQ(clips[3].size(), 4U);
+
+  for (PolyVertex& vertex : viewport_.clip.polyline.vertices) vertex.point = {60, 80};
+  drawing_.entities = {OnPaper(viewport_), OnPaper(LineEntity{{-50, 0}, {0, 0}})};
+  EXPECT_EQ(Clips(Plot()).at(2).size(), 4U) << "the frame, as the outline encloses nothing";
 }
 
 TEST_F(PlotLayouts, CutLinksToTheView) {
@@ -159,6 +163,14 @@ TEST(Canvas, CutsClipsAndCommentsToViews) {
   EXPECT_TRUE(std::ranges::all_of(cut, [](const auto& p) { return p.x >= 40 && p.x <= 60 && p.y >= 40; }));
   const std::vector<ClipRing> beside{{{200, 0}, {300, 0}, {300, 9}}};
   EXPECT_FALSE(canvas.ClipTo(beside));
+  const ClipRing star{{50, 0}, {80, 90}, {0, 35}, {100, 35}, {20, 90}};
+  canvas.EndView();
+  ASSERT_TRUE(canvas.BeginView(star));
+  const std::vector<ClipRing> whole{{{0, 0}, {100, 0}, {100, 100}, {0, 100}}};
+  EXPECT_TRUE(canvas.ClipTo(whole));
+  EXPECT_TRUE(std::ranges::any_of(driver.calls.back().points[0], [](const auto& p) { return p.y == 90; }));
+  canvas.EndView();
+  ASSERT_TRUE(canvas.BeginView(arrow));
   canvas.Comment(u"words", {{90, 10}, {150, 20}});
   EXPECT_EQ(driver.course.back(), "Comment 90 100 10 20 0 words");
 }

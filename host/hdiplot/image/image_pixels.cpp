@@ -83,12 +83,14 @@ struct Neighbours {
   double part = 0;  // of the second
 };
 
-// The two pixels of a line of `size` whose middles lie around `at`.
-Neighbours NeighboursOf(double at, int32_t size) {
+// The two pixels of a line of `size` whose middles lie around `at`. They run into each other over a `width`
+// of at most 1.
+Neighbours NeighboursOf(double at, int32_t size, double width) {
   const double last = size - 1;
   const double within = std::clamp(at - 0.5, 0.0, last);
   const double first = std::floor(within);
-  return {static_cast<int32_t>(first), static_cast<int32_t>(std::min(first + 1, last)), within - first};
+  const double part = std::clamp((within - first - 0.5) / width + 0.5, 0.0, 1.0);
+  return {static_cast<int32_t>(first), static_cast<int32_t>(std::min(first + 1, last)), part};
 }
 
 // Colours count by their alpha, so that what cannot be seen does not colour its neighbours.
@@ -164,10 +166,14 @@ ImageData Resampled(const ImageData& image, const Affine& map, int32_t width, in
   made.hasAlpha = true;
   made.pixels.reserve(RowBytes(width, 32) * static_cast<size_t>(height));
   const PixelReader pixels(image);
+  // What a pixel that is made takes up of the image; within large pixels the colour is theirs.
+  const double acrossX = std::clamp(std::abs(map.a) + std::abs(map.c), 1e-6, 1.0);
+  const double acrossY = std::clamp(std::abs(map.b) + std::abs(map.d), 1e-6, 1.0);
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x) {
       const Vec2 from = map({x + 0.5, y + 0.5});
-      Color color = Mixed(pixels, NeighboursOf(from.x, image.width), NeighboursOf(from.y, image.height));
+      Color color = Mixed(pixels, NeighboursOf(from.x, image.width, acrossX),
+                          NeighboursOf(from.y, image.height, acrossY));
       const bool isInside = from.x >= 0 && from.x <= image.width && from.y >= 0 && from.y <= image.height;
       if (!isInside) color[3] = 0;
       made.pixels.insert(made.pixels.end(), color.begin(), color.end());

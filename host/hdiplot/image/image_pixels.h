@@ -31,9 +31,10 @@ struct ImageTurn {
 [[nodiscard]] ImageData Turned(const ImageData& image, const ImageTurn& turn);
 
 // An image of 32 bits with its own pixels in between those of `image`, by whose four neighbours they are
-// made. `map` leads from its pixels to those of `image`, both counted from the upper left corner with pixel
-// (0, 0) from (0, 0) to (1, 1). What lies outside of `image` is transparent, its colour that of the nearest
-// pixel, so that lossy compression does no harm along the edge.
+// made; smaller ones are of one colour but where two of `image` meet. `map` leads from its pixels to those of
+// `image`, both counted from the upper left corner with pixel (0, 0) from (0, 0) to (1, 1). What lies outside
+// of `image` is transparent, its colour that of the nearest pixel, so that lossy compression does no harm
+// along the edge.
 [[nodiscard]] ImageData Resampled(const ImageData& image, const Affine& map, int32_t width, int32_t height);
 
 }  // namespace hdiplot

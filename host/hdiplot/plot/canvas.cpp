@@ -43,35 +43,23 @@ double TwiceArea(const ClipRing& ring) {
   return twice;
 }
 
+// Turns one way only, and but once: a star of crossing sides does so several times, going to and fro.
 bool IsConvex(const ClipRing& ring) {
   bool left = false;
   bool right = false;
-  for (size_t i = 0; i < ring.size(); ++i) {
-    const Vec2 side = ring[(i + 1) % ring.size()] - ring[i];
+  int timesBack = 0;
+  bool wasForth = true;
+  for (size_t i = 0; i < 2 * ring.size(); ++i) {
+    const Vec2 side = ring[(i + 1) % ring.size()] - ring[i % ring.size()];
     const double turn = Cross(side, ring[(i + 2) % ring.size()] - ring[(i + 1) % ring.size()]);
     left = left || turn > 0;
     right = right || turn < 0;
+    const bool isForth = side.x > 0 || (side.x == 0 && wasForth);
+    // The first time round finds the direction that the sides come from.
+    if (i >= ring.size() && wasForth && !isForth) ++timesBack;
+    wasForth = isForth;
   }
-  return !(left && right);
-}
-
-// The part of a ring within a convex one. What is cut away leaves edges along it, which enclose nothing.
-ClipRing Within(ClipRing ring, const ClipRing& convex) {
-  const double sign = TwiceArea(convex) < 0 ? -1 : 1;
-  for (size_t side = 0; side < convex.size(); ++side) {
-    const Vec2 start = convex[side];
-    const Vec2 along = (convex[(side + 1) % convex.size()] - start) * sign;
-    const ClipRing whole = std::exchange(ring, {});
-    for (size_t i = 0; i < whole.size(); ++i) {
-      const Vec2 from = whole[i];
-      const Vec2 to = whole[(i + 1) % whole.size()];
-      const double before = Cross(along, from - start);
-      const double after = Cross(along, to - start);
-      if (before >= 0) ring.push_back(from);
-      if ((before >= 0) != (after >= 0)) ring.push_back(Between(from, to, before / (before - after)));
-    }
-  }
-  return ring;
+  return !(left && right) && timesBack <= 1;
 }
 
 ClipRing RingAround(const Box& box) {
@@ -109,6 +97,24 @@ std::vector<hdi::HT_Double_Point> CornersAround(const Sheet& sheet) {
 }
 
 }  // namespace
+
+ClipRing Within(ClipRing ring, const ClipRing& convex) {
+  const double sign = TwiceArea(convex) < 0 ? -1 : 1;
+  for (size_t side = 0; side < convex.size(); ++side) {
+    const Vec2 start = convex[side];
+    const Vec2 along = (convex[(side + 1) % convex.size()] - start) * sign;
+    const ClipRing whole = std::exchange(ring, {});
+    for (size_t i = 0; i < whole.size(); ++i) {
+      const Vec2 from = whole[i];
+      const Vec2 to = whole[(i + 1) % whole.size()];
+      const double before = Cross(along, from - start);
+      const double after = Cross(along, to - start);
+      if (before >= 0) ring.push_back(from);
+      if ((before >= 0) != (after >= 0)) ring.push_back(Between(from, to, before / (before - after)));
+    }
+  }
+  return ring;
+}
 
 void Canvas::UseStroke(const Stroke& stroke) {
   if (stroke_ == stroke) return;

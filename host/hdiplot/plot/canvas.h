@@ -17,6 +17,9 @@ namespace hdiplot {
 
 using ClipRing = std::vector<Vec2>;  // dots; closed from its last point to its first
 
+// The part of a ring within a convex one. What is cut away leaves edges along it, which enclose nothing.
+[[nodiscard]] ClipRing Within(ClipRing ring, const ClipRing& convex);
+
 enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
 
 struct Stroke {

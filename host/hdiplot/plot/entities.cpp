@@ -1,5 +1,9 @@
 #include "host/hdiplot/plot/entities.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "host/hdiplot/plot/gradient.h"
 #include "host/hdiplot/plot/hatch_pattern.h"
 #include "host/hdiplot/plot/splines.h"
@@ -11,6 +15,7 @@ namespace {
 
 constexpr double kSplineTolerance = 0.05;    // dots
 constexpr double kBoundaryTolerance = 0.25;  // dots
+constexpr double kNarrowestBand = 0.35;      // millimetres; a pixel of a reader that shows 72 an inch
 
 }  // namespace
 
@@ -165,13 +170,25 @@ void EntityPlotter::Draw(const HatchEntity& hatch) {
 
 void EntityPlotter::FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings,
                                  double tolerance) {
-  const std::vector<Rgb> colors = BandColors(gradient, *style_);
+  const std::vector<Rgb> colors = BandColors(gradient, *style_, MostBands(rings));
   const std::vector<Ring> outlines = NestedOutlines(gradient, rings, colors.size(), tolerance);
   if (outlines.size() > 1) {
-    FillBands(canvas_, {colors, outlines, style_->alpha == 255}, rings, map_);
+    FillBands(canvas_, {colors, outlines, IsOpaque()}, rings, map_);
   } else {
     FillHatch(rings, colors.front());
   }
+}
+
+// Where the paper shows through, it shows less where readers widen narrow bands to a pixel.
+size_t EntityPlotter::MostBands(const std::vector<Ring>& rings) const {
+  if (IsOpaque()) return std::numeric_limits<size_t>::max();
+  Box box;
+  for (const Ring& ring : rings) {
+    for (const Vec2& p : ring) box.Add(map_(p));
+  }
+  const double way = std::max(box.Width(), box.Height()) / 2;  // of the forms that begin in the middle
+  const double narrowest = kNarrowestBand * canvas_.GetSheet().dotsPerMillimetre;
+  return static_cast<size_t>(std::fmax(std::fmin(way / narrowest, 1000), 2));
 }
 
 void EntityPlotter::FillHatch(const std::vector<Ring>& rings, Rgb color) {

@@ -64,6 +64,8 @@ class EntityPlotter {
   void DrawText(const TextBlock& block);
   void DrawPointFigure(Vec2 at);
   void FillHatch(const std::vector<Ring>& rings, Rgb color);
+  [[nodiscard]] bool IsOpaque() const { return style_->alpha == 255; }
+  [[nodiscard]] size_t MostBands(const std::vector<Ring>& rings) const;
   void FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings, double tolerance);
   void DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings);
 

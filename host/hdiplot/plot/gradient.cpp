@@ -41,6 +41,12 @@ Affine Inverse(const Affine& map) {
 
 Ring Rectangle(Vec2 low, Vec2 high) { return {low, {high.x, low.y}, high, {low.x, high.y}}; }
 
+// With a gable, as readers that fit rectangles to whole pixels would lay one over its neighbours.
+Ring Strip(Vec2 low, Vec2 high) {
+  const double top = high.y + (high.y - low.y) / 8;
+  return {low, {high.x, low.y}, high, {(low.x + high.x) / 2, top}, {low.x, high.y}};
+}
+
 Ring Disc(Vec2 center, double radius, double tolerance) {
   Ring ring;
   AppendFlattened(ConicArc{center, {radius, 0}, {0, radius}, 0, kWholeTurn}, tolerance, ring);
@@ -53,11 +59,11 @@ double FarthestCorner(const Box& box, Vec2 from) {
   return Length(reach);
 }
 
-// The areas of a gradient over a box along the axes.
+// The areas of a gradient over a box along the axes. Those with straight sides end where `around` does.
 class Nesting {
  public:
-  Nesting(const HatchGradient& gradient, const Box& box, double tolerance)
-      : form_(gradient.form), box_(box), tolerance_(tolerance) {
+  Nesting(const HatchGradient& gradient, const Box& box, const Box& around, double tolerance)
+      : form_(gradient.form), box_(box), around_(around), tolerance_(tolerance) {
     half_ = (box.high - box.low) * 0.5;
     shift_ = Vec2{-half_.x, half_.y} * (gradient.shift / 2);
     center_ = box.low + half_ + shift_;
@@ -67,10 +73,10 @@ class Nesting {
   [[nodiscard]] Ring AreaFrom(double from) const {
     switch (form_) {
       case Form::kLinear:
-        return Rectangle({box_.low.x + shift_.x + 2 * half_.x * from, box_.low.y}, box_.high);
+        return Strip({box_.low.x + shift_.x + 2 * half_.x * from, around_.low.y}, around_.high);
       case Form::kCylinder: {
         const double reach = (half_.x + std::abs(shift_.x)) * (1 - from);
-        return Rectangle({center_.x - reach, box_.low.y}, {center_.x + reach, box_.high.y});
+        return Strip({center_.x - reach, around_.low.y}, {center_.x + reach, around_.high.y});
       }
       case Form::kSpherical:
         return DiscAround(center_, 0, from);
@@ -94,6 +100,7 @@ class Nesting {
 
   Form form_;
   Box box_;
+  Box around_;
   double tolerance_;
   Vec2 half_;
   Vec2 shift_;
@@ -135,12 +142,12 @@ void AddRing(Canvas& canvas, const Ring& ring, const Affine& map) {
 
 }  // namespace
 
-std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style) {
+std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, size_t most) {
   Rgb first = style.Plotted(gradient.first);
   Rgb last = style.Plotted(gradient.last);
   if (gradient.tint >= 0 && !style.ink->IsMonochrome()) last = Tinted(first, gradient.tint);
   if (gradient.inverted) std::swap(first, last);
-  const size_t count = std::min(static_cast<size_t>(Difference(first, last)) + 1, kMostBands);
+  const size_t count = std::min({static_cast<size_t>(Difference(first, last)) + 1, most, kMostBands});
   std::vector<Rgb> colors{first};
   for (size_t i = 1; i < count; ++i) {
     colors.push_back(Mixed(first, last, static_cast<double>(i) / static_cast<double>(count - 1)));
@@ -161,10 +168,14 @@ std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vecto
   }
   if (!(box.Width() > 0 && box.Height() > 0)) return {};
 
-  // The outline of the first area is to show nowhere.
-  const Vec2 room = (box.high - box.low) * 0.01;
-  std::vector<Ring> outlines{Rectangle(box.low - room, box.high + room)};
-  const Nesting nesting(gradient, box, tolerance);
+  // The outline of the first area, and sides that areas share, are to show nowhere. Readers that draw all
+  // things at least a pixel wide would show those sides once for each band.
+  const Vec2 room = (box.high - box.low) * 0.5;
+  Box around;
+  around.Add(box.low - room);
+  around.Add(box.high + room);
+  std::vector<Ring> outlines{Rectangle(around.low, around.high)};
+  const Nesting nesting(gradient, box, around, tolerance);
   for (size_t i = 1; i < count; ++i) {
     outlines.push_back(nesting.AreaFrom(static_cast<double>(i) / static_cast<double>(count)));
   }

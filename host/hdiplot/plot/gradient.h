@@ -9,9 +9,9 @@
 
 namespace hdiplot {
 
-// The bands' colours in their order, from one that differs from the next as little as 64 bands allow. One
-// colour when nothing can be seen of the gradient, as in a monochrome plot.
-[[nodiscard]] std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style);
+// The bands' colours in their order, from one that differs from the next as little as `most` bands allow, or
+// 64. One colour when nothing can be seen of the gradient, as in a monochrome plot.
+[[nodiscard]] std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, size_t most);
 
 // Outlines of `count` convex areas, each within the one before; the first lies around all of `rings`. A band
 // is what an area has that the next one has not. Curves are within `tolerance`. Empty when the gradient's

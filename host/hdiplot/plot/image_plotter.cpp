@@ -3,8 +3,10 @@
 #include "host/hdiplot/plot/image_plotter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
+#include <span>
 
 namespace hdiplot {
 
@@ -18,6 +20,9 @@ constexpr double kMostPixels = 40e6;
 constexpr double kLongestSide = 30000;
 constexpr double kSmallestPixel = 0.5;  // dots
 constexpr double kSmallestArea = 0.25;  // dots times dots
+// Larger pixels would make stairs of the sides: in dots, and in parts of the longer side.
+constexpr double kLargestPixel = 4;
+constexpr double kLargestPart = 1e-3;
 
 // An image on paper in dots, Y down, by its upper left corner and its sides from there.
 struct Placing {
@@ -63,9 +68,10 @@ std::vector<Vec2> Mapped(std::vector<Vec2> ring, const Affine& map) {
 double PixelSize(const Placing& placing, const hdi::BITMAPINFOHEADER& header, const Box& box) {
   const double own =
       std::min(Length(placing.along) / header.biWidth, Length(placing.down) / std::abs(header.biHeight));
+  const double smooth = std::max(std::max(box.Width(), box.Height()) * kLargestPart, kLargestPixel);
   const double fewEnough = std::sqrt(box.Width() * box.Height() / kMostPixels);
   const double shortEnough = std::max(box.Width(), box.Height()) / kLongestSide;
-  return std::max({own, kSmallestPixel, fewEnough, shortEnough});
+  return std::max({std::min(own, smooth), kSmallestPixel, fewEnough, shortEnough});
 }
 
 // Pixels of the whole box around an image whose sides are not parallel.
@@ -131,12 +137,15 @@ void ImagePlotter::DrawFrame(const ImageEntity& image, const Affine& map, const 
 
 // Clips know the winding rule only, by which a ring within another cuts a hole when it runs the other way.
 bool ImagePlotter::Clip(const ImageEntity& image, const Affine& map) {
-  std::vector<std::vector<Vec2>> rings{Mapped(image.clip, map)};
-  if (image.clipInverted) {
-    rings.push_back(Mapped(FrameOf(image), map));
-    if (AreaOf(rings[0]) * AreaOf(rings[1]) > 0) std::ranges::reverse(rings[0]);
-  }
-  return canvas_.ClipTo(rings);
+  constexpr double kWhole = 1 - 1e-9;
+  const ClipRing clip = Mapped(image.clip, map);
+  if (!image.clipInverted) return canvas_.ClipTo(std::span(&clip, 1));
+  const ClipRing frame = Mapped(FrameOf(image), map);
+  ClipRing hole = Within(clip, frame);
+  const double share = AreaOf(hole) / AreaOf(frame);
+  if (std::abs(share) >= kWhole) return false;
+  if (share > 0) std::ranges::reverse(hole);
+  return canvas_.ClipTo(std::array{frame, hole});
 }
 
 // Null when the image cannot be shown.

@@ -12,6 +12,12 @@ namespace hdiplot {
 
 namespace {
 
+bool IsClipped(const Shape& shape) {
+  const auto* image = std::get_if<ImageEntity>(&shape);
+  const auto* hatch = std::get_if<HatchEntity>(&shape);
+  return (image != nullptr && !image->clip.empty()) || (hatch != nullptr && hatch->gradient);
+}
+
 class PlotSink final : public ShapeSink {
  public:
   PlotSink(const Drawing& drawing, FontBook& fonts, ImageBook& images, Canvas& canvas,
@@ -30,7 +36,7 @@ class PlotSink final : public ShapeSink {
     if (canvas_.TakeMissing()) ++tooFarOff_;
     if (cutLink_) linked_.Add(shape, map);
   }
-  void BeginLink(const std::string& target) override;
+  void BeginLink(const std::string& target, const Shape& shape) override;
   void EndLink() override;
   void Done(size_t entities) override { progress_.Advance(entities); }
   bool BeginViewport(const ViewportEntity& viewport, const Affine& map) override;
@@ -53,13 +59,13 @@ class PlotSink final : public ShapeSink {
   ShapeMeter linked_;
   Progress& progress_;
   bool isInView_ = false;
-  std::optional<std::string> cutLink_;  // the target of the link in a view that is open
+  std::optional<std::string> cutLink_;  // the target of an open link of what is clipped
   uint64_t tooFarOff_ = 0;
 };
 
-// The driver measures what a link covers without regard to clips, so those in a view are for areas.
-void PlotSink::BeginLink(const std::string& target) {
-  if (isInView_) {
+// The driver measures what a link covers without regard to clips, so those of what is clipped are for areas.
+void PlotSink::BeginLink(const std::string& target, const Shape& shape) {
+  if (isInView_ || IsClipped(shape)) {
     cutLink_ = target;
     linked_.Clear();
   } else {
@@ -76,12 +82,15 @@ void PlotSink::EndLink() {
   }
 }
 
-// What is seen through the viewport, on the layout.
+// What is seen through the viewport, on the layout. An outline that encloses nothing is none.
 Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
   HatchEntity area;
   area.loops = {viewport.clip};
   const std::vector<Ring> rings = BoundaryRings(area, tolerance);
-  return rings.empty() ? FrameOf(viewport) : rings.front();
+  Box box;
+  for (const Vec2& p : rings.empty() ? Ring() : rings.front()) box.Add(p);
+  const bool isOutline = !box.Empty() && std::min(box.Width(), box.Height()) > tolerance;
+  return isOutline ? rings.front() : FrameOf(viewport);
 }
 
 // In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
@@ -129,19 +138,13 @@ size_t EntityCountOf(const Drawing& drawing, const Layout* layout) {
   return count;
 }
 
-bool IsClipped(const Entity& entity) {
-  const auto* image = std::get_if<ImageEntity>(&entity.shape);
-  const auto* hatch = std::get_if<HatchEntity>(&entity.shape);
-  return (image != nullptr && !image->clip.empty()) || (hatch != nullptr && hatch->gradient);
-}
-
 // Whether there may be viewports, or other shapes that take clips.
 bool HasClips(const DrawingPart& part) {
   const Drawing& drawing = *part.drawing;
   const auto hasClips = [](const auto& block) {
-    return std::ranges::any_of(block.second.entities, IsClipped);
+    return std::ranges::any_of(block.second.entities, IsClipped, &Entity::shape);
   };
-  return part.layout != nullptr || std::ranges::any_of(drawing.entities, IsClipped) ||
+  return part.layout != nullptr || std::ranges::any_of(drawing.entities, IsClipped, &Entity::shape) ||
          std::ranges::any_of(drawing.blocks, hasClips);
 }
 

@@ -64,7 +64,7 @@ void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* in
     return;
   }
   isLinked_ = true;
-  sink_.BeginLink(entity.attributes.link);
+  sink_.BeginLink(entity.attributes.link, entity.shape);
   VisitShown(entity, map, style);
   sink_.EndLink();
   isLinked_ = false;

@@ -26,7 +26,10 @@ class ShapeSink {
   virtual void Put(const Shape& shape, const Affine& map, const Style& style) = 0;
   // What is put in between leads to `target`. Links do not nest: within a block that is linked as a whole,
   // its own links do not count.
-  virtual void BeginLink(const std::string& target) { static_cast<void>(target); }
+  virtual void BeginLink(const std::string& target, const Shape& shape) {
+    static_cast<void>(target);
+    static_cast<void>(shape);
+  }
   virtual void EndLink() {}
   // What is put in between is the model as `viewport` shows it; `map` leads from the layout's coordinates.
   // False when that is not asked for; then there is no end.
