@@ -95,6 +95,7 @@ JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const Pap
   job.devMode = {DevModeSetting("dmPrintQuality", line.plot.dpi),
                  DevModeSetting("dmYResolution", line.plot.dpi)};
   paper.AddTo(job, orientation);
+  if (line.plot.keepFractions) job.devMode.push_back(DevModeSetting("keepFractions", 1));
   if (line.plot.background) {
     job.devMode.push_back(DevModeSetting("backgroundColor", BackgroundWord(*line.plot.background)));
   }

@@ -173,6 +173,8 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   forDrawings(app.add_option("--dpi", plot.dpi, "Dots per inch, from 72 to 4800 (default 600)"))
       ->type_name("N")
       ->check(CLI::Range(72, 4800).description(""));
+  forDrawings(app.add_flag("--keep-fractions", plot.keepFractions,
+                           "Exact lengths: coordinates are not rounded to whole dots"));
   forDrawings(app.add_flag("--monochrome", plot.monochrome, "Everything in black"));
   forDrawings(app.add_option_function("--background", Into(plot.background, "--background", ParseColor),
                                       "Colour of the page"))

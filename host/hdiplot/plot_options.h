@@ -33,6 +33,7 @@ struct PlotOptions {
   std::optional<double> scale;     // N of 1:N, drawing millimetres on a millimetre of paper; none: fit
   std::string layout;              // "model", "all", or a layout's name; empty: see PagesOf
   int dpi = 600;
+  bool keepFractions = false;  // of dots, in coordinates
   bool monochrome = false;
   std::optional<Rgb> background;
   std::vector<std::string> layers;      // wildcards * and ?, without regard to case; empty: every layer

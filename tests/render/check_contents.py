@@ -122,6 +122,22 @@ def check_measure(plotter: Plotter) -> list[str]:
     return messages
 
 
+def check_drawn_lengths(plotter: Plotter) -> list[str]:
+    """100 units of a drawing are measured as such at any scale, and are 100 mm of paper at 1:1."""
+    ways = [(100, 0), (0, 100), (60, 80)]
+    messages = []
+    for scale in (1, 50):
+        entities = [line for x, y in ways for line in (0, "LINE", 10, 3, 20, 7, 11, 3 + x * scale, 21, 7 + y * scale)]
+        drawing = "\n".join(map(str, [0, "SECTION", 2, "ENTITIES", *entities, 0, "ENDSEC", 0, "EOF", ""]))
+        plotter.plot_text(drawing, ".dxf", "--scale", f"1:{scale}", "--keep-fractions")
+        value = float(plotter.run("mutool", "show", str(plotter.pdf), "pages/1/VP/1/Measure/X/1/C"))
+        on_page = line_lengths(plotter.run("mutool", "draw", "-q", "-F", "trace", str(plotter.pdf)))
+        lengths = [(length / POINTS_A_MILLIMETRE, length * value / scale) for length in on_page]
+        if len(lengths) != len(ways) or any(abs(length - 100) > 0.001 for pair in lengths for length in pair):
+            messages.append(f"100 mm of a drawing at 1:{scale} are {lengths} on paper and by measure")
+    return messages
+
+
 def line_lengths(trace: bytes) -> list[float]:
     """The lengths of the lines that MuPDF strokes, in points of the page."""
     lengths = []
@@ -143,7 +159,7 @@ def main() -> int:
     parser.add_argument("--hdiplot", type=Path, required=True)
     messages = []
     with Plotter(parser.parse_args().hdiplot) as plotter:
-        for check in (check_images, check_annotations, check_measure):
+        for check in (check_images, check_annotations, check_measure, check_drawn_lengths):
             try:
                 messages += check(plotter)
             except (PlotError, OSError) as error:
