@@ -148,5 +148,31 @@ TEST_F(ImageFiles, ThatCannotBeUsedSayWhy) {
   EXPECT_EQ(ErrorOf(Written(gif)), ": the image is too large: 65535 x 65535 pixels");
 }
 
+TEST_F(ImageFiles, ThatAreCutShortAreBroken) {
+  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_JPEG, FIF_TIFF, FIF_GIF}) {
+    const auto file = Saved(format, format == FIF_GIF ? 8 : 24, [](FIBITMAP* bitmap) {
+      for (unsigned y = 0; y < 3; ++y) {
+        for (unsigned i = 0; i < FreeImage_GetLine(bitmap); ++i) {
+          FreeImage_GetScanLine(bitmap, static_cast<int>(y))[i] = static_cast<BYTE>(i * i * (y + 7));
+        }
+      }
+    });
+    EXPECT_EQ(ErrorOf(file), "") << format;
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) - 20);
+    EXPECT_EQ(ErrorOf(file), ": the image is broken") << format;
+  }
+
+  // A grey TIFF of 9 by 3 pixels that stand behind the directory, whole and with ten of them.
+  const auto entry = [](uint32_t tag, uint32_t value) {
+    return Word(tag, 2) + Word(4, 2) + Word(1) + Word(value);
+  };
+  std::string tiff = "II*" + std::string(1, '\0') + Word(8) + Word(8, 2) + entry(256, 9) + entry(257, 3) +
+                     entry(258, 8) + entry(259, 1) + entry(262, 1) + entry(273, 110) + entry(278, 3) +
+                     entry(279, 27) + Word(0);
+  tiff.resize(137, 'x');
+  EXPECT_EQ(ErrorOf(Written(tiff)), "");
+  EXPECT_EQ(ErrorOf(Written(tiff.substr(0, 120))), ": the image is broken");
+}
+
 }  // namespace
 }  // namespace hdiplot

@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdarg>
 #include <cstring>
 #include <span>
+#include <string_view>
 #include <utility>
 
 #include "host/hdiplot/image/gif_size.h"
@@ -21,10 +23,25 @@ struct Unload {
 };
 using Bitmap = std::unique_ptr<FIBITMAP, Unload>;
 
-// The library below would tell standard error of every tag that it does not know.
-void SilenceTiff() {
+// Whether the file that is being decoded has turned out to lack some of its data. The libraries go on with
+// what there is, and tell nobody but those who listen.
+bool isCutShort = false;
+
+// Of both formats much more is said that does no harm.
+void HearOfCutJpeg(FREE_IMAGE_FORMAT format, const char* message) {
+  if (format == FIF_JPEG && std::string_view(message).starts_with("Premature end")) isCutShort = true;
+}
+
+void HearOfCutTiff(const char* function, const char* /*message*/, va_list /*arguments*/) {
+  // These read the pixels' data, and say only when there is less than there should be.
+  if (function != nullptr && std::string_view(function).starts_with("TIFFFill")) isCutShort = true;
+}
+
+// In place of standard error, which libtiff would tell of every tag that it does not know.
+void ListenToLibraries() {
+  FreeImage_SetOutputMessage(HearOfCutJpeg);
   TIFFSetWarningHandler(nullptr);
-  TIFFSetErrorHandler(nullptr);
+  TIFFSetErrorHandler(HearOfCutTiff);
 }
 
 bool IsKnown(FREE_IMAGE_FORMAT format) {
@@ -95,7 +112,9 @@ class LibraryDecoder final : public ImageDecoder {
   }
 
   std::optional<ImageData> Decode() override {
+    isCutShort = false;
     Bitmap bitmap(FreeImage_Load(format_, file_.c_str(), format_ == FIF_JPEG ? JPEG_ACCURATE : 0));
+    if (isCutShort) return std::nullopt;
     if (bitmap) bitmap = Converted(std::move(bitmap));
     if (!bitmap || FreeImage_HasPixels(bitmap.get()) == 0) return std::nullopt;
     return TakeImage(bitmap.get());
@@ -111,7 +130,7 @@ class LibraryDecoder final : public ImageDecoder {
 std::unique_ptr<ImageDecoder> OpenImage(const std::filesystem::path& file) {
   const FREE_IMAGE_FORMAT format = FreeImage_GetFileType(file.c_str(), 0);
   if (!IsKnown(format)) return nullptr;
-  SilenceTiff();
+  ListenToLibraries();
   return std::make_unique<LibraryDecoder>(file, format);
 }
 
