@@ -20,6 +20,7 @@ ExitStatus Run(const hdiplot::CommandLine& line) {
 
 ExitStatus ParseAndRun(const std::vector<std::string>& words) {
   std::vector<const char*> pointers;
+  pointers.reserve(words.size());
   for (const std::string& word : words) pointers.push_back(word.c_str());
   const hdiplot::ParsedArguments arguments =
       hdiplot::ParseArguments(static_cast<int>(pointers.size()), pointers.data());

@@ -28,7 +28,7 @@ class ImageFiles : public testing::Test {
   std::filesystem::path Saved(FREE_IMAGE_FORMAT format, int bits, const Paint& paint) const {
     FIBITMAP* bitmap = FreeImage_Allocate(9, 3, bits);
     paint(bitmap);
-    const std::filesystem::path file = folder_ / "image";
+    std::filesystem::path file = folder_ / "image";
     EXPECT_NE(FreeImage_Save(format, bitmap, file.c_str(),
                              format == FIF_JPEG ? JPEG_QUALITYSUPERB | JPEG_SUBSAMPLING_444 : 0),
               0);
@@ -37,7 +37,7 @@ class ImageFiles : public testing::Test {
   }
 
   std::filesystem::path Written(const std::string& bytes) const {
-    const std::filesystem::path file = folder_ / "bytes";
+    std::filesystem::path file = folder_ / "bytes";
     std::ofstream(file, std::ios::binary) << bytes;
     return file;
   }

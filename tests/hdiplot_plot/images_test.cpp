@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <ranges>
 
 #include "tests/hdiplot_plot/logging_driver.h"
 
@@ -24,8 +26,8 @@ std::string Bitmap(uint32_t width, const std::vector<std::string>& rows, const s
   std::string palette = first + std::string(1, '\0');
   for (uint32_t i = 1; i < 256; ++i) palette += Word(i * 0x010101);
   std::string pixels;
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-    pixels += *row + std::string((4 - width % 4) % 4, '\0');
+  for (const std::string& row : std::views::reverse(rows)) {
+    pixels += row + std::string((4 - width % 4) % 4, '\0');
   }
   return "BM" + Word(static_cast<uint32_t>(54 + 1024 + pixels.size())) + Word(0) + Word(54 + 1024) +
          Word(40) + Word(width) + Word(static_cast<uint32_t>(rows.size())) + Word(1, 2) + Word(8, 2) +
@@ -125,7 +127,7 @@ TEST_F(PlotImages, AreClippedOnlyThemselves) {
   image.clip = {{500, 1000}, {600, 1000}, {600, 1100}};
   const auto calls = Plot(image);
   std::vector<std::string> course;
-  for (const LoggedCall& call : calls) course.push_back(call.name);
+  std::ranges::transform(calls, std::back_inserter(course), &LoggedCall::name);
   EXPECT_EQ(course, (std::vector<std::string>{"SetClip", "Bitmap", "SetClip"}));
   ASSERT_EQ(calls[0].points[0].size(), 3U);
   EXPECT_DOUBLE_EQ(calls[0].points[0][2].x, 600);

@@ -196,6 +196,7 @@ struct ImageLook {
   int contrast = 50;
   int fade = 0;       // towards white, 0 to 100
   bool grey = false;  // which no drawing asks for, but a plot without colours
+  // NOLINTNEXTLINE(modernize-use-nullptr): for a zero that the compiler writes
   auto operator<=>(const ImageLook&) const = default;
 };
 

@@ -50,7 +50,7 @@ std::string LinkOfField(std::string_view code) {
   const size_t at = code.find(kLink);
   if (at == std::string_view::npos) return {};
   code.remove_prefix(at + kLink.size());
-  const std::string link = Unquoted(code.substr(std::min(code.find_first_not_of(' '), code.size())));
+  std::string link = Unquoted(code.substr(std::min(code.find_first_not_of(' '), code.size())));
   // An address of one number sign has it for itself.
   const size_t flag = link.rfind('#');
   const size_t place = flag == 0 || flag == std::string::npos ? std::string::npos : link.rfind('#', flag - 1);

@@ -82,7 +82,7 @@ class Canvas {
   // A link of the part of the area, in dots, that is within the view and the sheet, whatever is drawn there.
   void LinkArea(const std::string& target, const Box& area);
   // Words for a reader to show where the same part lies under the pointer.
-  void Comment(const std::u16string& text, const Box& area);
+  void Comment(const std::u16string& text, const Box& whole);
 
   void Dot(Vec2 at);
   void Line(Vec2 from, Vec2 to);

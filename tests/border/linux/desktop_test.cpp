@@ -106,6 +106,7 @@ TEST_F(DesktopTest, FullDiskTruncatesInSilence) {
   EXPECT_EQ(device.StartDocument(sandbox.OutPath("full").c_str()), 1);
   device.StartPage();
   std::vector<Point> points;
+  points.reserve(20000);
   for (int i = 0; i < 20000; ++i) points.push_back({double(i * 7919 % 4000), double(i * 104729 % 6000)});
   device.Polyline(points);
   device.EndPage();
