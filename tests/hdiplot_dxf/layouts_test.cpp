@@ -110,17 +110,25 @@ TEST(Viewports, OfOldFilesHaveTheirViewInExtendedData) {
   EXPECT_TRUE(OnSheet(viewport.substr(0, viewport.find("|1001"))).empty());
 }
 
-TEST(Viewports, OffWithoutAViewOrFromTheSideAreNone) {
+TEST(Viewports, OffOrFromTheSideAreABorderAndWithoutAViewNothing) {
   const std::string viewport = kViewport;
   EXPECT_EQ(OnSheet(viewport).size(), 1U);
-  for (const char* change : {"|90 32768>|90 163840", "|90 32768|>|68 0|", "|45 20>|45 0", "69 2>69 1",
-                             "|36 1>|36 0", "|16 0>|16 1", "|90 32768>|90 1", "67 1|>67 0|"}) {
-    const std::string_view text = change;
+  const struct {
+    const char* change;
+    size_t entities;
+  } kRows[] = {
+      {"|90 32768>|90 163840", 1}, {"|90 32768|>|68 0|", 1}, {"|45 20>|45 0", 0},    {"69 2>69 1", 0},
+      {"|36 1>|36 0", 1},          {"|16 0>|16 1", 1},       {"|90 32768>|90 1", 1}, {"67 1|>67 0|", 0}};
+  for (const auto& row : kRows) {
+    const std::string_view text = row.change;
     const auto split = text.find('>');
     std::string changed = viewport;
     if (text.starts_with("|90 32768|")) changed.replace(changed.find("|68 1"), 5, "");
     changed.replace(changed.find(text.substr(0, split)), split, text.substr(split + 1));
-    EXPECT_EQ(OnSheet(changed).size(), 0U) << changed;
+    const std::vector<Entity> entities = OnSheet(changed);
+    ASSERT_EQ(entities.size(), row.entities) << changed;
+    for (const Entity& entity : entities)
+      EXPECT_FALSE(std::get<ViewportEntity>(entity.shape).showsModel) << changed;
   }
 }
 

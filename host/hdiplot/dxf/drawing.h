@@ -228,8 +228,9 @@ struct InsertEntity {  // INSERT, and DIMENSION through its block
   double rowSpacing = 0;
 };
 
-struct ViewportEntity {  // VIEWPORT that shows the model from above
-  Vec2 center;           // on the layout, as the size
+struct ViewportEntity {    // VIEWPORT
+  bool showsModel = true;  // from above; otherwise it is its border, and its view is not told
+  Vec2 center;             // on the layout, as the size
   double width = 1;
   double height = 1;
   double scale = 1;  // the layout's units on one of the model

@@ -42,7 +42,8 @@ void DrawingBuilder::AddViewport(const DxfObject& entity, const Attributes& attr
   if (!IsOnSheet(attributes)) return;
   ReadViewport read = ViewportOf(entity, sheetsSeen_.insert(Place(attributes)).second, names_);
   if (read.use == ViewportUse::kNotPlanar) CountSkipped("VIEWPORT not seen from above", attributes);
-  if (read.use != ViewportUse::kShown) return;
+  if (read.use == ViewportUse::kNone) return;
+  read.viewport.showsModel = read.use == ViewportUse::kShown;
   for (const std::string& handle : read.frozenHandles) {
     const auto layer = layersByHandle_.find(handle);
     if (layer != layersByHandle_.end()) read.viewport.frozenLayers.push_back(layer->second);
@@ -78,7 +79,8 @@ void DrawingBuilder::FinishLayouts() {
       for (const auto& [type, count] : SkippedIn(kPaperName)) layout.skipped[type] += count;
     }
     ForEachEntity(drawing_, layout, [&layout](const Entity& entity) {
-      if (std::holds_alternative<ViewportEntity>(entity.shape)) ++layout.viewports;
+      const auto* viewport = std::get_if<ViewportEntity>(&entity.shape);
+      if (viewport != nullptr && viewport->showsModel) ++layout.viewports;
     });
   }
 }

@@ -155,19 +155,25 @@ ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder
   const int64_t id = entity.Integer(69, 0);
   const Group* flags = entity.Find(90);
   const bool isOff = flags != nullptr ? (flags->integer & kOff) != 0 : entity.Integer(68, 1) == 0;
-  if (id == 1 || (id == 0 && isFirst) || isOff) return read;
-
-  const View view = entity.Find(45) != nullptr ? ViewOf(entity) : OldViewOf(entity, names);
   ViewportEntity& viewport = read.viewport;
   viewport.center = {entity.Real(10, 0), entity.Real(20, 0)};
   viewport.width = entity.Real(40, 0);
   viewport.height = entity.Real(41, 0);
+  const Group* clip = entity.Find(340);
+  if (clip != nullptr && clip->value != "0") read.clipHandle = HandleKey(*clip);
+  if (id == 1 || (id == 0 && isFirst) || !(viewport.width > 0) || !(viewport.height > 0)) return read;
+  if (isOff) {
+    read.use = ViewportUse::kOff;
+    return read;
+  }
+
+  const View view = entity.Find(45) != nullptr ? ViewOf(entity) : OldViewOf(entity, names);
   viewport.scale = viewport.height / view.height;
   viewport.viewCenter = view.center;
   viewport.target = view.target;
   viewport.twist = view.twist;
   viewport.frozenLayers = view.frozenLayers;
-  if (!(viewport.width > 0) || !(viewport.height > 0) || !IsScale(viewport.scale)) return read;
+  if (!IsScale(viewport.scale)) return read;
 
   const bool isPlan = view.direction.z > 0 && !view.isPerspective &&
                       std::hypot(view.direction.x, view.direction.y) <= kUpright * view.direction.z;
@@ -175,8 +181,6 @@ ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder
   for (const Group& group : entity.groups) {
     if (group.code == 331 || group.code == 341) read.frozenHandles.push_back(HandleKey(group));
   }
-  const Group* clip = entity.Find(340);
-  if (clip != nullptr && clip->value != "0") read.clipHandle = HandleKey(*clip);
   return read;
 }
 

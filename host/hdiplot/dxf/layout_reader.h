@@ -22,11 +22,16 @@ struct ReadLayout {
 [[nodiscard]] std::optional<ReadLayout> LayoutOf(const DxfObject& object, const NameDecoder& names);
 
 // What a VIEWPORT is to a plot.
-enum class ViewportUse { kShown, kHidden, kNotPlanar };
+enum class ViewportUse {
+  kNone,       // the sheet itself, or without a view
+  kOff,        // the border alone is plotted
+  kNotPlanar,  // likewise, as its view is not from above
+  kShown,
+};
 
 struct ReadViewport {
-  ViewportUse use = ViewportUse::kHidden;  // kHidden: switched off, without a view, or the sheet itself
-  ViewportEntity viewport;                 // of kShown, without the clip and the layers frozen by handle
+  ViewportUse use = ViewportUse::kNone;
+  ViewportEntity viewport;                 // without the clip and the layers frozen by handle
   std::vector<std::string> frozenHandles;  // HandleKeys of layers, which older files have by name
   std::string clipHandle;                  // HandleKey of the entity that is its outline; empty: none
 };

@@ -37,7 +37,8 @@ void DrawingWalk::Run(const Affine& map, const Layout* layout) {
 // A viewport shows the model even where its layer, which is that of its border, does not plot.
 void DrawingWalk::VisitOnSheet(const Entity& entity, const Affine& map) {
   const auto* viewport = std::get_if<ViewportEntity>(&entity.shape);
-  if (viewport != nullptr && entity.attributes.visible && sink_.BeginViewport(*viewport, map)) {
+  const bool isSeen = viewport != nullptr && viewport->showsModel && entity.attributes.visible;
+  if (isSeen && sink_.BeginViewport(*viewport, map)) {
     StyleResolver styles(drawing_, options_, viewport->frozenLayers);
     styles_ = &styles;
     VisitModel(map * ModelToSheet(*viewport));
