@@ -149,7 +149,7 @@ TEST_F(ImageFiles, ThatCannotBeUsedSayWhy) {
 }
 
 TEST_F(ImageFiles, ThatAreCutShortAreBroken) {
-  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_JPEG, FIF_TIFF, FIF_GIF}) {
+  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_JPEG, FIF_BMP, FIF_TIFF, FIF_GIF}) {
     const auto file = Saved(format, format == FIF_GIF ? 8 : 24, [](FIBITMAP* bitmap) {
       for (unsigned y = 0; y < 3; ++y) {
         for (unsigned i = 0; i < FreeImage_GetLine(bitmap); ++i) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/image/bmp_check.h"
 #include "host/hdiplot/image/image_decoder.h"
 
 namespace hdiplot {
@@ -55,7 +56,7 @@ ImageData ReadImageFile(const std::filesystem::path& file) {
                     "the image is too large: " + std::to_string(size->width) + " x " +
                         std::to_string(size->height) + " pixels");
   }
-  std::optional<ImageData> image = decoder->Decode();
+  std::optional<ImageData> image = IsCutBmp(file) ? std::nullopt : decoder->Decode();
   if (!image) throw FileError(file, 0, "the image is broken");
   LookAtAlpha(*image);
   return std::move(*image);
