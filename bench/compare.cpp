@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -17,6 +16,7 @@
 
 #include "bench/check.h"
 #include "bench/child.h"
+#include "bench/guarded_main.h"
 #include "bench/scene.h"
 #include "bench/work_folder.h"
 
@@ -200,11 +200,4 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace bench
 
-int main(int argc, char** argv) {
-  try {
-    return bench::Main(argc, argv);
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
-    return 1;
-  }
-}
+int main(int argc, char** argv) { return bench::GuardedMain(bench::Main, argc, argv); }

@@ -10,13 +10,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "bench/child.h"
+#include "bench/guarded_main.h"
 #include "bench/random.h"
 #include "bench/scene.h"
 #include "bench/session.h"
@@ -131,11 +131,4 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace bench
 
-int main(int argc, char** argv) {
-  try {
-    return bench::Main(argc, argv);
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
-    return 1;
-  }
-}
+int main(int argc, char** argv) { return bench::GuardedMain(bench::Main, argc, argv); }

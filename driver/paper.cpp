@@ -2,13 +2,13 @@
 // one place where a choice of paper becomes the sheet's size and margins.
 #include <algorithm>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <new>
 #include <span>
 
 #include "driver/pdf_driver.h"
 #include "platform/host_library.h"
+#include "platform/truncation.h"
 
 namespace hdi {
 namespace {
@@ -17,12 +17,6 @@ namespace {
 constexpr uint16_t kCapabilityPapers = 19;
 constexpr uint16_t kCapabilitySettings = 20;
 constexpr uint16_t kCapabilitySupported = 21;
-
-// Towards zero; what no i32 holds becomes the lowest one, as the processor's conversion has it.
-int32_t Truncate(double value) {
-  const bool fits = value > -2147483649.0 && value < 2147483648.0;
-  return fits ? static_cast<int32_t>(value) : std::numeric_limits<int32_t>::min();
-}
 
 enum class Turn : uint8_t { kNone, kQuarter };
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/truncation.h"
 #include "recording/path.h"
 #include "recording/plot_entries.h"
 #include "recording/plot_job.h"
@@ -73,10 +74,10 @@ int32_t DevShxComment(HostDevice* device, const char16_t* text, const int32_t* r
   const PathRecorder path(*job, settings);
   const HT_Double_Point a = path.MapPoint({static_cast<double>(rect[0]), static_cast<double>(rect[2])});
   const HT_Double_Point b = path.MapPoint({static_cast<double>(rect[1]), static_cast<double>(rect[3])});
-  const CommentData data{.left = static_cast<int32_t>(std::min(a.x, b.x)),
-                         .bottom = static_cast<int32_t>(std::min(a.y, b.y)),
-                         .right = static_cast<int32_t>(std::max(a.x, b.x)),
-                         .top = static_cast<int32_t>(std::max(a.y, b.y)),
+  const CommentData data{.left = Truncate(std::min(a.x, b.x)),
+                         .bottom = Truncate(std::min(a.y, b.y)),
+                         .right = Truncate(std::max(a.x, b.x)),
+                         .top = Truncate(std::max(a.y, b.y)),
                          .flags = flags,
                          .dotsPerInch = DotsPerInch(*settings)};
   const uint64_t count = words.size();
