@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/page.h"
-#include "tests/engine/saved_document.h"
+#include "tests/support/saved_document.h"
 
 namespace hdi {
 namespace {

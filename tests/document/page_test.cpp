@@ -8,7 +8,7 @@
 
 #include "document/comments.h"
 #include "document/viewport.h"
-#include "tests/engine/saved_document.h"
+#include "tests/support/saved_document.h"
 
 namespace hdi {
 namespace {

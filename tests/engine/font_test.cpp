@@ -14,8 +14,8 @@
 #include "platform/font_subsetter.h"
 #include "public/cpp/fpdf_scopers.h"
 #include "public/fpdf_edit.h"
-#include "tests/engine/saved_document.h"
-#include "tests/fonts/font_files.h"
+#include "tests/support/font_files.h"
+#include "tests/support/saved_document.h"
 
 namespace hdi::engine {
 namespace {

@@ -15,7 +15,7 @@
 #include "core/fxcrt/cfx_read_only_span_stream.h"
 #include "core/fxge/dib/cfx_dibitmap.h"
 #include "engine/document_implementation.h"
-#include "tests/engine/saved_document.h"
+#include "tests/support/saved_document.h"
 
 namespace hdi::engine {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "engine/document.h"
 #include "platform/host_library.h"
-#include "tests/fonts/font_files.h"
+#include "tests/support/font_files.h"
 
 namespace hdi {
 

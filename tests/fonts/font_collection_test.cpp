@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "tests/fonts/font_files.h"
+#include "tests/support/font_files.h"
 
 namespace hdi {
 namespace {

@@ -8,7 +8,7 @@
 #include <new>
 
 #include "images/palette_expansion.h"
-#include "tests/engine/saved_document.h"
+#include "tests/support/saved_document.h"
 
 namespace hdi {
 namespace {

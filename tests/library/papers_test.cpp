@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/host_library.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

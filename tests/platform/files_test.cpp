@@ -8,7 +8,7 @@
 
 #include "platform/environment.h"
 #include "platform/unicode.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

@@ -19,7 +19,7 @@
 #include "platform/font_names.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace {
 

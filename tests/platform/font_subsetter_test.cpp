@@ -21,7 +21,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

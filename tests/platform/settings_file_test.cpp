@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "platform/unicode.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

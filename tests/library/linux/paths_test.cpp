@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/host_library.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 
 #include "platform/companion.h"
 #include "platform/dialogs.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

@@ -9,7 +9,7 @@
 #include <filesystem>
 
 #include "platform/whole_file.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/unicode.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

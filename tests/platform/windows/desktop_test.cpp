@@ -9,7 +9,7 @@
 #include "platform/companion.h"
 #include "platform/files.h"
 #include "platform/message_texts.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {

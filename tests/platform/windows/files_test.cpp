@@ -5,7 +5,7 @@
 #include <windows.h>
 
 #include "platform/windows/wide.h"
-#include "tests/platform/scratch.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {
