@@ -5,21 +5,20 @@ Every font is a Type 0 font of ISO 32000-1, 9.7, over a TrueType font file whose
 
 from __future__ import annotations
 
+import json
 import re
-import shutil
 import struct
 import subprocess
 import tempfile
-from dataclasses import dataclass
-from typing import Any, Callable
+from typing import Any
 
 from pdf_error import require
-from plotted_job import PageFont
-from text_model import NO_GLYPH
+from pdf_inspection import Pdf
 
-Entries = dict[str, Any]
+# Stands for a character whose code is 0, the glyph of missing characters.
+NO_GLYPH = "\ufffd"
+DEFAULT_WIDTH = 1000
 WIDTH_TOLERANCE = 1
-SYSTEM_INFO = {"/Registry": "u:Adobe", "/Ordering": "u:Identity", "/Supplement": 0}
 MICROSOFT = 3
 # What of a font file a PDF reader has no use for: layout, hinting of the screen and signatures.
 TABLES_TO_DROP = {"GSUB", "GPOS", "GDEF", "kern", "DSIG", "EBDT", "EBLC", "LTSH", "VDMX", "hdmx"}
@@ -97,85 +96,66 @@ class FontFile:
         return ""
 
 
-@dataclass
 class EmbeddedFont:
-    """A font as the pages use it; `characters` are those of its codes."""
+    """A font, held to its font file; `characters` are those of the codes, `objects` the names of what it reads."""
 
-    page_font: PageFont
-    characters: dict[int, str]
+    def __init__(self, pdf: Pdf, font: dict[str, Any]) -> None:
+        self.name: str = font["/BaseFont"][1:]
+        descendant = pdf.value(pdf.value(font["/DescendantFonts"])[0])
+        font_file = pdf.value(descendant["/FontDescriptor"])["/FontFile2"]
+        self.objects = {font_file: "font file", font["/ToUnicode"]: "map", descendant["/W"]: "widths"}
+        data = pdf.stream(font_file)[1]
+        check_with_sanitizer(data)
+        self._file = FontFile(data)
+        self._expect(self.name == (self._file.name or "Untitled"), f"stands for {self._file.name!r}")
+        unwanted = TABLES_TO_DROP & set(self._file.tables)
+        self._expect(not unwanted, f"has tables {sorted(unwanted)}")
+        # Room for the parts of composed glyphs, and no more than that.
+        most = 8 + 4 * len(self._file.character_map)
+        self._expect(self._file.glyph_count <= most, f"has {self._file.glyph_count} glyphs")
+        self._widths = self._read_widths(pdf.value(descendant["/W"]))
+        self.characters = to_unicode(pdf.stream(font["/ToUnicode"])[1].decode("latin-1"))
+        self._check_glyphs()
+
+    def line(self) -> str:
+        """The embedded characters and the width of each."""
+        glyphs = sorted(self._file.character_map.items())
+        return ", ".join(f"{json.dumps(chr(code))} {self._widths.get(glyph)}" for code, glyph in glyphs)
 
     def decode(self, codes: str) -> str:
         """The characters of a hexadecimal string."""
-        require(len(codes) % 4 == 0, f"codes of two bytes each: {codes}")
+        self._expect(len(codes) % 4 == 0, f"has codes of two bytes each: {codes}")
         values = [int(codes[i : i + 4], 16) for i in range(0, len(codes), 4)]
-        unknown = [value for value in values if value and value not in self.characters]
-        require(not unknown, f"{self.page_font.name} has no codes {unknown}")
         return "".join(self.characters[value] if value else NO_GLYPH for value in values)
 
-
-class FontReader:
-    """Reads font dictionaries; `value` follows a reference and `stream` gives a stream's bytes."""
-
-    def __init__(self, value: Callable[[Any], Any], stream: Callable[[str], bytes]) -> None:
-        self._value = value
-        self._stream = stream
-
-    def read(self, font: Entries) -> EmbeddedFont:
-        """Reads one Type 0 font, and holds it to what every embedded font is."""
-        name = font["/BaseFont"]
-        self._expect(font, {"/Type": "/Font", "/Subtype": "/Type0", "/Encoding": "/Identity-H"})
-        descendants = self._value(font["/DescendantFonts"])
-        require(len(descendants) == 1, f"{name} has {len(descendants)} descendants")
-        descendant = self._value(descendants[0])
-        self._expect(descendant, {"/Type": "/Font", "/Subtype": "/CIDFontType2", "/BaseFont": name})
-        self._expect(self._value(descendant["/CIDSystemInfo"]), SYSTEM_INFO)
-        require(descendant.get("/CIDToGIDMap", "/Identity") == "/Identity", f"{name} maps its codes")
-        descriptor = self._value(descendant["/FontDescriptor"])
-        self._expect(descriptor, {"/Type": "/FontDescriptor", "/FontName": name})
-        data = self._stream(descriptor["/FontFile2"])
-        file = FontFile(data)
-        check_with_sanitizer(data)
-        require(name[1:] == (file.name or "Untitled"), f"{name} stands for {file.name!r}")
-        require(not TABLES_TO_DROP & set(file.tables), f"{name} has tables {sorted(file.tables)}")
-        # Room for the parts of composed glyphs, and no more than that.
-        require(file.glyph_count <= 8 + 4 * len(file.character_map), f"{name} has {file.glyph_count} glyphs")
-        self._check_widths(name, file, self._value(descendant["/W"]))
-        characters = to_unicode(self._stream(font["/ToUnicode"]).decode("latin-1"))
-        self._check_characters(name, file, characters)
-        kept = "".join(map(chr, sorted(file.character_map)))
-        return EmbeddedFont(PageFont(name[1:], kept), characters)
+    def _expect(self, condition: bool, complaint: str) -> None:
+        require(condition, f"the font {self.name} {complaint}")
 
     @staticmethod
-    def _expect(found: Entries, wanted: Entries) -> None:
-        for key, value in wanted.items():
-            require(found.get(key) == value, f"{key} is {found.get(key)!r} and not {value!r}")
-
-    def _check_widths(self, name: str, file: FontFile, array: list[Any]) -> None:
-        widths: dict[int, float] = {}
+    def _read_widths(array: list[Any]) -> dict[int, int]:
+        widths: dict[int, int] = {}
         rest = list(array)
         while rest:
             first, second = rest[:2]
-            if isinstance(values := self._value(second), list):
-                widths |= dict(enumerate(values, start=first))
+            if isinstance(second, list):
+                widths |= dict(enumerate(second, start=first))
                 del rest[:2]
             else:
-                widths |= dict.fromkeys(range(first, values + 1), rest[2])
+                widths |= dict.fromkeys(range(first, second + 1), rest[2])
                 del rest[:3]
-        for glyph in set(file.character_map.values()):
-            width = widths.get(glyph, 1000)
-            complaint = f"{name}: glyph {glyph} is {file.width(glyph)} wide and not {width}"
-            require(abs(width - file.width(glyph)) <= WIDTH_TOLERANCE, complaint)
-        widths.pop(0, None)
-        require(set(widths) <= set(file.character_map.values()), f"{name} has widths of other glyphs")
+        return widths
 
-    @staticmethod
-    def _check_characters(name: str, file: FontFile, characters: dict[int, str]) -> None:
-        mapped = {chr(code): glyph for code, glyph in file.character_map.items()}
-        characters.pop(0, None)
-        for glyph, text in characters.items():
-            complaint = f"{name}: code {glyph} reads {text!r}, whose glyph is {mapped.get(text)}"
-            require(mapped.get(text) == glyph, complaint)
-        require(set(characters) == set(mapped.values()), f"{name}: not every glyph can be read")
+    def _check_glyphs(self) -> None:
+        """Codes read as the characters of their glyphs, each glyph of the subset has a code, and widths agree."""
+        glyphs = self._file.character_map
+        for glyph in set(glyphs.values()):
+            width, advance = self._widths.get(glyph, DEFAULT_WIDTH), self._file.width(glyph)
+            self._expect(abs(width - advance) <= WIDTH_TOLERANCE, f"has glyph {glyph} of {advance} as {width}")
+        self._expect(set(self._widths) <= {0, *glyphs.values()}, "has widths of other glyphs")
+        for code, text in self.characters.items():
+            reads = code == 0 or glyphs.get(ord(text)) == code
+            self._expect(reads, f"has code {code} read as {text!r}")
+        self._expect(set(self.characters) | {0} == {0, *glyphs.values()}, "has glyphs that cannot be read")
 
 
 def to_unicode(text: str) -> dict[int, str]:
@@ -204,12 +184,12 @@ _SANITIZED: set[bytes] = set()
 
 
 def check_with_sanitizer(data: bytes) -> None:
-    """Holds a font file to the sanitiser that browsers use, where it is installed."""
-    if data in _SANITIZED or shutil.which("ots-sanitize") is None:
+    """Holds a font file to the sanitizer that browsers use."""
+    if data in _SANITIZED:
         return
     with tempfile.NamedTemporaryFile(suffix=".ttf") as file:
         file.write(data)
         file.flush()
         run = subprocess.run(["ots-sanitize", file.name], capture_output=True, text=True, check=False)
-    require(run.returncode == 0, f"refused by the sanitiser: {run.stderr}")
+    require(run.returncode == 0, f"a font is refused by the sanitizer: {run.stderr}")
     _SANITIZED.add(data)
