@@ -24,7 +24,7 @@ Entries = dict[str, Any]
 FONT_METRICS = {"/Ascent", "/CapHeight", "/Descent", "/Flags", "/FontBBox", "/ItalicAngle", "/StemV"}
 # Longer data stands as its hash.
 LONGEST_DATA = 300
-# A text string in UTF-16; in single bytes it stands as the same characters, and both is right only once.
+# Text strings in UTF-16 are named apart, as qpdf gives the same characters for those in single bytes.
 WIDE_STRING = re.compile(rb"/(\w+) ?\(\xfe\xff((?:[^\\()]|\\.)*)\)", re.DOTALL)
 ESCAPE, ESCAPED = re.compile(rb"\\(.)", re.DOTALL), {b"r": b"\r", b"n": b"\n"}
 
@@ -67,7 +67,8 @@ class PdfText:
 
     def _add_page(self, name: str, entries: Entries) -> None:
         resources = self._pdf.value(entries.pop("/Resources"))
-        fonts = {name[1:]: self._fonts[key] for name, key in self._pdf.value(resources.get("/Font", {})).items()}
+        named_fonts = self._pdf.value(resources.get("/Font", {}))
+        fonts = {key[1:]: self._fonts[reference] for key, reference in named_fonts.items()}
         annotations = entries.pop("/Annots", [])
         self.lines += ["", name, *(f"  {key} {self._value(value)}" for key, value in sorted(entries.items()))]
         contents, self._streams = self._streams, []
