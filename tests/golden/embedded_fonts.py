@@ -120,7 +120,8 @@ class EmbeddedFont:
     def line(self) -> str:
         """The embedded characters and the width of each."""
         glyphs = sorted(self._file.character_map.items())
-        return ", ".join(f"{json.dumps(chr(code))} {self._widths.get(glyph, DEFAULT_WIDTH)}" for code, glyph in glyphs)
+        widths = ((chr(code), self._widths.get(glyph, DEFAULT_WIDTH)) for code, glyph in glyphs)
+        return ", ".join(f"{json.dumps(character)} {width}" for character, width in widths)
 
     def decode(self, codes: str) -> str:
         """The characters of a hexadecimal string."""
