@@ -17,7 +17,7 @@ HERE = Path(__file__).resolve().parent
 EXAMPLES = HERE.parent.parent / "examples"
 
 # Edges are all that releases of Poppler or of its libraries may smooth in another way.
-POPPLER = Tolerance(block=2, level=12, blocks=4, worst=20, mean=0.2)
+POPPLER = Tolerance(block=2, level=16, blocks=4, worst=32, mean=0.25)
 # MuPDF draws thin lines where they are and as faint as they are thin; Poppler puts them, and the borders of images,
 # on whole pixels.
 MUPDF = Tolerance(block=4, level=36, blocks=4, worst=48, mean=2.9)
