@@ -6,6 +6,7 @@ names no others.
 import re
 import subprocess
 import sys
+from pathlib import Path
 
 OPTION = re.compile(r"(?<![\w-])--?[a-z][a-z-]*")
 
@@ -14,34 +15,24 @@ def options_in(lines):
     return {option for line in lines for option in OPTION.findall(line)}
 
 
-def headings_of_man_page(text):
-    """The lines behind a heading's request, without the escapes for fonts and hyphens."""
-    plain = re.sub(r"\\f(\[\w*\]|\(..|.)", "", text).replace(r"\-", "-")
-    return re.findall(r'^\.SS[ \n]"?(.*)$', plain, re.MULTILINE)
-
-
-def main(command, reference_file, readme_file, man_page_file=None):
+def main(command, *files):
     text = subprocess.run([command, "--help"], check=True, capture_output=True, text=True).stdout
     in_command = options_in(re.findall(r"^  (-\S+)", text, re.MULTILINE))
-    with open(reference_file, encoding="utf-8") as file:
-        reference = file.read()
-    with open(readme_file, encoding="utf-8") as file:
-        in_table = options_in(re.findall(r"^\| (`-.*?) \|", file.read(), re.MULTILINE))
+    reference, readme, *man_page = (Path(file).read_text(encoding="utf-8") for file in files)
     described = {"reference": options_in(re.findall(r"^## (.*)$", reference, re.MULTILINE))}
-    if man_page_file:
-        with open(man_page_file, encoding="utf-8") as file:
-            described["man page"] = options_in(headings_of_man_page(file.read()))
-
-    faults = []
-    for place, options in described.items():
-        faults += [f"the {place} lacks {option}" for option in sorted(in_command - options)]
-        faults += [f"the {place} describes {option}, which is none" for option in sorted(options - in_command)]
+    for page in man_page:
+        plain = re.sub(r"\\f(\[\w*\]|\(..|.)", "", page).replace(r"\-", "-")  # without escapes for fonts and hyphens
+        described["man page"] = options_in(re.findall(r'^\.SS[ \n]"?(.*)$', plain, re.MULTILINE))
+    in_table = options_in(re.findall(r"^\| (`-.*?) \|", readme, re.MULTILINE))
     # Examples and references from one option to another.
-    faults += [f"the reference speaks of {option}" for option in sorted(options_in([reference]) - in_command)]
-    faults += [f"the README's table has {option}" for option in sorted(in_table - in_command)]
+    mentioned = {"reference": options_in([reference]), "README's table": in_table}
+
+    faults = [f"the {place} lacks {option}" for place in described for option in in_command - described[place]]
+    for place, options in (*described.items(), *mentioned.items()):
+        faults += [f"the {place} has {option}, which is none" for option in options - in_command]
     if not in_command or not in_table:
         faults.append("the help or the README's table has no options")
-    return "\n".join(faults) or None
+    return "\n".join(sorted(faults)) or None
 
 
 if __name__ == "__main__":

@@ -6,9 +6,7 @@ const home = new URL("pdfjs/", document.baseURI).href;
 pdfjs.GlobalWorkerOptions.workerSrc = `${home}legacy/build/pdf.worker.min.mjs`;
 const resources = {
   cMapUrl: `${home}cmaps/`,
-  iccUrl: `${home}iccs/`,
   standardFontDataUrl: `${home}standard_fonts/`,
-  wasmUrl: `${home}wasm/`,
 };
 
 const post = (path, body) => fetch(path, { method: "POST", body });
@@ -16,11 +14,11 @@ const post = (path, body) => fetch(path, { method: "POST", body });
 async function show(view) {
   const loading = pdfjs.getDocument({ url: view.file, ...resources });
   const file = await loading.promise;
-  const page = await file.getPage(view.page);
+  const page = await file.getPage(1);
   const viewport = page.getViewport({ scale: view.resolution / 72 });
   const layers = await file.getOptionalContentConfig();
   const names = [];
-  for (const [id, group] of layers) {
+  for (const [id, group] of Object.entries(layers.getGroups() ?? {})) {
     names.push(group.name);
     if (view.hidden.includes(group.name)) {
       layers.setVisibility(id, false);
@@ -40,12 +38,12 @@ async function show(view) {
     size: [canvas.width, canvas.height],
     layers: names,
     texts: text.items.map((item) => ({ text: item.str, origin: item.transform.slice(4) })),
-    notes: notes.map((note) => ({
-      kind: note.subtype,
-      rect: note.rect,
-      target: note.url ?? note.unsafeUrl ?? null,
-      text: note.contentsObj?.str ?? "",
-    })),
+    notes: notes.map((note) => [
+      note.subtype,
+      note.url ?? note.unsafeUrl ?? null,
+      note.contentsObj?.str ?? "",
+      note.rect.map(Math.round),
+    ]),
   };
   const { data } = canvasContext.getImageData(0, 0, canvas.width, canvas.height);
   await loading.destroy();

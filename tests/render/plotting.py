@@ -5,6 +5,7 @@ from __future__ import annotations
 import os
 import subprocess
 import tempfile
+import unittest
 from pathlib import Path
 
 from pictures import Picture, read_ppm
@@ -75,3 +76,10 @@ class Plotter:
             output = (run.stdout[-500:] + run.stderr[-2000:]).decode(errors="replace")
             raise PlotError(f"{Path(command[0]).name}: exit status {run.returncode}\n{output}")
         return run.stdout
+
+
+class PlotTestCase(unittest.TestCase):
+    """A test that plots with the host command of the build."""
+
+    def setUp(self) -> None:
+        self.plotter = self.enterContext(Plotter(Path(os.environ["HDI_HDIPLOT_PATH"])))
