@@ -1,4 +1,4 @@
-// The settings record, byte by byte, and the operations that move or edit it.
+// The settings record, byte by byte, the operations that move or edit it, and the paper that it chooses.
 #include <algorithm>
 #include <random>
 
@@ -7,7 +7,31 @@
 namespace border {
 namespace {
 
-class SettingsTest : public BorderTest {};
+constexpr Sheet kDefaultSheet = {9, 2100, 2970, 50, 170, 50, 170};
+
+class SettingsTest : public BorderTest {
+ protected:
+  // The sheet after a choice.
+  Sheet Choose(int32_t paper, int16_t orientation) {
+    WriteAt(record, kPaperChoice, static_cast<int16_t>(paper));
+    WriteAt(record, kOrientation, orientation);
+    driver.Normalize(record);
+    return SheetOf(record);
+  }
+  [[nodiscard]] bool SnapshotIsFresh() const {
+    return std::memcmp(record + kSnapshot, record, kPublicSize) == 0;
+  }
+  static int32_t Ask(Driver asked, uint16_t capability) {
+    return asked.Call<int32_t>(13, capability, static_cast<uint8_t*>(nullptr), asked.Settings());
+  }
+  int32_t SetCustomPaper(const std::u16string& name, double width, double height, double left, double right,
+                         double top, double bottom) {
+    return driver.Call<int32_t>(15, name.c_str(), width, height, left, right, top, bottom);
+  }
+
+  Driver driver = FirstDriver();
+  uint8_t* record = driver.Settings();
+};
 
 Record DefaultRecord() {
   Record record{};
@@ -24,13 +48,13 @@ Record DefaultRecord() {
 }
 
 // Names the bytes that differ: a plain comparison would print both records.
-testing::AssertionResult Same(const Record& actual, const Record& expected) {
+testing::AssertionResult Same(const void* actual, const Record& expected) {
   testing::AssertionResult failure = testing::AssertionFailure();
   for (size_t i = 0; i < kRecordSize; ++i) {
-    if (actual[i] != expected[i])
-      failure << i << ": " << int{actual[i]} << " for " << int{expected[i]} << "; ";
+    const int byte = ReadAt<uint8_t>(actual, i);
+    if (byte != expected[i]) failure << i << ": " << byte << " for " << int{expected[i]} << "; ";
   }
-  return actual == expected ? testing::AssertionSuccess() : failure;
+  return ReadAt<Record>(actual, 0) == expected ? testing::AssertionSuccess() : failure;
 }
 
 // A record with something in every byte but the size of the driver data.
@@ -43,62 +67,49 @@ Record RandomRecord(uint32_t seed) {
 }
 
 TEST_F(SettingsTest, FreshRecordHoldsTheDefaults) {
-  list.Create();
-  EXPECT_TRUE(Same(list.At(0).Copy(), DefaultRecord()));
-  EXPECT_TRUE(Same(list.At(1).Copy(), DefaultRecord()));
+  EXPECT_TRUE(Same(list.At(1).Settings(), DefaultRecord()));
   EXPECT_NE(list.At(0).Settings(), list.At(1).Settings());
   EXPECT_EQ(list.At(0).Settings(), list.At(0).Settings()) << "the record itself, not a copy";
 }
 
 TEST_F(SettingsTest, RecordCrossesWholeInBothDirections) {
-  const Driver driver = FirstDriver();
   const GlobalBlock block(kRecordSize);
-  const Record record = RandomRecord(1);
-  block.SetContent(record);
+  uint8_t* content = block.Lock();
+  block.Unlock();
+  WriteAt(content, 0, RandomRecord(1));
   EXPECT_EQ(driver.Call<int32_t>(6, block.Handle()), 1);
-  EXPECT_TRUE(Same(driver.Copy(), record));
+  EXPECT_TRUE(Same(record, RandomRecord(1)));
   EXPECT_FALSE(block.WasLeftLocked());
 
-  block.SetContent(RandomRecord(2));
+  WriteAt(content, 0, RandomRecord(2));
   EXPECT_EQ(driver.Call<int32_t>(7, block.Handle()), 1);
-  EXPECT_TRUE(Same(block.Content(), record));
+  EXPECT_TRUE(Same(content, RandomRecord(1)));
   EXPECT_FALSE(block.WasLeftLocked());
 
   EXPECT_EQ(driver.Call<int32_t>(7, static_cast<void*>(nullptr)), 1) << "nothing to give is given";
   EXPECT_EQ(driver.Call<int32_t>(6, static_cast<void*>(nullptr)), 0) << "nothing can't be locked";
-}
 
-TEST_F(SettingsTest, BlockWithOtherDriverDataIsRefusedAndStaysLocked) {
-  const Driver driver = FirstDriver();
-  const Record before = driver.Copy();
+  // Other sizes of driver data are refused, in a block that stays locked.
   for (const uint16_t extra : {uint16_t{0}, uint16_t{1023}, uint16_t{1025}}) {
-    const GlobalBlock block(kRecordSize);
-    Record record = RandomRecord(3);
-    WriteAt(record.data(), kDriverExtra, extra);
-    block.SetContent(record);
+    Record refused = RandomRecord(3);
+    WriteAt(refused.data(), kDriverExtra, extra);
+    WriteAt(content, 0, refused);
     for (const size_t slot : {6U, 7U}) {
       EXPECT_EQ(driver.Call<int32_t>(slot, block.Handle()), 0) << extra;
       EXPECT_TRUE(block.WasLeftLocked()) << slot << ' ' << extra;
     }
-    EXPECT_TRUE(Same(block.Content(), record));
+    EXPECT_TRUE(Same(content, refused));
   }
-  EXPECT_TRUE(Same(driver.Copy(), before));
+  EXPECT_TRUE(Same(record, RandomRecord(1)));
 }
 
 TEST_F(SettingsTest, DefaultBlockIsOneBlockAndHoldsDefaultsAlways) {
-  const Driver driver = FirstDriver();
-  void* handle = nullptr;
-  for (const uint32_t seed : {4U, 5U}) {
-    WriteAt(driver.Settings(), 0, RandomRecord(seed));
-    void* again = driver.Call<void*>(12);
-    ASSERT_NE(again, nullptr);
-    EXPECT_TRUE(handle == nullptr || handle == again);
-    handle = again;
-    EXPECT_GE(MemoryFunction<size_t(void*)>("GlobalSize")(handle), kRecordSize);
-    const void* content = MemoryFunction<void*(void*)>("GlobalLock")(handle);
-    EXPECT_TRUE(Same(ReadAt<Record>(content, 0), DefaultRecord()));
-    EXPECT_EQ(MemoryFunction<int32_t(void*)>("GlobalUnlock")(handle), 0) << "handed out unlocked";
-  }
+  void* handle = driver.Call<void*>(12);
+  WriteAt(record, 0, RandomRecord(4));
+  EXPECT_EQ(driver.Call<void*>(12), handle);
+  EXPECT_GE(GlobalBlock::Call<size_t>("GlobalSize", handle), kRecordSize);
+  EXPECT_TRUE(Same(GlobalBlock::Call<void*>("GlobalLock", handle), DefaultRecord()));
+  EXPECT_EQ(GlobalBlock::Call<int32_t>("GlobalUnlock", handle), 0) << "handed out unlocked";
   EXPECT_NE(list.At(1).Call<void*>(12), handle) << "each driver owns a block";
 }
 
@@ -109,49 +120,181 @@ TEST_F(SettingsTest, OptionsKnowTwoIds) {
     size_t offset;  // the field that changes, 0 for none
     int32_t result;
   };
-  const Case cases[] = {
-      {180, 0, kLayers, 0},        {180, 0x100000000, kLayers, 1},  // zero in its low 32 bits only
-      {189, 0, kOpenAfterPlot, 0}, {189, -5, kOpenAfterPlot, 1},   {188, 0, 0, 0}, {181, 0, 0, 0},
-      {0xFFFFFFFF, 1, 0, 0}};
-  const Driver driver = FirstDriver();
-  for (const Case& test : cases) {
+  for (const Case& test : {Case{180, 0, kLayers, 0}, Case{180, 0x100000000, kLayers, 1},
+                           Case{189, 0, kOpenAfterPlot, 0}, Case{189, -5, kOpenAfterPlot, 1},
+                           Case{188, 0, 0, 0}, Case{181, 0, 0, 0}, Case{0xFFFFFFFF, 1, 0, 0}}) {
     Record expected = DefaultRecord();
-    WriteAt(driver.Settings(), 0, expected);
+    WriteAt(record, 0, expected);
     if (test.offset != 0) {
-      WriteAt<int32_t>(driver.Settings(), test.offset, 1 - test.result);
+      WriteAt<int32_t>(record, test.offset, 1 - test.result);
       WriteAt(expected.data(), test.offset, test.result);
     }
     EXPECT_EQ(driver.Call<int32_t>(19, test.id, test.value), 1);
-    EXPECT_TRUE(Same(driver.Copy(), expected)) << "option " << test.id << " value " << test.value;
+    EXPECT_TRUE(Same(record, expected)) << "option " << test.id << " value " << test.value;
   }
 }
 
 void* NoSettings(void*) { return nullptr; }
 
 TEST_F(SettingsTest, BackgroundColor) {
-  const Driver driver = FirstDriver();
-  EXPECT_EQ(driver.Call<uint32_t>(21), 0xFFFFFFFFU) << "fresh: none";
-  WriteAt<uint32_t>(driver.Settings(), kBackground, 0);
-  EXPECT_EQ(driver.Call<uint32_t>(21), 0xFFFFFFU) << "black is read as white";
-  WriteAt<uint32_t>(driver.Settings(), kBackground, 0x123456);
-  EXPECT_EQ(driver.Call<uint32_t>(21), 0x123456U);
-  SlotPatch patch(driver);
-  patch.Set(24, reinterpret_cast<void*>(&NoSettings));
+  for (const auto& [set, read] :
+       {std::pair(0xFFFFFFFFU, 0xFFFFFFFFU), {0U, 0xFFFFFFU}, {0x123456U, 0x123456U}}) {
+    WriteAt(record, kBackground, set);
+    EXPECT_EQ(driver.Call<uint32_t>(21), read);
+  }
+  driver.Patch(24, reinterpret_cast<void*>(&NoSettings));
   EXPECT_EQ(driver.Call<uint32_t>(21), 0xFFFFFFU) << "asked through the virtual table, which gave null";
 }
 
 TEST_F(SettingsTest, PaperFileIsJoinedBehindTheUsersDirectory) {
-  sandbox.WriteList(
-      "[general]\n[A]\nPaperFile=my/papers.ini\n[B]\nPaperFile=\n[C]\nName=C\n"
-      "[D]\nPrivateFile=other.ini\nPaperFile=d.ini\n");
-  list.Create();
-  ASSERT_EQ(list.Size(), 4U);
   const std::u16string user = (sandbox.User() / "").u16string();
   const std::u16string second = (sandbox.App() / "PDF.ini").u16string();
-  EXPECT_EQ(list.At(0).Text(23), user + u"my/papers.ini");
-  EXPECT_EQ(list.At(1).Text(23), user) << "an empty value is a value";
-  EXPECT_EQ(list.At(2).Text(23), user + second) << "a path behind a path";
-  EXPECT_EQ(list.At(3).Text(23), user + u"d.ini") << "read from the list file all the same";
+  const std::pair<const char*, std::u16string> cases[] = {{"PaperFile=my/papers.ini", u"my/papers.ini"},
+                                                          {"PaperFile=", u""},
+                                                          {"Name=C", second},  // a path behind a path
+                                                          {"PrivateFile=x.ini\nPaperFile=d.ini", u"d.ini"}};
+  for (const auto& [keys, path] : cases) {
+    EXPECT_EQ(LastDriverOf(std::string("[general]\n[A]\n") + keys + "\n").Text(23), user + path);
+  }
+  testing::internal::CaptureStderr();
+  const Driver bare = LastDriverOf("[general]\n[A]\n");
+  bare.Normalize(bare.Settings());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the built-in papers serve, in silence";
+  EXPECT_EQ(SheetOf(bare.Settings()), kDefaultSheet);
+}
+
+TEST_F(SettingsTest, PapersAreMadeChangedAndRemoved) {
+  alignas(8) std::array<uint8_t, 160> paper{};
+  int32_t id = -1;
+  const auto change = [&](size_t slot, std::array<int32_t, 6> lengths) {
+    WriteAt(paper.data(), 0, id);
+    WriteAt(paper.data(), 4, std::to_array(u"Strip"));
+    WriteAt(paper.data(), 132, lengths);  // width, height, top, bottom, left, right
+    EXPECT_EQ(driver.Call<int32_t>(slot, paper.data(), &id, record), 1);
+  };
+  EXPECT_EQ(Ask(driver, 21), 1);
+  EXPECT_EQ(Ask(driver, 77), -1) << "passed through";
+  const int32_t before = Ask(driver, 19);
+
+  change(14, {1000, 9000, 13, 14, 11, 12});
+  ASSERT_EQ(id, 256);
+  EXPECT_EQ(Ask(driver, 19), before + 1);
+  EXPECT_EQ(Choose(id, 1), (Sheet{id, 1000, 9000, 11, 13, 12, 14}));
+  EXPECT_EQ(Choose(id, 2), (Sheet{id, 9000, 1000, 13, 12, 14, 11}));
+  EXPECT_EQ(Choose(id, 3), (Sheet{id, 1000, 9000, 11, 13, 12, 14})) << "2 alone is landscape";
+  change(16, {1200, 9000, 23, 24, 21, 22});
+  ASSERT_EQ(id, 256);
+  EXPECT_EQ(Choose(id, 2), (Sheet{id, 9000, 1200, 23, 22, 24, 21}));
+  EXPECT_EQ(Ask(list.At(1), 19), before + 1) << "the paper file is shared";
+
+  EXPECT_EQ(driver.Call<int32_t>(17, id), 1);
+  EXPECT_EQ(Ask(driver, 19), before);
+  EXPECT_EQ(driver.Call<int32_t>(17, id), 0);
+  change(16, {1200, 9000, 23, 24, 21, 22});
+  EXPECT_EQ(id, 0);
+}
+
+TEST_F(SettingsTest, PaperIsResolvedOnceUntilSomethingChanges) {
+  EXPECT_FALSE(SnapshotIsFresh());
+  driver.Normalize(record);
+  EXPECT_EQ(SheetOf(record), kDefaultSheet);
+  EXPECT_TRUE(SnapshotIsFresh());
+
+  WriteAt<int32_t>(record, kWidth, 4711);
+  driver.Normalize(record);
+  EXPECT_EQ(ReadAt<int32_t>(record, kWidth), 4711) << "nothing has changed: left alone";
+  for (const size_t offset : {size_t{0}, kPublicSize - 1}) {
+    WriteAt<int32_t>(record, kWidth, 4711);
+    WriteAt<uint8_t>(record, offset, 'Q');
+    driver.Normalize(record);
+    EXPECT_EQ(SheetOf(record), kDefaultSheet) << "any byte of the public part counts";
+    EXPECT_TRUE(SnapshotIsFresh());
+  }
+  for (const int32_t unknown : {12345, -9}) {
+    EXPECT_EQ(Choose(unknown, 2), kDefaultSheet);
+    EXPECT_FALSE(SnapshotIsFresh());
+  }
+
+  driver.Normalize(nullptr);
+  Record other = driver.Copy();
+  WriteAt<int16_t>(other.data(), kPaperChoice, 9);
+  driver.Normalize(other.data());
+  EXPECT_EQ(SheetOf(other.data()), (Sheet{9, 2970, 2100, 170, 50, 170, 50})) << "any record will do";
+  EXPECT_EQ(SheetOf(record), kDefaultSheet);
+}
+
+TEST_F(SettingsTest, CustomPaperAlwaysTurnsItsMarginsAndIgnoresOrientation) {
+  EXPECT_EQ(Choose(0, 1), Sheet{}) << "nothing before it is set";
+  EXPECT_EQ(Choose(9, 1), kDefaultSheet);
+  EXPECT_EQ(SetCustomPaper(u"Mine", 1234.9, 2345.9, 1.9, -2.9, 3.9, 4.9), 1);
+  EXPECT_EQ(SheetOf(record), kDefaultSheet) << "the record waits for the choice";
+  // left 1, right -2, top 3, bottom 4, cut toward zero.
+  const Sheet custom = {0, 1234, 2345, 3, -2, 4, 1};
+  EXPECT_EQ(Choose(0, 1), custom);
+  EXPECT_EQ(Choose(0, 2), custom);
+  EXPECT_FALSE(SnapshotIsFresh());
+  EXPECT_EQ(Choose(9, 1), custom) << "nothing has changed since the snapshot";
+  EXPECT_EQ(SetCustomPaper(std::u16string(200, u'x'), 10, 20, 0, 0, 0, 0), 1);
+  EXPECT_EQ(Choose(0, 1), (Sheet{0, 10, 20, 0, 0, 0, 0})) << "seen at once, with a long name";
+}
+
+class CapsTest : public SettingsTest {
+ protected:
+  CapsTest() { device.Open(); }
+  std::vector<int32_t> Caps(std::initializer_list<int32_t> indexes) {
+    std::vector<int32_t> values;
+    for (const int32_t index : indexes) values.push_back(static_cast<int32_t>(device.Caps(index)));
+    return values;
+  }
+
+  Device device{driver};
+};
+
+TEST_F(CapsTest, OfTheDefaultSheet) {
+  std::map<int32_t, uint32_t> expected = {{0, 1},      {2, 511},    {4, 200},   {6, 263},   {8, 4724},
+                                          {10, 6212},  {12, 32},    {14, 3},    {16, 255},  {18, 255},
+                                          {22, 255},   {24, 255},   {36, 1},    {88, 600},  {90, 600},
+                                          {110, 4960}, {111, 7015}, {112, 118}, {113, 401}, {178, 2}};
+  for (const int32_t own : {175, 180, 182, 183, 184, 185, 187, 191}) expected[own] = 1;
+  for (int32_t index = -2; index < 200; ++index) {
+    EXPECT_EQ(device.Caps(index), expected.contains(index) ? expected[index] : 0) << index;
+  }
+}
+
+TEST_F(CapsTest, FollowTheRecord) {
+  for (const auto& [quality, yResolution, expected] : {std::tuple(1, -300, std::vector<int32_t>{1, 1, 7}),
+                                                       {0, 0, {300, 300, 2362}},
+                                                       {-3, 1, {300, 1, 2362}},
+                                                       {600, 300, {600, 300, 4724}}}) {
+    WriteAt(record, kPrintQuality, static_cast<int16_t>(quality));
+    WriteAt(record, kYResolution, static_cast<int16_t>(yResolution));
+    EXPECT_EQ(Caps({88, 90, 8}), expected);
+  }
+  WriteAt<int16_t>(record, kOrientation, 2);
+  EXPECT_EQ(device.Caps(110), 7015U);
+  WriteAt<int16_t>(record, kOrientation, 1);
+  EXPECT_EQ(device.Caps(1000), 0U);
+  EXPECT_EQ(SheetOf(record), kDefaultSheet) << "an index that is out of range makes it up to date, too";
+
+  SetCustomPaper(u"Mine", 2540, 1270, 10, 20, 30, 40);
+  WriteAt<int16_t>(record, kPaperChoice, 0);
+  // Margins as turned: left 30, top 20, right 40, bottom 10.
+  EXPECT_EQ(Caps({110, 111, 8, 112, 113}), (std::vector{6000, 3000, (2540 - 30 - 40) * 600 / 254, 70, 47}));
+
+  // The public sizes are taken only while nothing has changed.
+  WriteAt<int16_t>(record, kPaperWide, 254);
+  WriteAt<int16_t>(record, kPaperLength, -508);
+  std::memcpy(record + kSnapshot, record, kPublicSize);
+  EXPECT_EQ(Caps({110, 111, 6}), (std::vector{600, -1200, (-508 - 20 - 10) / 10}));
+}
+
+int normalizeCalls = 0;
+void CountNormalize(void*, void*) { ++normalizeCalls; }
+
+TEST_F(CapsTest, NormalizeThroughTheVirtualTable) {
+  driver.Patch(22, reinterpret_cast<void*>(&CountNormalize));
+  EXPECT_EQ(device.Caps(88), 600U);
+  EXPECT_EQ(normalizeCalls, 1);
 }
 
 }  // namespace
