@@ -14,15 +14,7 @@ namespace {
 constexpr const char* kHead = "[Papers]\nFormat=1\n";
 
 PaperSize MakePaper(int32_t id, const std::u16string& name, int32_t width, int32_t height) {
-  PaperSize paper = {.id = id,
-                     .name = {},
-                     .width = width,
-                     .height = height,
-                     .top = 10,
-                     .bottom = 20,
-                     .left = 30,
-                     .right = -40,
-                     .reserved = {}};
+  PaperSize paper = {id, {}, width, height, 10, 20, 30, -40, {}};  // top, bottom, left, right
   std::ranges::copy(name, paper.name);
   return paper;
 }
@@ -53,11 +45,8 @@ class PaperList : public testing::Test {
 
 TEST_F(PaperList, BuiltInListServesWithoutAFile) {
   const std::vector<PaperSize> papers = Papers();
-  const auto a4 = std::ranges::find(papers, 9, &PaperSize::id);
-  ASSERT_NE(a4, papers.end());
-  EXPECT_EQ(a4->name, std::u16string(u"A4"));
-  EXPECT_EQ(std::vector({a4->width, a4->height, a4->left, a4->top, a4->right, a4->bottom}),
-            std::vector({2100, 2970, 50, 170, 50, 170}));
+  const PaperSize a4 = {9, {u'A', u'4'}, 2100, 2970, 170, 170, 50, 50, {}};
+  EXPECT_TRUE(Same(*std::ranges::find(papers, 9, &PaperSize::id), a4));
   file = ToUtf16(HDI_BUILD_DIR) + u"/papers.ini";
   EXPECT_TRUE(std::ranges::equal(Papers(), papers, Same)) << "the file that is installed holds the same list";
 }

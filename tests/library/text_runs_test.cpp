@@ -47,6 +47,7 @@ HT_Text Split(const LOGFONTW& font, const u16string& characters) {
 TEST(TextRuns, AreOfOneFontEach) {
   const LOGFONTW sans = MakeLogFont(u"liberation sans", {.height = -40});
   const LOGFONTW italic = MakeLogFont(u"DejaVu Sans", {.isItalic = true});
+  const LOGFONTW tahoma = MakeLogFont(u"Tahoma", {.isItalic = true});
   const struct {
     const LOGFONTW& font;
     u16string characters;
@@ -60,6 +61,7 @@ TEST(TextRuns, AreOfOneFontEach) {
       {sans, u"a😀b", "[Liberation Sans|a😀b|upright|0]"},
       {sans, u"\uFFFFz", "[Liberation Sans|\uFFFFz|upright|0]"},
       // Italics stay asked for, but where the character is in an upright face alone.
+      {tahoma, u"a", "[Tahoma|a|italic|0]"},
       {italic, u"aع", "[DejaVu Sans Oblique|a|italic|0][DejaVu Sans|ع|upright|1]"},
   };
   for (const auto& [font, characters, runs] : kCases) {
