@@ -114,13 +114,9 @@ class Sandbox : Fixed {
 // A loaded PDF.hdi.
 class Module : Fixed {
  public:
-  ~Module() { Unload(); }
-
+  ~Module() { UnloadModule(handle_); }
   [[nodiscard]] int64_t ItDriver(uint64_t code, void* context) const {
     return reinterpret_cast<int64_t (*)(uint64_t, void*)>(entry_)(code, context);
-  }
-  void Unload() {
-    if (void* handle = std::exchange(handle_, nullptr)) UnloadModule(handle);
   }
 
  private:

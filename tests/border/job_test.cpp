@@ -9,6 +9,11 @@ namespace fs = std::filesystem;
 class JobTest : public BorderTest {
  protected:
   JobTest() { device.Open(); }
+  // A document of a page, which is not ended.
+  void Start() {
+    EXPECT_EQ(device.StartDocument(path.c_str()), 1);
+    device.PlotPage();
+  }
 
   Driver driver = FirstDriver();
   Device device{driver};
@@ -67,10 +72,9 @@ TEST_F(JobTest, StartGoesThroughTheTableAndEndDoesNot) {
   for (const size_t position : {5U, 6U}) reinterpret_cast<int32_t (*)(void**)>(real[position])(&object);
   EXPECT_EQ(device.Started(), 0) << "creating and finishing do nothing before the start";
 
-  device.host.table[2] = reinterpret_cast<void*>(&Spy<2>);
-  device.host.table[5] = reinterpret_cast<void*>(&Spy<5>);
-  device.host.table[6] = reinterpret_cast<void*>(&Spy<6>);
-  device.host.table[7] = reinterpret_cast<void*>(&Spy<7>);
+  for (const auto& [position, spy] : {std::pair(2, &Spy<2>), {5, &Spy<5>}, {6, &Spy<6>}, {7, &Spy<7>}}) {
+    device.host.table[position] = reinterpret_cast<void*>(spy);
+  }
   driver.Patch(22, reinterpret_cast<void*>(&SpyNormalize));
   EXPECT_EQ(device.StartDocument(path.c_str()), 1);
   EXPECT_EQ(std::exchange(steps, {}), (std::vector<size_t>{2, 7, kNormalize, 5}));
@@ -78,6 +82,8 @@ TEST_F(JobTest, StartGoesThroughTheTableAndEndDoesNot) {
   EXPECT_TRUE(steps.empty()) << "a page without a record of its own takes the sheet as it stands";
   const Record page = driver.Copy();
   EXPECT_EQ(device.StartPage(page.data()), 1);
+  EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{kNormalize});
+  EXPECT_EQ(device.Caps(88), 600U);
   EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{kNormalize});
   EXPECT_EQ(device.EndPage(), 1);
   EXPECT_EQ(device.EndDocument(), 1);
@@ -112,8 +118,7 @@ TEST_F(JobTest, OutputNames) {
 TEST_F(JobTest, FileIsEmptyUntilTheEndAndAnOldOneIsReplacedUnasked) {
   SetUpUser(sandbox);
   std::ofstream(file) << std::string(100000, 'x');
-  EXPECT_EQ(device.StartDocument(path.c_str()), 1);
-  device.PlotPage();
+  Start();
   EXPECT_EQ(fs::file_size(file), 0U);
   EXPECT_TRUE(fs::is_directory(sandbox.Root() / "ORVANE-PORT")) << "in the directory for temporary files";
   EXPECT_EQ(device.EndDocument(), 1);
@@ -139,8 +144,7 @@ TEST_F(JobTest, OneDocumentForOneOpening) {
 }
 
 TEST_F(JobTest, EndsOnlyWhatHasBeenStarted) {
-  EXPECT_EQ(device.StartDocument(path.c_str()), 1);
-  device.PlotPage();
+  Start();
   device.SetStarted(0);
   EXPECT_EQ(device.EndDocument(), 1);
   EXPECT_EQ(fs::file_size(file), 0U);
@@ -151,8 +155,7 @@ TEST_F(JobTest, EndsOnlyWhatHasBeenStarted) {
 
 TEST_F(JobTest, ClosedBeforeItsEndLeavesAnEmptyFileAndTheNextJobAlone) {
   static void* abandoned = nullptr;  // the writer, which is lost: a leak that is meant
-  EXPECT_EQ(device.StartDocument(path.c_str()), 1);
-  device.PlotPage();
+  Start();
   abandoned = device.Call<void*>(7);
   EXPECT_NE(abandoned, nullptr) << "the output that is open already";
   EXPECT_EQ(device.Close(), 1);
@@ -170,25 +173,24 @@ TEST_F(JobTest, PageTakesOfItsRecordWhatBothSizesSay) {
     uint16_t ownSize, ownExtra, extra;
     bool orientation, background;  // which are taken over
   };
-  ASSERT_EQ(device.StartDocument(path.c_str()), 1);
+  Start();
+  uint8_t* own = driver.Settings();
   for (const Case& test :
        {Case{220, 1024, 1024, true, true}, Case{220, 1024, 0, true, false}, Case{220, 0, 1024, true, false},
         Case{220, 0, 0, true, false}, Case{76, 1024, 0, false, false}, Case{76, 1024, 1024, true, true},
         Case{65535, 1024, 1024, true, true}}) {
     Record page = driver.Copy();
-    WriteAt(driver.Settings(), kOwnSize, test.ownSize);
-    WriteAt(driver.Settings(), kDriverExtra, test.ownExtra);
-    WriteAt<int16_t>(driver.Settings(), kOrientation, 1);
-    WriteAt<uint32_t>(driver.Settings(), kBackground, 0x010203);
     WriteAt(page.data(), kDriverExtra, test.extra);
     WriteAt<int16_t>(page.data(), kOrientation, 2);
     WriteAt<uint32_t>(page.data(), kBackground, 0xF0E0D0);
+    WriteAt(own, kOwnSize, test.ownSize);
+    WriteAt(own, kDriverExtra, test.ownExtra);
+    WriteAt<int16_t>(own, kOrientation, 1);
+    WriteAt<uint32_t>(own, kBackground, 0x010203);
     EXPECT_EQ(device.StartPage(page.data()), 1);
-    EXPECT_EQ(device.EndPage(), 1);
-    EXPECT_EQ(ReadAt<int16_t>(driver.Settings(), kOrientation), test.orientation ? 2 : 1);
-    EXPECT_EQ(ReadAt<uint32_t>(driver.Settings(), kBackground), test.background ? 0xF0E0D0U : 0x010203U);
-    EXPECT_EQ(ReadAt<uint16_t>(driver.Settings(), kDriverExtra), test.extra) << "part of what was copied";
-    EXPECT_EQ(SheetOf(driver.Settings())[1], test.orientation ? 2970 : 2100) << "made up to date";
+    EXPECT_EQ(SheetOf(own)[1], test.orientation ? 2970 : 2100);
+    EXPECT_EQ(ReadAt<uint32_t>(own, kBackground), test.background ? 0xF0E0D0U : 0x010203U);
+    EXPECT_EQ(ReadAt<uint16_t>(own, kDriverExtra), test.extra) << "part of what was copied";
   }
   EXPECT_EQ(device.EndDocument(), 1);
 }
