@@ -77,15 +77,11 @@ int32_t Device::Plot(const std::u16string& output, const char16_t* docName) {
   return EndDocument();
 }
 
-BorderTest::BorderTest() {
-  sandbox.WriteList(
-      "[Devices]\nVersion=1\n"
-      "[First]\nName=First device\nPaperFile=papers.ini\n"
-      "[Second]\nName=Second device\nPaperFile=papers.ini\n");
-}
-
 Driver BorderTest::FirstDriver() {
-  if (list.Size() == 0) list.Create();
+  if (list.Size() == 0) {
+    sandbox.WriteList("[Devices]\n[First]\nPaperFile=papers.ini\n[Second]\nPaperFile=papers.ini\n");
+    list.Create();
+  }
   WriteAt<int32_t>(list.At(0).Settings(), kOpenAfterPlot, 0);
   return list.At(0);
 }

@@ -249,12 +249,11 @@ class GlobalBlock : Fixed {
   void* handle_;
 };
 
-// Every test gets directories of its own and loads the module afresh. The device list holds two devices that
-// share a paper file.
+// Every test gets directories of its own and loads the module afresh.
 class BorderTest : public testing::Test {
  protected:
-  BorderTest();
-  // The first driver of the list, made on demand, or the last one of a new list. Neither starts a viewer.
+  // The first of two drivers that share a paper file, made on demand, or the last one of a list of devices.
+  // Neither starts a viewer.
   Driver FirstDriver();
   Driver LastDriverOf(const std::string& devices);
 

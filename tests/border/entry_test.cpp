@@ -70,21 +70,22 @@ TEST_F(EntryTest, QueryInterfaceKnowsOneInterface) {
 }
 
 DriverList* destroyList = nullptr;
-void* originalDestroy = nullptr;
 
 void* SpyDestroy(void* object, uint32_t flags) {
   destroyList->calls.push_back("destroy " + std::to_string(flags));
-  return reinterpret_cast<void* (*)(void*, uint32_t)>(originalDestroy)(object, flags);
+  return object;
 }
 
 TEST_F(EntryTest, ReleaseDestroysFirstAndTellsTheHostThen) {
   const Driver driver = FirstDriver();
   destroyList = &list;
-  originalDestroy = driver.Patch(25, reinterpret_cast<void*>(&SpyDestroy));
+  void* destroy = driver.Patch(25, reinterpret_cast<void*>(&SpyDestroy));
   EXPECT_EQ(list.Release(driver.Object()), 1);
   EXPECT_EQ(list.Size(), 1U);
   EXPECT_EQ(list.Release(nullptr), 1) << "the host is told of nothing, too";
   EXPECT_EQ(list.calls, (std::vector<std::string>{"add", "add", "destroy 1", "remove", "remove null"}));
+  driver.Patch(25, destroy);
+  EXPECT_EQ(driver.Call<void*>(25, uint32_t{1}), driver.Object());
 }
 
 TEST_F(EntryTest, DestroyFreesTheObjectWhenAsked) {

@@ -42,11 +42,9 @@ TEST_F(JobTest, TableIsFilledWhileOpenAndEmptyOtherwise) {
   for (size_t position = 0; position < kPositionCount; ++position) {
     EXPECT_EQ(table[position] != nullptr, std::ranges::count(kFilled, position) == 1) << position;
   }
-  EXPECT_NE(device.host.job, nullptr);
   EXPECT_EQ(device.Started(), 0);
   EXPECT_EQ(device.Plot(path), 1);
   EXPECT_NE(device.host.job, nullptr);
-
   real[1] = std::exchange(table[1], reinterpret_cast<void*>(&Spy<1>));
   EXPECT_EQ(device.Close(), 1);
   EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{1}) << "closing goes through the table";
@@ -55,7 +53,6 @@ TEST_F(JobTest, TableIsFilledWhileOpenAndEmptyOtherwise) {
   EXPECT_EQ(device.host.job, nullptr);
   EXPECT_EQ(device.Started(), 1) << "cleared by nobody but the host";
   EXPECT_EQ(std::ranges::count(device.host.foreign, Device::kForeign), 92);
-  EXPECT_EQ(std::count(table, table + kPositionCount, nullptr), 59);
 
   table[3] = real[1];
   Device next(driver);
@@ -92,24 +89,25 @@ TEST_F(JobTest, StartGoesThroughTheTableAndEndDoesNot) {
 }
 
 TEST_F(JobTest, OutputNames) {
-  struct Case {
-    const char16_t* output;  // within out/, null for the device's default
-    const char16_t* file;
-  };
-  const Case cases[] = {
-      {u"b", u"b.pdf"},           {u"c.PDF", u"c.PDF"},   {u"d.pDf", u"d.pDf"},
-      {u"e.pdfx", u"e.pdfx.pdf"}, {u"gpdf", u"gpdf.pdf"}, {u".pdf", u".pdf"},
-      {nullptr, u"as it is"},     {u"", u"as it is"},     {u"Plän \U0001F4D0", u"Plän \U0001F4D0.pdf"}};
   const fs::path before = fs::current_path();
   fs::current_path(sandbox.Out());
   device.Close();
-  for (const Case& test : cases) {
+  const char16_t* none = nullptr;
+  for (const auto& [output, name] : {std::pair(+u"b", +u"b.pdf"),
+                                     {u"c.PDF", u"c.PDF"},
+                                     {u"d.pDf", u"d.pDf"},
+                                     {u"e.pdfx", u"e.pdfx.pdf"},
+                                     {u"gpdf", u"gpdf.pdf"},
+                                     {u".pdf", u".pdf"},
+                                     {none, u"as it is"},
+                                     {u"", u"as it is"},
+                                     {u"Plän \U0001F4D0", u"Plän \U0001F4D0.pdf"}}) {
     Device other(driver);
     other.Open();
     other.host.defaultOutput = u"as it is";
-    EXPECT_EQ(other.StartDocument(test.output), 1) << fs::path(test.file);
+    EXPECT_EQ(other.StartDocument(output), 1) << fs::path(name);
     EXPECT_EQ(other.EndDocument(), 1);
-    EXPECT_TRUE(fs::remove(test.file)) << fs::path(test.file);
+    EXPECT_TRUE(fs::remove(name)) << fs::path(name);
     EXPECT_TRUE(fs::is_empty("."));
   }
   fs::current_path(before);

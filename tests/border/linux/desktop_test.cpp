@@ -20,6 +20,7 @@ TEST_F(DesktopTest, ExportsOneSymbolOnly) {
 }
 
 TEST_F(DesktopTest, ListFilesNameIsLowerCase) {
+  sandbox.WriteList("[general]\n[A]\n");
   fs::rename(sandbox.App() / "pdf.ini", sandbox.App() / "PDF.ini");
   EXPECT_EQ(list.Create(), 1);
   EXPECT_EQ(list.Size(), 0U);
