@@ -186,12 +186,7 @@ class DriverList final : Fixed {
 // The host's device, with some bytes behind what the driver knows that it must leave alone.
 class Device : Fixed {
  public:
-  static constexpr uint8_t kForeign = 0xA5;
-
-  explicit Device(Driver driver) : driver_(driver) {
-    host.driver = driver.Object();
-    host.foreign.fill(kForeign);
-  }
+  explicit Device(Driver driver) : driver_(driver) { host.driver = driver.Object(); }
   ~Device() {
     if (host.job != nullptr) Close();
   }
@@ -212,7 +207,7 @@ class Device : Fixed {
   int32_t EndPage() { return Call(22); }
   int32_t EndDocument() { return Call(20); }
   void PlotPage();  // with a line on it
-  // A document of one page; 0 when it could not be started.
+  // A document of one page, 0 when it could not be started.
   int32_t Plot(const std::u16string& output, const char16_t* docName = nullptr);
 
   struct {
@@ -221,7 +216,7 @@ class Device : Fixed {
     void* job = nullptr;
     void** table = nullptr;
     int32_t started = 0;
-    std::array<uint8_t, 92> foreign;
+    std::array<uint8_t, 92> foreign{};
   } host;
   static_assert(sizeof host == 128);
 

@@ -11,16 +11,6 @@ constexpr Sheet kDefaultSheet = {9, 2100, 2970, 50, 170, 50, 170};
 
 class SettingsTest : public BorderTest {
  protected:
-  // The sheet after a choice.
-  Sheet Choose(int32_t paper, int16_t orientation) {
-    WriteAt(record, kPaperChoice, static_cast<int16_t>(paper));
-    WriteAt(record, kOrientation, orientation);
-    driver.Normalize(record);
-    return SheetOf(record);
-  }
-  [[nodiscard]] bool SnapshotIsFresh() const {
-    return std::memcmp(record + kSnapshot, record, kPublicSize) == 0;
-  }
   int32_t SetCustomPaper(const std::u16string& name, double width, double height, double left, double right,
                          double top, double bottom) {
     return driver.Call<int32_t>(15, name.c_str(), width, height, left, right, top, bottom);
@@ -154,118 +144,116 @@ TEST_F(SettingsTest, PapersAreMadeChangedAndRemoved) {
     WriteAt(paper.data(), 0, id);
     WriteAt(paper.data(), 132, lengths);  // width, height, top, bottom, left, right
     EXPECT_EQ(driver.Call<int32_t>(slot, paper.data(), &id, record), 1);
+    return id;
   };
   const auto count = [](Driver asked) {
     return asked.Call<int32_t>(13, uint16_t{19}, static_cast<uint8_t*>(nullptr), asked.Settings());
   };
   const int32_t before = count(driver);
-  change(14, {1000, 9000, 13, 14, 11, 12});
-  ASSERT_EQ(id, 256);
-  EXPECT_EQ(Choose(id, 1), (Sheet{id, 1000, 9000, 11, 13, 12, 14}));
-  EXPECT_EQ(Choose(id, 2), (Sheet{id, 9000, 1000, 13, 12, 14, 11}));
-  EXPECT_EQ(Choose(id, 3), (Sheet{id, 1000, 9000, 11, 13, 12, 14})) << "2 alone is landscape";
-  change(16, {1200, 9000, 23, 24, 21, 22});
-  ASSERT_EQ(id, 256);
-  EXPECT_EQ(Choose(id, 2), (Sheet{id, 9000, 1200, 23, 22, 24, 21}));
+  EXPECT_EQ(change(14, {5, 6, 0, 0, 0, 0}), 256);
+  EXPECT_EQ(change(16, {1200, 9000, 23, 24, 21, 22}), 256);
   EXPECT_EQ(count(list.At(1)), before + 1) << "the paper file is shared";
+  WriteAt<int16_t>(record, kPaperChoice, 256);
+  driver.Normalize(record);
+  EXPECT_EQ(SheetOf(record), (Sheet{256, 1200, 9000, 21, 23, 22, 24}));
   for (const int32_t removed : {1, 0}) EXPECT_EQ(driver.Call<int32_t>(17, id), removed);
   EXPECT_EQ(count(driver), before);
-  change(16, {1200, 9000, 23, 24, 21, 22});
-  EXPECT_EQ(id, 0);
+  EXPECT_EQ(change(16, {1200, 9000, 23, 24, 21, 22}), 0);
 }
 
-TEST_F(SettingsTest, PaperIsResolvedOnceUntilSomethingChanges) {
-  EXPECT_FALSE(SnapshotIsFresh());
-  driver.Normalize(record);
-  EXPECT_EQ(SheetOf(record), kDefaultSheet);
-  EXPECT_TRUE(SnapshotIsFresh());
-
-  WriteAt<int32_t>(record, kWidth, 4711);
-  driver.Normalize(record);
-  EXPECT_EQ(ReadAt<int32_t>(record, kWidth), 4711) << "nothing has changed: left alone";
-  for (const size_t offset : {size_t{0}, kPublicSize - 1}) {
-    WriteAt<int32_t>(record, kWidth, 4711);
-    WriteAt<uint8_t>(record, offset, 'Q');
-    driver.Normalize(record);
-    EXPECT_EQ(SheetOf(record), kDefaultSheet) << "any byte of the public part counts";
-    EXPECT_TRUE(SnapshotIsFresh());
-  }
-  for (const int32_t unknown : {12345, -9}) {
-    EXPECT_EQ(Choose(unknown, 2), kDefaultSheet);
-    EXPECT_FALSE(SnapshotIsFresh());
-  }
-
-  driver.Normalize(nullptr);
-  Record other = driver.Copy();
-  WriteAt<int16_t>(other.data(), kPaperChoice, 9);
-  driver.Normalize(other.data());
-  EXPECT_EQ(SheetOf(other.data()), (Sheet{9, 2970, 2100, 170, 50, 170, 50})) << "any record will do";
-  EXPECT_EQ(SheetOf(record), kDefaultSheet);
-}
-
-TEST_F(SettingsTest, CustomPaperAlwaysTurnsItsMarginsAndIgnoresOrientation) {
-  EXPECT_EQ(Choose(0, 1), Sheet{}) << "nothing before it is set";
-  EXPECT_EQ(Choose(9, 1), kDefaultSheet);
+TEST_F(SettingsTest, ChoiceOfPaperBecomesTheSheet) {
+  const Sheet landscape = {9, 2970, 2100, 170, 50, 170, 50};
+  const Sheet custom = {0, 1234, 2345, 3, -2, 4, 1};  // turned, and cut toward zero
   EXPECT_EQ(SetCustomPaper(u"Mine", 1234.9, 2345.9, 1.9, -2.9, 3.9, 4.9), 1);
-  EXPECT_EQ(SheetOf(record), kDefaultSheet) << "the record waits for the choice";
-  // left 1, right -2, top 3, bottom 4, cut toward zero.
-  const Sheet custom = {0, 1234, 2345, 3, -2, 4, 1};
-  EXPECT_EQ(Choose(0, 1), custom);
-  EXPECT_EQ(Choose(0, 2), custom);
-  EXPECT_FALSE(SnapshotIsFresh());
-  EXPECT_EQ(Choose(9, 1), custom) << "nothing has changed since the snapshot";
+  struct Step {
+    size_t offset;
+    int16_t value;
+    Sheet sheet;
+    bool isFresh;  // the snapshot
+  };
+  const Step steps[] = {
+      {kOrientation, 1, kDefaultSheet, true},
+      {kOrientation, 2, landscape, true},
+      {kOrientation, 3, kDefaultSheet, true},                   // 2 alone is landscape
+      {kWidth, 4711, {9, 4711, 2970, 50, 170, 50, 170}, true},  // nothing has changed: left alone
+      {0, u'Q', kDefaultSheet, true},                           // any byte of the public part counts
+      {kWidth, 4711, {9, 4711, 2970, 50, 170, 50, 170}, true},
+      {kPublicSize - 2, 0x100, kDefaultSheet, true},
+      {kPaperChoice, 12345, kDefaultSheet, false},  // which no list holds
+      {kPaperChoice, -9, kDefaultSheet, false},
+      {kPaperChoice, 0, custom, false},
+      {kPaperChoice, 9, custom, true},  // nothing has changed since the snapshot
+      {kOrientation, 2, landscape, true},
+      {kPaperChoice, 0, custom, false},
+      {kOrientation, 1, custom, false},
+  };
+  for (const auto& [offset, value, sheet, isFresh] : steps) {
+    WriteAt(record, offset, value);
+    driver.Normalize(record);
+    EXPECT_EQ(SheetOf(record), sheet) << offset << ' ' << value;
+    EXPECT_EQ(std::memcmp(record + kSnapshot, record, kPublicSize) == 0, isFresh) << offset << ' ' << value;
+  }
   EXPECT_EQ(SetCustomPaper(std::u16string(200, u'x'), 10, 20, 0, 0, 0, 0), 1);
-  EXPECT_EQ(Choose(0, 1), (Sheet{0, 10, 20, 0, 0, 0, 0})) << "seen at once, with a long name";
+  Record other = driver.Copy();
+  driver.Normalize(other.data());
+  EXPECT_EQ(SheetOf(other.data()), (Sheet{0, 10, 20, 0, 0, 0, 0})) << "any record, and a long name";
+  EXPECT_EQ(SheetOf(record), custom);
+  driver.Normalize(nullptr);
 }
 
-class CapsTest : public SettingsTest {
- protected:
-  CapsTest() { device.Open(); }
-  std::vector<int32_t> Caps(std::initializer_list<int32_t> indexes) {
-    std::vector<int32_t> values;
-    for (const int32_t index : indexes) values.push_back(static_cast<int32_t>(device.Caps(index)));
-    return values;
-  }
-
-  Device device{driver};
-};
-
-TEST_F(CapsTest, OfTheDefaultSheet) {
+TEST_F(SettingsTest, CapabilitiesOfTheDefaultSheet) {
   std::map<int32_t, uint32_t> expected = {{0, 1},      {2, 511},    {4, 200},   {6, 263},   {8, 4724},
                                           {10, 6212},  {12, 32},    {14, 3},    {16, 255},  {18, 255},
                                           {22, 255},   {24, 255},   {36, 1},    {88, 600},  {90, 600},
                                           {110, 4960}, {111, 7015}, {112, 118}, {113, 401}, {178, 2}};
   for (const int32_t own : {175, 180, 182, 183, 184, 185, 187, 191}) expected[own] = 1;
+  Device device(driver);
+  device.Open();
   for (int32_t index = -2; index < 200; ++index) {
     EXPECT_EQ(device.Caps(index), expected.contains(index) ? expected[index] : 0) << index;
   }
 }
 
-TEST_F(CapsTest, FollowTheRecord) {
-  for (const auto& [quality, yResolution, expected] : {std::tuple(1, -300, std::vector<int32_t>{1, 1, 7}),
-                                                       {0, 0, {300, 300, 2362}},
-                                                       {-3, 1, {300, 1, 2362}},
-                                                       {600, 300, {600, 300, 4724}}}) {
-    WriteAt(record, kPrintQuality, static_cast<int16_t>(quality));
-    WriteAt(record, kYResolution, static_cast<int16_t>(yResolution));
-    EXPECT_EQ(Caps({88, 90, 8}), expected);
-  }
-  WriteAt<int16_t>(record, kOrientation, 2);
-  EXPECT_EQ(device.Caps(110), 7015U);
-  WriteAt<int16_t>(record, kOrientation, 1);
-  EXPECT_EQ(device.Caps(1000), 0U);
-  EXPECT_EQ(SheetOf(record), kDefaultSheet) << "an index that is out of range makes it up to date, too";
-
+TEST_F(SettingsTest, CapabilitiesFollowTheRecord) {
   SetCustomPaper(u"Mine", 2540, 1270, 10, 20, 30, 40);
-  WriteAt<int16_t>(record, kPaperChoice, 0);
-  // Margins as turned: left 30, top 20, right 40, bottom 10.
-  EXPECT_EQ(Caps({110, 111, 8, 112, 113}), (std::vector{6000, 3000, (2540 - 30 - 40) * 600 / 254, 70, 47}));
-
+  Device device(driver);
+  device.Open();
+  WriteAt<int16_t>(record, kOrientation, 2);
+  EXPECT_EQ(device.Caps(1000), 0U);
+  EXPECT_EQ(SheetOf(record)[1], 2970) << "an index out of range makes the sheet up to date, too";
+  struct Step {
+    size_t offset;
+    int16_t value;
+    int32_t index, result;
+  };
+  const Step steps[] = {
+      {kPrintQuality, 1, 8, 10},
+      {kPrintQuality, 0, 8, 3106},
+      {kPrintQuality, -3, 88, 300},
+      {kYResolution, 0, 90, 300},
+      {kYResolution, -1, 90, 300},
+      {kYResolution, 1, 90, 1},
+      {kPrintQuality, 600, 88, 600},
+      {kYResolution, 300, 90, 300},
+      {kOrientation, 1, 110, 4960},
+      // Margins as turned: left 30, top 20, right 40, bottom 10.
+      {kPaperChoice, 0, 110, 6000},
+      {kPaperChoice, 0, 111, 3000},
+      {kPaperChoice, 0, 112, 70},
+      {kPaperChoice, 0, 113, 47},
+      {kPaperChoice, 0, 8, 5834},
+  };
+  for (const auto& [offset, value, index, result] : steps) {
+    WriteAt(record, offset, value);
+    EXPECT_EQ(static_cast<int32_t>(device.Caps(index)), result) << offset << ' ' << value << ' ' << index;
+  }
   // The public sizes are taken only while nothing has changed.
   WriteAt<int16_t>(record, kPaperWide, 254);
   WriteAt<int16_t>(record, kPaperLength, -508);
   std::memcpy(record + kSnapshot, record, kPublicSize);
-  EXPECT_EQ(Caps({110, 111, 6}), (std::vector{600, -1200, (-508 - 20 - 10) / 10}));
+  for (const auto& [index, result] : {std::pair(110, 600), {111, -1200}, {6, (-508 - 20 - 10) / 10}}) {
+    EXPECT_EQ(static_cast<int32_t>(device.Caps(index)), result) << index;
+  }
 }
 
 }  // namespace

@@ -166,6 +166,7 @@ TEST_F(PageTest, EachPositionAnswersAndDraws) {
   std::copy_n(device.host.table, kPositionCount, entries.begin());
   device.Close();
   std::ranges::copy(entries, device.host.table);
+  EXPECT_EQ(device.StartDocument(path.c_str()), 0);
   ask();
   device.Open();
   ask();
