@@ -130,6 +130,11 @@ TEST_F(SettingsTest, PaperFileIsJoinedBehindTheUsersDirectory) {
   for (const auto& [keys, path] : cases) {
     EXPECT_EQ(LastDriverOf(std::string("[general]\n[A]\n") + keys + "\n").Text(23), user + path);
   }
+  std::ofstream(sandbox.User() / "d.ini") << "[Papers]\nFormat=1\n[Paper 9]\nWidth=10\nHeight=20\n";
+  const Driver one = LastDriverOf("[general]\n[A]\nPaperFile=d.ini\n");
+  one.Normalize(one.Settings());
+  EXPECT_EQ(SheetOf(one.Settings()), (Sheet{9, 10, 20})) << "the only paper of the file";
+
   testing::internal::CaptureStderr();
   const Driver bare = LastDriverOf("[general]\n[A]\n");
   bare.Normalize(bare.Settings());

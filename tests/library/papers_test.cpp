@@ -69,16 +69,16 @@ TEST_F(PaperList, ChangesPersist) {
   file = user.Path16("deep/er/papers.ini");
   const size_t before = Papers().size();
   const PaperSize roll = MakePaper(256, u" \"Rolle ü\" = [9] ;", 9140, 20000);
-  const PaperSize wide = MakePaper(9, u"A4 wide", 2200, 3000);
+  const PaperSize wide = MakePaper(1, u"Letter, wide", 2200, 3000);
   EXPECT_EQ(Create(roll), 256);
   EXPECT_EQ(Create(MakePaper(4711, u"", 1, 2)), 257);
   EXPECT_TRUE(Same(Papers().at(before), roll));
-  EXPECT_EQ(Modify(wide), 9);
+  EXPECT_EQ(Modify(wide), 1);
   EXPECT_EQ(Delete(256), 1);
   EXPECT_EQ(Create(roll), 256) << "the first id that is free";
   const std::vector<PaperSize> papers = Papers();
   ASSERT_EQ(papers.size(), before + 2);
-  EXPECT_TRUE(Same(*std::ranges::find(papers, 9, &PaperSize::id), wide));
+  EXPECT_TRUE(Same(*std::ranges::find(papers, 1, &PaperSize::id), wide));
   EXPECT_EQ(papers.back().id, 256);
 
   EXPECT_EQ(Delete(999), 0);
