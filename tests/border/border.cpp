@@ -1,30 +1,15 @@
 // The host's side of the border for the tests: loading, calling, and directories to play in.
 #include "tests/border/border.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <fstream>
+#include <deque>
 #include <random>
 
 namespace border {
 namespace fs = std::filesystem;
 
-Sheet SheetOf(const void* record) {
-  Sheet sheet;
-  std::memcpy(sheet.data(), static_cast<const std::byte*>(record) + kPaperId, sizeof sheet);
-  return sheet;
-}
-
-Paper::Paper(int32_t id, const std::u16string& name, int32_t width, int32_t height, int32_t left,
-             int32_t right, int32_t top, int32_t bottom) {
-  WriteAt(bytes.data(), 0, id);
-  std::memcpy(bytes.data() + 4, name.data(), std::min<size_t>(name.size(), 63) * sizeof(char16_t));
-  WriteAt(bytes.data(), 132, width);
-  WriteAt(bytes.data(), 136, height);
-  WriteAt(bytes.data(), 140, top);
-  WriteAt(bytes.data(), 144, bottom);
-  WriteAt(bytes.data(), 148, left);
-  WriteAt(bytes.data(), 152, right);
+std::string ReadFile(const fs::path& file, std::ios::openmode mode) {
+  std::ifstream stream(file, mode);
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 Sandbox::Sandbox() {
@@ -35,7 +20,8 @@ Sandbox::Sandbox() {
   for (const char* directory : {"app", "user", "out"}) fs::create_directory(root_ / directory);
   SetVariable("HDI_APP_DIR", App().string());
   SetVariable("HDI_USER_DIR", User().string());
-  SetVariable("HDI_TEST_LOG", LogFile().string());
+  SetVariable("HDI_TEST_LOG", (root_ / "log").string());
+  for (const char* temporary : {"TMPDIR", "TMP"}) SetVariable(temporary, root_.string());
   SetUpDesktop(*this);
 }
 
@@ -50,85 +36,20 @@ void Sandbox::SetVariable(const std::string& name, const std::optional<std::stri
   border::SetVariable(name, value);
 }
 
-void Sandbox::WriteList(const std::string& text) const { std::ofstream(App() / "pdf.ini") << text; }
-
-std::u16string Sandbox::OutPath(const std::string& name) const { return (Out() / name).u16string(); }
-
-std::string Sandbox::Log() const { return ReadText(LogFile()); }
-
-Module::Module() : handle_(LoadModule()) {
-  entry_ = reinterpret_cast<int64_t (*)(uint64_t, void*)>(ModuleSymbol(handle_, "IT_Driver"));
-  if (entry_ == nullptr) std::abort();
+std::string Sandbox::Log() const {
+  std::string log = ReadFile(root_ / "log", std::ios::in);
+  fs::remove(root_ / "log");
+  return log;
 }
 
-Module::~Module() { Unload(); }
-
-void Module::Unload() {
-  if (handle_ != nullptr) UnloadModule(handle_);
-  handle_ = nullptr;
-}
-
-SlotPatch::SlotPatch(Driver driver) : driver_(driver), original_(ReadAt<void**>(driver.Object(), 0)) {
-  std::copy_n(original_ - kHead, table_.size(), table_.begin());
-  WriteAt(driver_.Object(), 0, table_.data() + kHead);
-}
-
-SlotPatch::~SlotPatch() {
-  if (driver_.Object() != nullptr) WriteAt(driver_.Object(), 0, original_);
-}
-
-DriverList::DriverList(Module& module) : module_(module) {
-  static const std::array<void*, 5> kTable = {nullptr, nullptr, reinterpret_cast<void*>(&HostOwn),
-                                              reinterpret_cast<void*>(&Add),
-                                              reinterpret_cast<void*>(&Remove)};
-  face_ = {kTable.data() + 2, this};
-}
-
-DriverList::~DriverList() {
-  while (!held_.empty()) Release(held_.back());
-}
-
-int64_t DriverList::Release(void* driver) {
-  struct {
-    void* list;
-    void* driver;
-  } release = {Object(), driver};
-  return module_.ItDriver(3, &release);
-}
-
-void DriverList::Add(Face* face, void* driver) {
-  face->self->calls.emplace_back("add");
-  face->self->held_.push_back(driver);
-}
-
-void DriverList::Remove(Face* face, void* driver) {
-  face->self->calls.emplace_back("remove");
-  face->self->removed.push_back(driver);
-  std::erase(face->self->held_, driver);
-}
-
-Device::Device(Driver driver) : driver_(driver) {
-  bytes_.fill(kForeign);
-  std::fill_n(bytes_.begin(), 36, uint8_t{0});
-  WriteAt(bytes_.data(), 0, driver.Object());
-}
-
-Device::~Device() {
-  if (open_) Close();
-}
-
-int32_t Device::Open() {
-  open_ = true;
-  return driver_.Call<int32_t>(10, Object());
-}
-
-int32_t Device::Close() {
-  open_ = false;
-  return driver_.Call<int32_t>(11, Object());
-}
-
-bool Device::ForeignFieldsUntouched() const {
-  return std::all_of(bytes_.begin() + 36, bytes_.end(), [](uint8_t byte) { return byte == kForeign; });
+void* Driver::Patch(size_t slot, void* function) const {
+  constexpr size_t kHead = 2;  // offset to top and type information stand before slot 0
+  constexpr size_t kSlotCount = 26;
+  static std::deque<std::array<void*, kHead + kSlotCount>> tables;  // outlive their drivers
+  auto& table = tables.emplace_back();
+  std::copy_n(ReadAt<void**>(object_, 0) - kHead, table.size(), table.begin());
+  WriteAt(object_, 0, table.data() + kHead);
+  return std::exchange(table[kHead + slot], function);
 }
 
 int32_t Device::StartDocument(const char16_t* output, const char16_t* docName) {
@@ -144,49 +65,33 @@ int32_t Device::StartDocument(const char16_t* output, const char16_t* docName) {
 }
 
 void Device::PlotPage() {
+  constexpr std::array<Point, 3> kLine = {{{10, 10}, {4000, 6000}, {4000, 10}}};
   EXPECT_EQ(StartPage(), 1);
-  EXPECT_EQ(Polyline({{10, 10}, {4000, 6000}, {4000, 10}}), 1);
+  EXPECT_EQ(Call(26, kLine.data(), int32_t{3}), 1);
   EXPECT_EQ(EndPage(), 1);
 }
 
-GlobalBlock::GlobalBlock(size_t size)
-    : handle_(MemoryFunction<void*(uint32_t, size_t)>("GlobalAlloc")(0x42, size)) {}
-
-GlobalBlock::~GlobalBlock() { MemoryFunction<void*(void*)>("GlobalFree")(handle_); }
-
-Record GlobalBlock::Content() const {
-  const auto content = ReadAt<Record>(MemoryFunction<void*(void*)>("GlobalLock")(handle_), 0);
-  MemoryFunction<int32_t(void*)>("GlobalUnlock")(handle_);
-  return content;
-}
-
-void GlobalBlock::SetContent(const Record& record) const {
-  WriteAt(MemoryFunction<void*(void*)>("GlobalLock")(handle_), 0, record);
-  MemoryFunction<int32_t(void*)>("GlobalUnlock")(handle_);
-}
-
-bool GlobalBlock::WasLeftLocked() const {
-  const auto unlock = MemoryFunction<int32_t(void*)>("GlobalUnlock");
-  MemoryFunction<void*(void*)>("GlobalLock")(handle_);
-  const bool locked = unlock(handle_) != 0;
-  if (locked) unlock(handle_);
-  return locked;
-}
-
-std::string ReadFile(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-std::string ReadText(const fs::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
+int32_t Device::Plot(const std::u16string& output, const char16_t* docName) {
+  if (StartDocument(output.c_str(), docName) != 1) return 0;
+  PlotPage();
+  return EndDocument();
 }
 
 Driver BorderTest::FirstDriver() {
-  if (list.Size() == 0) list.Create();
+  if (list.Size() == 0) {
+    sandbox.WriteList("[Devices]\n[First]\nPaperFile=papers.ini\n[Second]\nPaperFile=papers.ini\n");
+    list.Create();
+  }
   WriteAt<int32_t>(list.At(0).Settings(), kOpenAfterPlot, 0);
   return list.At(0);
+}
+
+Driver BorderTest::LastDriverOf(const std::string& devices) {
+  sandbox.WriteList(devices);
+  list.Create();
+  const Driver last = list.At(list.Size() - 1);
+  WriteAt<int32_t>(last.Settings(), kOpenAfterPlot, 0);
+  return last;
 }
 
 }  // namespace border

@@ -9,13 +9,8 @@
 
 namespace {
 
-const char* Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 void Note(const char* text, uint64_t number) {
-  std::ofstream(Variable("HDI_TEST_LOG"), std::ios::app) << text << ' ' << number << '\n';
+  std::ofstream(std::getenv("HDI_TEST_LOG"), std::ios::app) << text << ' ' << number << '\n';
 }
 
 }  // namespace
@@ -33,8 +28,8 @@ int32_t InvokeCustomPropertiesDlg(void* parent, void* driver) {
 int32_t InvokeSaveAsDlg(void* parent, int32_t* noHint) {
   Note("parent", border::WindowOf(parent));
   Note("hint", static_cast<uint64_t>(*noHint));
-  *noHint = std::atoi(Variable("HDI_TEST_HINT"));
-  return std::atoi(Variable("HDI_TEST_ANSWER"));
+  *noHint = std::atoi(std::getenv("HDI_TEST_HINT"));
+  return std::atoi(std::getenv("HDI_TEST_ANSWER"));
 }
 
 }  // extern "C"

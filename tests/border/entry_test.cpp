@@ -1,18 +1,19 @@
 // The exported function and what a driver object says of itself.
 #include <limits>
+#include <new>
 
 #include "tests/border/border.h"
 
 namespace border {
 namespace {
 
-class EntryTest : public BorderTest {};
+using EntryTest = BorderTest;
 
 TEST_F(EntryTest, CodesAreReadWholeAndUnknownOnesDoNothing) {
   for (const uint64_t code : {uint64_t{0}, uint64_t{1}, uint64_t{4}, uint64_t{0x100000002},
                               uint64_t{0x100000003}, std::numeric_limits<uint64_t>::max()}) {
     EXPECT_EQ(module.ItDriver(code, nullptr), 1) << code;
-    EXPECT_EQ(module.ItDriver(code, list.Object()), 1) << code;
+    EXPECT_EQ(module.ItDriver(code, &list), 1) << code;
   }
   EXPECT_TRUE(list.calls.empty());
   EXPECT_EQ(module.ItDriver(2, nullptr), 0);
@@ -53,14 +54,14 @@ TEST_F(EntryTest, IdentityAndReservedOperations) {
 
 TEST_F(EntryTest, QueryInterfaceKnowsOneInterface) {
   const Driver driver = FirstDriver();
-  const Bytes16 id = {0xFA, 0x4D, 0x3A, 0x5B, 0x0C, 0x54, 0xC3, 0x4E,
-                      0xA4, 0x04, 0x5C, 0x51, 0xAD, 0x31, 0x78, 0x9A};
+  const std::array<uint8_t, 16> id = {0xFA, 0x4D, 0x3A, 0x5B, 0x0C, 0x54, 0xC3, 0x4E,
+                                      0xA4, 0x04, 0x5C, 0x51, 0xAD, 0x31, 0x78, 0x9A};
   void* out = nullptr;
   EXPECT_EQ(driver.Call<int32_t>(0, &id, &out), 1);
   EXPECT_EQ(out, driver.Object());
   EXPECT_EQ(driver.Call<int32_t>(0, &id, static_cast<void**>(nullptr)), 1);
-  for (size_t i = 0; i < id.size(); ++i) {
-    Bytes16 other = id;
+  for (const size_t i : {0U, 15U}) {
+    auto other = id;
     other[i] ^= 1;
     void* untouched = &other;
     EXPECT_EQ(driver.Call<int32_t>(0, &other, &untouched), 0) << "byte " << i;
@@ -69,52 +70,36 @@ TEST_F(EntryTest, QueryInterfaceKnowsOneInterface) {
 }
 
 DriverList* destroyList = nullptr;
-void* originalDestroy = nullptr;
 
 void* SpyDestroy(void* object, uint32_t flags) {
   destroyList->calls.push_back("destroy " + std::to_string(flags));
-  return reinterpret_cast<void* (*)(void*, uint32_t)>(originalDestroy)(object, flags);
+  return object;
 }
 
 TEST_F(EntryTest, ReleaseDestroysFirstAndTellsTheHostThen) {
-  list.Create();
-  void* first = list.At(0).Object();
-  SlotPatch patch(list.At(0));
+  const Driver driver = FirstDriver();
   destroyList = &list;
-  originalDestroy = patch.Original(25);
-  patch.Set(25, reinterpret_cast<void*>(&SpyDestroy));
-  list.calls.clear();
-  EXPECT_EQ(list.Release(first), 1);
-  patch.Forget();
-  EXPECT_EQ(list.calls, (std::vector<std::string>{"destroy 1", "remove"}));
+  void* destroy = driver.Patch(25, reinterpret_cast<void*>(&SpyDestroy));
+  EXPECT_EQ(list.Release(driver.Object()), 1);
+  EXPECT_EQ(list.Size(), 1U);
   EXPECT_EQ(list.Release(nullptr), 1) << "the host is told of nothing, too";
-  EXPECT_EQ(list.removed, (std::vector<void*>{first, nullptr}));
-
-  const Driver second = list.At(0);
-  EXPECT_EQ(second.Call<void*>(25, uint32_t{1}), second.Object());
-  list.Forget(second.Object());
-  EXPECT_EQ(list.removed.size(), 2U) << "the host is told by the exported function only";
+  EXPECT_EQ(list.calls, (std::vector<std::string>{"add", "add", "destroy 1", "remove", "remove null"}));
+  driver.Patch(25, destroy);
+  EXPECT_EQ(driver.Call<void*>(25, uint32_t{1}), driver.Object());
 }
 
-TEST_F(EntryTest, UnloadsAndLoadsAgain) {
-  module.Unload();
-  for (int round = 0; round < 3; ++round) {
-    Module again;
-    DriverList drivers(again);
-    drivers.Create();
-    ASSERT_EQ(drivers.Size(), 2U);
-    WriteAt<int32_t>(drivers.At(0).Settings(), kOpenAfterPlot, 0);
-    Device device(drivers.At(0));
-    device.Open();
-    EXPECT_EQ(device.StartDocument(sandbox.OutPath("a.pdf").c_str()), 1);
-    device.PlotPage();
-    EXPECT_EQ(device.EndDocument(), 1);
-    EXPECT_EQ(PageCount(sandbox.Out() / "a.pdf"), 1);
-    device.Close();
-    while (drivers.Size() > 0) drivers.Release(drivers.At(0).Object());
-    again.Unload();
-    EXPECT_FALSE(ModuleIsLoaded());
+TEST_F(EntryTest, DestroyFreesTheObjectWhenAsked) {
+  const auto size = [](void* handle) { return GlobalBlock::Call<size_t>("GlobalSize", handle); };
+  for (const uint32_t flags : {2U, 3U}) {
+    const Driver driver = list.Size() == 0 ? FirstDriver() : list.At(0);
+    void* defaults = driver.Call<void*>(12);
+    EXPECT_NE(size(defaults), 0U);
+    EXPECT_EQ(driver.Call<void*>(25, flags), driver.Object());
+    EXPECT_EQ(size(defaults), 0U) << "the block of defaults goes with the driver";
+    list.Forget(driver.Object());
+    if (flags == 2) ::operator delete(driver.Object());  // whoever frees it twice is found out
   }
+  EXPECT_EQ(list.calls, std::vector<std::string>(2, "add")) << "only the exported function tells the host";
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -16,13 +15,10 @@ class Sandbox;
 // PDF.hdi, loaded as a host does it; what loads nothing ends the test program.
 [[nodiscard]] void* LoadModule();
 void UnloadModule(void* module);
-[[nodiscard]] bool ModuleIsLoaded();
 [[nodiscard]] void* ModuleSymbol(void* module, const char* name);
 
 // A function for global memory: GlobalAlloc and its family.
 [[nodiscard]] void* MemorySymbol(const char* name);
-// How large a block of the module's heap is at least.
-[[nodiscard]] size_t HeapBlockSize(void* block);
 
 [[nodiscard]] std::optional<std::string> Variable(const std::string& name);
 void SetVariable(const std::string& name, const std::optional<std::string>& value);

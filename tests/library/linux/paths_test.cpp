@@ -1,40 +1,26 @@
 // The directories on Linux.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <optional>
-#include <string>
-
 #include "platform/host_library.h"
 #include "tests/support/scratch.h"
 
 namespace {
 
-using std::u16string;
-using namespace std::string_literals;
+using Value = std::optional<std::string>;
 
 TEST(Paths, ComeFromTheEnvironmentOrThePlatform) {
   const scratch::Variable home("HOME", "/home/ü");
-  {
-    const scratch::Variable variable("HDI_APP_DIR", "/opt/app//");
-    EXPECT_EQ(OrvaneGetAppFullPath(), u"/opt/app"s);
+  const std::string own = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  for (const auto& [application, path] : {std::pair("/opt/app//", std::string("/opt/app")), {"", own}}) {
+    const scratch::Variable variable("HDI_APP_DIR", application);
+    EXPECT_EQ(hdi::ToUtf8(OrvaneGetAppFullPath()), path);
   }
-  {
-    const scratch::Variable variable("HDI_APP_DIR", "");
-    EXPECT_TRUE(std::filesystem::equivalent(hdi::ToUtf8(OrvaneGetAppFullPath()),
-                                            std::filesystem::read_symlink("/proc/self/exe").parent_path()));
-  }
-
-  const struct {
-    std::optional<std::string> user;
-    std::optional<std::string> data;
-    const char16_t* path;
-  } kUser[] = {
-      {"/u", "/d", u"/u/"}, {std::nullopt, "/d", u"/d/hdi/"}, {"", "relative", u"/home/ü/.local/share/hdi/"}};
-  for (const auto& row : kUser) {
-    const scratch::Variable user("HDI_USER_DIR", row.user);
-    const scratch::Variable data("XDG_DATA_HOME", row.data);
-    EXPECT_EQ(OrvaneGetAppDataPathWithBackslash(), u16string(row.path));
+  for (const auto& [user, data, path] : {std::tuple(Value("/u"), "/d", "/u/"),
+                                         {std::nullopt, "/d", "/d/hdi/"},
+                                         {Value(""), "relative", "/home/ü/.local/share/hdi/"}}) {
+    const scratch::Variable userVariable("HDI_USER_DIR", user);
+    const scratch::Variable dataVariable("XDG_DATA_HOME", data);
+    EXPECT_EQ(hdi::ToUtf8(OrvaneGetAppDataPathWithBackslash()), path);
   }
 }
 
