@@ -60,15 +60,18 @@ Ninja() {
   NINJA_STATUS='@%f/%t ' ninja -C "$directory" -j "$(nproc)" "$@" 2>&1 </dev/null | FollowNinja "$what"
 }
 
-# Whether a build folder was configured from this clone, with the engine as it is to be now and, where the tests
-# are asked for, with the tests.
+# Whether a build folder was configured from this clone, with the engine as it is to be now and with the tests
+# that are asked for.
 IsConfigured() {
-  local directory=$1 engine=$2 tests=$3 home='' option=''
+  local directory=$1 engine=$2 tests=$3 home=''
   [[ -f $directory/build.ninja && -f $directory/CMakeCache.txt ]] || return 1
   home=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$directory/CMakeCache.txt")
-  option=$(sed -n 's/^HDI_BUILD_TESTS:BOOL=//p' "$directory/CMakeCache.txt")
   [[ $home == "$root" && $(cat "$directory/engine-directory" 2>/dev/null) == "$engine" ]] || return 1
-  [[ $tests == OFF || $option == ON ]]
+  case $tests in
+    OFF) return 0 ;;
+    ON) grep -q '^HDI_BUILD_TESTS:BOOL=ON' "$directory/CMakeCache.txt" ;;
+    BROWSER) grep -q '^HDI_TEST_BROWSER:BOOL=ON' "$directory/CMakeCache.txt" ;;
+  esac
 }
 
 # Runs scripts/engine for the platform of a preset: Engine <preset> [ARGUMENT...]
@@ -82,11 +85,16 @@ Engine() {
   fi
 }
 
-# Build <preset> <tests ON|OFF> <what is built> <target>...
-# Configures a preset's folder if it has to be and builds the targets in it. Two of these in one clone take turns.
+# Build <preset> <tests> <what is built> <target>...
+# tests is OFF, ON, or BROWSER for those in a browser as well. Configures a preset's folder if it has to be and builds the targets in it. Two of these in one clone take turns.
 Build() {
-  local preset=$1 tests=$2 what=$3 directory engine
+  local preset=$1 tests=$2 what=$3 directory engine options
   shift 3
+  case $tests in
+    OFF) options=(-DHDI_BUILD_TESTS=OFF) ;;
+    ON) options=(-DHDI_BUILD_TESTS=ON) ;;
+    BROWSER) options=(-DHDI_BUILD_TESTS=ON -DHDI_TEST_BROWSER=ON) ;;
+  esac
   directory=$root/build
   [[ $preset == release ]] || directory=$root/build-$preset
   engine=$(Engine "$preset" --print-directory)
@@ -96,7 +104,7 @@ Build() {
     if ! IsConfigured "$directory" "$engine" "$tests"; then
       Say "configuring $(basename "$directory")"
       cd "$root" || exit
-      Logged "$directory/configure.log" cmake --preset "$preset" --fresh "-DHDI_BUILD_TESTS=$tests" ||
+      Logged "$directory/configure.log" cmake --preset "$preset" --fresh "${options[@]}" ||
         Fail "configuring failed; all of its output is in $directory/configure.log"
     fi
     Ninja "$directory" "$what" "$@" || Fail "the build failed"
