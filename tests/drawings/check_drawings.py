@@ -48,7 +48,8 @@ def plot(name):
         done = subprocess.run([os.environ["HDI_HDIPLOT_PATH"], f"{name}.dxf", *files, *options], cwd=FOLDER,
                               env=environment, capture_output=True, encoding="utf-8", check=False, timeout=60)
         summary_end = done.stdout.find("\n") + 1
-        return {"jsonl": read(trace), "err": done.stderr, "out": done.stdout[summary_end:]}
+        crash = "" if done.returncode in (0, 1, 2) else f"ended with {done.returncode}\n"
+        return {"jsonl": read(trace), "err": done.stderr + crash, "out": done.stdout[summary_end:]}
 
 
 def agree(expected, actual):
@@ -106,7 +107,8 @@ def main():
         found = differences(name, results)
         failed += bool(found)
         for difference in found[:MOST_DIFFERENCES]:
-            print(f"{difference.file}:{difference.line}:\n  expected {difference.expected}\n  actual   {difference.actual}")
+            print(f"{difference.file}:{difference.line}:")
+            print(f"  expected {difference.expected}\n  actual   {difference.actual}")
     print(f"{len(names) - failed} of {len(names)} drawings are as expected")
     return 1 if failed or not names else 0
 
