@@ -93,25 +93,5 @@ TEST(Splines, KeepTheToleranceOfTheirDefinition) {
   }
 }
 
-TEST(Splines, FitPointsAreMetSmoothly) {
-  for (const bool closed : {false, true}) {
-    SplineEntity spline;
-    spline.fitPoints = {{0, 0}, {4, 3}, {8, 0}, {4, -3}};
-    spline.closed = closed;
-    std::vector<Cubic> cubics;
-    AppendCubics(spline, 0.1, cubics);
-    ASSERT_EQ(cubics.size(), closed ? 4U : 3U);
-    for (size_t i = 0; i < cubics.size(); ++i) {
-      EXPECT_LT(Length(cubics[i].points[0] - spline.fitPoints[i]), 1e-9);
-      if (i == 0 && !closed) continue;
-      const Cubic& before = cubics[(i + cubics.size() - 1) % cubics.size()];
-      const Vec2 in = before.points[3] - before.points[2];
-      const Vec2 out = cubics[i].points[1] - cubics[i].points[0];
-      EXPECT_LT(std::abs(Cross(in, out)), 1e-4 * Length(in) * Length(out)) << i << closed;
-      EXPECT_GT(Dot(in, out), 0);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace hdiplot
