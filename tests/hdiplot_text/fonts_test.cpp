@@ -57,7 +57,8 @@ TEST(FontMap, TellsWhereALineIsBroken) {
                                       {"a.shx = stroke:rowmans, bold", "\"bold\" is neither"},
                                       {"a.shx = stroke:../rowmans", "no stroke font"}}) {
     FontMap map;
-    const auto read = [&] { map.Read(place.Write("fonts.map", "a = Arial\n" + std::string(line) + "\n")); };
+    const std::string file = place.Write("fonts.map", "a = Arial\n" + std::string(line) + "\n");
+    const auto read = [&] { map.Read(file); };
     EXPECT_THAT(read, ThrowsMessage<FileError>(AllOf(HasSubstr(":2: "), HasSubstr(message)))) << line;
     EXPECT_EQ(map.OfFamily("a"), std::nullopt);
   }
@@ -139,6 +140,16 @@ TEST(OutlineFont, LeansWhereTheDriverSlants) {
   EXPECT_GT(Lean(book, "WenQuanYi Zen Hei", u'中'), 0.2);
   // Of another family's upright face, which has an italic one beside it.
   EXPECT_EQ(Lean(book, "WenQuanYi Zen Hei", u'س'), 0);
+}
+
+TEST(OutlineFont, TakesLettersThatItLacksFromAnotherFace) {
+  FontBook book;
+  const OutlineFont& font = *book.Find({"Webdings", "", "", false, false}).outline;
+  EXPECT_EQ(font.FaceOf(u'0'), &font.Face());
+  for (const char16_t unit : std::u16string(u"éא")) {
+    EXPECT_EQ(font.Drawn(unit), unit);
+    EXPECT_TRUE(font.FaceOf(unit)->HasCharacter(unit));
+  }
 }
 
 // The parts as the driver gets them, and as they stand when it has turned round what runs from right to left.
