@@ -1,4 +1,4 @@
-// Hatch patterns and boundaries against a test of single points.
+// Hatch patterns against a test of single points.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -96,27 +96,6 @@ TEST(PatternCutter, HoldsItsLimits) {
   EXPECT_TRUE(few.Cut({0, {1e300, 1e300}, {0, 1}, {1, -1}}).empty());
   const std::vector<Ring> huge{{{-1e308, -1e308}, {1e308, -1e308}, {0, 1e308}}};
   EXPECT_TRUE(PatternCutter(huge, {}).Cut({0.3, {0, 0}, {0, 1}, {}}).empty());
-}
-
-TEST(BoundaryRings, JoinEdgesWhicheverWayTheyRun) {
-  // A stadium: lines and half circles, one of them clockwise and one line backwards.
-  HatchEntity hatch;
-  HatchLoop loop;
-  loop.edges = {LineEntity{{0, 0}, {20, 0}}, ArcEntity{{20, 5}, 5, -1.5707963267948966, 1.5707963267948966},
-                LineEntity{{0, 10}, {20, 10}}, ArcEntity{{0, 5}, 5, 4.71238898038469, 1.5707963267948966}};
-  hatch.loops = {loop};
-  HatchLoop hole;
-  hole.polyline.vertices = {{{5, 5}, 1, 0, 0}, {{9, 5}, 1, 0, 0}};  // a circle of two halves
-  hatch.loops.push_back(hole);
-  const std::vector<Ring> rings = BoundaryRings(hatch, 0.001);
-  ASSERT_EQ(rings.size(), 2U);
-  const auto area = [](const Ring& ring) {
-    double twice = 0;
-    for (size_t i = 0; i < ring.size(); ++i) twice += Cross(ring[i], ring[(i + 1) % ring.size()]);
-    return std::abs(twice) / 2;
-  };
-  EXPECT_NEAR(area(rings[0]), 200 + 25 * 3.14159265, 0.1);
-  EXPECT_NEAR(area(rings[1]), 4 * 3.14159265, 0.02);
 }
 
 }  // namespace

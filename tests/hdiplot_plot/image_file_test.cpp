@@ -1,131 +1,112 @@
-// Image files of all formats and depths, good and bad.
+// Image files of all formats and depths, good and bad. The good ones, in images/, were made byte by byte, the
+// JPEG files and lzw.tif by Poppler.
 #include "host/hdiplot/image/image_file.h"
 
-#include <FreeImage.h>
+#include <fmt/format.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/image/image_book.h"
+#include "tests/support/scratch.h"
 
 namespace hdiplot {
 namespace {
 
-using Color = std::array<uint8_t, 4>;
+using Color = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
-class ImageFiles : public testing::Test {
- protected:
-  // Tests run side by side, each in a process of its own.
-  ImageFiles() : folder_(testing::TempDir() + "hdiplot_image_files." + std::to_string(getpid())) {
-    std::filesystem::create_directories(folder_);
-  }
-  ~ImageFiles() override { std::filesystem::remove_all(folder_); }
+const std::filesystem::path kFolder = HDI_SOURCE_DIR "/tests/hdiplot_plot/images";
 
-  // An image of 9 by 3 pixels that `paint` has filled, as a file.
-  template <typename Paint>
-  std::filesystem::path Saved(FREE_IMAGE_FORMAT format, int bits, const Paint& paint) const {
-    FIBITMAP* bitmap = FreeImage_Allocate(9, 3, bits);
-    paint(bitmap);
-    std::filesystem::path file = folder_ / "image";
-    EXPECT_NE(FreeImage_Save(format, bitmap, file.c_str(),
-                             format == FIF_JPEG ? JPEG_QUALITYSUPERB | JPEG_SUBSAMPLING_444 : 0),
-              0);
-    FreeImage_Unload(bitmap);
-    return file;
-  }
-
-  std::filesystem::path Written(const std::string& bytes) const {
-    std::filesystem::path file = folder_ / "bytes";
-    std::ofstream(file, std::ios::binary) << bytes;
-    return file;
-  }
-
-  static std::string ErrorOf(const std::filesystem::path& file) {
-    try {
-      (void)ReadImageFile(file);
-    } catch (const FileError& error) {
-      return std::string(error.what()).substr(file.string().size());
+// A row in hexadecimal, or with 'w' and 'b' where there is one bit. The alpha is told where it is no 255.
+std::string RowText(const ImageData& image, int32_t y) {
+  const uint8_t* row = &image.pixels.at(RowBytes(image.width, image.bitCount) * static_cast<size_t>(y));
+  std::string text;
+  for (size_t x = 0; x < static_cast<size_t>(image.width); ++x) {
+    Color color;
+    if (image.bitCount == 32) std::copy_n(row + x * 4, 4, color.begin());
+    if (image.bitCount == 8) color = image.palette.at(row[x]);
+    if (image.bitCount == 1) color = image.palette.at(row[x / 8] >> (7 - x % 8) & 1);
+    if (image.bitCount == 1) {
+      text += color == Color{255, 255, 255, 255} ? 'w' : color == Color{0, 0, 0, 255} ? 'b' : '?';
+      continue;
     }
-    return "";
+    text += fmt::format("{}{:02x}{:02x}{:02x}", x > 0 ? " " : "", color[2], color[1], color[0]);
+    if (color[3] != 255) text += fmt::format("/{:02x}", color[3]);
   }
-
-  std::filesystem::path folder_;
-};
-
-Color PixelOf(const ImageData& image, size_t x, size_t y) {
-  const uint8_t* pixel = &image.pixels.at(RowBytes(image.width, 32) * y + x * 4);
-  return {pixel[0], pixel[1], pixel[2], pixel[3]};
+  return text;
 }
 
-void PaintColors(FIBITMAP* bitmap) {
-  RGBQUAD red{0, 0, 200, 100};
-  RGBQUAD blue{200, 0, 0, 255};
-  for (unsigned y = 0; y < 3; ++y) {
-    for (unsigned x = 0; x < 9; ++x) FreeImage_SetPixelColor(bitmap, x, y, y == 2 ? &red : &blue);
+std::string Describe(const ImageData& image) {
+  std::string text = fmt::format("{}{}", image.bitCount, image.hasAlpha ? " alpha" : "");
+  for (int32_t y = 0; y < image.height; ++y) text += "|" + RowText(image, y);
+  return text;
+}
+
+std::string ErrorOf(const std::filesystem::path& file) {
+  try {
+    (void)ReadImageFile(file);
+  } catch (const FileError& error) {
+    return std::string(error.what()).substr(file.string().size());
   }
+  return "";
 }
 
-TEST_F(ImageFiles, OfTrueColorHave32BitsFromTheTop) {
-  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_BMP, FIF_TIFF, FIF_JPEG}) {
-    const ImageData image = ReadImageFile(Saved(format, 24, PaintColors));
-    EXPECT_EQ(image.bitCount, 32);
-    EXPECT_FALSE(image.hasAlpha);
-    const Color top = PixelOf(image, 8, 0);
-    EXPECT_NEAR(top[2], 200, 40) << format;
-    EXPECT_LT(top[0], 90) << format;
-    EXPECT_EQ(top[3], 255);
-    EXPECT_GT(PixelOf(image, 0, 2)[0], 150) << format;
-  }
-}
-
-TEST_F(ImageFiles, KeepAlphaUnlessItIsUnused) {
-  const ImageData image = ReadImageFile(Saved(FIF_PNG, 32, PaintColors));
-  EXPECT_TRUE(image.hasAlpha);
-  EXPECT_EQ(PixelOf(image, 0, 0), (Color{0, 0, 200, 100}));
-  const ImageData unused = ReadImageFile(Saved(FIF_TIFF, 32, [](FIBITMAP*) {}));
-  EXPECT_FALSE(unused.hasAlpha);
-  EXPECT_EQ(PixelOf(unused, 0, 0), (Color{0, 0, 0, 255}));
-}
-
-TEST_F(ImageFiles, WithPalettesKeepThem) {
-  const auto paint = [](FIBITMAP* bitmap) {
-    FreeImage_GetPalette(bitmap)[1] = {10, 20, 30, 0};
-    BYTE one = 1;
-    FreeImage_SetPixelIndex(bitmap, 8, 2, &one);
+TEST(ImageFiles, AreReadFromTheTopInTheirOwnDepth) {
+  const std::string colors = "|ff0000 00ff00 0000ff|000000 ffffff 808080";
+  const std::string bits = "1|wbwwbbbbw|bbbbbbbwb";
+  const std::pair<const char*, std::string> cases[] = {
+      {"rgb.png", "32" + colors},
+      {"rgb_16_bits.png", "32" + colors},
+      {"palette_4_bits.png", "8" + colors},
+      {"palette_clear.png", "8 alpha|ff0000/00 00ff00/7f 0000ff|000000 ffffff 808080"},
+      {"rgba.png", "32 alpha|ff0000/00 00ff00/7f 0000ff|000000 ffffff 808080"},
+      {"rgba_unused.png", "32" + colors},  // with an alpha of 0 everywhere
+      {"bitonal.png", bits},
+      {"rgb.bmp", "32" + colors},
+      {"rgb_from_the_top.bmp", "32" + colors},
+      {"palette_8_bits.bmp", "8" + colors},
+      {"palette_4_bits.bmp", "8" + colors},
+      {"bitonal.bmp", bits},
+      {"two_pages.tif", "32" + colors},
+      {"palette_4_bits.tif", "8" + colors},
+      {"grey.tif", "8|000000 323232 646464|969696 c8c8c8 ffffff"},
+      {"bitonal_white_is_zero.tif", bits},
+      {"two_frames.gif", "8" + colors},
+      {"own_palette.gif", "8" + colors},
+      {"clear.gif", "8 alpha|ff0000 00ff00 0000ff/00|000000 ffffff 808080"},
   };
-  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_BMP, FIF_TIFF, FIF_GIF}) {
-    for (const int bits : {4, 8}) {
-      if (format == FIF_GIF && bits == 4) continue;
-      const ImageData image = ReadImageFile(Saved(format, bits, paint));
-      ASSERT_EQ(image.bitCount, 8);
-      EXPECT_EQ(image.palette.at(image.pixels.at(8)), (Color{10, 20, 30, 255})) << format << " " << bits;
-    }
-  }
-  for (const int bits : {4, 8}) {
-    const ImageData seeThrough = ReadImageFile(Saved(FIF_GIF, bits, [](FIBITMAP* bitmap) {
-      FreeImage_SetTransparentIndex(bitmap, 0);
-      FreeImage_SetTransparent(bitmap, TRUE);
-    }));
-    EXPECT_TRUE(seeThrough.hasAlpha) << bits;
-    EXPECT_EQ(seeThrough.palette.at(0)[3], 0) << bits;
-  }
+  for (const auto& [name, wanted] : cases) EXPECT_EQ(Describe(ReadImageFile(kFolder / name)), wanted) << name;
 }
 
-TEST_F(ImageFiles, OfTwoColorsKeepOneBit) {
-  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_BMP, FIF_TIFF}) {
-    const ImageData image = ReadImageFile(Saved(format, 1, [](FIBITMAP* bitmap) {
-      FreeImage_GetPalette(bitmap)[0] = {0, 0, 0, 0};
-      FreeImage_GetPalette(bitmap)[1] = {255, 255, 255, 0};
-      BYTE one = 1;
-      FreeImage_SetPixelIndex(bitmap, 8, 2, &one);
-    }));
-    ASSERT_EQ(image.bitCount, 1);
-    EXPECT_EQ(image.palette, (std::vector<Color>{{0, 0, 0, 255}, {255, 255, 255, 255}})) << format;
-    EXPECT_EQ(image.pixels.at(1) & 0x80, 0x80) << format;
-    EXPECT_EQ(image.pixels.at(5) & 0x80, 0) << format;
-  }
+TEST(ImageFiles, MayBeCompressed) {
+  const std::string green = "|00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00";
+  EXPECT_EQ(Describe(ReadImageFile(kFolder / "runs.bmp")), "8" + green + green + green);
+  EXPECT_EQ(RowText(ReadImageFile(kFolder / "runs.tif"), 2).substr(49, 13), "969696 969696");
+  const ImageData lzw = ReadImageFile(kFolder / "lzw.tif");
+  EXPECT_EQ(RowText(lzw, 7).substr(49, 13), "c81e28 1464c8");
+}
+
+TEST(ImageFiles, OfJpegComeNearTheirColors) {
+  // 16 by 8, one colour on the left and another on the right; and 8 by 8 in one grey.
+  const auto pixel = [](const ImageData& image, size_t x, size_t y) {
+    const size_t bytes = static_cast<size_t>(image.bitCount) / 8;
+    const uint8_t* at = &image.pixels.at(RowBytes(image.width, image.bitCount) * y + x * bytes);
+    return bytes == 4 ? Color{at[0], at[1], at[2], at[3]} : image.palette.at(*at);
+  };
+  const auto expectNear = [](Color color, Color wanted) {
+    for (size_t i = 0; i < 4; ++i) EXPECT_NEAR(color[i], wanted[i], 3);
+  };
+  const ImageData colors = ReadImageFile(kFolder / "rgb.jpg");
+  EXPECT_EQ(colors.bitCount, 32);
+  EXPECT_EQ(colors.width * 100 + colors.height, 1608);
+  expectNear(pixel(colors, 1, 1), {40, 30, 200, 255});
+  expectNear(pixel(colors, 14, 6), {200, 100, 20, 255});
+  const ImageData grey = ReadImageFile(kFolder / "grey.jpg");
+  EXPECT_EQ(grey.bitCount, 8);
+  expectNear(pixel(grey, 7, 7), {82, 82, 82, 255});
 }
 
 std::string Word(uint32_t value, int bytes = 4) {
@@ -134,44 +115,78 @@ std::string Word(uint32_t value, int bytes = 4) {
   return word;
 }
 
-TEST_F(ImageFiles, ThatCannotBeUsedSayWhy) {
-  EXPECT_EQ(ErrorOf(folder_ / "none.png"), ": no such image file");
-  EXPECT_EQ(ErrorOf(folder_), ": not a PNG, JPEG, BMP, TIFF or GIF image");
-  EXPECT_EQ(ErrorOf(Written("P1 1 1 1")), ": not a PNG, JPEG, BMP, TIFF or GIF image");
-  EXPECT_EQ(ErrorOf(Written("\x89PNG\r\n\x1a\n")), ": the image is broken");
-  EXPECT_EQ(ErrorOf(Written("GIF89a")), ": the image is broken");
-  const std::string bitmap = "BM" + Word(0) + Word(0) + Word(54) + Word(40) + Word(100000) + Word(100000) +
-                             Word(1, 2) + Word(24, 2) + std::string(24, '\0');
-  EXPECT_EQ(ErrorOf(Written(bitmap)), ": the image is too large: 100000 x 100000 pixels");
+TEST(ImageFiles, ThatCannotBeUsedSayWhy) {
+  const auto bitmap = [](uint32_t width, uint32_t height, uint32_t bits) {
+    return "BM" + Word(0) + Word(0) + Word(54) + Word(40) + Word(width) + Word(height) + Word(1, 2) +
+           Word(bits, 2) + std::string(24, '\0');
+  };
   const std::string gif = "GIF89a" + Word(1, 2) + Word(1, 2) + std::string(3, '\0') + "\x21\xf9\x04" +
                           std::string(5, '\0') + "," + Word(0) + Word(65535, 2) + Word(65535, 2);
-  EXPECT_EQ(ErrorOf(Written(gif)), ": the image is too large: 65535 x 65535 pixels");
+  const std::string tooLarge = ": the image is too large: ";
+  const std::string broken = ": the image is broken";
+  const std::string unknown = ": not a PNG, JPEG, BMP, TIFF or GIF image";
+  const std::pair<std::string, std::string> cases[] = {
+      {"P1 1 1 1", unknown},
+      {"", unknown},
+      {"\x89PNG\r\n\x1a\n", broken},
+      {"GIF89a", broken},
+      {bitmap(65501, 1, 1), tooLarge + "65501 x 1 pixels"},
+      {bitmap(1, 65501, 1), tooLarge + "1 x 65501 pixels"},
+      {bitmap(65500, 1, 1), broken},
+      {bitmap(0, 1, 24), broken},
+      // A gibibyte, in memory with four bytes a pixel, and a row more; of one bit a pixel there is room.
+      {bitmap(16384, 16384, 24), broken},
+      {bitmap(16384, 16385, 24), tooLarge + "16384 x 16385 pixels"},
+      {bitmap(40000, 40000, 8), tooLarge + "40000 x 40000 pixels"},
+      {bitmap(60000, 60000, 1), broken},
+      {gif, tooLarge + "65535 x 65535 pixels"},
+  };
+  const scratch::Directory place;
+  for (const auto& [bytes, wanted] : cases) EXPECT_EQ(ErrorOf(place.Write("file", bytes)), wanted);
+  EXPECT_EQ(ErrorOf(kFolder / "none.png"), ": no such image file");
+  EXPECT_EQ(ErrorOf(kFolder), unknown);
 }
 
-TEST_F(ImageFiles, ThatAreCutShortAreBroken) {
-  for (const FREE_IMAGE_FORMAT format : {FIF_PNG, FIF_JPEG, FIF_BMP, FIF_TIFF, FIF_GIF}) {
-    const auto file = Saved(format, format == FIF_GIF ? 8 : 24, [](FIBITMAP* bitmap) {
-      for (unsigned y = 0; y < 3; ++y) {
-        for (unsigned i = 0; i < FreeImage_GetLine(bitmap); ++i) {
-          FreeImage_GetScanLine(bitmap, static_cast<int>(y))[i] = static_cast<BYTE>(i * i * (y + 7));
-        }
-      }
-    });
-    EXPECT_EQ(ErrorOf(file), "") << format;
-    std::filesystem::resize_file(file, std::filesystem::file_size(file) - 20);
-    EXPECT_EQ(ErrorOf(file), ": the image is broken") << format;
-  }
-
-  // A grey TIFF of 9 by 3 pixels that stand behind the directory, whole and with ten of them.
-  const auto entry = [](uint32_t tag, uint32_t value) {
-    return Word(tag, 2) + Word(4, 2) + Word(1) + Word(value);
+TEST(ImageFiles, ThatAreCutShortAreBroken) {
+  const scratch::Directory place;
+  const std::pair<const char*, uintmax_t> cases[] = {
+      {"rgb.png", 20},    {"rgb.jpg", 20},           {"rgb.bmp", 1},  {"rgb_from_the_top.bmp", 1},
+      {"bitonal.bmp", 1}, {"palette_4_bits.bmp", 1}, {"runs.tif", 1}, {"own_palette.gif", 15},
   };
-  std::string tiff = "II*" + std::string(1, '\0') + Word(8) + Word(8, 2) + entry(256, 9) + entry(257, 3) +
-                     entry(258, 8) + entry(259, 1) + entry(262, 1) + entry(273, 110) + entry(278, 3) +
-                     entry(279, 27) + Word(0);
-  tiff.resize(137, 'x');
-  EXPECT_EQ(ErrorOf(Written(tiff)), "");
-  EXPECT_EQ(ErrorOf(Written(tiff.substr(0, 120))), ": the image is broken");
+  for (const auto& [name, bytes] : cases) {
+    const std::filesystem::path file = place.Path(name);
+    std::filesystem::copy_file(kFolder / name, file);
+    EXPECT_EQ(ErrorOf(file), "") << name;
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) - bytes);
+    EXPECT_EQ(ErrorOf(file), ": the image is broken") << name;
+  }
+}
+
+TEST(Turned, GivesPalettesTheSameTurns) {
+  ImageData image;
+  image.width = 3;
+  image.height = 2;
+  image.bitCount = 8;
+  image.pixels = {1, 2, 3, 0, 4, 5, 6, 0};
+  const ImageData turned = Turned(image, {true, true, false});
+  EXPECT_EQ(turned.width, 2);
+  EXPECT_EQ(turned.pixels, (std::vector<uint8_t>{4, 1, 0, 0, 5, 2, 0, 0, 6, 3, 0, 0}));
+}
+
+TEST(ImageBook, KeepsEachFormOfAnImage) {
+  const scratch::Directory place;
+  std::filesystem::copy_file(kFolder / "rgb.png", place.Path("a.png"));
+  std::vector<std::string> messages;
+  ImageBook book([&messages](const std::string& message) { messages.push_back(message); });
+  const Raster* read = book.Find(place.Path(), "sub\\a.png", {});
+  ASSERT_NE(read, nullptr);
+  std::filesystem::remove(place.Path("a.png"));
+  EXPECT_EQ(book.Find(place.Path(), "a.png", {}), read);
+  EXPECT_EQ(book.Find(place.Path(), "a.png", {.transparent = true}), read);
+  const Raster* turned = book.Find(place.Path(), "a.png", {}, {true});
+  EXPECT_NE(turned, read);
+  EXPECT_EQ(book.Find(place.Path(), "a.png", {}, {true}), turned);
+  EXPECT_TRUE(messages.empty());
 }
 
 }  // namespace

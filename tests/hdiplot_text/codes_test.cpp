@@ -1,8 +1,11 @@
 // What the codes of texts mean, in single lines and in paragraphs.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "host/hdiplot/text/font_book.h"
 #include "host/hdiplot/text/mtext_parser.h"
-#include "tests/hdiplot_text/layout_fakes.h"
+#include "host/hdiplot/text/text_block.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 namespace {
@@ -35,6 +38,9 @@ std::string Dump(const EntityColor& color) {
   constexpr const char* kKinds[] = {"layer", "block", "index", "true"};
   return fmt::format("{}{:x}", kKinds[static_cast<int>(color.kind)], color.value);
 }
+
+// Without the noise of the last digits.
+std::string Number(double value) { return fmt::format("{}", std::round(value * 1000) / 1000); }
 
 // What differs from `start` in brackets, then the text.
 std::string Dump(const MTextSpan& span, const TextLook& start) {
@@ -115,7 +121,7 @@ TEST(MTextCodes, HostileTextsAreRead) {
     for (int i = 0; i < 100000; ++i) text += part;
     return text;
   };
-  EvenFonts fonts;
+  FontBook fonts;
   for (const char* part : {"{", "}", "\\H100x;a", "\\W1e9x;a", "\\P", "\\pt1,2,3", "\\pi1e300;a^I", "{\\C1;",
                            "\\S^", "a ", "%%u%", "\\L^I", "\xff\xf0"}) {
     MTextEntity entity;

@@ -1,11 +1,7 @@
 // Fonts of a plot: the names of drawings, strokes, stand-ins, and scripts from right to left.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "host/hdiplot/errors.h"
@@ -13,28 +9,16 @@
 #include "host/hdiplot/text/font_book.h"
 #include "host/hdiplot/text/font_table.h"
 #include "host/hdiplot/text/text_shaping.h"
+#include "platform/unicode.h"
+#include "tests/support/scratch.h"
 
 namespace hdiplot {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-class MapFile {
- public:
-  explicit MapFile(const std::string& text)
-      : path_(std::filesystem::temp_directory_path() / ("fonts" + std::to_string(getpid()) + ".map")) {
-    std::ofstream(path_) << text;
-  }
-  MapFile(const MapFile&) = delete;
-  MapFile& operator=(const MapFile&) = delete;
-  ~MapFile() { std::filesystem::remove(path_); }
-
-  [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+using testing::ThrowsMessage;
 
 Box BoxOf(const StrokeGlyph& glyph) {
   Box box;
@@ -49,11 +33,12 @@ TEST(FontMap, KnowsFilesAndTakesTheUsersWordFirst) {
   EXPECT_EQ(map.OfFile("C:\\Fonts\\ARIALBD.TTF"), (MappedFont{"Arial", false, true}));
   EXPECT_EQ(map.OfFile("romanc"), (MappedFont{"timesr", true}));
   EXPECT_EQ(map.OfFile("romanc.ttf"), std::nullopt);
-  const MapFile file(
-      "\xEF\xBB\xBFtimes.ttf = Verdana\n# ours\n\n  Roman C.shx = stroke:ScriptC # curly\r\nswiss = DejaVu "
-      "Sans , "
-      "Bold,italic\narial.ttf=Verdana\n");
-  map.Read(file.Path());
+  const scratch::Directory place;
+  map.Read(place.Write("fonts.map",
+                       "\xEF\xBB\xBFtimes.ttf = Verdana\n# ours\n\n"
+                       "  Roman C.shx = stroke:ScriptC # curly\r\n"
+                       "swiss = DejaVu Sans , Bold,italic\n"
+                       "arial.ttf=Verdana\n"));
   EXPECT_EQ(map.OfFile("fonts/ROMAN C.SHX"), (MappedFont{"scriptc", true}));
   EXPECT_EQ(map.OfFile("Swiss.ttf"), (MappedFont{"DejaVu Sans", false, true, true}));
   EXPECT_EQ(map.OfFamily("SWISS"), map.OfFile("swiss.shx"));
@@ -63,6 +48,7 @@ TEST(FontMap, KnowsFilesAndTakesTheUsersWordFirst) {
 }
 
 TEST(FontMap, TellsWhereALineIsBroken) {
+  const scratch::Directory place;
   for (const auto& [line, message] : {std::pair{"arial.ttf", "NAME = FONT"},
                                       {"= Arial", "no name"},
                                       {"a.ttf =", "no font"},
@@ -70,19 +56,13 @@ TEST(FontMap, TellsWhereALineIsBroken) {
                                       {"a.shx = stroke:nothing", "no stroke font \"nothing\""},
                                       {"a.shx = stroke:rowmans, bold", "\"bold\" is neither"},
                                       {"a.shx = stroke:../rowmans", "no stroke font"}}) {
-    const MapFile file("a = Arial\n" + std::string(line) + "\n");
     FontMap map;
-    try {
-      map.Read(file.Path());
-      ADD_FAILURE() << line;
-    } catch (const FileError& error) {
-      EXPECT_THAT(error.what(), HasSubstr(":2: ")) << line;
-      EXPECT_THAT(error.what(), HasSubstr(message));
-    }
+    const std::string file = place.Write("fonts.map", "a = Arial\n" + std::string(line) + "\n");
+    const auto read = [&] { map.Read(file); };
+    EXPECT_THAT(read, ThrowsMessage<FileError>(AllOf(HasSubstr(":2: "), HasSubstr(message)))) << line;
     EXPECT_EQ(map.OfFamily("a"), std::nullopt);
   }
-  FontMap map;
-  EXPECT_THROW(map.Read("/nowhere/fonts.map"), FileError);
+  EXPECT_THROW(FontMap().Read(place.Path("none.map")), FileError);
 }
 
 TEST(StrokeFont, StandsOnTheBaseLineAsHighAsItsCapitals) {
@@ -162,39 +142,30 @@ TEST(OutlineFont, LeansWhereTheDriverSlants) {
   EXPECT_EQ(Lean(book, "WenQuanYi Zen Hei", u'س'), 0);
 }
 
-// What the driver does to a text.
-std::u16string TurnedRound(std::u16string text) {
-  const auto isRightToLeft = [](char16_t u) {
-    return (u >= 0x590 && u <= 0x8FF) || (u >= 0xFB50 && u <= 0xFDFF) || (u >= 0xFE70 && u <= 0xFEFF);
-  };
-  auto start = text.end();
-  for (auto i = text.begin(); i != text.end(); ++i) {
-    if (*i == u' ') continue;
-    if (isRightToLeft(*i) && start == text.end()) start = i;
-    if (!isRightToLeft(*i) && start != text.end()) {
-      std::reverse(start, i);
-      start = text.end();
-    }
+TEST(OutlineFont, TakesLettersThatItLacksFromAnotherFace) {
+  FontBook book;
+  const OutlineFont& font = *book.Find({"Webdings", "", "", false, false}).outline;
+  EXPECT_EQ(font.FaceOf(u'0'), &font.Face());
+  for (const char16_t unit : std::u16string(u"éא")) {
+    EXPECT_EQ(font.Drawn(unit), unit);
+    EXPECT_TRUE(font.FaceOf(unit)->HasCharacter(unit));
   }
-  std::reverse(start, text.end());
-  return text;
 }
 
-std::u16string AsShown(std::u16string_view text) {
-  std::u16string shown;
-  for (const DriverPart& part : DriverParts(text)) {
-    EXPECT_EQ(TurnedRound(part.text), part.visual);
-    shown += part.visual;
-  }
-  return shown;
-}
-
+// The parts as the driver gets them, and as they stand when it has turned round what runs from right to left.
 TEST(TextShaping, StandsInVisualOrderBehindTheDriver) {
-  EXPECT_EQ(AsShown(u"plain (text) 12"), u"plain (text) 12");
-  EXPECT_EQ(AsShown(u"אבג דה"), u"הד גבא");
-  EXPECT_EQ(AsShown(u"a אב c"), u"a בא c");
-  EXPECT_EQ(AsShown(u"אב abc 12 גד "), u" דג abc 12 בא");
-  EXPECT_EQ(AsShown(u"אב (גד) 3.5"), u"3.5 (דג) בא");
+  const auto parts = [](std::u16string_view text) {
+    std::string words;
+    for (const DriverPart& part : DriverParts(text)) {
+      words += "[" + hdi::ToUtf8(part.text) + ">" + hdi::ToUtf8(part.visual) + "]";
+    }
+    return words;
+  };
+  EXPECT_EQ(parts(u"plain (text) 12"), "[plain (text) 12>plain (text) 12]");
+  EXPECT_EQ(parts(u"אבג דה"), "[אבג דה>הד גבא]");
+  EXPECT_EQ(parts(u"a אב c"), "[a אב>a בא][ c> c]");
+  EXPECT_EQ(parts(u"אב abc 12 גד "), "[ גד> דג][ abc 12 אב> abc 12 בא]");
+  EXPECT_EQ(parts(u"אב (גד) 3.5"), "[3.5 (גד) אב>3.5 (דג) בא]");
 }
 
 TEST(TextShaping, JoinsArabicLettersThatTheFontHas) {
