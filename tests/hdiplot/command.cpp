@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace command {
 
@@ -54,17 +53,6 @@ Outcome Workplace::Run(const std::string& words, const std::string& variables) c
                               Quoted(beside_.Path("err"));
   const int state = std::system(command.c_str());
   return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, beside_.Read("out"), beside_.Read("err")};
-}
-
-std::vector<std::pair<std::string, std::string>> ReadRows(const std::string& name) {
-  std::vector<std::pair<std::string, std::string>> rows;
-  std::ifstream file(kFolder / name);
-  EXPECT_TRUE(file) << name;
-  for (std::string line, below; std::getline(file, line);) {
-    if (line.starts_with('#') || !std::getline(file, below)) continue;
-    rows.emplace_back(line, below.substr(below.find_first_not_of(' ')));
-  }
-  return rows;
 }
 
 std::string LineDrawing(const std::string& width, const std::string& height) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tests/support/scratch.h"
@@ -36,10 +35,6 @@ class Workplace : public scratch::Directory {
 
   scratch::Directory beside_;  // for files that are none of the command's
 };
-
-// The rows of a file of tests/hdiplot: a line and the one below it, which is indented. A number sign begins a
-// remark.
-std::vector<std::pair<std::string, std::string>> ReadRows(const std::string& name);
 
 // A drawing of one line from the origin to (width, height).
 std::string LineDrawing(const std::string& width = "10", const std::string& height = "5");

@@ -11,6 +11,7 @@
 
 #include "host/hdiplot/image/image_file.h"
 #include "tests/hdiplot/command.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -113,7 +114,7 @@ TEST_F(Drawings, HavePagesAndAMeasure) {
   const std::string line = "0\nLINE\n10\n0\n20\n0\n11\n10000\n21\n0\n";
   noModel.erase(noModel.find(line), line.size());
   place.Write("paper.dxf", noModel);
-  for (const auto& [words, pages] : command::ReadRows("pages.txt")) EXPECT_EQ(Pages(words), pages) << words;
+  for (const auto& [words, pages] : rows::Read("hdiplot/pages.txt")) EXPECT_EQ(Pages(words), pages) << words;
 }
 
 // At 254 dots an inch a dot is a tenth of a millimetre.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/hdiplot/command.h"
+#include "tests/support/rows.h"
 
 namespace {
 
@@ -36,7 +37,7 @@ class Failures : public testing::Test {
 
 TEST_F(Failures, GiveOneMessageAndTouchNothing) {
   const std::vector<std::string> names = place.Names();
-  for (const auto& [words, message] : command::ReadRows("failures.txt")) {
+  for (const auto& [words, message] : rows::Read("hdiplot/failures.txt")) {
     SCOPED_TRACE(words);
     ExpectFailure(place.RunReal(words), message);
   }

@@ -7,7 +7,8 @@
 #include <string>
 
 #include "host/hdiplot/errors.h"
-#include "tests/hdiplot/command.h"
+#include "tests/support/rows.h"
+#include "tests/support/scratch.h"
 
 namespace hdiplot {
 namespace {
@@ -35,7 +36,7 @@ std::string MessageOfLine(const std::string& line) {
 }
 
 TEST(TraceReader, TellsWhatIsWrongWithALine) {
-  for (const auto& [line, message] : command::ReadRows("bad_lines.txt")) {
+  for (const auto& [line, message] : rows::Read("hdiplot/bad_lines.txt")) {
     EXPECT_EQ(MessageOfLine(line), message) << line;
   }
 }
