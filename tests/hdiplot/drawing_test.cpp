@@ -177,7 +177,7 @@ TEST_F(Drawings, HaveAPictureOfTheirFirstPage) {
   const hdiplot::ImageData image = hdiplot::ReadImageFile(place.Path("job.png"));
   ASSERT_EQ(image.bitCount, 32);
   EXPECT_EQ(std::pair(image.width, image.height), std::pair(200, 100));
-  const auto blueAt = [&image](size_t column) { return image.pixels[(200 * 50 + column) * 4]; };
+  const auto blueAt = [&image](size_t column) { return image.pixels[(size_t{200} * 50 + column) * 4]; };
   EXPECT_NEAR(blueAt(50), 127, 2);
   EXPECT_EQ(blueAt(150), 255);
 }

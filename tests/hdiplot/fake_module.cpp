@@ -41,7 +41,7 @@ int32_t StartDoc(HostDevice* device, const hdi::DOCINFOW* document) {
   const bool isDefault = document->lpszOutput == nullptr;
   outputFile = hdi::ToUtf8(isDefault ? device->defaultOutput : document->lpszOutput);
   if (!isDefault && !outputFile.ends_with(".pdf")) outputFile += ".pdf";
-  std::ofstream{outputFile};
+  std::ofstream(outputFile).flush();
   return 1;
 }
 
