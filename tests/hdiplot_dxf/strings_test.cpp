@@ -62,6 +62,7 @@ TEST(Strings, OfTexts) {
       {"JOHAB", "\x88\x61", "\uac00"},
       {"ANSI_1252", "\\M+182A0\\M+2A440\\M+3B0A1\\M+48861\\M+5B0A1\\M+1B1\\M+10000",
        "\u3042\u4e00\uac00\uac00\u554a\\M+1B1\\M+10000"},
+      {"ANSI_1252", "\\H210041; \\M+", "\\H210041; \\M+"},
       {"ANSI_1252", "\\\\U+0041 \\U+D83D\\U+DE00 \\U+D83D \\U+00e", "\\A \U0001f600 \ufffd \\U+00e"},
   };
   for (const Row& row : rows) {
