@@ -32,13 +32,13 @@ std::vector<std::string> Workplace::Names() const {
   return names;
 }
 
-Outcome Workplace::RunFake(const std::string& words, const std::string& variables) const {
-  return Run(words, "HDI_MODULE=" + Quoted(HDIPLOT_FAKE_MODULE) + " FAKE_LOG=" + Quoted(beside_.Path("log")) +
-                        " " + variables);
+Outcome Workplace::RunFake(const std::string& words, const std::string& before) const {
+  return Run(words, before + " HDI_MODULE=" + Quoted(HDIPLOT_FAKE_MODULE) +
+                        " FAKE_LOG=" + Quoted(beside_.Path("log")));
 }
 
-Outcome Workplace::RunReal(const std::string& words, const std::string& variables) const {
-  return Run(words, "HDI_MODULE=" + Quoted(HDI_DRIVER_PATH) + " HDI_USER_DIR=user " + variables);
+Outcome Workplace::RunReal(const std::string& words, const std::string& before) const {
+  return Run(words, before + " HDI_MODULE=" + Quoted(HDI_DRIVER_PATH) + " HDI_USER_DIR=user");
 }
 
 std::string Workplace::TakeLog() const {
@@ -47,8 +47,8 @@ std::string Workplace::TakeLog() const {
   return log;
 }
 
-Outcome Workplace::Run(const std::string& words, const std::string& variables) const {
-  const std::string command = "cd " + Quoted(Path()) + " && { " + variables + " " + Quoted(HDI_HDIPLOT_PATH) +
+Outcome Workplace::Run(const std::string& words, const std::string& before) const {
+  const std::string command = "cd " + Quoted(Path()) + " && { " + before + " " + Quoted(HDI_HDIPLOT_PATH) +
                               " " + words + "\n} </dev/null >" + Quoted(beside_.Path("out")) + " 2>" +
                               Quoted(beside_.Path("err"));
   const int state = std::system(command.c_str());

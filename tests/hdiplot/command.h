@@ -23,15 +23,15 @@ class Workplace : public scratch::Directory {
   [[nodiscard]] std::vector<std::string> Names() const;  // sorted
 
   // Runs the command with the fake module or the real one. The words are the shell's, redirections among
-  // them; `variables` are assignments such as "A=1 B=2".
-  [[nodiscard]] Outcome RunFake(const std::string& words, const std::string& variables = "") const;
-  [[nodiscard]] Outcome RunReal(const std::string& words, const std::string& variables = "") const;
+  // them; `before` are assignments such as "A=1 B=2", or commands that end in a semicolon each.
+  [[nodiscard]] Outcome RunFake(const std::string& words, const std::string& before = "") const;
+  [[nodiscard]] Outcome RunReal(const std::string& words, const std::string& before = "") const;
 
   // What the fake module has written since the last call.
   [[nodiscard]] std::string TakeLog() const;
 
  private:
-  [[nodiscard]] Outcome Run(const std::string& words, const std::string& variables) const;
+  [[nodiscard]] Outcome Run(const std::string& words, const std::string& before) const;
 
   scratch::Directory beside_;  // for files that are none of the command's
 };

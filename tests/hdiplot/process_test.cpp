@@ -50,6 +50,18 @@ TEST_F(Process, AFullStandardOutputIsReportedBehindThePlot) {
   ExpectWholePdf("d.pdf");
 }
 
+// The PDF is within the limit of 512 times 100 bytes, as its lines are packed.
+TEST_F(Process, ARecordWithoutRoomIsReportedBehindThePlot) {
+  std::string lines;
+  for (int i = 0; i < 2000; ++i) lines += "0\nLINE\n10\n0\n20\n0\n11\n10\n21\n5\n";
+  place.Write("many.dxf", "0\nSECTION\n2\nENTITIES\n" + lines + "0\nENDSEC\n0\nEOF\n");
+  const Outcome outcome =
+      place.RunReal("many.dxf -q -o many.pdf --record many.jsonl", "trap '' XFSZ; ulimit -f 100;");
+  command::ExpectFailure(outcome, "many.jsonl: cannot be written: File too large", 1);
+  ExpectWholePdf("many.pdf");
+  EXPECT_FALSE(place.Has("many.jsonl"));
+}
+
 TEST_F(Process, ARecordFollowsLinks) {
   std::filesystem::create_directory(place.Path("sub"));
   std::filesystem::create_symlink("sub/real.jsonl", place.Path("link.jsonl"));
