@@ -1,15 +1,12 @@
-// A child process with its streams in files.
 #include "tests/hdiplot/command.h"
 
-#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
+#include <filesystem>
 
 namespace command {
 
@@ -17,93 +14,57 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string ReadFile(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
+const fs::path kFolder = HDI_SOURCE_DIR "/tests/hdiplot";
 
-void Redirect(const fs::path& file, int descriptor, int flags) {
-  const int opened = open(file.c_str(), flags, 0600);
-  dup2(opened, descriptor);
-  close(opened);
-}
+// For the shell; paths of tests have no quotes.
+std::string Quoted(const std::string& text) { return "'" + text + "'"; }
 
 }  // namespace
 
-Workplace::Workplace() {
-  std::string name = (fs::temp_directory_path() / "hdiplot.XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
-  directory_ = name;
-}
-
-Workplace::~Workplace() {
-  fs::remove_all(directory_);
-  fs::remove(Beside(".log"));
-}
-
-void Workplace::Write(const std::string& name, const std::string& text) const {
-  std::ofstream(Path(name), std::ios::binary) << text;
-}
-
-std::string Workplace::Read(const std::string& name) const { return ReadFile(Path(name)); }
+void Workplace::Fetch(const std::string& name) const { fs::copy_file(kFolder / name, Path(name)); }
 
 bool Workplace::Has(const std::string& name) const { return fs::exists(Path(name)); }
 
 std::vector<std::string> Workplace::Names() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(directory_))
-    names.push_back(entry.path().filename().string());
+  for (const auto& entry : fs::directory_iterator(Path())) names.push_back(entry.path().filename().string());
   std::ranges::sort(names);
   return names;
 }
 
-Outcome Workplace::RunFake(const std::vector<std::string>& arguments,
-                           const std::map<std::string, std::string>& variables) const {
-  std::map<std::string, std::string> all = variables;
-  all.emplace("HDI_MODULE", HDIPLOT_FAKE_MODULE);
-  all.emplace("FAKE_LOG", Beside(".log").string());
-  return Run(arguments, all);
+Outcome Workplace::RunFake(const std::string& words, const std::string& before) const {
+  return Run(words, before + " HDI_MODULE=" + Quoted(HDIPLOT_FAKE_MODULE) +
+                        " FAKE_LOG=" + Quoted(beside_.Path("log")));
+}
+
+Outcome Workplace::RunReal(const std::string& words, const std::string& before) const {
+  return Run(words, before + " HDI_MODULE=" + Quoted(HDI_DRIVER_PATH) + " HDI_USER_DIR=user");
 }
 
 std::string Workplace::TakeLog() const {
-  std::string log = ReadFile(Beside(".log"));
-  fs::remove(Beside(".log"));
+  std::string log = beside_.Read("log");
+  fs::remove(beside_.Path("log"));
   return log;
 }
 
-Outcome Workplace::RunReal(const std::vector<std::string>& arguments,
-                           const std::map<std::string, std::string>& variables) const {
-  std::map<std::string, std::string> all = variables;
-  all["HDI_MODULE"] = HDI_DRIVER_PATH;
-  all["HDI_USER_DIR"] = Path("user").string();
-  return Run(arguments, all);
+Outcome Workplace::Run(const std::string& words, const std::string& before) const {
+  const std::string command = "cd " + Quoted(Path()) + " && { " + before + " " + Quoted(HDI_HDIPLOT_PATH) +
+                              " " + words + "\n} </dev/null >" + Quoted(beside_.Path("out")) + " 2>" +
+                              Quoted(beside_.Path("err"));
+  const int state = std::system(command.c_str());
+  return {WIFEXITED(state) ? WEXITSTATUS(state) : -1, beside_.Read("out"), beside_.Read("err")};
 }
 
-Outcome Workplace::Run(const std::vector<std::string>& arguments,
-                       const std::map<std::string, std::string>& variables) const {
-  const fs::path out = Beside(".out");
-  const fs::path err = Beside(".err");
-  const pid_t child = fork();
-  if (child == 0) {
-    for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
-    std::vector<std::string> words = arguments;
-    words.insert(words.begin(), HDI_HDIPLOT_PATH);
-    std::vector<char*> pointers;
-    pointers.reserve(words.size() + 1);
-    for (std::string& word : words) pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    Redirect("/dev/null", STDIN_FILENO, O_RDONLY);
-    Redirect(out, STDOUT_FILENO, O_CREAT | O_TRUNC | O_WRONLY);
-    Redirect(err, STDERR_FILENO, O_CREAT | O_TRUNC | O_WRONLY);
-    if (chdir(directory_.c_str()) == 0) execv(HDI_HDIPLOT_PATH, pointers.data());
-    _exit(127);
-  }
-  int state = 0;
-  waitpid(child, &state, 0);
-  Outcome outcome{WIFEXITED(state) ? WEXITSTATUS(state) : -1, ReadFile(out), ReadFile(err)};
-  fs::remove(out);
-  fs::remove(err);
-  return outcome;
+std::string LineDrawing(const std::string& width, const std::string& height) {
+  return "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n" + width + "\n21\n" + height +
+         "\n0\nENDSEC\n0\nEOF\n";
+}
+
+void ExpectFailure(const Outcome& outcome, const std::string& words, int status) {
+  EXPECT_EQ(outcome.status, status) << words;
+  EXPECT_EQ(outcome.out, "") << words;
+  EXPECT_THAT(outcome.err, testing::MatchesRegex("hdiplot: [^\n]*\n"));
+  EXPECT_THAT(outcome.err, testing::HasSubstr(words));
 }
 
 }  // namespace command

@@ -3,112 +3,85 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tests/hdiplot/command.h"
+#include "tests/support/rows.h"
 
 namespace {
 
+using command::ExpectFailure;
 using command::Outcome;
 using command::Workplace;
-using testing::HasSubstr;
-
-void ExpectOneMessage(const Outcome& outcome, const std::string& part) {
-  EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
-  EXPECT_THAT(outcome.err, HasSubstr(part));
-}
 
 class Failures : public testing::Test {
  protected:
   Failures() {
     place.Write("good.jsonl", "{\"call\": \"DevStartPage\"}\n{\"call\": \"DevEndPage\"}\n");
     place.Write("bad.jsonl", "{\"call\": \"DevStartPage\"}\n{\"call\": \"DevEndPag\"}\n");
+    place.Write("a.dxf", command::LineDrawing());
+    place.Write("text.dxf", "This is no drawing.\n");
+    place.Write("bad.map", "arial.ttf = DejaVu Sans\nsimplex\n");
     place.Write("old.pdf", "an old file");
-    names = place.Names();
-  }
-
-  // Nothing has been made or changed.
-  void ExpectUntouched() const {
-    EXPECT_EQ(place.Names(), names);
-    EXPECT_EQ(place.Read("old.pdf"), "an old file");
+    place.Fetch("sheets.dxf");
+    std::filesystem::create_directory(place.Path("directory.pdf"));
+    std::filesystem::create_symlink("new.pdf", place.Path("trap.jsonl"));
+    mkfifo(place.Path("pipe.pdf").c_str(), 0600);
+    mkfifo(place.Path("pipe.jsonl").c_str(), 0600);
   }
 
   Workplace place;
-  std::vector<std::string> names;
 };
 
-TEST_F(Failures, OfATraceLeaveTheOutputAsItWas) {
-  ExpectOneMessage(place.RunFake({"bad.jsonl", "-o", "old.pdf"}), "bad.jsonl:2: unknown call");
-  ExpectOneMessage(place.RunFake({"bad.jsonl", "-o", "new.pdf", "--record", "new.jsonl"}), "bad.jsonl:2: ");
-  ExpectOneMessage(place.RunFake({"missing.jsonl", "-o", "old.pdf"}), "missing.jsonl: cannot be opened");
-  ExpectOneMessage(place.RunFake({"good.jsonl"}), "no output file");
-  ExpectUntouched();
-}
-
-TEST_F(Failures, OfTheOutputsPlaceAreFoundBeforeTheDriverIsAsked) {
-  std::filesystem::create_directory(place.Path("directory.pdf"));
-  mkfifo(place.Path("pipe.pdf").c_str(), 0600);
-  names = place.Names();
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "directory.pdf"}), "directory.pdf: cannot be written");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "pipe.pdf"}), "pipe.pdf: cannot be written");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "none/new.pdf"}), "none/new.pdf: cannot be written");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "good.jsonl/new.pdf"}),
-                   "good.jsonl/new.pdf: cannot be written");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", std::string(300, 'x')}),
-                   "cannot be written: File name too long");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "/proc/new.pdf"}), "/proc/new.pdf: cannot be written");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--record", "none/a.jsonl"}),
-                   "none/a.jsonl: cannot");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--record", "good.jsonl"}),
-                   "the input and the record");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--record", "./old.pdf"}),
-                   "output and the record");
-  ExpectUntouched();
-}
-
-TEST_F(Failures, OfTheModuleAreToldApart) {
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--module", "none.hdi"}),
-                   "none.hdi: the driver module");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--module", "old.pdf"}),
-                   "old.pdf: cannot be loaded");
-  ExpectOneMessage(place.RunFake({"good.jsonl", "-o", "old.pdf", "--device", "Third"}),
-                   "has no device \"Third\"; there are: \"First\" \"Zweites Gerät\"");
-  ExpectUntouched();
+TEST_F(Failures, GiveOneMessageAndTouchNothing) {
+  const std::vector<std::string> names = place.Names();
+  for (const auto& [words, message] : rows::Read("hdiplot/failures.txt")) {
+    SCOPED_TRACE(words);
+    ExpectFailure(place.RunReal(words), message);
+  }
+  ExpectFailure(place.RunReal("a.dxf -o 'latin\xe4'"), "--output: takes a file name in UTF-8");
+  ExpectFailure(place.RunReal("'miss\x1b[1m\xc2\x80\x7f.dxf'"),
+                "hdiplot: miss?[1m\xc2??.dxf: cannot be opened");
+  EXPECT_EQ(place.Names(), names);
+  EXPECT_EQ(place.Read("old.pdf"), "an old file");
 }
 
 TEST_F(Failures, OfTheDriverLeaveNoRecord) {
-  const std::vector<std::string> arguments = {"good.jsonl", "-o", "new.pdf", "--record", "new.jsonl"};
-  ExpectOneMessage(place.RunFake(arguments, {{"FAKE_REFUSE", "1"}}),
-                   "new.pdf: the driver did not start the document");
+  const std::string words = "good.jsonl -o new.pdf --record new.jsonl";
+  ExpectFailure(place.RunFake(words, "FAKE_REFUSE=1"), "new.pdf: the driver did not start the document");
   EXPECT_FALSE(place.Has("new.pdf"));
-  ExpectOneMessage(place.RunFake(arguments, {{"FAKE_THROW", "1"}}),
-                   "new.pdf: cannot be written: the cable is out");
-  ExpectOneMessage(place.RunFake(arguments, {{"FAKE_TRUNCATE", "1"}}), "new.pdf: is not whole");
-  EXPECT_EQ(place.Names(), (std::vector<std::string>{"bad.jsonl", "good.jsonl", "new.pdf", "old.pdf"}));
+  ExpectFailure(place.RunFake(words, "FAKE_THROW=1"), "new.pdf: cannot be written: the cable is out");
+  ExpectFailure(place.RunFake(words, "FAKE_TRUNCATE=1"), "new.pdf: is not whole; is the disk full?");
+  EXPECT_FALSE(place.Has("new.jsonl"));
+  EXPECT_THAT(place.RunFake("good.jsonl -o new.pdf --device Third").err,
+              testing::HasSubstr("has no device \"Third\"; there are: \"First\" \"Zweites Gerät\"\n"));
 }
 
 TEST_F(Failures, OfDrawingsLeaveTheOthersPlotted) {
-  place.Write("empty.dxf", "");
-  place.Write("text.dxf", "This is no drawing.\n");
-  place.Write("good.dxf",
-              "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n0\n10\n0\n20\n0\n11\n10\n21\n5\n0\nENDSEC\n0\nEOF\n");
-  const Outcome none = place.RunReal({"empty.dxf", "missing.dxf", "text.dxf", "-o", "old.pdf"});
+  const Outcome none = place.RunReal("text.dxf missing.dxf -o old.pdf");
   EXPECT_EQ(none.status, 2);
-  EXPECT_EQ(none.out, "");
-  EXPECT_EQ(std::ranges::count(none.err, '\n'), 3) << none.err;
+  EXPECT_THAT(none.err, testing::MatchesRegex("hdiplot: text.dxf:1: [^\n]*\nhdiplot: missing.dxf: [^\n]*\n"));
   EXPECT_EQ(place.Read("old.pdf"), "an old file");
 
-  const Outcome some = place.RunReal({"empty.dxf", "good.dxf", "-o", "old.pdf"});
-  EXPECT_EQ(some.status, 1);
-  EXPECT_EQ(std::ranges::count(some.err, '\n'), 1) << some.err;
-  EXPECT_THAT(some.err, HasSubstr("empty.dxf: "));
-  EXPECT_THAT(some.out, testing::StartsWith("old.pdf: 1 page, "));
+  ExpectFailure(place.RunReal("text.dxf a.dxf -o old.pdf --quiet"), "text.dxf:1: ", 1);
   EXPECT_THAT(place.Read("old.pdf"), testing::StartsWith("%PDF-"));
+  ExpectFailure(place.RunReal("sheets.dxf a.dxf -o old.pdf --layout plan --quiet"), "a.dxf: has no layouts",
+                1);
+}
+
+// The PDF is there all the same.
+TEST_F(Failures, OfPreviewsLeaveTheOldOne) {
+  place.Write("wide.jsonl",
+              R"({"job": {"devMode": {"dmPaperSize": 0}, "customPaper": {"name": "Wide", "width": 30000,)"
+              R"( "height": 30000, "left": 0, "right": 0, "top": 0, "bottom": 0}}})"
+              "\n{\"call\": \"DevStartPage\"}\n{\"call\": \"DevEndPage\"}\n");
+  place.Write("job.png", "an old picture");
+  ExpectFailure(place.RunReal("wide.jsonl -q -o wide.pdf --preview job.png --preview-dpi 2400"),
+                "too large for a preview", 1);
+  EXPECT_TRUE(place.Has("wide.pdf"));
+  EXPECT_EQ(place.Read("job.png"), "an old picture");
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 // while the document is written.
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,13 +19,7 @@ namespace {
 using hdi::HostDevice;
 using hdi::Position;
 
-void Write(const std::string& line) {
-  const char* file = std::getenv("FAKE_LOG");
-  if (file == nullptr) return;
-  std::FILE* stream = std::fopen(file, "a");
-  fmt::print(stream, "{}\n", line);
-  std::fclose(stream);
-}
+void Write(const std::string& line) { std::ofstream(std::getenv("FAKE_LOG"), std::ios::app) << line << '\n'; }
 
 std::string Text(const char16_t* text) {
   return text == nullptr ? "null" : "'" + hdi::ToUtf8(std::u16string_view(text)) + "'";
@@ -47,16 +41,14 @@ int32_t StartDoc(HostDevice* device, const hdi::DOCINFOW* document) {
   const bool isDefault = document->lpszOutput == nullptr;
   outputFile = hdi::ToUtf8(isDefault ? device->defaultOutput : document->lpszOutput);
   if (!isDefault && !outputFile.ends_with(".pdf")) outputFile += ".pdf";
-  std::fclose(std::fopen(outputFile.c_str(), "w"));
+  std::ofstream(outputFile).flush();
   return 1;
 }
 
 int32_t EndDoc(HostDevice*) {
   Write("EndDoc");
   if (std::getenv("FAKE_THROW") != nullptr) throw std::runtime_error("the cable is out");
-  std::FILE* stream = std::fopen(outputFile.c_str(), "w");
-  std::fputs(std::getenv("FAKE_TRUNCATE") != nullptr ? "%PDF-1.7\n" : "%PDF-1.7\n%%EOF\n", stream);
-  std::fclose(stream);
+  std::ofstream(outputFile) << (std::getenv("FAKE_TRUNCATE") != nullptr ? "%PDF-1.7\n" : "%PDF-1.7\n%%EOF\n");
   return 1;
 }
 
