@@ -92,6 +92,7 @@ TEST_F(ImageMakerTest, WhatHasNoPixelsMakesNone) {
     EXPECT_EQ(Make(1, 0, bitCount, kBlackWhite, bits), 0U);
     EXPECT_EQ(Make(INT32_MAX, INT32_MAX, bitCount, kBlackWhite, bits), 0U);
   }
+  EXPECT_TRUE(AlphaPlane(bits.data(), 1, 0, 255).Bytes().empty());
   EXPECT_THROW(static_cast<void>(AlphaPlane(bits.data(), -1, 1, 255)), std::bad_alloc);
   EXPECT_THROW(Make(-1, 1, 8, kBlackWhite, bits), std::bad_alloc);
   EXPECT_THROW(Make(1, INT32_MIN, 8, kBlackWhite, bits), std::bad_alloc);
