@@ -123,7 +123,7 @@ const char16_t* CPDFDriver::GetPaperFile() { return paperFile_.c_str(); }
 DriverDevMode* CPDFDriver::GetDevModePointer() { return &devMode_; }
 
 HT_Driver* CPDFDriver::Destroy(uint32_t flags) {
-  this->~CPDFDriver();
+  this->CPDFDriver::~CPDFDriver();
   if ((flags & kFreeObject) != 0) ::operator delete(this);
   return this;
 }

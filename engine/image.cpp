@@ -54,7 +54,8 @@ const char* ColorSpaceOf(const JpegInfo& info) {
 }
 
 RetainPtr<CPDF_Dictionary> JpegDictionary(CPDF_Document& document, const JpegInfo& info) {
-  auto dictionary = ImageDictionary(document, info.width, info.height, info.bits_per_components);
+  auto dictionary = ImageDictionary(document, static_cast<int>(info.width), static_cast<int>(info.height),
+                                    info.bits_per_components);
   dictionary->SetNewFor<CPDF_Name>("ColorSpace", ColorSpaceOf(info));
   dictionary->SetNewFor<CPDF_Name>("Filter", "DCTDecode");
   if (info.num_components == 4) {
@@ -87,8 +88,10 @@ uint32_t AddJpegImage(Document& document, std::span<const uint8_t> jpeg, std::sp
   }
   auto dictionary = JpegDictionary(pdf, *info);
   const size_t maskSize = static_cast<size_t>(info->width) * static_cast<size_t>(info->height);
-  if (!alpha.empty() && alpha.size() >= maskSize)
-    SetSoftMask(pdf, *dictionary, info->width, info->height, alpha.first(maskSize));
+  if (!alpha.empty() && alpha.size() >= maskSize) {
+    SetSoftMask(pdf, *dictionary, static_cast<int>(info->width), static_cast<int>(info->height),
+                alpha.first(maskSize));
+  }
   return AddStream(pdf, jpeg, std::move(dictionary));
 }
 

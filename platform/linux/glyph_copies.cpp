@@ -55,7 +55,7 @@ bool WriteOutlines(GlyphTables& tables, const std::vector<uint16_t>& glyphs) {
     const size_t end = offsetOf(glyph + size_t{1});
     if (begin > end || end > tables.glyf.size() || glyf.size() > kLargestOutlines) return false;
     glyf.insert(glyf.end(), tables.glyf.data() + begin, tables.glyf.data() + end);
-    glyf.resize(glyf.size() + glyf.size() % 2);
+    if (glyf.size() % 2 != 0) glyf.push_back(0);
     offsets.push_back(glyf.size());
   }
   if (glyf.empty()) glyf.push_back(0);  // readers take a table without bytes for a broken one

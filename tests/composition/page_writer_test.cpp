@@ -4,38 +4,30 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFPageObjectHelper.hh>
 
 #include "composition/replay.h"
 #include "composition/replay_bitmap.h"
-#include "platform/unicode.h"
+#include "tests/support/saved_document.h"
+#include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {
 
+const std::string kHead = "q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/FXE1 gs ";
+
 class PageWriterTest : public testing::Test {
  protected:
-  PageWriterTest()
-      : file_(std::filesystem::temp_directory_path() /
-              (std::string("hdi_page_writer_") + TestName() + ".pdf")) {
-    EXPECT_TRUE(writer_->OpenOutput(ToUtf16(file_.string())));
+  PageWriterTest() {
+    EXPECT_TRUE(writer_->OpenOutput(directory_.Path16("plot.pdf")));
     writer_->SetPointScale(72);  // a dot is a point
     writer_->StartDocument(u"test");
   }
-  ~PageWriterTest() override { std::filesystem::remove(file_); }
 
-  static std::string TestName() { return testing::UnitTest::GetInstance()->current_test_info()->name(); }
-
-  std::vector<QPDFPageObjectHelper> SavedPages() {
+  engine::SavedDocument Saved() {
     writer_->Save();
     writer_.reset();
-    saved_.processFile(file_.c_str());
-    return QPDFPageDocumentHelper(saved_).getAllPages();
+    return engine::SavedDocument(directory_.Read("plot.pdf"));
   }
 
   void DrawLine(float x1, float y1, float x2, float y2) {
@@ -44,18 +36,8 @@ class PageWriterTest : public testing::Test {
     writer_->StrokePath();
   }
 
-  static std::vector<std::string> Contents(QPDFPageObjectHelper& page) {
-    std::vector<std::string> streams;
-    for (auto& stream : page.getPageContents()) {
-      const auto data = stream.getStreamData();
-      streams.emplace_back(reinterpret_cast<const char*>(data->getBuffer()), data->getSize());
-    }
-    return streams;
-  }
-
-  std::filesystem::path file_;
+  scratch::Directory directory_;
   std::optional<PageWriter> writer_{std::in_place};
-  QPDF saved_;
 };
 
 TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
@@ -77,51 +59,32 @@ TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
   writer_->BeginPage(3, 50.5, 60);
   writer_->FinishPage();
 
-  auto pages = SavedPages();
-  ASSERT_EQ(pages.size(), 3U);
-  const std::string head = "q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/FXE1 gs 1 1 1 rg 1 0 0 RG ";
-  EXPECT_EQ(Contents(pages[0]),
-            (std::vector<std::string>{"q 1 0 0.501961 rg 1 0 0 1 0 0 cm  0 0 100 200 re f Q",
-                                      "q 1 0 0 1 10 20 cm ", head + "1 2 m 3 4 l S\nQ\n", " Q"}));
-  EXPECT_EQ(Contents(pages[1])[1], "q 1 0 0 1 0 0 cm ");
-  EXPECT_EQ(Contents(pages[1])[2], head + "1 2 m 3 4 l S\nQ\n");
-  EXPECT_FALSE(pages[2].getObjectHandle().hasKey("/Contents"));
-  EXPECT_EQ(pages[2].getObjectHandle().getKey("/MediaBox").unparse(), "[ 0 0 50.5 60 ]");
-  EXPECT_FALSE(pages[0].getObjectHandle().hasKey("/Annots"));
+  engine::SavedDocument saved = Saved();
+  ASSERT_EQ(saved.PageCount(), 3U);
+  const std::string line = kHead + "1 1 1 rg 1 0 0 RG 1 2 m 3 4 l S\nQ\n";
+  const std::vector<std::string> first = {"q 1 0 0.501961 rg 1 0 0 1 0 0 cm  0 0 100 200 re f Q",
+                                          "q 1 0 0 1 10 20 cm ", line, " Q"};
+  const std::vector<std::string> second = {"q 1 0 0.501961 rg 1 0 0 1 0 0 cm  0 0 50 60 re f Q",
+                                           "q 1 0 0 1 0 0 cm ", line, " Q"};
+  EXPECT_EQ(saved.PageContents(0), first);
+  EXPECT_EQ(saved.PageContents(1), second);
+  EXPECT_EQ(saved.Page(2).getKeys(),
+            (std::set<std::string>{"/MediaBox", "/Parent", "/Resources", "/Rotate", "/Type"}));
+  EXPECT_EQ(saved.Page(2).getKey("/MediaBox").unparse(), "[ 0 0 50.5 60 ]");
 }
 
-TEST_F(PageWriterTest, ALinkCoversWhatIsDrawnWhileItIsOpen) {
-  writer_->BeginPage(1, 100, 100);
-  DrawLine(0, 0, 99, 99);
-  writer_->SetLinkTarget(u"http://\u00e9\U0001F600");
-  DrawLine(10.2F, 20.2F, 30.4F, 40.4F);
-  writer_->MoveTo(5, 50);
-  writer_->CurveTo(6, 61, 7, 62, 8, 50);  // control points count
-  writer_->StrokePath();
-  writer_->SetLinkTarget(u"");
-  writer_->SetLinkTarget(u"nothing");
-  writer_->SetLinkTarget(u"");  // an empty area writes nothing
-  writer_->FinishPage();
-
-  auto pages = SavedPages();
-  auto annotations = pages[0].getObjectHandle().getKey("/Annots");
-  ASSERT_EQ(annotations.getArrayNItems(), 1);
-  auto link = annotations.getArrayItem(0);
-  EXPECT_EQ(link.getKey("/Rect").unparse(), "[ 5 20 31 62 ]");
-  EXPECT_EQ(link.getKey("/Border").unparse(), "[ 0 0 0 ]");
-  EXPECT_EQ(link.getKeys(), (std::set<std::string>{"/A", "/Border", "/Rect", "/Subtype", "/Type"}));
-  EXPECT_EQ(link.getKey("/A").getKey("/S").getName(), "/URI");
-  EXPECT_EQ(link.getKey("/A").getKey("/URI").getStringValue(), "http://\xC3\xA9\xED\xA0\xBD\xED\xB8\x80");
+// Plays records with these opcodes and side data.
+int32_t Replay(std::vector<std::pair<uint8_t, void*>> records, PageWriter& writer) {
+  std::vector<PlotCommand> list(records.size());
+  for (size_t i = 0; i < records.size(); ++i) {
+    list[i].opcodeByte = records[i].first | 0x80;
+    list[i].data = static_cast<uint8_t*>(records[i].second);
+    list[i].next = i + 1 < records.size() ? &list[i + 1] : nullptr;
+  }
+  return ReplayCommands(list.data(), {}, nullptr, writer);
 }
 
-TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
-  // A list by hand: opcode 2 is reserved, 40 unknown, and the link's characters stand unaligned behind their
-  // count.
-  struct [[gnu::packed]] {
-    uint32_t count = 1;
-    char16_t unit = u'x';
-  } target;
-  LinkData noTarget{0};
+TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodes) {
   StartPageData page{.pageNumber = 1,
                      .width = 10,
                      .height = 10,
@@ -130,29 +93,19 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodesAndPlaysLinks) {
                      .marginBottom = 2.4};
   PointData from{1, 1};
   PointData to{2, 3};
-  const std::vector<std::pair<uint8_t, void*>> records = {{2, nullptr},
-                                                          {OP_START_PAGE, &page},
-                                                          {40, nullptr},
-                                                          {OP_LINK, &target},
-                                                          {OP_MOVE_TO, &from},
-                                                          {OP_LINE_TO, &to},
-                                                          {OP_STROKE_PATH, nullptr},
-                                                          {OP_LINK, &noTarget},
-                                                          {OP_END_PAGE, nullptr}};
-  std::vector<PlotCommand> list(records.size());
-  for (size_t i = 0; i < records.size(); ++i) {
-    list[i].opcodeByte = records[i].first | 0x80;
-    list[i].data = static_cast<uint8_t*>(records[i].second);
-    list[i].next = i + 1 < records.size() ? &list[i + 1] : nullptr;
-  }
-  EXPECT_EQ(ReplayCommands(list.data(), {}, nullptr, *writer_), 1);
+  EXPECT_EQ(Replay({{2, nullptr},
+                    {OP_START_PAGE, &page},
+                    {40, nullptr},
+                    {OP_MOVE_TO, &from},
+                    {OP_LINE_TO, &to},
+                    {OP_STROKE_PATH, nullptr},
+                    {OP_END_PAGE, nullptr}},
+                   *writer_),
+            1);
   EXPECT_EQ(ReplayCommands(nullptr, {}, nullptr, *writer_), 1);
-
-  auto pages = SavedPages();
-  ASSERT_EQ(pages.size(), 1U);
-  EXPECT_EQ(Contents(pages[0])[0], "q 1 0 0 1 1 2 cm ");
-  EXPECT_EQ(pages[0].getObjectHandle().getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(),
-            "[ 2 3 3 5 ]");
+  const std::vector<std::string> expected = {"q 1 0 0 1 1 2 cm ",
+                                             kHead + "1 1 1 rg 1 1 1 RG 1 1 m 2 3 l S\nQ\n", " Q"};
+  EXPECT_EQ(Saved().PageContents(0), expected);
 }
 
 TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
@@ -182,17 +135,13 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   writer_->FinishPage();
   place({1, 2, 3, 4});  // no page any more
 
-  auto pages = SavedPages();
-  const auto isImage = [](QPDFObjectHandle object) {
-    return object.isStream() && object.getDict().getKey("/Subtype").isNameAndEquals("/Image");
-  };
-  EXPECT_EQ(std::ranges::count_if(saved_.getAllObjects(), isImage), 4);  // two, each with its mask
-  EXPECT_EQ(Contents(pages[0])[1],
-            "q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/FXE1 gs "
-            "q 3 0 0 4 5 6 cm /FXX1 Do Q\nq 3 0 0 4 5 6 cm /FXX2 Do Q\nQ\n");
+  engine::SavedDocument saved = Saved();
+  const auto isImage = [](QPDFObjectHandle object) { return object.isStreamOfType("", "/Image"); };
+  EXPECT_EQ(std::ranges::count_if(saved.Objects(), isImage), 4);  // two, each with its mask
+  EXPECT_EQ(saved.PageContents(0)[1],
+            kHead + "q 3 0 0 4 5 6 cm /FXX1 Do Q\nq 3 0 0 4 5 6 cm /FXX2 Do Q\nQ\n");
   // What doesn't show takes its place in a link all the same.
-  EXPECT_EQ(pages[0].getObjectHandle().getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(),
-            "[ 1 2 8 10 ]");
+  EXPECT_EQ(saved.Page(0).getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(), "[ 1 2 8 10 ]");
 }
 
 // A raster that can be encoded no more, or has even lost its header.
@@ -225,13 +174,10 @@ TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
   writer_->FinishPage();
 
   BitmapData data{&image, 1, 2, 3, 4};
-  PlotCommand end{.next = nullptr, .opcodeByte = OP_END_PAGE, .data = nullptr, .unused = {}};
-  PlotCommand bitmap{
-      .next = &end, .opcodeByte = OP_BITMAP, .data = reinterpret_cast<uint8_t*>(&data), .unused = {}};
-  EXPECT_EQ(ReplayCommands(&bitmap, {}, nullptr, *writer_), 0);
-  auto pages = SavedPages();
-  ASSERT_EQ(pages.size(), 1U);
-  EXPECT_FALSE(pages[0].getObjectHandle().getKey("/Resources").hasKey("/XObject"));
+  EXPECT_EQ(Replay({{OP_BITMAP, &data}, {OP_END_PAGE, nullptr}}, *writer_), 0);
+  engine::SavedDocument saved = Saved();
+  ASSERT_EQ(saved.PageCount(), 1U);
+  EXPECT_FALSE(saved.Page(0).getKey("/Resources").hasKey("/XObject"));
 }
 
 }  // namespace

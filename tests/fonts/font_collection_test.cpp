@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "tests/support/font_files.h"
 
 namespace hdi {
@@ -12,20 +10,20 @@ namespace {
 
 using font_files::BigEndian;
 using font_files::Collection;
+using font_files::NamedFont;
 using font_files::Utf16BigEndian;
 
 std::vector<uint8_t> Bytes(std::string_view text) { return {text.begin(), text.end()}; }
 
 std::optional<int32_t> Find(std::string_view collection, std::u16string_view face) {
   // A block of its own of the exact size, so that a sanitizer sees a read behind it.
-  const std::vector<uint8_t> bytes = Bytes(collection);
-  return FindCollectionMember(bytes, face);
+  return FindCollectionMember(Bytes(collection), face);
 }
 
-const std::string kCollection =
-    Collection({{{3, 2, Utf16BigEndian(u"Beta")}, {1, 1, "Alpha"}, {3, 1, Utf16BigEndian(u"\u6587\u6cc9")}},
-                {{3, 4, Utf16BigEndian(u"Gamma Bold")}, {3, 1, Utf16BigEndian(u"Gamma")}},
-                {{1, 1, "Gamma"}, {3, 1, Utf16BigEndian(u"Beta")}}});
+const std::string kCollection = Collection(
+    {NamedFont({{3, 2, Utf16BigEndian(u"Beta")}, {1, 1, "Alpha"}, {3, 1, Utf16BigEndian(u"\u6587\u6cc9")}}),
+     NamedFont({{3, 4, Utf16BigEndian(u"Gamma Bold")}, {3, 1, Utf16BigEndian(u"Gamma")}}),
+     NamedFont({{1, 1, "Gamma"}, {3, 1, Utf16BigEndian(u"Beta")}})});
 
 TEST(FontCollection, TheFirstMemberWithTheFamilyNameIsTheOne) {
   EXPECT_EQ(Find(kCollection, u"Alpha"), 0);
@@ -35,12 +33,11 @@ TEST(FontCollection, TheFirstMemberWithTheFamilyNameIsTheOne) {
   EXPECT_EQ(Find(kCollection, u"Gamma Bold"), std::nullopt);
   EXPECT_EQ(Find(kCollection, u"alpha"), std::nullopt);
   EXPECT_EQ(Find(Collection({}), u"Alpha"), std::nullopt);
-  EXPECT_EQ(Find(Collection({{}, {{1, 1, "Alpha"}}}), u"Alpha"), 1);
+  EXPECT_EQ(Find(Collection({NamedFont({}), NamedFont({{1, 1, "Alpha"}})}), u"Alpha"), 1);
 }
 
 TEST(FontCollection, APackagedCollectionHasItsMembers) {
   const std::string bytes = font_files::Read("/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc");
-  if (bytes.empty()) GTEST_SKIP() << "no wqy-zenhei.ttc";
   EXPECT_EQ(Find(bytes, u"WenQuanYi Zen Hei"), 0);
   EXPECT_EQ(Find(bytes, u"WenQuanYi Zen Hei Mono"), 1);
   EXPECT_EQ(Find(bytes, u"\u6587\u6cc9\u9a5b\u7b49\u5bec\u6b63\u9ed1"), 1);
@@ -51,8 +48,9 @@ TEST(FontCollection, NamesAreComparedByPlatform) {
                           std::u16string_view face) {
     return FaceNameMatches(Bytes(bytes), platform, length, face);
   };
-  EXPECT_TRUE(matches(Utf16BigEndian(u"Ab"), 0, 4, u"Ab"));
-  EXPECT_TRUE(matches(Utf16BigEndian(u"Ab"), 3, 4, u"Ab"));
+  const std::string ab = Utf16BigEndian(u"Ab");
+  EXPECT_TRUE(matches(ab, 0, 4, u"Ab"));
+  EXPECT_TRUE(matches(ab, 3, 4, u"Ab"));
   EXPECT_FALSE(matches("AbAb", 3, 4, u"Ab"));
   EXPECT_TRUE(matches("Ab", 1, 2, u"Ab"));
   EXPECT_TRUE(matches("Ab", 2, 2, u"\u3041b"));  // low bytes only
@@ -60,9 +58,9 @@ TEST(FontCollection, NamesAreComparedByPlatform) {
   EXPECT_TRUE(matches("", 3, 0, u""));
   EXPECT_TRUE(matches("", 1, 0, u""));
   // An odd length takes in one byte more.
-  EXPECT_TRUE(matches(Utf16BigEndian(u"Ab") + BigEndian(0, 2), 3, 5, u"Ab"));
-  EXPECT_FALSE(matches(Utf16BigEndian(u"Ab") + BigEndian(1, 2), 3, 5, u"Ab"));
-  EXPECT_FALSE(matches(Utf16BigEndian(u"Ab") + BigEndian(0, 1), 3, 5, u"Ab"));
+  EXPECT_TRUE(matches(ab + BigEndian(0, 2), 3, 5, u"Ab"));
+  EXPECT_FALSE(matches(ab + BigEndian(1, 2), 3, 5, u"Ab"));
+  EXPECT_FALSE(matches(ab + BigEndian(0, 1), 3, 5, u"Ab"));
   EXPECT_FALSE(matches("A", 1, 2, u"Ab"));
 }
 
@@ -78,16 +76,6 @@ TEST(FontCollection, BrokenOnesHaveNoMember) {
   EXPECT_EQ(Find(changed(8, BigEndian(0x7FFFFFFF, 4)), u"None"), std::nullopt);
   EXPECT_EQ(Find(changed(12, BigEndian(0xFFFFFFFE, 4)), u"Alpha"), std::nullopt);  // where the first begins
   EXPECT_EQ(Find(changed(12, BigEndian(0xFFFFFFFE, 4)), u"Beta"), 2);              // and the others are whole
-
-  std::mt19937 random(20);
-  for (int i = 0; i < 20'000; ++i) {
-    std::string bytes = kCollection;
-    for (auto changes = random() % 4 + 1; changes > 0; --changes) {
-      bytes[random() % bytes.size()] = random() % 2 == 0 ? '\xFF' : static_cast<char>(random());
-    }
-    if (random() % 4 == 0) bytes.resize(random() % bytes.size());
-    ASSERT_GE(Find(bytes, u"Gamma").value_or(0), 0) << i;
-  }
 }
 
 }  // namespace

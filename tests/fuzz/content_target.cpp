@@ -1,15 +1,13 @@
 // The content generator, fed with page objects of any values. What it writes must be tokens of a content
 // stream, every number in the form of a PDF, and levels and marks never closed that are not open.
 #include <algorithm>
-#include <cctype>
+#include <bitset>
 #include <memory>
 #include <set>
 #include <string>
 
 #include "composition/content_generator.h"
-#include "tests/fuzz/byte_source.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/fuzz/pdf_number.h"
 
 namespace {
 
@@ -42,35 +40,19 @@ hdi::Color TakeColor(ByteSource& source) {
 
 // Objects that follow one another share much, so each changes a part of the last one's attributes.
 void Change(hdi::ObjectAttributes& attributes, ByteSource& source) {
-  switch (source.TakeUpTo(7)) {
-    case 0:
-      attributes.strokeColor = TakeColor(source);
-      attributes.fillColor = TakeColor(source);
-      break;
-    case 1:
-      attributes.strokeAlpha = source.TakeNumber();
-      attributes.fillAlpha = source.TakeNumber();
-      break;
-    case 2:
-      attributes.blendMode = static_cast<hdi::BlendMode>(source.TakeUpTo(1));
-      break;
-    case 3:
-      attributes.lineWidth = source.TakeNumber();
-      attributes.lineCap = source.Take<uint8_t>();
-      attributes.lineJoin = source.Take<uint8_t>();
-      break;
-    case 4:
-      attributes.layer = source.TakeUpTo(3);
-      break;
-    case 5:
-      attributes.clip = std::make_shared<hdi::Clip>(TakePoints(source));
-      break;
-    case 6:
-      attributes.clip = nullptr;
-      break;
-    default:
-      break;
+  const std::bitset<8> changes(source.Take<uint8_t>());
+  if (changes[0]) attributes.clip = std::make_shared<hdi::Clip>(TakePoints(source));
+  if (changes[1]) attributes.layer = source.TakeUpTo(3);
+  if (changes[2]) attributes.blendMode = static_cast<hdi::BlendMode>(source.TakeUpTo(1));
+  if (changes[3]) attributes.strokeAlpha = attributes.fillAlpha = source.TakeNumber();
+  if (changes[4]) attributes.strokeColor = TakeColor(source);
+  if (changes[5]) attributes.fillColor = TakeColor(source);
+  if (changes[6]) {
+    attributes.lineWidth = source.TakeNumber();
+    attributes.lineCap = source.Take<uint8_t>();
+    attributes.lineJoin = source.Take<uint8_t>();
   }
+  if (changes[7]) attributes.clip = nullptr;
 }
 
 hdi::Matrix TakeMatrix(ByteSource& source) {
@@ -79,9 +61,8 @@ hdi::Matrix TakeMatrix(ByteSource& source) {
   return matrix;
 }
 
-hdi::PathObject TakePath(const hdi::ObjectAttributes& attributes, ByteSource& source) {
+hdi::PathObject TakePath(ByteSource& source) {
   hdi::PathObject object;
-  object.attributes = attributes;
   object.points = TakePoints(source);
   object.dashArray.resize(source.TakeUpTo(4));
   for (float& dash : object.dashArray) dash = source.TakeNumber();
@@ -91,9 +72,8 @@ hdi::PathObject TakePath(const hdi::ObjectAttributes& attributes, ByteSource& so
   return object;
 }
 
-hdi::TextObject TakeText(const hdi::ObjectAttributes& attributes, ByteSource& source) {
+hdi::TextObject TakeText(ByteSource& source) {
   hdi::TextObject object;
-  object.attributes = attributes;
   object.matrix = TakeMatrix(source);
   object.font = source.TakeUpTo(3);
   object.fontSize = source.TakeNumber();
@@ -105,27 +85,20 @@ hdi::TextObject TakeText(const hdi::ObjectAttributes& attributes, ByteSource& so
   return object;
 }
 
-hdi::ImageObject TakeImage(const hdi::ObjectAttributes& attributes, ByteSource& source) {
-  hdi::ImageObject object;
-  object.attributes = attributes;
-  object.matrix = TakeMatrix(source);
-  object.image = source.TakeUpTo(3);
-  return object;
+hdi::ImageObject TakeImage(ByteSource& source) {
+  return {.attributes = {}, .matrix = TakeMatrix(source), .image = source.TakeUpTo(3)};
 }
 
 void WriteObject(hdi::ContentGenerator& generator, const hdi::ObjectAttributes& attributes,
                  ByteSource& source) {
-  switch (source.TakeUpTo(2)) {
-    case 0:
-      generator.Write(TakePath(attributes, source));
-      break;
-    case 1:
-      generator.Write(TakeText(attributes, source));
-      break;
-    default:
-      generator.Write(TakeImage(attributes, source));
-      break;
-  }
+  const auto write = [&](auto object) {
+    object.attributes = attributes;
+    generator.Write(object);
+  };
+  const uint8_t kind = source.TakeUpTo(2);
+  if (kind == 0) write(TakePath(source));
+  if (kind == 1) write(TakeText(source));
+  if (kind == 2) write(TakeImage(source));
 }
 
 bool IsOperator(std::string_view token) {
@@ -135,10 +108,11 @@ bool IsOperator(std::string_view token) {
   return kOperators.contains(token);
 }
 
-bool IsHexString(std::string_view token) {
-  if (!token.starts_with('<') || !token.ends_with('>')) return false;
-  token = token.substr(1, token.size() - 2);
-  return std::ranges::all_of(token, [](unsigned char c) { return std::isxdigit(c) != 0; });
+bool IsOperand(std::string_view token) {
+  const bool isHexString = token.starts_with('<') && token.ends_with('>') &&
+                           token.find_first_not_of("0123456789ABCDEF", 1) == token.size() - 1;
+  return token.starts_with('/') || token == "[" || token == "]" || token == "[]" || isHexString ||
+         fuzzing::IsPdfNumber(token);
 }
 
 void CheckStream(std::string_view stream) {
@@ -149,9 +123,7 @@ void CheckStream(std::string_view stream) {
     const std::string_view token = stream.substr(0, end);
     stream.remove_prefix(std::min(end + 1, stream.size()));
     if (token.empty()) continue;
-    const bool known = IsOperator(token) || token.starts_with('/') || token == "[" || token == "]" ||
-                       token == "[]" || IsHexString(token) || fuzzing::IsPdfNumber(token);
-    Require(known, "no token of the stream", token);
+    Require(IsOperator(token) || IsOperand(token), "no token of the stream", token);
     levels += token == "q" ? 1 : token == "Q" ? -1 : 0;
     marks += token == "BDC" ? 1 : token == "EMC" ? -1 : 0;
     Require(levels >= 0 && marks >= 0 && marks <= 1, "closes what is not open", stream);
@@ -166,7 +138,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   PlainNames names;
   hdi::ContentGenerator generator(names);
   hdi::ObjectAttributes attributes;
-  while (!source.IsEmpty()) {
+  while (!source.Rest().empty()) {
     Change(attributes, source);
     WriteObject(generator, attributes, source);
   }

@@ -23,21 +23,10 @@ class SmallSheetDriver final : public PlainDriver {
   }
 };
 
-void Plot(const Drawing& drawing) {
-  static FontBook fonts;  // looking fonts up takes longer than all the rest
-  SmallSheetDriver driver;
-  ImageBook images;
-  PlotDevice device(driver);
-  Progress progress(ProgressDisplay::kOff);
-  PlotOptions options;
-  options.strokeComments = true;
-  const DrawingPart part = MeasuredPart(drawing, options, fonts);
-  PlotDrawing(part, options, MakeSheet(device), fonts, images, device, progress);
-}
-
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static FontBook fonts;  // looking fonts up takes longer than all the rest
   const fuzzing::MemoryFile file(data, size);
   Drawing drawing;
   try {
@@ -46,6 +35,13 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return 0;
   }
   drawing.imageFiles.clear();  // an input must not name files of this machine
-  Plot(drawing);
+  SmallSheetDriver driver;
+  ImageBook images;
+  PlotDevice device(driver);
+  Progress progress(ProgressDisplay::kOff);
+  PlotOptions options;
+  options.strokeComments = true;
+  const DrawingPart part = MeasuredPart(drawing, options, fonts);
+  PlotDrawing(part, options, MakeSheet(device), fonts, images, device, progress);
   return 0;
 }

@@ -3,7 +3,6 @@
 #include <string>
 
 #include "fonts/font_collection.h"
-#include "tests/fuzz/byte_source.h"
 #include "tests/fuzz/fuzz_target.h"
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -1,10 +1,13 @@
-// What every fuzz target defines, and how it says that an answer is wrong.
+// What every fuzz target defines, how it takes an input apart, and how it says that an answer is wrong.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <span>
 #include <string_view>
 
 // libFuzzer's name for the function that takes an input. Returns 0.
@@ -18,5 +21,42 @@ inline void Require(bool holds, const char* what, std::string_view about) {
   std::fprintf(stderr, "%s: %.*s\n", what, static_cast<int>(about.size()), about.data());
   std::abort();
 }
+
+// Whether `text` has the form of a number in a content stream (ISO 32000-1:2008, 7.3.3).
+[[nodiscard]] inline bool IsPdfNumber(std::string_view text) {
+  if (text.starts_with('-')) text.remove_prefix(1);
+  return text.find_first_of("0123456789") != std::string_view::npos && std::ranges::count(text, '.') <= 1 &&
+         text.find_first_not_of(".0123456789") == std::string_view::npos;
+}
+
+class ByteSource {
+ public:
+  ByteSource(const uint8_t* data, size_t size) : rest_(data, size) {}
+
+  [[nodiscard]] std::span<const uint8_t> Rest() const { return rest_; }
+
+  // A value of any bits. Bytes that are not there are zero.
+  template <typename Value>
+  [[nodiscard]] Value Take() {
+    Value value{};
+    const size_t taken = std::min(sizeof value, rest_.size());
+    std::memcpy(&value, rest_.data(), taken);
+    rest_ = rest_.subspan(taken);
+    return value;
+  }
+
+  // 0 to `most`.
+  [[nodiscard]] uint8_t TakeUpTo(uint8_t most) { return static_cast<uint8_t>(Take<uint8_t>() % (most + 1)); }
+
+  // As coordinates are, mostly: a small whole number, a fraction, or any number at all.
+  [[nodiscard]] float TakeNumber() {
+    const uint8_t kind = TakeUpTo(3);
+    if (kind < 2) return Take<int8_t>();
+    return kind == 2 ? static_cast<float>(Take<int16_t>()) / 100.0F : Take<float>();
+  }
+
+ private:
+  std::span<const uint8_t> rest_;
+};
 
 }  // namespace fuzzing

@@ -5,7 +5,6 @@
 #include <random>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "tests/fuzz/fuzz_target.h"
@@ -24,55 +23,38 @@ class Mutation {
  public:
   Mutation(std::string_view text, unsigned int seed) : random_(seed) {
     while (!text.empty()) {
-      const size_t length = RecordLength(text);
-      records_.emplace_back(text.substr(0, length));
-      text.remove_prefix(length);
+      size_t end = 0;
+      for (int line = 0; line < HDI_RECORD_LINES && end < text.size(); ++line) {
+        end = std::min(text.find('\n', end), text.size() - 1) + 1;
+      }
+      records_.emplace_back(text.substr(0, end));
+      text.remove_prefix(end);
     }
   }
 
   [[nodiscard]] std::string Make() {
     if (records_.empty()) return "";
-    const size_t at = Below(records_.size());
-    const auto place = records_.begin() + static_cast<std::ptrdiff_t>(at);
-    switch (Below(5)) {
-      case 0:
-        records_.erase(place);
-        break;
-      case 1:
-        records_.insert(place, std::string(records_[Below(records_.size())]));
-        break;
-      case 2:
-        std::swap(records_[at], records_[Below(records_.size())]);
-        break;
-      default:
-        ReplaceNumber(records_[at]);
-        break;
+    std::string& record = records_[Below(records_.size())];
+    const std::string other = records_[Below(records_.size())];
+    const std::array<std::string, 3> wholeRecords = {"", other, record + other};
+    const size_t choice = Below(6);
+    if (choice < wholeRecords.size()) {
+      record = wholeRecords[choice];
+    } else {
+      ReplaceNumber(record);
     }
     std::string text;
-    for (const std::string& record : records_) text += record;
+    for (const std::string& each : records_) text += each;
     return text;
   }
 
  private:
-  static size_t RecordLength(std::string_view text) {
-    size_t end = 0;
-    for (int line = 0; line < HDI_RECORD_LINES && end < text.size(); ++line) {
-      end = std::min(text.find('\n', end), text.size() - 1) + 1;
-    }
-    return end;
-  }
-
   // Of the last line, as a record of two has its number there.
   void ReplaceNumber(std::string& record) {
-    const size_t start = HDI_RECORD_LINES == 1 ? 0 : std::min(record.find('\n'), record.size());
-    std::vector<std::pair<size_t, size_t>> numbers;
-    for (size_t at = start; (at = record.find_first_of("-0123456789", at)) < record.size();) {
-      const size_t end = std::min(record.find_first_not_of("-.0123456789eE+", at), record.size());
-      numbers.emplace_back(at, end - at);
-      at = end;
-    }
-    if (numbers.empty()) return;
-    const auto [at, length] = numbers[Below(numbers.size())];
+    const size_t start = HDI_RECORD_LINES == 1 ? 0 : std::min(record.find('\n'), record.size() - 1);
+    const size_t at = record.find_first_of("-0123456789", start + Below(record.size() - start));
+    if (at == std::string::npos) return;
+    const size_t length = std::min(record.find_first_not_of("-.0123456789eE+", at), record.size()) - at;
     record.replace(at, length, kOddNumbers[Below(kOddNumbers.size())]);
   }
 
@@ -86,8 +68,7 @@ class Mutation {
 
 size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t room, unsigned int seed) {
   if (seed % 2 == 0) return LLVMFuzzerMutate(data, size, room);
-  Mutation mutation({reinterpret_cast<const char*>(data), size}, seed);
-  const std::string text = mutation.Make();
+  const std::string text = Mutation({reinterpret_cast<const char*>(data), size}, seed).Make();
   if (text.empty() || text.size() > room) return LLVMFuzzerMutate(data, size, room);
   std::ranges::copy(text, data);
   return text.size();

@@ -4,9 +4,10 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
+
+#include "tests/fuzz/fuzz_target.h"
 
 namespace fuzzing {
 
@@ -14,12 +15,8 @@ namespace fuzzing {
 class MemoryFile {
  public:
   MemoryFile(const uint8_t* data, size_t size) : descriptor_(memfd_create("input", MFD_CLOEXEC)) {
-    while (size > 0) {
-      const ssize_t written = write(descriptor_, data, size);
-      if (written <= 0) break;
-      data += written;
-      size -= static_cast<size_t>(written);
-    }
+    const ssize_t written = write(descriptor_, data, size);
+    Require(written == static_cast<ssize_t>(size), "cannot write", Path().native());
   }
   MemoryFile(const MemoryFile&) = delete;
   MemoryFile& operator=(const MemoryFile&) = delete;

@@ -1,5 +1,4 @@
-// A device with an open job whose command list a test can read: entries record into the real arenas, and the
-// page writer is one that only remembers what recording tells it.
+// A device with an open job whose command list a test can read: entries record into the real arenas.
 #pragma once
 
 #include <string>
@@ -12,21 +11,12 @@
 
 namespace hdi {
 
-class RememberingWriter final : public RecordedWriter {
- public:
-  void SetLineWidth(float width) override { lineWidth = width; }
-  void SetLineScale(double scale) override { lineScale = scale; }
-
-  float lineWidth = 0;
-  double lineScale = 0;
-};
-
 class RecordedDevice {
  public:
   RecordedDevice() {
     device.driver = &driver;
     driver.OpenDevice(&device);
-    Job().pageWriter = &writer;
+    Job().pageWriter = &writer_;
   }
   RecordedDevice(const RecordedDevice&) = delete;
   RecordedDevice& operator=(const RecordedDevice&) = delete;
@@ -35,8 +25,8 @@ class RecordedDevice {
   [[nodiscard]] PlotJob& Job() { return *device.job; }
   [[nodiscard]] DriverDevMode& Settings() { return *driver.GetDevModePointer(); }
 
-  // The records behind the list's head as text, such as "M 1,2" or "STROKE"; then forgets them.
-  [[nodiscard]] std::vector<std::string> TakeRecords();
+  // The records since the last call as text, such as "M 1 2, L 3 4, STROKE".
+  [[nodiscard]] std::string TakeRecords();
 
   int32_t Polyline(const std::vector<HT_Double_Point>& points) {
     return DevPolyline(&device, points.data(), static_cast<int32_t>(points.size()));
@@ -44,9 +34,14 @@ class RecordedDevice {
 
   CPDFDriver driver{u"test"};
   HostDevice device{};
-  RememberingWriter writer;
 
  private:
+  struct SilentWriter final : RecordedWriter {
+    void SetLineWidth(float /*width*/) override {}
+    void SetLineScale(double /*scale*/) override {}
+  };
+
+  SilentWriter writer_;
   PlotCommand* taken_ = nullptr;  // the last record that a test has seen
 };
 

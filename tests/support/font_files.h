@@ -39,27 +39,38 @@ struct Name {
   std::string bytes;
 };
 
-// A collection of members that have a table "abcd" without content and a table of names.
-inline std::string Collection(const std::vector<std::vector<Name>>& members) {
+// A font with a table "abcd" without content and a table of names.
+inline std::string NamedFont(const std::vector<Name>& names) {
+  constexpr uint64_t kEnd = 12 + 2 * 16;
+  std::string font = BigEndian(0x00010000, 4) + BigEndian(2, 2) + BigEndian(0, 6);
+  font += "abcd" + BigEndian(0, 4) + BigEndian(kEnd, 4) + BigEndian(0, 4);
+  font += "name" + BigEndian(0, 4) + BigEndian(kEnd, 4) + BigEndian(0, 4);
+  font += BigEndian(0, 2) + BigEndian(names.size(), 2) + BigEndian(6 + 12 * names.size(), 2);
+  std::string strings;
+  for (const Name& name : names) {
+    font += BigEndian(name.platform, 2) + BigEndian(0, 4) + BigEndian(name.id, 2) +
+            BigEndian(name.bytes.size(), 2) + BigEndian(strings.size(), 2);
+    strings += name.bytes;
+  }
+  return font + strings;
+}
+
+inline std::string Collection(const std::vector<std::string>& fonts) {
   std::string offsets;
   std::string bodies;
-  const size_t start = 12 + 4 * members.size();
-  for (const auto& names : members) {
-    offsets += BigEndian(start + bodies.size(), 4);
-    const size_t table = start + bodies.size() + 12 + size_t{2} * 16;
-    bodies += BigEndian(0x00010000, 4) + BigEndian(2, 2) + BigEndian(0, 6);
-    bodies +=
-        "abcd" + std::string(12, '\0') + "name" + BigEndian(0, 4) + BigEndian(table, 4) + BigEndian(0, 4);
-    bodies += BigEndian(0, 2) + BigEndian(names.size(), 2) + BigEndian(6 + 12 * names.size(), 2);
-    std::string strings;
-    for (const Name& name : names) {
-      bodies += BigEndian(name.platform, 2) + BigEndian(0, 4) + BigEndian(name.id, 2) +
-                BigEndian(name.bytes.size(), 2) + BigEndian(strings.size(), 2);
-      strings += name.bytes;
+  for (std::string font : fonts) {
+    const size_t start = 12 + 4 * fonts.size() + bodies.size();
+    offsets += BigEndian(start, 4);
+    // Tables count from the start of the collection.
+    for (size_t at = 12 + 8; at < 12 + 16 * static_cast<size_t>(font[5]); at += 16) {
+      uint64_t offset = start;
+      for (size_t i = 0; i < 4; ++i)
+        offset += static_cast<uint64_t>(static_cast<uint8_t>(font[at + i])) << (24 - 8 * i);
+      font.replace(at, 4, BigEndian(offset, 4));
     }
-    bodies += strings;
+    bodies += font;
   }
-  return "ttcf" + BigEndian(0x00010000, 4) + BigEndian(members.size(), 4) + offsets + bodies;
+  return "ttcf" + BigEndian(0x00010000, 4) + BigEndian(fonts.size(), 4) + offsets + bodies;
 }
 
 }  // namespace font_files

@@ -25,8 +25,8 @@ bool IsCutBmp(const std::filesystem::path& file) {
   const uint64_t bitCount = word(28) & 0xFFFF;
   const uint64_t rowBytes = (word(18) * bitCount + 31) / 32 * 4;
   // Negative when the rows run downwards.
-  const auto height = static_cast<int32_t>(word(22));
-  const uint64_t rows = height < 0 ? -static_cast<int64_t>(height) : height;
+  const int64_t height = static_cast<int32_t>(word(22));
+  const auto rows = static_cast<uint64_t>(height < 0 ? -height : height);
   std::error_code unknown;
   const uintmax_t size = std::filesystem::file_size(file, unknown);
   return !unknown && (size < word(10) || size - word(10) < rowBytes * rows);
