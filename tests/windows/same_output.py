@@ -1,12 +1,17 @@
 """Plots with this machine's hdiplot and with the Windows one under Wine, and compares what comes out.
 
-same_output.py HDIPLOT WINDOWS-HDIPLOT WINE DIRECTORY
+same_output.py HDIPLOT WINDOWS_HDIPLOT WINE DIRECTORY    the directory has traces and drawings
 
-HDIPLOT and WINDOWS-HDIPLOT are the two commands, WINE is what runs the latter, and DIRECTORY has traces and drawings.
+Results of calls and everything in the PDFs must be the same, page streams byte for byte. Wine's font packager hands
+back whole fonts: of embedded ones the names, the look and the text that a reader finds are compared.
 """
 
 from __future__ import annotations
 
+import base64
+import difflib
+import hashlib
+import itertools
 import json
 import os
 import re
@@ -14,8 +19,112 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+from typing import Any, Iterator
+
+RESOLUTION = "60"
+
+# What stands in for fonts that are not installed is each system's own choice. Here it is that of fonts.conf.
+SUBSTITUTES = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes"
+INTERFACE_FONT = ("/v", "MS Shell Dlg", "/d", "DejaVu Sans", "/f")
+
+# What is changed in sources or left out, as it cannot come out the same, with the reason.
+EXCEPTIONS = {
+    "Wine tells no italic angle, so a face that leans of its own is slanted once more": [
+        ('("lfItalic": )1', r"\g<1>0"),
+        (r"(\\f[^;|]*(?:\|[^;|i]*)*\|i)1", r"\g<1>0"),
+    ],
+    "What stands in for a font that nobody has": [('^.*"No Such Face".*$', "")],
+    "The packager hands a collection back whole, of which the engine takes the first font": [
+        ('^.*"lfFaceName": "(?:WenQuanYi Zen Hei Mono|文泉驛等寬正黑|文泉驿点阵正黑)".*$', "")
+    ],
+    "The engine finds no characters in a font of symbols that nobody has packed": [('^.*"Wingdings".*$', "")],
+}
+
+# Text is white until there is a brush, and looks the same then whatever it is.
+STARTED_PAGE = re.compile('^.*"call": "DevStartPage".*$', re.MULTILINE)
+BLACK_BRUSH = '{"call": "DevSetBrush", "color": [0, 0, 0]}'
+
+# Entries of fonts that depend on how much of them is embedded.
+FONT_DATA = ("/W", "/ToUnicode", "/FontFile2")
+SHOWN_CODES = re.compile(r"<(\w*)> Tj")
+DATE = re.compile(r'"u:D:\d{14}"')
+# Characters that share a glyph in many fonts. Which of them a code reads as depends on how much is embedded.
+SHARED_GLYPHS = str.maketrans("\u00a0\u00ad\u037e", " -;")
 
 
-def objects(path):
-    out = subprocess.run(["qpdf","--json=2","--json-stream-data=inline","--decode-level=generalized",str(path)],capture_output=True,text=True,check=True).stdout
-    return json.loads(out)["qpdf"][1]
+def run(*command: str) -> bytes:
+    """What a command prints; throws CalledProcessError when it fails."""
+    return subprocess.run(command, stdout=subprocess.PIPE, check=True, timeout=120).stdout
+
+
+def document_lines(pdf: Path) -> Iterator[str]:
+    """Everything in a PDF but the data of fonts, by object; how many codes are shown stands for the codes."""
+    read = run("qpdf", "--json=2", "--json-stream-data=inline", "--decode-level=generalized", str(pdf))
+    objects: dict[str, Any] = json.loads(read)["qpdf"][1]
+    values = [entry.get("value") for entry in objects.values()]
+    fonts = {f"obj:{value[key]}" for value in values if isinstance(value, dict) for key in FONT_DATA if key in value}
+    for name, entry in objects.items():
+        if name == "trailer" or name in fonts:
+            continue
+        stream = entry.get("stream", {"data": ""})
+        data = base64.b64decode(stream.pop("data")).decode("latin-1")
+        yield f"{name} {DATE.sub('a date', json.dumps(entry))}"
+        for line in data.split("\n"):
+            yield f"{name} {SHOWN_CODES.sub(lambda shown: f'{len(shown[1]) // 4} codes Tj', line)}"
+
+
+def comparable(source: Path, directory: Path) -> Path:
+    """The source, or one in the directory that lacks what cannot come out the same and shows its text."""
+    text = changed = source.read_text(encoding="utf-8", errors="surrogateescape")
+    for changes in EXCEPTIONS.values():
+        for pattern, replacement in changes:
+            changed = re.sub(pattern, replacement, changed, flags=re.MULTILINE)
+    if '"call": "DevText"' in text:
+        changed = STARTED_PAGE.sub(rf"\g<0>\n{BLACK_BRUSH}", changed)
+    if changed == text:
+        return source
+    path = directory / source.name
+    path.write_text(changed, encoding="utf-8", errors="surrogateescape")
+    return path
+
+
+def differences(source: Path, commands: list[list[str]], directory: Path) -> list[str]:
+    """What differs between the plots of a source by each of two commands."""
+    options = ["--results"] if source.suffix == ".jsonl" else ["--quiet"]
+    pdf = directory / "plot.pdf"
+    found = []
+    for command in commands:
+        pdf.unlink(missing_ok=True)
+        printed = run(*command, str(source), "-o", str(pdf), *options).decode("utf-8").splitlines()
+        text = run("pdftotext", "-enc", "UTF-8", str(pdf), "-").decode("utf-8").translate(SHARED_GLYPHS)
+        look = hashlib.sha256(run("pdftoppm", "-r", RESOLUTION, str(pdf))).hexdigest()
+        found.append([*printed, *document_lines(pdf), *text.splitlines(), f"look {look}"])
+    one, other = found
+    changes = [] if one == other else difflib.unified_diff(one, other, n=0, lineterm="")
+    return [f"{source.name}: {change[:300]}" for change in itertools.islice(changes, 8)]
+
+
+def main() -> int:
+    """Compares the plots of all sources; the exit status is 1 when some differ."""
+    hdiplot, windows, wine, folder = sys.argv[1:]
+    sources = sorted([*Path(folder).glob("*.jsonl"), *Path(folder).glob("*.dxf")])
+    failed = 0
+    # As long as one program runs, others start fast.
+    quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+    with subprocess.Popen([wine, "cmd"], stdin=subprocess.PIPE, **quiet):
+        run(wine, "reg", "add", SUBSTITUTES, *INTERFACE_FONT)
+        for source in sources:
+            with tempfile.TemporaryDirectory() as directory:
+                # A user directory of its own keeps the papers and settings of whoever runs this out of it.
+                os.environ["HDI_USER_DIR"] = directory
+                changed = comparable(source.resolve(), Path(directory))
+                messages = differences(changed, [[hdiplot], [wine, windows]], Path(directory))
+            failed += bool(messages)
+            for message in messages:
+                print(message)
+    print(f"{len(sources)} sources, the plots of {failed} differ")
+    return 1 if failed or not sources else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
