@@ -16,6 +16,7 @@
 #include "platform/dialogs.h"
 #include "platform/files.h"
 #include "platform/message_texts.h"
+#include "platform/windows/parent_window.h"
 #include "tests/support/scratch.h"
 
 namespace {
@@ -118,10 +119,11 @@ TEST(Companion, TakesTheWindowAndAnswers) {
   EXPECT_FALSE(AskReplaceExisting(nullptr, noHint));
   EXPECT_EQ(noHint, 1);
 
-  int window = 0;
-  void* given = nullptr;
-  EditProperties(&window, reinterpret_cast<HT_Driver*>(&given));
-  EXPECT_EQ(given, &window);
+  ParentWindow parent = {};
+  EditProperties(&noHint, reinterpret_cast<HT_Driver*>(&parent));
+  EXPECT_EQ(parent.size, 16U);
+  EXPECT_EQ(parent.version, 1U);
+  EXPECT_EQ(parent.window, &noHint);
   EXPECT_EQ(GetModuleHandleW(L"PDF-UI.dll"), nullptr);
 }
 
