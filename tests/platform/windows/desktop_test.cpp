@@ -1,5 +1,5 @@
-// The dialogs as they are opened, the viewer, the companion module, the string table and failing disks. What
-// this program imports of the desktop is here: it only notes how it is called.
+// The dialogs as they are opened, the viewer, failing disks, the companion module and the string table. What
+// this program would import of the desktop is here, and only notes how it is called.
 #include <gtest/gtest.h>
 #include <windows.h>
 // These take its types for granted.
@@ -15,6 +15,7 @@
 #include "platform/companion.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
+#include "platform/font_subsetter.h"
 #include "platform/message_texts.h"
 #include "platform/windows/parent_window.h"
 #include "tests/support/scratch.h"
@@ -99,6 +100,8 @@ TEST(Desktop, OnlyAFullDiskIsSilent) {
   EXPECT_THROW(file.Write("x", 1), std::system_error);
   writeError = ERROR_SUCCESS;
 }
+
+TEST(FontSubsetter, IsTheSystemsOwn) { EXPECT_NE(FindCreateFontPackage(), nullptr); }
 
 TEST(Companion, MissingModulesAndFunctionsAnswerNo) {
   const scratch::Directory folder;
