@@ -121,6 +121,9 @@ TEST_F(Files, AFullDiskTruncatesInSilence) {
   sigset_t pending;
   sigpending(&pending);
   EXPECT_EQ(sigismember(&pending, SIGXFSZ), 0);
+  sigset_t blocked;
+  sigprocmask(SIG_BLOCK, nullptr, &blocked);
+  EXPECT_EQ(sigisemptyset(&blocked), 1);
 
   ASSERT_TRUE(file.Open(u"/dev/full"));
   EXPECT_NO_THROW(file.Write("x", 1));

@@ -85,6 +85,12 @@ TEST_F(SettingsFile, EditingAProfileKeepsEveryOtherByte) {
     EXPECT_TRUE(profile.Set(u"Dev", u"Key", u"new") && profile.Save(iniFile)) << before;
     EXPECT_EQ(folder.Read("ü.ini"), after);
   }
+  // A section goes with its entries and the blank line behind them.
+  folder.Write("ü.ini", "[a]\n\n[Dev]\nx=1\n\n; c\n[b]\ny=2\n[c]\n");
+  EXPECT_EQ(profile.Load(iniFile), LoadResult::kLoaded);
+  EXPECT_TRUE(profile.RemoveSection(u"dev") && profile.RemoveSection(u"b") && profile.Save(iniFile));
+  EXPECT_FALSE(profile.RemoveSection(u"dev"));
+  EXPECT_EQ(folder.Read("ü.ini"), "[a]\n\n; c\n[c]\n");
 }
 
 TEST_F(SettingsFile, WhatIsWrittenIsReadBackOrRefused) {
