@@ -1,17 +1,22 @@
-// Settings files: what is read from which text, and what a write leaves alone.
+// Settings files and the profiles behind them: what is read from which text, what an edit leaves alone, and
+// how a file is replaced. On Windows settings are the system's to read, and profiles hold papers alone.
 #include "platform/settings_file.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <limits>
+#include <utility>
 
+#include "platform/profile.h"
 #include "platform/unicode.h"
 #include "tests/support/scratch.h"
 
 namespace hdi {
 namespace {
 
-constexpr const char16_t* kFallback = u"fallback";
+constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
 
 std::string Utf16(const std::u16string& text) {
   std::string bytes = "\xFF\xFE";
@@ -22,102 +27,140 @@ std::string Utf16(const std::u16string& text) {
 
 class SettingsFile : public testing::Test {
  protected:
-  // The value of "Key" in "Dev" of a file with this content.
-  std::u16string Value(const std::string& content) {
-    folder.Write("s.ini", content);
-    return ReadSetting(u"Dev", u"Key", kFallback, iniFile);
+  std::u16string Read(const std::u16string& key, const std::u16string& fallback = u"fallback") const {
+    return ReadSetting(u"Dev", key, fallback, iniFile);
+  }
+  bool Write(const std::u16string& section, const std::u16string& key, const std::u16string& value) const {
+    return WriteSetting(section, key, value, iniFile);
   }
 
   scratch::Directory folder;
-  std::u16string iniFile = folder.Path16("s.ini");
+  std::u16string iniFile = folder.Path16("ü.ini");
+  Profile profile;
 };
 
-TEST_F(SettingsFile, ReadsTheFormOfPrivateProfiles) {
-  const std::pair<const char*, const char16_t*> cases[] = {
-      {"[Dev]\r\nKey=v\r\n", u"v"},
-      {"[Dev]\nKey=v\r", u"v"},
-      {"[dEV]\nkEY=v", u"v"},
-      {" \t[ Dev ] tail\n \tKey \t= \tv w\t \n", u"v w"},
-      {"[Dev]\nKey=  \n", u""},
-      {"[Dev]\nKey\n", kFallback},
-      {"Key=v\n[Dev]\n", kFallback},
-      {"[Other]\nKey=v\n[Dev]\n", kFallback},
-      {"[Dev\nKey=v\n", kFallback},
-      {"", kFallback},
-      {"[Dev]\nKey=\" v \"", u" v "},
-      {"[Dev]\nKey=\"'v'\"", u"'v'"},
-      {"[Dev]\nKey=\"v'", u"\"v'"},
-      {"[Dev]\nKey=\"", u"\""},
-      {"[Dev]\nKey=a ; b", u"a ; b"},
-      {"[Dev]\nKey=a:b=c", u"a:b=c"},
-      {"[Dev]\nKey=v\n  more\n", u"v"},
-      {"[Dev]\n#Key=w\n;Key=x\n  ; Key=y\nKey=v\n", u"v"},
-      {"[Dev]\nKey=1\nKey=2\n[Dev]\nKey=3\n", u"1"},
-      {"[Dev]\nOther=1\n[Dev]\nKey=3\n", kFallback}};
-  for (const auto& [content, value] : cases) EXPECT_EQ(Value(content), value) << content;
-  EXPECT_EQ(Value(Utf16(u"[Dev]\r\nKey= \"ü\U0001F600\" \r\n")), u"ü\U0001F600");
-  EXPECT_EQ(ReadSetting(u"däv", u"Key", kFallback, iniFile), kFallback);
-  folder.Write("s.ini", Utf16(u"[däV]\r\nSchlüsSel=ü建"));
-  EXPECT_EQ(ReadSetting(u"Däv", u"schlüssel", kFallback, iniFile), u"ü建");
+TEST_F(SettingsFile, ProfilesAreReadInTheirForm) {
+  const std::pair<std::string, std::optional<std::u16string>> kCases[] = {
+      {"[DÄV]\r\nKey=v\r\n", u"v"},
+      {"[däv]\nkEY=v\r", u"v"},
+      {" \t[ Däv ] tail\n \tKey \t= \tv w\t \n", u"v w"},
+      {"[Däv]\nKey=  \n", u""},
+      {"[Däv]\nKey\n", std::nullopt},
+      {"Key=v\n[Däv]\n", std::nullopt},
+      {"[Other]\nKey=v\n[Däv]\n", std::nullopt},
+      {"[Däv\nKey=v\n", std::nullopt},
+      {"", std::nullopt},
+      {"[Däv]\nKey=\" v \"", u" v "},
+      {"[Däv]\nKey=\"'v'\"", u"'v'"},
+      {"[Däv]\nKey=\"v'", u"\"v'"},
+      {"[Däv]\nKey=\"", u"\""},
+      {"[Däv]\nKey=a ; b", u"a ; b"},
+      {"[Däv]\nKey=a:b=c", u"a:b=c"},
+      {"[Däv]\nKey=v\n  more\n", u"v"},
+      {"[Däv]\n#Key=w\n;Key=x\n  ; Key=y\nKey=v\n", u"v"},
+      {"[Däv]\nKey=1\nKey=2\n[Däv]\nKey=3\n", u"1"},
+      {"[Däv]\nOther=1\n[Däv]\nKey=3\n", std::nullopt},
+      {"\xEF\xBB\xBF[Däv]\nKey=ü建", u"ü建"},
+      {Utf16(u"[DÄV]\r\nKey= \"ü\U0001F600\" \r\n"), u"ü\U0001F600"},
+      {Utf16(u"[Däv]\nKey=v") + "x", u"v"}};  // half a unit at the end
+  for (const auto& [content, value] : kCases) {
+    folder.Write("ü.ini", content);
+    EXPECT_EQ(profile.Load(iniFile), LoadResult::kLoaded);
+    EXPECT_EQ(profile.Find(u"däv", u"Key"), value) << content;
+  }
 }
 
-TEST_F(SettingsFile, CutsValuesAtTheBuffersLength) {
-  EXPECT_EQ(Value("[Dev]\nKey=" + std::string(255, 'a')), std::u16string(255, u'a'));
-  EXPECT_EQ(Value("[Dev]\nKey=\"" + std::string(5000, 'a') + "\""), std::u16string(255, u'a'));
-  EXPECT_EQ(ReadSetting(u"Dev", u"No", std::u16string(300, u'b'), iniFile), std::u16string(255, u'b'));
-  EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, folder.Path16("none.ini")), kFallback);
+TEST_F(SettingsFile, EditingAProfileKeepsEveryOtherByte) {
+  const std::pair<std::string, std::string> kCases[] = {
+      {"; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t= old\nz=\xFF\n\n; tail",
+       "; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t=new\nz=\xFF\n\n; tail"},
+      {"[Dev]\na=1\n\n; of the next\n[b]\n", "[Dev]\na=1\nKey=new\n\n; of the next\n[b]\n"},
+      {"[a]\r\nx=1", "[a]\r\nx=1\r\n[Dev]\r\nKey=new\r\n"},
+      {"", "[Dev]\nKey=new\n"},
+      {"\xEF\xBB\xBF[Dev]\n", "\xEF\xBB\xBF[Dev]\nKey=new\n"},
+      {Utf16(u"[ü]\r\nx=\xD800\r\n"), Utf16(u"[ü]\r\nx=\xD800\r\n[Dev]\r\nKey=new\r\n")}};
+  for (const auto& [before, after] : kCases) {
+    folder.Write("ü.ini", before);
+    EXPECT_EQ(profile.Load(iniFile), LoadResult::kLoaded);
+    EXPECT_TRUE(profile.Set(u"Dev", u"Key", u"new") && profile.Save(iniFile)) << before;
+    EXPECT_EQ(folder.Read("ü.ini"), after);
+  }
+  // A section goes with its entries and the blank line behind them.
+  folder.Write("ü.ini", "[a]\n\n[Dev]\nx=1\n\n; c\n[b]\ny=2\n[c]\n");
+  EXPECT_EQ(profile.Load(iniFile), LoadResult::kLoaded);
+  EXPECT_TRUE(profile.RemoveSection(u"dev") && profile.RemoveSection(u"b") && profile.Save(iniFile));
+  EXPECT_FALSE(profile.RemoveSection(u"dev"));
+  EXPECT_EQ(folder.Read("ü.ini"), "[a]\n\n; c\n[c]\n");
 }
 
 TEST_F(SettingsFile, WhatIsWrittenIsReadBackOrRefused) {
-  folder.Write("s.ini", Utf16(u"[a]\r\n"));
+  folder.Write("ü.ini", Utf16(u"[a]\r\n"));
   for (const char16_t* value : {u"", u" v ", u"\"v\"", u"'", u"''", u"a;b=c:[d]", u"ü建\U0001F600"}) {
-    EXPECT_TRUE(WriteSetting(u"Dev", u"Key", value, iniFile));
-    EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, iniFile), value);
+    EXPECT_TRUE(Write(u"Dev", u"Key", value));
+    EXPECT_EQ(Read(u"Key"), value);
   }
-  const std::string before = folder.Read("s.ini");
-  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"a\nb", iniFile));
-  EXPECT_FALSE(WriteSetting(u"Dev", u"a=b", u"v", iniFile));
-  EXPECT_FALSE(WriteSetting(u"Dev", u";Key", u"v", iniFile));
-  EXPECT_FALSE(WriteSetting(u"Dev\n", u"Key", u"v", iniFile));
-  EXPECT_EQ(folder.Read("s.ini"), before);
+  const std::string before = folder.Read("ü.ini");
+  EXPECT_FALSE(Write(u"Dev", u"Key", u"a\nb"));
+  EXPECT_FALSE(Write(u"Dev", u"a=b", u"v"));
+  EXPECT_FALSE(Write(u"Dev", u";Key", u"v"));
+  EXPECT_FALSE(Write(u"Dev\n", u"Key", u"v"));
+  EXPECT_EQ(folder.Read("ü.ini"), before);
+
+  // What is read is cut at the length of the platform's buffer.
+  folder.Write("ü.ini", "[Dev]\nKey=\"" + std::string(5000, 'a') + "\"");
+  EXPECT_EQ(Read(u"Key"), std::u16string(255, u'a'));
+  EXPECT_EQ(Read(u"No", std::u16string(300, u'b')), std::u16string(255, u'b'));
 }
 
-TEST_F(SettingsFile, WritingMakesWhatIsMissing) {
+TEST_F(SettingsFile, IsMadeWithItsDirectoriesAndReplacedWhole) {
+  const std::u16string directory = folder.Path16("new/deep");
   const std::u16string file = folder.Path16("new/deep/s.ini");
   EXPECT_TRUE(WriteSetting(u"Dev", u"Key", u"v", file));
-  EXPECT_EQ(ReadSetting(u"Dev", u"Key", kFallback, file), u"v");
-  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"v", folder.Path16("new/deep")));
+  EXPECT_EQ(ReadSetting(u"Dev", u"Key", u"", file), u"v");
+  EXPECT_TRUE(profile.Set(u"Dev", u"Key", u"v") && profile.Save(folder.Path16("other/s.ini")));
+  EXPECT_EQ(folder.Read("other/s.ini"), "[Dev]\nKey=v\n");
+
+  EXPECT_FALSE(WriteSetting(u"Dev", u"Key", u"v", directory));
+  EXPECT_FALSE(profile.Save(directory));
+  EXPECT_EQ(profile.Load(directory), LoadResult::kUnreadable);
+  EXPECT_EQ(profile.Load(folder.Path16("none/s.ini")), LoadResult::kMissing);
+  EXPECT_EQ(profile.Load(directory + file), LoadResult::kMissing);  // a whole path behind another one
+  EXPECT_EQ(Read(u"Key"), u"fallback");
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
+    EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << entry.path();
+  }
 }
 
 TEST_F(SettingsFile, TellsItsSections) {
-  folder.Write("s.ini", "[b]\nKey=1\n;[c]\n[a]\n[B]\n");
+  EXPECT_TRUE(SettingSections(iniFile).empty());
+  folder.Write("ü.ini", "[b]\nKey=1\n;[c]\n[a]\n[B]\n");
   EXPECT_EQ(SettingSections(iniFile), (std::vector<std::u16string>{u"b", u"a", u"B"}));
   std::string many;
   for (int i = 0; i < 2000; ++i) many += "[section " + std::to_string(i) + "]\nKey=v\n";
-  folder.Write("s.ini", many);
+  folder.Write("ü.ini", many);
   EXPECT_EQ(SettingSections(iniFile).size(), 2000U);
   EXPECT_EQ(SettingSections(iniFile).back(), u"section 1999");
-  EXPECT_TRUE(SettingSections(folder.Path16("none.ini")).empty());
 }
 
 TEST(SettingToInt, FollowsTheCRuntime) {
-  constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
-  constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
-  const std::pair<const char16_t*, int32_t> cases[] = {{u"", 0},
-                                                       {u" \t\r\n\v\f12x", 12},
-                                                       {u"-7", -7},
-                                                       {u"+7", 7},
-                                                       {u"- 7", 0},
-                                                       {u"--7", 0},
-                                                       {u"abc", 0},
-                                                       {u"1.9", 1},
-                                                       {u"007", 7},
-                                                       {u"0x10", 0},
-                                                       {u"2147483648", kMax},
-                                                       {u"-2147483648", kMin},
-                                                       {u"-2147483649", kMin},
-                                                       {u"99999999999999999999999", kMax}};
-  for (const auto& [text, number] : cases) EXPECT_EQ(SettingToInt(text), number) << ToUtf8(text);
+  const std::pair<const char16_t*, int32_t> kCases[] = {{u"", 0},
+                                                        {u" \t\r\n\v\f12x", 12},
+                                                        {u"-7", -7},
+                                                        {u"+7", 7},
+                                                        {u"- 7", 0},
+                                                        {u"--7", 0},
+                                                        {u"abc", 0},
+                                                        {u"1.9", 1},
+                                                        {u"007", 7},
+                                                        {u"0x10", 0},
+                                                        {u"/1", 0},
+                                                        {u"1:", 1},
+                                                        {u"\x0E", 0},
+                                                        {u"2147483648", kMax},
+                                                        {u"-2147483648", kMin},
+                                                        {u"-2147483649", kMin},
+                                                        {u"99999999999999999999999", kMax}};
+  for (const auto& [text, number] : kCases) EXPECT_EQ(SettingToInt(text), number) << ToUtf8(text);
 }
 
 }  // namespace

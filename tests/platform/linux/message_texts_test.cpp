@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/unicode.h"
 #include "tests/support/scratch.h"
 
 namespace hdi {
@@ -17,31 +16,28 @@ TEST(MessageTexts, LanguageComesFromTheLocale) {
     const char* all;
     const char* messages;
     const char* lang;
-    std::u16string text;
-  } kCases[] = {{nullptr, nullptr, nullptr, english},
-                {nullptr, nullptr, "de_DE.UTF-8", english},
-                {nullptr, nullptr, "zh_TW.UTF-8", traditional},
-                {nullptr, nullptr, "zh_MO.big5", traditional},
-                {nullptr, nullptr, "zh-Hant-SG", traditional},
-                {nullptr, nullptr, "zh_SG@x", simplified},
-                {nullptr, nullptr, "zh", simplified},
-                {nullptr, nullptr, "zha_CN", english},
-                {nullptr, "zh_TW", "zh_CN", traditional},
-                {"zh_CN", "zh_TW", "C", simplified},
-                {"", "", "zh_TW", traditional},
-                {"C", "zh_TW", "zh_TW", english}};
-  const auto optional = [](const char* text) {
-    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
-  };
-  for (const auto& row : kCases) {
-    const scratch::Variable all("LC_ALL", optional(row.all));
-    const scratch::Variable messages("LC_MESSAGES", optional(row.messages));
-    const scratch::Variable lang("LANG", optional(row.lang));
-    EXPECT_EQ(MessageText(kTextFileInUse), row.text)
-        << testing::PrintToString(row.all) << ' ' << testing::PrintToString(row.lang);
+    std::u16string inUse;
+    std::u16string noBitmap;
+  } kRows[] = {{"", "", "", english, u"Fail to create bitmap!"},
+               {"", "", "de_DE.UTF-8", english, u"Fail to create bitmap!"},
+               {"", "", "zh_TW.UTF-8", traditional, u"建立點陣圖失敗!"},
+               {"", "", "zh_MO.big5", traditional, u"建立點陣圖失敗!"},
+               {"", "", "zh_HK", traditional, u"建立點陣圖失敗!"},
+               {"", "", "zh-Hant-SG", traditional, u"建立點陣圖失敗!"},
+               {"", "", "zh_SG@x", simplified, u"创建位图失败!"},
+               {"", "", "ZH", simplified, u"创建位图失败!"},
+               {"", "", "zha_CN", english, u"Fail to create bitmap!"},
+               {"", "zh_TW", "zh_CN", traditional, u"建立點陣圖失敗!"},
+               {"zh_CN", "zh_TW", "C", simplified, u"创建位图失败!"},
+               {"C", "zh_TW", "zh_TW", english, u"Fail to create bitmap!"},
+               {"", "", "ja_JP.UTF-8", english, u"ビットマップの創建を失敗しました!"}};
+  for (const auto& row : kRows) {
+    const scratch::Variable all("LC_ALL", row.all);
+    const scratch::Variable messages("LC_MESSAGES", row.messages);
+    const scratch::Variable lang("LANG", row.lang);
+    EXPECT_EQ(MessageText(kTextFileInUse), row.inUse) << row.all << ' ' << row.lang;
+    EXPECT_EQ(MessageText(kTextBitmapFailed), row.noBitmap) << row.all << ' ' << row.lang;
   }
-  const scratch::Variable all("LC_ALL", "ja_JP.UTF-8");
-  EXPECT_EQ(MessageText(kTextBitmapFailed), u"ビットマップの創建を失敗しました!");
   EXPECT_EQ(MessageText(4008), u"");
 }
 

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "tests/windows/border/desktop.h"
+#include "tests/border/border.h"
 
 namespace border {
 namespace fs = std::filesystem;
@@ -31,9 +31,7 @@ void* FunctionOf(HMODULE module, const char* name) {
 // The module finds the host's library beside itself.
 void* LoadModule() {
   const fs::path file = fs::absolute(HDI_DRIVER_PATH).make_preferred();
-  const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-  AttachDesktop(Found(module, HDI_DRIVER_PATH));
-  return module;
+  return Found(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH), HDI_DRIVER_PATH);
 }
 
 void UnloadModule(void* module) { FreeLibrary(static_cast<HMODULE>(module)); }
@@ -53,6 +51,26 @@ std::optional<std::string> Variable(const std::string& name) {
 // An empty value takes the variable away, which reads the same.
 void SetVariable(const std::string& name, const std::optional<std::string>& value) {
   _wputenv_s(fs::path(name).c_str(), fs::path(value.value_or("")).c_str());
+}
+
+// Nobody is asked and nothing is shown in these tests.
+void SetUpDesktop(Sandbox&) {}
+void SetUpUser(Sandbox&) {}
+
+// The tests of same output have a reader of PDF; here it is enough that a file is there from its head to its
+// end.
+testing::AssertionResult IsSoundPdf(const fs::path& file) {
+  const std::string pdf = ReadFile(file);
+  if (pdf.starts_with("%PDF-") && pdf.find("%%EOF", pdf.size() - 8) != pdf.npos) {
+    return testing::AssertionSuccess();
+  }
+  return testing::AssertionFailure() << file << ": " << pdf.size() << " bytes";
+}
+
+int PageCount(const fs::path& file) {
+  const std::string pdf = ReadFile(file);
+  const size_t count = pdf.find("/Count ");
+  return count == pdf.npos ? -1 : std::atoi(pdf.c_str() + count + std::string("/Count ").size());
 }
 
 }  // namespace border
