@@ -57,6 +57,7 @@ TEST_F(SettingsFile, ProfilesAreReadInTheirForm) {
       {"[Däv]\nKey=a ; b", u"a ; b"},
       {"[Däv]\nKey=a:b=c", u"a:b=c"},
       {"[Däv]\nKey=v\n  more\n", u"v"},
+      {"[Däv]\n;" + std::string(16371, 'x') + "\nKey=v", u"v"},  // the value is the 16,385th byte
       {"[Däv]\n#Key=w\n;Key=x\n  ; Key=y\nKey=v\n", u"v"},
       {"[Däv]\nKey=1\nKey=2\n[Däv]\nKey=3\n", u"1"},
       {"[Däv]\nOther=1\n[Däv]\nKey=3\n", std::nullopt},

@@ -44,8 +44,8 @@ TEST_F(PathTest, PolylinesJoinAndLoneMovesBecomeDots) {
 }
 
 TEST_F(PathTest, CurvesDoNotRound) {
-  const Points curve = {{2.25, 0}, {3.5, -1.5}, {4.5, -2.5}, {5.25, -3.75}, {9, 9}};
-  DevPolyBezier(device_, curve.data(), 5);  // the fifth point belongs to no whole group
+  const Points curve = {{2.25, 0}, {3.5, -1.5}, {4.5, -2.5}, {5.25, -3.75}, {9, 9}, {8, 8}, {7, 7}};
+  DevPolyBezier(device_, curve.data(), 6);  // the last two points belong to no whole group
   EXPECT_EQ(plot_.TakeRecords(), "M 2.25 0, C 3.5 1.5 4.5 2.5 5.25 3.75");
   plot_.Settings().keepFractions = 1;
   plot_.Polyline({{5.25, -3.75}, {6.5, -4.5}});
