@@ -131,7 +131,8 @@ TEST_F(ContentTest, CurvesAndCloseFlags) {
   PathPoints closed = points;
   closed.back().close = true;
   content_.Write(Stroked(closed));
-  PathPoints cut(points.begin(), points.end() - 1);  // a curve that lacks its end
+  PathPoints cut = points;  // a curve that lacks its end
+  cut.pop_back();
   content_.Write(Stroked(cut));
   PathPoints closedEarly = points;
   closedEarly[2].close = true;
