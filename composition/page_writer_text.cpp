@@ -20,10 +20,11 @@ std::u16string_view UnitsOf(const HT_TextRun& run) {
   return units.substr(0, units.find(u'\0'));
 }
 
-double SumOfAdvances(const HT_TextRun& run) {
-  if (run.advances == nullptr || run.count <= 0) return 0;
+// The advance behind `run`. One by one onto the sum of the runs before: sums of runs would round differently.
+double AddAdvances(double advance, const HT_TextRun& run) {
+  if (run.advances == nullptr || run.count <= 0) return advance;
   const std::span<const double> advances(run.advances, static_cast<size_t>(run.count));
-  return std::accumulate(advances.begin(), advances.end(), 0.0);
+  return std::accumulate(advances.begin(), advances.end(), advance);
 }
 
 }  // namespace
@@ -46,7 +47,7 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
     if (const engine::Font* font = fonts_.GetFontHandle(*document_, run->lf)) {
       WriteTextRun(UnitsOf(*run), *font, shape, matrix, visibility);
     }
-    advance += SumOfAdvances(*run);
+    advance = AddAdvances(advance, *run);
   }
   if (!linkTarget_.empty()) {
     ExtendLinkRect(TextBounds(x, y, TextExtent(advance, shape.textHeight, static_cast<double>(angle))));
