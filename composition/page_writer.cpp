@@ -9,6 +9,7 @@
 #include "document/information.h"
 #include "document/page_background.h"
 #include "document/viewport.h"
+#include "engine/image.h"
 #include "platform/border.h"
 
 namespace hdi {
@@ -43,7 +44,7 @@ bool PageWriter::OpenOutput(const std::u16string& path) {
 }
 
 void PageWriter::StartDocument(std::u16string_view creator) {
-  ClosePage();
+  DropPage();
   fonts_.Clear();
   layers_.reset();
   document_.reset();
@@ -53,6 +54,7 @@ void PageWriter::StartDocument(std::u16string_view creator) {
 }
 
 void PageWriter::Save() {
+  DropPage();
   if (document_ != nullptr) document_->Save(*this);
 }
 
@@ -105,11 +107,17 @@ void PageWriter::ClosePage() {
   content_.reset();
   resources_.reset();
   page_.reset();
+  pageImages_.clear();
+}
+
+void PageWriter::DropPage() {
+  for (const uint32_t image : pageImages_) engine::RemoveImage(*document_, image);
+  ClosePage();
 }
 
 void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
   ResetPageState();
-  ClosePage();
+  DropPage();
   if (document_ == nullptr) return;
   page_ = document_->NewPage(static_cast<int>(pageNumber) - 1, width, height);
   if (page_ == nullptr) return;

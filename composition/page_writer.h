@@ -147,6 +147,8 @@ class PageWriter final : private engine::BlockSink {
   bool WriteBlock(const void* data, size_t size) override;
   void ResetPageState();
   void ClosePage();
+  // Closes a page that is not finished; its content and what was made for it are gone.
+  void DropPage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
   // Whether an image under that matrix shows: on an open page, and with a width and a height.
@@ -178,6 +180,7 @@ class PageWriter final : private engine::BlockSink {
   std::unique_ptr<engine::Page> page_;
   std::optional<PageResources> resources_;
   std::optional<ContentGenerator> content_;
+  std::vector<uint32_t> pageImages_;  // of the open page
 
   // The path under construction, and with it the state that the next one carries: colours, line attributes,
   // blend mode, dashes and clip. No path is open while it has no points.

@@ -39,6 +39,7 @@ void PageWriter::PlaceImage(uint32_t image, const Matrix& matrix) {
   object.matrix = matrix;
   object.attributes.clip = path_.attributes.clip;
   object.attributes.layer = CurrentGroup();
+  if (image != 0) pageImages_.push_back(image);
   if (content_) content_->Write(object);
   if (!linkTarget_.empty()) ExtendLinkRect(ImageBounds(matrix));
 }

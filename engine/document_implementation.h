@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "core/fpdfapi/page/cpdf_page.h"
 #include "core/fpdfapi/parser/cpdf_document.h"
@@ -23,13 +24,20 @@ struct Page::Implementation {
   CPDF_Page* page = nullptr;  // the object behind the handle
   CPDF_Document* document = nullptr;
 
-  // Names given so far: the last counter and the objects of each category.
-  struct Names {
-    int last = 0;
-    std::map<uint32_t, std::string> byObject;
+  // Resources named so far, by category. They become the page's, and dictionaries without an object number
+  // indirect objects, when it gets its contents.
+  struct Resource {
+    std::string name;
+    uint32_t objectNumber;
+    RetainPtr<CPDF_Dictionary> dictionary;
   };
-  std::map<ResourceCategory, Names> names;
-  std::map<std::string, uint32_t> standardFonts;
+  std::map<ResourceCategory, std::vector<Resource>> resources;
+  std::map<ResourceCategory, std::map<uint32_t, std::string>> namesByObject;
+  std::map<std::string, std::string> standardFonts;  // from base font to name
+
+  // Enters a resource; its name.
+  std::string Add(ResourceCategory category, uint32_t objectNumber, RetainPtr<CPDF_Dictionary> dictionary);
+  void PutResources();
 };
 
 }  // namespace hdi::engine

@@ -11,6 +11,7 @@
 #include "core/fpdfapi/parser/cpdf_name.h"
 #include "core/fpdfapi/parser/cpdf_number.h"
 #include "core/fpdfapi/parser/cpdf_reference.h"
+#include "core/fpdfapi/parser/cpdf_stream.h"
 #include "core/fpdfapi/parser/cpdf_string.h"
 #include "core/fxcodec/jpeg/jpegmodule.h"
 #include "engine/document_implementation.h"
@@ -119,6 +120,17 @@ uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height
   constexpr std::array<uint8_t, 6> kBlackWhite = {0, 0, 0, 255, 255, 255};
   colorSpace->AppendNew<CPDF_String>(kBlackWhite, CPDF_String::DataType::kIsHex);
   return AddCompressedStream(pdf, bits, std::move(dictionary));
+}
+
+void RemoveImage(Document& document, uint32_t image) {
+  CPDF_Document& pdf = *document.Internals().document;
+  const RetainPtr<const CPDF_Object> stream = pdf.GetIndirectObject(image);
+  if (stream == nullptr) return;
+  const RetainPtr<const CPDF_Stream> mask = stream->GetDict()->GetStreamFor("SMask");
+  if (mask != nullptr) pdf.DeleteIndirectObject(mask->GetObjNum());
+  pdf.DeleteIndirectObject(image);
+  // The file's trailer counts up to the last number, which must be in use (ISO 32000-1:2008, table 15).
+  while (pdf.GetIndirectObject(pdf.GetLastObjNum()) == nullptr) pdf.SetLastObjNum(pdf.GetLastObjNum() - 1);
 }
 
 }  // namespace hdi::engine

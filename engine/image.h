@@ -30,4 +30,7 @@ class Document;
 [[nodiscard]] uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height,
                                              std::span<const uint8_t> bits);
 
+// Takes an image that nothing refers to out of the document, with its soft mask.
+void RemoveImage(Document& document, uint32_t image);
+
 }  // namespace hdi::engine

@@ -71,6 +71,7 @@ bool Page::HasContents() const {
 
 void Page::SetContents(std::string_view bytes) {
   CPDF_Document& document = *implementation_->document;
+  implementation_->PutResources();
   implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(
       page_object::kContents, &document,
       AddCompressedStream(document, AsBytes(bytes), document.New<CPDF_Dictionary>()));
@@ -91,41 +92,52 @@ void Page::PrependContents(std::string_view bytes) {
   array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, bytes));
 }
 
+// Names are "FX", the category's first letter and a number that counts within the category.
+std::string Page::Implementation::Add(ResourceCategory category, uint32_t objectNumber,
+                                      RetainPtr<CPDF_Dictionary> dictionary) {
+  std::vector<Resource>& all = resources[category];
+  const std::string name = std::string("FX") + CategoryKey(category)[0] + std::to_string(all.size() + 1);
+  all.push_back({name, objectNumber, std::move(dictionary)});
+  return name;
+}
+
+void Page::Implementation::PutResources() {
+  const auto dictionary = page->GetMutableDict()->GetOrCreateDictFor(page_object::kResources);
+  for (auto& [category, all] : resources) {
+    const auto named = dictionary->GetOrCreateDictFor(CategoryKey(category));
+    for (Resource& resource : all) {
+      if (resource.dictionary != nullptr) {
+        resource.objectNumber = document->AddIndirectObject(std::move(resource.dictionary));
+      }
+      named->SetNewFor<CPDF_Reference>(ByteString(ToView(resource.name)), document, resource.objectNumber);
+    }
+  }
+}
+
 std::string Page::AddGraphicsState(const GraphicsState& state) {
-  const auto dictionary = implementation_->document->NewIndirect<CPDF_Dictionary>();
+  auto dictionary = implementation_->document->New<CPDF_Dictionary>();
   if (state.fillAlpha) dictionary->SetNewFor<CPDF_Number>("ca", *state.fillAlpha);
   if (state.strokeAlpha) dictionary->SetNewFor<CPDF_Number>("CA", *state.strokeAlpha);
   if (state.blendMode) dictionary->SetNewFor<CPDF_Name>("BM", ByteString(ToView(*state.blendMode)));
-  return ResourceName(ResourceCategory::kExtGState, dictionary->GetObjNum());
+  return implementation_->Add(ResourceCategory::kExtGState, 0, std::move(dictionary));
 }
 
-// Names are "FX", the category's first letter and the first number that is free in the category.
 std::string Page::ResourceName(ResourceCategory category, uint32_t objectNumber) {
-  Implementation::Names& names = implementation_->names[category];
-  std::string& name = names.byObject[objectNumber];
-  if (!name.empty()) return name;
-
-  const char* key = CategoryKey(category);
-  const auto resources = implementation_->page->GetMutableDict()->GetOrCreateDictFor(page_object::kResources);
-  const auto dictionary = resources->GetOrCreateDictFor(key);
-  do {
-    name = std::string("FX") + key[0] + std::to_string(++names.last);
-  } while (dictionary->KeyExist(ByteString(ToView(name))));
-  dictionary->SetNewFor<CPDF_Reference>(ByteString(ToView(name)), implementation_->document, objectNumber);
+  std::string& name = implementation_->namesByObject[category][objectNumber];
+  if (name.empty()) name = implementation_->Add(category, objectNumber, nullptr);
   return name;
 }
 
 std::string Page::StandardFontName(const std::string& baseFont) {
-  uint32_t& objectNumber = implementation_->standardFonts[baseFont];
-  if (objectNumber == 0) {
-    const auto font = implementation_->document->NewIndirect<CPDF_Dictionary>();
-    font->SetNewFor<CPDF_Name>("Type", "Font");
-    font->SetNewFor<CPDF_Name>("Subtype", "Type1");
-    font->SetNewFor<CPDF_Name>("BaseFont", ByteString(ToView(baseFont)));
-    font->SetNewFor<CPDF_Name>("Encoding", "WinAnsiEncoding");
-    objectNumber = font->GetObjNum();
-  }
-  return ResourceName(ResourceCategory::kFont, objectNumber);
+  std::string& name = implementation_->standardFonts[baseFont];
+  if (!name.empty()) return name;
+  auto font = implementation_->document->New<CPDF_Dictionary>();
+  font->SetNewFor<CPDF_Name>("Type", "Font");
+  font->SetNewFor<CPDF_Name>("Subtype", "Type1");
+  font->SetNewFor<CPDF_Name>("BaseFont", ByteString(ToView(baseFont)));
+  font->SetNewFor<CPDF_Name>("Encoding", "WinAnsiEncoding");
+  name = implementation_->Add(ResourceCategory::kFont, 0, std::move(font));
+  return name;
 }
 
 std::string NumberText(float value) {

@@ -1,5 +1,5 @@
 // A page of the engine's document while it is being made: its contents as streams of our own bytes, and its
-// resources.
+// resources, which come with the contents: a page that gets none leaves nothing of them in the document.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,8 @@ class Page {
 
   // Whether the page has a "Contents" entry (ISO 32000-1:2008, 7.7.3.3).
   [[nodiscard]] bool HasContents() const;
-  // Makes `bytes` the page's one content stream, compressed.
+  // Makes `bytes` the page's one content stream, compressed, and all that has been named so far its
+  // resources.
   void SetContents(std::string_view bytes);
   // Puts a stream before everything that the page's contents hold, and one behind. Nothing for a page without
   // contents.
@@ -49,7 +50,7 @@ class Page {
   // Puts a stream before everything that the page's contents hold. Nothing for a page without contents.
   void PrependContents(std::string_view bytes);
 
-  // Makes a graphics state dictionary an indirect object and a resource of the page; its name.
+  // A new graphics state dictionary as a resource of the page; its name.
   std::string AddGraphicsState(const GraphicsState& state);
   // The name under which an indirect object is a resource of the page; becomes one if it is not yet.
   std::string ResourceName(ResourceCategory category, uint32_t objectNumber);
