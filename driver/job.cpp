@@ -27,6 +27,17 @@ class JobWriter final : public RecordedWriter {
 
 JobWriter* WriterOf(const PlotJob& job) { return static_cast<JobWriter*>(job.pageWriter); }
 
+// The job names its writer until the writer has closed everything: a host whose message loop runs meanwhile
+// sees it.
+struct ReleaseWriter {
+  PlotJob* job;
+  void operator()(JobWriter* writer) const {
+    delete writer;
+    job->pageWriter = nullptr;
+  }
+};
+using OwnedWriter = std::unique_ptr<JobWriter, ReleaseWriter>;
+
 // Entries call each other through the table, whose positions the host may have wrapped.
 const DeviceTable& TableOf(const HostDevice& device) { return *device.table; }
 
@@ -79,18 +90,17 @@ void* DevOpenOutput(HostDevice* device) {
   if (job == nullptr) return nullptr;
   if (device->started != 0) return job->pageWriter;
 
-  auto writer = std::make_unique<JobWriter>();
+  OwnedWriter writer(new JobWriter, {job});
+  job->pageWriter = writer.get();
   if (!writer->pageWriter.OpenOutput(job->outputPath)) {
     ShowMessage(job->outputPath + MessageText(kTextFileInUse));
-    job->pageWriter = nullptr;
     return nullptr;
   }
   if (const DriverDevMode* settings = SettingsOf(device)) {
     writer->pageWriter.SetPointScale(DotsPerInch(*settings));
     writer->pageWriter.SetBounds(settings->keepFractions != 0 ? Bounds::kExact : Bounds::kWholePoints);
   }
-  job->pageWriter = writer.release();  // DevFinish takes it back
-  return job->pageWriter;
+  return writer.release();  // DevFinish takes it back
 }
 
 int32_t DevCreateDocument(HostDevice** deviceField) {
@@ -114,8 +124,7 @@ int32_t DevFinish(HostDevice** deviceField) {
   if (job == nullptr || device->started == 0) return 1;
   {
     // Whatever the saving throws, the writer closes its document, the engine and the file.
-    const std::unique_ptr<JobWriter> writer(WriterOf(*job));
-    job->pageWriter = nullptr;
+    const OwnedWriter writer(WriterOf(*job), {job});
     writer->pageWriter.Save();
   }
   const DriverDevMode* settings = SettingsOf(device);
