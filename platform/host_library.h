@@ -66,9 +66,8 @@ static_assert(sizeof(HT_BezierCurve) == 64);
 // An elliptic arc in a plane whose unit is the dot. `radiusX` and `radiusY` lie along the ellipse's own axes,
 // which are turned by `rotation`; `startAngle` and `endAngle` are values of the ellipse's parameter, so that
 // the point at t is centre + R(rotation) * (radiusX cos t, radiusY sin t). All angles are in radians. The arc
-// runs from start to end: towards growing angles when end is above start, towards falling ones when it is
-// below. Nothing is reduced modulo a turn, so a span of a whole turn or more is the full ellipse and a span
-// of zero is no arc.
+// runs from start to end towards growing angles: an end below the start counts with as many whole turns more
+// as lift it above. A span of a whole turn or more is the full ellipse, and equal angles are no arc.
 class HDI_HOST_API HT_EllipArc {
  public:
   HT_EllipArc(const HT_Double_Point& center, double radiusX, double radiusY, double rotation,

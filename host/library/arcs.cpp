@@ -48,6 +48,16 @@ int32_t CountPieces(double radius, double span) {
   return static_cast<int32_t>(count);
 }
 
+// The arc's angle, at most kTurn. An end below the start is moved up by whole turns until it lies above.
+double SpanOf(const HT_EllipArc& arc) {
+  double span = arc.endAngle - arc.startAngle;
+  if (span < 0) {
+    span = kTurn - std::fmod(-span, kTurn);
+    if (span < kTurnSlack) return kTurn;
+  }
+  return span < kTurn - kTurnSlack ? span : kTurn;
+}
+
 bool IsFinite(const HT_EllipArc& arc) {
   const double values[] = {arc.center.x, arc.center.y,   arc.radiusX,  arc.radiusY,
                            arc.rotation, arc.startAngle, arc.endAngle, arc.endAngle - arc.startAngle};
@@ -103,12 +113,11 @@ HT_Double_Point HT_EllipArc::PointAt(double angle) const { return Frame(*this).A
 
 void HT_ConvertEllipArcToBezierCurves(const HT_EllipArc& arc, std::vector<HT_BezierCurve>& curves) {
   if (!IsFinite(arc) || arc.startAngle == arc.endAngle) return;
-  double span = arc.endAngle - arc.startAngle;
-  const bool whole = std::fabs(span) >= kTurn - kTurnSlack;
-  if (whole) span = std::copysign(kTurn, span);
+  const double span = SpanOf(arc);
+  const bool whole = span == kTurn;
 
   const double radius = std::max(std::fabs(arc.radiusX), std::fabs(arc.radiusY));
-  const int32_t count = CountPieces(radius, std::fabs(span));
+  const int32_t count = CountPieces(radius, span);
   const double piece = span / count;
   const double reach = 4.0 / 3.0 * std::tan(piece / 4.0);
 

@@ -37,28 +37,31 @@ HT_Double_Point UnitPoint(const HT_EllipArc& arc, const HT_BezierCurve& curve, d
 TEST(Arcs, StayWithinATwentiethOfADot) {
   const struct {
     HT_EllipArc arc;
-    size_t count;  // the least that will do
+    size_t count;     // the least that will do
+    double span = 0;  // where it is not from start to end
   } kCases[] = {
       {{{12.5, -7.25}, 183, 20, 0.3, 0.7, 0.7 + kTurn}, 4},
-      {{{0, 0}, 20, 184, -2, 1, 1 - kTurn}, 5},
+      {{{0, 0}, 20, 184, -2, 1, 1 - kTurn}, 5, kTurn},
       {{{1e5, -1e5}, 1e5, 1e5, 4, -3, -3 + kTurn}, 12},
       {{{1, 2}, 1e5, 0.01, 0, 3, 4}, 2},
       {{{1, 2}, 40, 30, 1, 2, 3}, 1},
-      {{{1, 2}, 100, 30, -1, 2, 0}, 2},
+      {{{1, 2}, 100, 30, -1, 2, 0}, 3, kTurn - 2},  // an end below the start is moved up by whole turns
+      {{{1, 2}, 30, 30, 0, 1, 2 - 3 * kTurn}, 1, 1},
       {{{1, 2}, 30, 30, 0, 0, kTurn / 4}, 1},
       {{{1, 2}, 30, 30, 0, 0, kTurn / 4 + 1e-8}, 2},
       {{{7, 8}, 30000, 20000, 6, 9, 11.5}, 4},
       // Whole turns, with ends that are not exact or go on.
       {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 + kTurn - 1e-12}, 4},
-      {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 + 3 * kTurn}, 4},
-      {{{1, 2}, 30, 20, 0.3, 0.7, -100}, 4},
+      {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 + 3 * kTurn}, 4, kTurn},
+      {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 - 2 * kTurn}, 4, kTurn},
+      {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 - kTurn + 1e-12}, 4, kTurn},
   };
-  for (const auto& [arc, count] : kCases) {
+  for (const auto& [arc, count, wholeSpan] : kCases) {
     SCOPED_TRACE(testing::Message() << arc.radiusX << ' ' << arc.startAngle << ' ' << arc.endAngle);
     const std::vector<HT_BezierCurve> curves = Convert(arc);
     ASSERT_EQ(curves.size(), count);
-    const double span = std::clamp(arc.endAngle - arc.startAngle, -kTurn, kTurn);
-    const bool closes = std::fabs(span) > kTurn - 1e-11;
+    const double span = wholeSpan == 0 ? arc.endAngle - arc.startAngle : wholeSpan;
+    const bool closes = span > kTurn - 1e-11;
     EXPECT_EQ(SameBits(curves.front().start, curves.back().end), closes);
     const double piece = span / static_cast<double>(count);
     for (size_t i = 0; i < count; ++i) {
