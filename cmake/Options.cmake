@@ -42,6 +42,11 @@ else()
   option(HDI_WARNINGS_AS_ERRORS "Stop the build at the first warning in our own code" OFF)
 endif()
 
+# The widths of all arithmetic are part of what is plotted: a fused multiply-add would change last bits.
+if(NOT MSVC)
+  add_compile_options(-ffp-contract=off)
+endif()
+
 add_library(hdi_options INTERFACE)
 target_include_directories(hdi_options INTERFACE "${PROJECT_SOURCE_DIR}")
 if(WIN32)

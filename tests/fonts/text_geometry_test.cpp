@@ -10,6 +10,7 @@ namespace {
 
 constexpr float kQuarterTurn = 1.5707964F;
 
+// Fused multiply-adds would give other bits.
 TEST(TextGeometry, TheRunMatrixIsExact) {
   EXPECT_EQ(ComputeRunMatrix(
                 {.x = 1000.25F, .y = -37.5F, .angle = 0.7F, .obliqueAngle = 0.26179939F, .widthFactor = 0.8F},
