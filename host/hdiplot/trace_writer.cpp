@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -10,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "host/hdiplot/base64.h"
 #include "host/hdiplot/errors.h"
@@ -37,6 +39,14 @@ class LineWriter {
   template <typename T>
   void Optional(std::string_view name, const T& value, const T& valueWhenLeftOut) {
     if (!(value == valueWhenLeftOut)) Required(name, value);
+  }
+
+  // Element by element: GCC 14 warns of vectors' own comparison, whose memcmp gets an empty vector's null
+  // pointer.
+  template <typename T>
+  void Optional(std::string_view name, const std::vector<T>& value, const std::vector<T>& valueWhenLeftOut) {
+    const auto same = [](const T& a, const T& b) { return a == b; };
+    if (!std::ranges::equal(value, valueWhenLeftOut, same)) Required(name, value);
   }
 
   template <typename T>

@@ -129,10 +129,10 @@ TEST_F(ContentTest, CurvesAndCloseFlags) {
   PathPoints points = {{0, 0, PointType::kMove, false}};
   for (const float t : {0.5F, 1.25F, 2.0F}) points.push_back({t, t, PointType::kBezier, false});
   PathPoints closed = points;
-  closed.back().close = true;
+  closed[3].close = true;
   content_.Write(Stroked(closed));
   PathPoints cut = points;  // a curve that lacks its end
-  cut.pop_back();
+  cut.resize(3);
   content_.Write(Stroked(cut));
   PathPoints closedEarly = points;
   closedEarly[2].close = true;
