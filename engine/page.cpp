@@ -96,7 +96,7 @@ void Page::PrependContents(std::string_view bytes) {
 std::string Page::Implementation::Add(ResourceCategory category, uint32_t objectNumber,
                                       RetainPtr<CPDF_Dictionary> dictionary) {
   std::vector<Resource>& all = resources[category];
-  const std::string name = std::string("FX") + CategoryKey(category)[0] + std::to_string(all.size() + 1);
+  std::string name = std::string("FX") + CategoryKey(category)[0] + std::to_string(all.size() + 1);
   all.push_back({name, objectNumber, std::move(dictionary)});
   return name;
 }

@@ -13,6 +13,12 @@ void Note(const char* text, uint64_t number) {
   std::ofstream(std::getenv("HDI_TEST_LOG"), std::ios::app) << text << ' ' << number << '\n';
 }
 
+// 0 where the variable is not set.
+int32_t NumberIn(const char* variable) {
+  const char* text = std::getenv(variable);
+  return text == nullptr ? 0 : std::atoi(text);
+}
+
 }  // namespace
 
 extern "C" {
@@ -28,8 +34,8 @@ int32_t InvokeCustomPropertiesDlg(void* parent, void* driver) {
 int32_t InvokeSaveAsDlg(void* parent, int32_t* noHint) {
   Note("parent", border::WindowOf(parent));
   Note("hint", static_cast<uint64_t>(*noHint));
-  *noHint = std::atoi(std::getenv("HDI_TEST_HINT"));
-  return std::atoi(std::getenv("HDI_TEST_ANSWER"));
+  *noHint = NumberIn("HDI_TEST_HINT");
+  return NumberIn("HDI_TEST_ANSWER");
 }
 
 }  // extern "C"

@@ -130,7 +130,8 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   writer_->SetLinkTarget(u"x");
   place({5, 6, 3, 4});
   place({1, 2, 0, 4});
-  place({1, 2, 3, 1e-50});  // 0 as a page's number
+  place({1, 2, 3, 1e-50});                         // 0 as a page's number
+  writer_->PlaceJpeg(plane, plane, {1, 2, 3, 4});  // no JPEG
   writer_->SetLinkTarget(u"");
   writer_->FinishPage();
   place({1, 2, 3, 4});  // no page any more
@@ -144,19 +145,20 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   EXPECT_EQ(saved.Page(0).getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(), "[ 1 2 8 10 ]");
 }
 
-// A raster that can be encoded no more, or has even lost its header.
+// A raster that can be encoded no more, has no pixels or has even lost its header.
 class FadingRaster final : public RasterImage {
  public:
   const BITMAPINFOHEADER* GetImageHeader() override { return header.biBitCount == 0 ? nullptr : &header; }
   int32_t GetPixelWidth() override { return 1; }
   int32_t GetPixelHeight() override { return -1; }
   int32_t HasAlphaChannel() override { return 1; }
-  uint8_t* GetPixelBits() override { return pixel; }
+  uint8_t* GetPixelBits() override { return hasPixels ? pixel : nullptr; }
   uint8_t* EncodeToMemory(const char*, int32_t, uint64_t*) override { return nullptr; }
   void FreeEncoded(uint8_t*) override { ADD_FAILURE() << "nothing was encoded"; }
 
   BITMAPINFOHEADER header{};
   uint8_t pixel[4] = {};
+  bool hasPixels = true;
 };
 
 TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
@@ -164,6 +166,11 @@ TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
   const HostImageRecord image{&raster, 0, 0, 1, {}, 1};
   writer_->BeginPage(1, 10, 10);
   for (const uint16_t bits : {uint16_t{24}, uint16_t{32}}) {
+    raster.header.biBitCount = bits;
+    EXPECT_EQ(PlayBitmap({&image, 1, 2, 3, 4}, *writer_), BitmapOutcome::kGoOn);
+  }
+  raster.hasPixels = false;
+  for (const uint16_t bits : {uint16_t{1}, uint16_t{8}, uint16_t{32}}) {
     raster.header.biBitCount = bits;
     EXPECT_EQ(PlayBitmap({&image, 1, 2, 3, 4}, *writer_), BitmapOutcome::kGoOn);
   }

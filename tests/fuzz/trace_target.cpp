@@ -15,16 +15,16 @@ namespace {
 using namespace hdiplot;
 
 void PlayTrace(Trace& trace) {
-  static const scratch::Directory directory;  // of each process, as several may fuzz at a time
+  static const scratch::Directory kDirectory;  // of each process, as several may fuzz at a time
   trace.job.output.reset();
-  trace.job.defaultOutput = directory.Path16("plot.pdf");
+  trace.job.defaultOutput = kDirectory.Path16("plot.pdf");
   hdi::CPDFDriver driver(u"fuzz");
   Job job(driver, trace.job, CommandLine{});
   TracePlayer player(job.Device());
   for (CallLine& line : trace.calls) player.Play(line.call);
   driver.GetDevModePointer()->openAfterPlot = 0;
   job.Finish();
-  const std::string file = directory.Read("plot.pdf");
+  const std::string file = kDirectory.Read("plot.pdf");
   fuzzing::Require(file.starts_with("%PDF-") && file.ends_with("%%EOF\r\n"), "not whole", "plot.pdf");
 }
 
