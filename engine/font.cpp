@@ -1,6 +1,8 @@
 // Fonts: loading with right widths, and the way from units to character codes.
 #include "engine/font.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <set>
 #include <utility>
@@ -40,14 +42,21 @@ uint32_t Read(std::span<const uint8_t> bytes, size_t position, size_t count) {
   return value;
 }
 
-// Whether the tables of the file's font, of a collection's first one, lie within the file.
+// What an embedded font program needs (ISO 32000-1:2008, 9.9), and the character map.
+constexpr std::array kNeededTables = {Tag("CFF "), Tag("CFF2"), Tag("cmap"), Tag("cvt "),
+                                      Tag("fpgm"), Tag("glyf"), Tag("head"), Tag("hhea"),
+                                      Tag("hmtx"), Tag("loca"), Tag("maxp"), Tag("prep")};
+
+// Whether the directory of the file's font, of a collection's first one, and those of its tables lie within
+// the file.
 bool IsWhole(std::span<const uint8_t> bytes) {
   const size_t font = Read(bytes, 0, 4) == Tag("ttcf") ? Read(bytes, 12, 4) : 0;
   const size_t tables = Read(bytes, font + 4, 2);
   for (size_t i = 0; i < tables; ++i) {
     const size_t record = font + 12 + 16 * i;
-    const size_t offset = Read(bytes, record + 8, 4);
-    if (offset + Read(bytes, record + 12, 4) > bytes.size()) return false;
+    if (record + 16 > bytes.size()) return false;
+    const size_t end = size_t{Read(bytes, record + 8, 4)} + Read(bytes, record + 12, 4);
+    if (end > bytes.size() && std::ranges::count(kNeededTables, Read(bytes, record, 4)) > 0) return false;
   }
   return true;
 }

@@ -54,6 +54,7 @@ class SystemServices final : public FontServices {
     if (font == nullptr) return std::nullopt;
     ::LOGFONTW record = {};
     GetObjectW(font, sizeof record, &record);
+    DeleteObject(font);  // a stock object stays
     return std::bit_cast<LOGFONTW>(record);
   }
 };
