@@ -53,7 +53,7 @@ string Subset(const string& font, const u16string& codes, uint16_t flags = kPlai
   EXPECT_EQ(result == 0, package != nullptr);
   EXPECT_EQ(size, written);
   EXPECT_EQ(package == nullptr, written == 7);
-  const string subset(reinterpret_cast<const char*>(package), package == nullptr ? 0 : written);
+  string subset(reinterpret_cast<const char*>(package), package == nullptr ? 0 : written);
   free(package);
   return subset;
 }
@@ -84,7 +84,8 @@ void ExpectSubset(const string& subset, const u16string& mapped, const char* sou
   EXPECT_EQ(std::system(command.c_str()), 0) << directory.Read("said");
 
   string tables;
-  for (int i = 0; i < subset[5]; ++i) tables += subset.substr(static_cast<size_t>(12 + 16 * i), 4) + ' ';
+  const auto count = static_cast<uint8_t>(subset[5]);
+  for (size_t i = 0; i < count; ++i) tables += subset.substr(12 + 16 * i, 4) + ' ';
   EXPECT_EQ(tables, "OS/2 cmap glyf head hhea hmtx loca maxp name post ");
   for (const uint16_t id : std::array<uint16_t, 6>{1, 2, 4, 6, 16, 17}) {
     const auto name = [&](const Bytes& table) {
