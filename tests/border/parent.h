@@ -1,4 +1,4 @@
-// The parent that a companion module is handed, which every platform makes in a way of its own.
+// The parent that a companion module is handed; linux/parent.cpp knows its form there.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,6 @@
 // The platform's side of the tests on Windows.
 #include "tests/border/system.h"
 
-#include <malloc.h>
 #include <windows.h>
 
 #include <cstdio>
@@ -35,12 +34,8 @@ void* LoadModule() {
 }
 
 void UnloadModule(void* module) { FreeLibrary(static_cast<HMODULE>(module)); }
-bool ModuleIsLoaded() { return GetModuleHandleW(L"PDF.hdi") != nullptr; }
 void* ModuleSymbol(void* module, const char* name) { return FunctionOf(static_cast<HMODULE>(module), name); }
 void* MemorySymbol(const char* name) { return FunctionOf(GetModuleHandleW(L"KERNEL32.dll"), name); }
-
-// The module and this program have the system's C runtime, and with it the heap, in common.
-size_t HeapBlockSize(void* block) { return _msize(block); }
 
 // The standard library takes narrow names for UTF-8, whatever the system's code page is.
 std::optional<std::string> Variable(const std::string& name) {
