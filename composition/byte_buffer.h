@@ -2,20 +2,21 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <string_view>
+#include <utility>
 
 namespace hdi {
 
 class ByteBuffer {
  public:
   [[nodiscard]] std::string_view View() const { return {data_.get(), size_}; }
-  [[nodiscard]] bool Empty() const { return size_ == 0; }
+  [[nodiscard]] size_t Size() const { return size_; }
+  // Keeps the bytes when the buffer starts anew.
+  [[nodiscard]] std::shared_ptr<const char[]> Owner() const { return data_; }
 
-  // Room for `count` bytes behind what stands; valid until the next call.
+  // Room for `count` bytes behind what stands; valid until the next call. Throws std::bad_alloc.
   [[nodiscard]] char* Reserve(size_t count) {
     if (capacity_ - size_ < count) Grow(count);
     return data_.get() + size_;
@@ -29,26 +30,31 @@ class ByteBuffer {
     Commit(out + text.size());
   }
 
- private:
-  struct Free {
-    void operator()(char* data) const { std::free(data); }
-  };
+  // Takes back what stands behind the first `size` bytes.
+  void Truncate(size_t size) { size_ = size; }
 
+  // Starts anew in memory of its own, which grows to the same size at once.
+  void StartAnew() {
+    firstCapacity_ = capacity_;
+    data_.reset();
+    size_ = 0;
+    capacity_ = 0;
+  }
+
+ private:
   void Grow(size_t count) {
-    constexpr size_t kFirst = 4096;
-    size_t wanted = capacity_ < kFirst ? kFirst : capacity_ * 2;
+    size_t wanted = capacity_ == 0 ? firstCapacity_ : capacity_ * 2;
     if (wanted < size_ + count) wanted = size_ + count;
-    // realloc moves large blocks by their pages, without copying.
-    auto* grown = static_cast<char*>(std::realloc(data_.get(), wanted));
-    if (grown == nullptr) throw std::bad_alloc();
-    (void)data_.release();
-    data_.reset(grown);
+    auto grown = std::make_shared_for_overwrite<char[]>(wanted);
+    if (size_ > 0) std::memcpy(grown.get(), data_.get(), size_);
+    data_ = std::move(grown);
     capacity_ = wanted;
   }
 
-  std::unique_ptr<char, Free> data_;
+  std::shared_ptr<char[]> data_;
   size_t size_ = 0;
   size_t capacity_ = 0;
+  size_t firstCapacity_ = 4096;
 };
 
 }  // namespace hdi

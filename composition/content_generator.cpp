@@ -74,7 +74,7 @@ void ContentGenerator::Write(const ImageObject& object) {
 }
 
 std::string_view ContentGenerator::Finish() {
-  if (out_.Empty()) return {};
+  if (!hasHead_) return {};
   if (layer_ != 0) out_.Append("EMC\n");
   if (state_.clip != nullptr) out_.Append("Q\n");
   out_.Append("Q\n");
@@ -82,7 +82,7 @@ std::string_view ContentGenerator::Finish() {
 }
 
 void ContentGenerator::BeginObject(const ObjectAttributes& attributes) {
-  if (out_.Empty()) WriteHead();
+  if (!hasHead_) WriteHead();
   WriteClip(attributes.clip);
   WriteMarks(attributes.layer);
 }
@@ -97,6 +97,7 @@ void ContentGenerator::WriteHead() {
   out_.Append("q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/");
   out_.Append(name);
   out_.Append(" gs ");
+  hasHead_ = true;
 }
 
 // "q" stands also before an object without a clip. So taking a clip away opens a level that nothing closes,

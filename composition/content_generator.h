@@ -54,7 +54,12 @@ class ContentGenerator {
   void Write(const TextObject& object);
   void Write(const ImageObject& object);
 
-  // Ends the stream and returns its bytes, which belong to the generator; empty when no object was written.
+  // The stream's bytes so far, but for those that have been dropped.
+  [[nodiscard]] const ByteBuffer& Bytes() const { return out_; }
+  void DropBytes() { out_.StartAnew(); }
+
+  // Ends the stream and returns the bytes that it still has, which belong to the generator; empty when no
+  // object was written.
   [[nodiscard]] std::string_view Finish();
 
  private:
@@ -90,6 +95,7 @@ class ContentGenerator {
 
   ResourceNames& names_;
   ByteBuffer out_;
+  bool hasHead_ = false;
   ContentState state_;
   uint32_t layer_ = 0;  // the group of the open mark, 0 when none is open
   std::map<TransparencyKey, std::string> extGStates_;

@@ -2,6 +2,7 @@
 #include "composition/page_writer.h"
 
 #include <array>
+#include <new>
 #include <utility>
 
 #include "composition/number_writer.h"
@@ -43,13 +44,14 @@ bool PageWriter::OpenOutput(const std::u16string& path) {
   return outputFile_.Open(path);
 }
 
-void PageWriter::StartDocument(std::u16string_view creator) {
+void PageWriter::StartDocument(std::u16string_view creator, engine::Compression compression,
+                               unsigned workers) {
   DropPage();
   fonts_.Clear();
   layers_.reset();
   document_.reset();
   if (!library_) library_.emplace();
-  document_ = CreateDocument(creator);
+  document_ = CreateDocument(creator, compression, workers);
   layers_.emplace(*document_);
 }
 
@@ -135,11 +137,22 @@ uint32_t PageWriter::CurrentGroup() {
   return layers_->GetLayerGroup(page_->ObjectNumber(), currentLayer_);
 }
 
+// A piece for which there is no memory goes with a later object.
+void PageWriter::PassContent() {
+  if (content_->Bytes().Size() < page_->ContentsPieceSize()) return;
+  try {
+    page_->AppendContents(content_->Bytes().Owner(), content_->Bytes().View());
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+  content_->DropBytes();
+}
+
 void PageWriter::FinishPage() {
   if (page_ == nullptr) return;
   const std::string_view content = content_->Finish();
   if (!content.empty()) {
-    page_->SetContents(content);
+    page_->SetContents(content_->Bytes().Owner(), content);
     page_->WrapContents(ScaleWrapper(pointScale_, originX_, originY_), " Q");
     if (hasBackground_) SetPageBackground(*page_, background_.red, background_.green, background_.blue);
   }

@@ -56,8 +56,11 @@ class PageWriter final : private engine::BlockSink {
 
   // Opens the output: an existing file is removed first, and one that can't be removed is a failure.
   [[nodiscard]] bool OpenOutput(const std::u16string& path);
-  // Makes the document, in place of one that is there; pages may begin.
-  void StartDocument(std::u16string_view creator);
+  // Makes the document, in place of one that is there; pages may begin. Up to `workers` threads compress its
+  // streams beside the caller's.
+  void StartDocument(std::u16string_view creator,
+                     engine::Compression compression = engine::Compression::kNormal,
+                     unsigned workers = engine::DefaultWorkers());
   // Saves the document into the output. A full disk is silent; any other failure of the output throws
   // std::system_error.
   void Save();
@@ -145,6 +148,15 @@ class PageWriter final : private engine::BlockSink {
   static uint8_t LineCode(uint32_t code) { return code < 3 ? static_cast<uint8_t>(code) : 0; }
 
   bool WriteBlock(const void* data, size_t size) override;
+  // Writes the object, if a page is open.
+  template <typename Object>
+  void WriteObject(const Object& object) {
+    if (!content_) return;
+    content_->Write(object);
+    PassContent();
+  }
+  // Hands the content over when it is enough for a piece.
+  void PassContent();
   void ResetPageState();
   void ClosePage();
   // Closes a page that is not finished; its content and what was made for it are gone.

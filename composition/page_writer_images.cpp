@@ -40,7 +40,7 @@ void PageWriter::PlaceImage(uint32_t image, const Matrix& matrix) {
   object.attributes.clip = path_.attributes.clip;
   object.attributes.layer = CurrentGroup();
   if (image != 0) pageImages_.push_back(image);
-  if (content_) content_->Write(object);
+  WriteObject(object);
   if (!linkTarget_.empty()) ExtendLinkRect(ImageBounds(matrix));
 }
 

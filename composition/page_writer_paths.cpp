@@ -58,7 +58,7 @@ void PageWriter::CommitPath(FillType fill, bool stroke) {
   path_.attributes.layer = CurrentGroup();
   path_.fill = fill;
   path_.stroke = stroke;
-  if (content_) content_->Write(path_);
+  WriteObject(path_);
   if (!linkTarget_.empty()) {
     if (const auto box = ObjectBounds(path_)) ExtendLinkRect(*box);
   }

@@ -77,7 +77,7 @@ void PageWriter::WriteTextRun(std::u16string_view units, const engine::Font& fon
   text_.renderMode = visibility == TextVisibility::kVisible ? 0 : kInvisible;
   text_.codes.clear();
   font.AppendCodes(units, text_.codes);
-  content_->Write(text_);
+  WriteObject(text_);
 }
 
 engine::Rectangle PageWriter::TextBounds(float x, float y, const engine::Rectangle& extent) const {

@@ -27,8 +27,9 @@ std::string CreationDate() {
 
 }  // namespace
 
-std::unique_ptr<engine::Document> CreateDocument(std::u16string_view creator) {
-  auto document = std::make_unique<engine::Document>();
+std::unique_ptr<engine::Document> CreateDocument(std::u16string_view creator, engine::Compression compression,
+                                                 unsigned workers) {
+  auto document = std::make_unique<engine::Document>(compression, workers);
   document->SetInformationBytes("CreationDate", CreationDate());
   document->SetInformationText("Creator", creator);
   document->SetInformationText("Producer", kProducer);

@@ -106,7 +106,9 @@ void* DevOpenOutput(HostDevice* device) {
 int32_t DevCreateDocument(HostDevice** deviceField) {
   const HostDevice* device = *deviceField;
   const PlotJob* job = JobWithWriter(device);
-  if (job != nullptr && device->started != 0) WriterOf(*job)->pageWriter.StartDocument(CreatorName());
+  if (job != nullptr && device->started != 0)
+    WriterOf(*job)->pageWriter.StartDocument(
+        CreatorName(), static_cast<const CPDFDriver*>(device->driver)->StreamCompression());
   return 1;
 }
 

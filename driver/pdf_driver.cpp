@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "driver/compression_setting.h"
 #include "driver/settings_paths.h"
 #include "driver/settings_record.h"
 #include "platform/companion.h"
@@ -47,6 +48,10 @@ CPDFDriver::CPDFDriver(std::u16string name)
 
 CPDFDriver::~CPDFDriver() {
   if (defaultDevModeHandle_ != nullptr) GlobalFree(defaultDevModeHandle_);
+}
+
+engine::Compression CPDFDriver::StreamCompression() const {
+  return CompressionSetting(settingsSection_, settingsFile_);
 }
 
 int32_t CPDFDriver::QueryInterface(const GUID& iid, HT_Driver** out) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "engine/compression.h"
 #include "platform/border.h"
 
 namespace hdi {
@@ -51,6 +52,8 @@ class CPDFDriver : public HT_Driver {
   HT_Driver* Destroy(uint32_t flags) override;
 
   // For the job's frame.
+  // What the device's section of the settings file asks for.
+  [[nodiscard]] engine::Compression StreamCompression() const;
   [[nodiscard]] int32_t SaveNotHint() const { return saveNotHint_; }
   void SetSaveNotHint(int32_t value) { saveNotHint_ = value; }
   // The device as entries that take the address of this field expect it.

@@ -1,4 +1,4 @@
-// Compression of content streams in the zlib form that FlateDecode takes (ISO 32000-1:2008, 7.4.4).
+// Compression of one piece of a stream as deflate data (RFC 1951).
 #pragma once
 
 #include <cstddef>
@@ -7,19 +7,44 @@
 #include <span>
 #include <string_view>
 
+#include "engine/compression.h"
+
+struct libdeflate_compressor;
+
 namespace hdi::engine {
 
-// Compressed bytes in memory of their own, which was never cleared: a page's stream can be large.
-class Deflated {
- public:
-  explicit Deflated(std::string_view bytes);
+// Data behind an inner piece goes on with the next piece; the last one ends it.
+enum class PiecePlace : uint8_t { kInner, kLast };
 
-  // Empty when there was no memory for it.
-  [[nodiscard]] std::span<const uint8_t> Bytes() const { return {data_.get(), size_}; }
+struct DeflatedPiece {
+  std::unique_ptr<uint8_t[]> data;
+  size_t size = 0;
+  size_t plainSize = 0;
+  uint32_t checksum = 0;  // Adler-32 of the plain bytes (RFC 1950, 8.2)
+
+  [[nodiscard]] std::span<const uint8_t> Bytes() const { return {data.get(), size}; }
+};
+
+// Keeps its memory from piece to piece. For one thread at a time.
+class Deflater {
+ public:
+  explicit Deflater(Compression compression);
+  Deflater(const Deflater&) = delete;
+  Deflater& operator=(const Deflater&) = delete;
+  ~Deflater();
+
+  // Depends on nothing but the bytes and the place. Throws std::bad_alloc.
+  [[nodiscard]] DeflatedPiece Compress(std::string_view bytes, PiecePlace place);
 
  private:
-  std::unique_ptr<uint8_t[]> data_;
-  size_t size_ = 0;
+  struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const;
+  };
+
+  int level_;
+  std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor_;
+  std::unique_ptr<uint8_t[]> room_;
+  size_t roomSize_ = 0;
 };
 
 }  // namespace hdi::engine

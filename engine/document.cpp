@@ -2,11 +2,14 @@
 #include "engine/document.h"
 
 #include <exception>
+#include <new>
 
 #include "core/fpdfapi/parser/cpdf_dictionary.h"
+#include "core/fpdfapi/parser/cpdf_name.h"
 #include "core/fpdfapi/parser/cpdf_string.h"
 #include "core/fxcrt/bytestring.h"
 #include "engine/document_implementation.h"
+#include "engine/streams.h"
 #include "engine/wide_string.h"
 #include "fpdfsdk/cpdfsdk_helpers.h"
 #include "public/fpdf_edit.h"
@@ -33,6 +36,16 @@ int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
   }
 }
 
+// The stream's bytes when they are compressed, for which it waits.
+void Place(PendingStream& stream) {
+  try {
+    stream.stream->TakeData(ToEngine(*stream.bytes));
+    stream.stream->GetMutableDict()->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+}
+
 }  // namespace
 
 Library::Library() {
@@ -43,7 +56,21 @@ Library::Library() {
 
 Library::~Library() { FPDF_DestroyLibrary(); }
 
-Document::Document() : implementation_(std::make_unique<Implementation>()) {
+void Document::Implementation::PlaceDone() {
+  std::erase_if(pending, [](PendingStream& stream) {
+    if (!stream.bytes->IsDone()) return false;
+    Place(stream);
+    return true;
+  });
+}
+
+void Document::Implementation::PlaceAll() {
+  for (PendingStream& stream : pending) Place(stream);
+  pending.clear();
+}
+
+Document::Document(Compression compression, unsigned workers)
+    : implementation_(std::make_unique<Implementation>(compression, workers)) {
   implementation_->handle.reset(FPDF_CreateNewDocument());
   implementation_->document = CPDFDocumentFromFPDFDocument(implementation_->handle.get());
   // The engine's own entries are not ours.
@@ -71,12 +98,13 @@ std::unique_ptr<Page> Document::NewPage(int index, double width, double height) 
   if (handle == nullptr) return nullptr;
   auto page = std::make_unique<Page::Implementation>();
   page->page = CPDFPageFromFPDFPage(handle.get());
-  page->document = implementation_->document;
+  page->document = implementation_.get();
   page->handle = std::move(handle);
   return std::make_unique<Page>(std::move(page));
 }
 
 void Document::Save(BlockSink& sink) {
+  implementation_->PlaceAll();
   FileWrite fileWrite{};
   fileWrite.version = 1;
   fileWrite.WriteBlock = &WriteBlock;

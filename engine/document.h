@@ -9,6 +9,8 @@
 #include <memory>
 #include <string_view>
 
+#include "engine/compression.h"
+
 namespace hdi::engine {
 
 class Font;
@@ -38,7 +40,8 @@ class Document {
  public:
   struct Implementation;
 
-  Document();
+  // Its streams are compressed by up to `workers` threads beside the caller's, which end with it.
+  explicit Document(Compression compression = Compression::kNormal, unsigned workers = DefaultWorkers());
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
   ~Document();

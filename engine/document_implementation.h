@@ -3,26 +3,46 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "core/fpdfapi/page/cpdf_page.h"
 #include "core/fpdfapi/parser/cpdf_document.h"
+#include "core/fpdfapi/parser/cpdf_stream.h"
+#include "engine/compressed_stream.h"
+#include "engine/deflate_pool.h"
 #include "engine/document.h"
 #include "engine/page.h"
 #include "public/cpp/fpdf_scopers.h"
 
 namespace hdi::engine {
 
+// A stream of the document whose bytes come when they are compressed.
+struct PendingStream {
+  RetainPtr<CPDF_Stream> stream;
+  std::unique_ptr<CompressedStream> bytes;
+};
+
 struct Document::Implementation {
+  Implementation(Compression compression, unsigned workers) : pool(compression, workers) {}
+
   ScopedFPDFDocument handle;
   CPDF_Document* document = nullptr;  // the object behind the handle
+  DeflatePool pool;
+  std::vector<PendingStream> pending;
+
+  // Gives those pending streams their bytes whose bytes are compressed.
+  void PlaceDone();
+  // Waits for all of them. One for which there is no memory stays empty.
+  void PlaceAll();
 };
 
 struct Page::Implementation {
   ScopedFPDFPage handle;
   CPDF_Page* page = nullptr;  // the object behind the handle
-  CPDF_Document* document = nullptr;
+  Document::Implementation* document = nullptr;
+  std::unique_ptr<CompressedStream> contents;  // what has been appended
 
   // Resources named so far, by category. They become the page's, and dictionaries without an object number
   // indirect objects, when it gets its contents.
@@ -35,9 +55,12 @@ struct Page::Implementation {
   std::map<ResourceCategory, std::map<uint32_t, std::string>> namesByObject;
   std::map<std::string, std::string> standardFonts;  // from base font to name
 
+  void Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes, PiecePlace place);
   // Enters a resource; its name.
   std::string Add(ResourceCategory category, uint32_t objectNumber, RetainPtr<CPDF_Dictionary> dictionary);
   void PutResources();
+
+  [[nodiscard]] CPDF_Document& Pdf() const { return *document->document; }
 };
 
 }  // namespace hdi::engine

@@ -33,11 +33,12 @@ RetainPtr<CPDF_Dictionary> ImageDictionary(CPDF_Document& document, int width, i
   return dictionary;
 }
 
-void SetSoftMask(CPDF_Document& document, CPDF_Dictionary& image, int width, int height,
+void SetSoftMask(Document::Implementation& document, CPDF_Dictionary& image, int width, int height,
                  std::span<const uint8_t> alpha) {
-  auto mask = ImageDictionary(document, width, height, 8);
+  auto mask = ImageDictionary(*document.document, width, height, 8);
   mask->SetNewFor<CPDF_Name>("ColorSpace", "DeviceGray");
-  image.SetNewFor<CPDF_Reference>("SMask", &document, AddCompressedStream(document, alpha, std::move(mask)));
+  image.SetNewFor<CPDF_Reference>("SMask", document.document,
+                                  AddCompressedStream(document, alpha, std::move(mask)));
 }
 
 // Null for component counts without a colour space.
@@ -90,8 +91,8 @@ uint32_t AddJpegImage(Document& document, std::span<const uint8_t> jpeg, std::sp
   auto dictionary = JpegDictionary(pdf, *info);
   const size_t maskSize = static_cast<size_t>(info->width) * static_cast<size_t>(info->height);
   if (!alpha.empty() && alpha.size() >= maskSize) {
-    SetSoftMask(pdf, *dictionary, static_cast<int>(info->width), static_cast<int>(info->height),
-                alpha.first(maskSize));
+    SetSoftMask(document.Internals(), *dictionary, static_cast<int>(info->width),
+                static_cast<int>(info->height), alpha.first(maskSize));
   }
   return AddStream(pdf, jpeg, std::move(dictionary));
 }
@@ -104,8 +105,8 @@ uint32_t AddColorImage(Document& document, int32_t width, int32_t height, std::s
   CPDF_Document& pdf = *document.Internals().document;
   auto dictionary = ImageDictionary(pdf, width, height, 8);
   dictionary->SetNewFor<CPDF_Name>("ColorSpace", "DeviceRGB");
-  SetSoftMask(pdf, *dictionary, width, height, alpha);
-  return AddCompressedStream(pdf, rgb, std::move(dictionary));
+  SetSoftMask(document.Internals(), *dictionary, width, height, alpha);
+  return AddCompressedStream(document.Internals(), rgb, std::move(dictionary));
 }
 
 uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height,
@@ -119,7 +120,7 @@ uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height
   colorSpace->AppendNew<CPDF_Number>(1);
   constexpr std::array<uint8_t, 6> kBlackWhite = {0, 0, 0, 255, 255, 255};
   colorSpace->AppendNew<CPDF_String>(kBlackWhite, CPDF_String::DataType::kIsHex);
-  return AddCompressedStream(pdf, bits, std::move(dictionary));
+  return AddCompressedStream(document.Internals(), bits, std::move(dictionary));
 }
 
 void RemoveImage(Document& document, uint32_t image) {

@@ -69,16 +69,28 @@ bool Page::HasContents() const {
   return implementation_->page->GetDict()->GetDirectObjectFor(page_object::kContents) != nullptr;
 }
 
-void Page::SetContents(std::string_view bytes) {
-  CPDF_Document& document = *implementation_->document;
+size_t Page::ContentsPieceSize() const {
+  return CompressedStream::PieceSizeAt(
+      implementation_->contents == nullptr ? 0 : implementation_->contents->PlainSize());
+}
+
+void Page::AppendContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes) {
+  implementation_->Append(owner, bytes, PiecePlace::kInner);
+}
+
+void Page::SetContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes) {
+  Document::Implementation& document = *implementation_->document;
+  implementation_->Append(owner, bytes, PiecePlace::kLast);
   implementation_->PutResources();
-  implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(
-      page_object::kContents, &document,
-      AddCompressedStream(document, AsBytes(bytes), document.New<CPDF_Dictionary>()));
+  const auto stream = document.document->NewIndirect<CPDF_Stream>(document.document->New<CPDF_Dictionary>());
+  implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(page_object::kContents,
+                                                                     document.document, stream->GetObjNum());
+  document.pending.push_back({stream, std::move(implementation_->contents)});
+  document.PlaceDone();
 }
 
 void Page::WrapContents(std::string_view before, std::string_view behind) {
-  CPDF_Document& document = *implementation_->document;
+  CPDF_Document& document = implementation_->Pdf();
   const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
   if (array == nullptr) return;
   array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, before));
@@ -86,10 +98,16 @@ void Page::WrapContents(std::string_view before, std::string_view behind) {
 }
 
 void Page::PrependContents(std::string_view bytes) {
-  CPDF_Document& document = *implementation_->document;
+  CPDF_Document& document = implementation_->Pdf();
   const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
   if (array == nullptr) return;
   array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, bytes));
+}
+
+void Page::Implementation::Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes,
+                                  PiecePlace place) {
+  if (contents == nullptr) contents = std::make_unique<CompressedStream>(document->pool);
+  contents->Append(owner, bytes, place);
 }
 
 // Names are "FX", the category's first letter and a number that counts within the category.
@@ -107,15 +125,15 @@ void Page::Implementation::PutResources() {
     const auto named = dictionary->GetOrCreateDictFor(CategoryKey(category));
     for (Resource& resource : all) {
       if (resource.dictionary != nullptr) {
-        resource.objectNumber = document->AddIndirectObject(std::move(resource.dictionary));
+        resource.objectNumber = Pdf().AddIndirectObject(std::move(resource.dictionary));
       }
-      named->SetNewFor<CPDF_Reference>(ByteString(ToView(resource.name)), document, resource.objectNumber);
+      named->SetNewFor<CPDF_Reference>(ByteString(ToView(resource.name)), &Pdf(), resource.objectNumber);
     }
   }
 }
 
 std::string Page::AddGraphicsState(const GraphicsState& state) {
-  auto dictionary = implementation_->document->New<CPDF_Dictionary>();
+  auto dictionary = implementation_->Pdf().New<CPDF_Dictionary>();
   if (state.fillAlpha) dictionary->SetNewFor<CPDF_Number>("ca", *state.fillAlpha);
   if (state.strokeAlpha) dictionary->SetNewFor<CPDF_Number>("CA", *state.strokeAlpha);
   if (state.blendMode) dictionary->SetNewFor<CPDF_Name>("BM", ByteString(ToView(*state.blendMode)));
@@ -131,7 +149,7 @@ std::string Page::ResourceName(ResourceCategory category, uint32_t objectNumber)
 std::string Page::StandardFontName(const std::string& baseFont) {
   std::string& name = implementation_->standardFonts[baseFont];
   if (!name.empty()) return name;
-  auto font = implementation_->document->New<CPDF_Dictionary>();
+  auto font = implementation_->Pdf().New<CPDF_Dictionary>();
   font->SetNewFor<CPDF_Name>("Type", "Font");
   font->SetNewFor<CPDF_Name>("Subtype", "Type1");
   font->SetNewFor<CPDF_Name>("BaseFont", ByteString(ToView(baseFont)));

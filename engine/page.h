@@ -2,6 +2,7 @@
 // resources, which come with the contents: a page that gets none leaves nothing of them in the document.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -41,9 +42,14 @@ class Page {
 
   // Whether the page has a "Contents" entry (ISO 32000-1:2008, 7.7.3.3).
   [[nodiscard]] bool HasContents() const;
-  // Makes `bytes` the page's one content stream, compressed, and all that has been named so far its
-  // resources.
-  void SetContents(std::string_view bytes);
+  // The page's one content stream comes in pieces, which are compressed meanwhile. `owner` keeps the bytes as
+  // long as they are needed. From this size on the next bytes are worth a piece; when AppendContents throws
+  // std::bad_alloc, it has taken nothing.
+  [[nodiscard]] size_t ContentsPieceSize() const;
+  void AppendContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes);
+  // Makes what has been appended, and the last piece, the page's contents, and all that has been named so far
+  // its resources.
+  void SetContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes);
   // Puts a stream before everything that the page's contents hold, and one behind. Nothing for a page without
   // contents.
   void WrapContents(std::string_view before, std::string_view behind);

@@ -1,41 +1,48 @@
 // Streams of our own bytes, in memory of the engine's.
 #include "engine/streams.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <utility>
 
 #include "core/fpdfapi/parser/cpdf_name.h"
 #include "core/fpdfapi/parser/cpdf_stream.h"
-#include "core/fxcrt/data_vector.h"
 #include "core/fxcrt/fx_memory.h"
-#include "engine/deflate.h"
 
 namespace hdi::engine {
 namespace {
 
 // The engine's own vectors end the process when there is no memory for them, so it is tried beforehand.
-DataVector<uint8_t> Copy(std::span<const uint8_t> bytes) {
-  if (bytes.empty()) return {};
-  std::unique_ptr<uint8_t, FxFreeDeleter> trial(FX_TryAllocUninit(uint8_t, bytes.size()));
+DataVector<uint8_t> NewVector(size_t size) {
+  if (size == 0) return {};
+  std::unique_ptr<uint8_t, FxFreeDeleter> trial(FX_TryAllocUninit(uint8_t, size));
   if (trial == nullptr) throw std::bad_alloc();
   trial.reset();
-  return {bytes.begin(), bytes.end()};
+  return DataVector<uint8_t>(size);
 }
 
 }  // namespace
 
 uint32_t AddStream(CPDF_Document& document, std::span<const uint8_t> bytes,
                    RetainPtr<CPDF_Dictionary> dictionary) {
-  return document.NewIndirect<CPDF_Stream>(Copy(bytes), std::move(dictionary))->GetObjNum();
+  DataVector<uint8_t> copy = NewVector(bytes.size());
+  std::ranges::copy(bytes, copy.begin());
+  return document.NewIndirect<CPDF_Stream>(std::move(copy), std::move(dictionary))->GetObjNum();
 }
 
-uint32_t AddCompressedStream(CPDF_Document& document, std::span<const uint8_t> bytes,
+uint32_t AddCompressedStream(Document::Implementation& document, std::span<const uint8_t> bytes,
                              RetainPtr<CPDF_Dictionary> dictionary) {
-  const Deflated deflated({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-  if (deflated.Bytes().empty()) return AddStream(document, bytes, std::move(dictionary));
+  CompressedStream stream(document.pool);
+  stream.Append(nullptr, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, PiecePlace::kLast);
   dictionary->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
-  return AddStream(document, deflated.Bytes(), std::move(dictionary));
+  return document.document->NewIndirect<CPDF_Stream>(ToEngine(stream), std::move(dictionary))->GetObjNum();
+}
+
+DataVector<uint8_t> ToEngine(CompressedStream& stream) {
+  DataVector<uint8_t> bytes = NewVector(stream.Finish());
+  stream.CopyTo(bytes);
+  return bytes;
 }
 
 }  // namespace hdi::engine

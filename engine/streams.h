@@ -7,7 +7,9 @@
 
 #include "core/fpdfapi/parser/cpdf_dictionary.h"
 #include "core/fpdfapi/parser/cpdf_document.h"
+#include "core/fxcrt/data_vector.h"
 #include "core/fxcrt/retain_ptr.h"
+#include "engine/document_implementation.h"
 
 namespace hdi::engine {
 
@@ -22,10 +24,11 @@ inline std::span<const uint8_t> AsBytes(std::string_view text) {
 uint32_t AddStream(CPDF_Document& document, std::span<const uint8_t> bytes,
                    RetainPtr<CPDF_Dictionary> dictionary);
 
-// A stream that is compressed at once, which the engine then saves as it is. Large streams spend most of a
-// plot's time here, so they do not go through the engine's compressor, and take no more memory than they
-// need.
-uint32_t AddCompressedStream(CPDF_Document& document, std::span<const uint8_t> bytes,
+// A stream that is compressed at once, which the engine then saves as it is. The document's workers help.
+uint32_t AddCompressedStream(Document::Implementation& document, std::span<const uint8_t> bytes,
                              RetainPtr<CPDF_Dictionary> dictionary);
+
+// The stream's bytes, for which it waits.
+DataVector<uint8_t> ToEngine(CompressedStream& stream);
 
 }  // namespace hdi::engine

@@ -76,7 +76,7 @@ TEST_F(DocumentTest, TheBackgroundLiesBelowTheContents) {
   const auto page = document_.NewPage(0, 100, 200);
   SetPageBackground(*page, 255, 0, 128);  // without contents there is nothing to lie below
   EXPECT_FALSE(page->HasContents());
-  page->SetContents("0 0 m");
+  page->SetContents(nullptr, "0 0 m");
   SetPageBackground(*page, 256, 0, 128);
   SetPageBackground(*page, 255, 256, 128);
   SetPageBackground(*page, 255, 0, 256);

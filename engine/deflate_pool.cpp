@@ -1,0 +1,122 @@
+// One queue under one lock; a task takes milliseconds, so nobody waits for the lock.
+#include "engine/deflate_pool.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+
+namespace hdi::engine {
+namespace {
+
+// More would wait for the replay, but at the highest compression.
+constexpr unsigned kMostWorkers = 15;
+// Tasks that wait beside one for each worker. They bound the memory that the queue takes.
+constexpr size_t kSpareTasks = 1;
+
+}  // namespace
+
+unsigned DefaultWorkers() {
+  const unsigned threads = std::thread::hardware_concurrency();  // 0 when it is not known
+  return threads <= 1 ? 0 : std::min(threads - 1, kMostWorkers);
+}
+
+DeflatePool::DeflatePool(Compression compression, unsigned workers)
+    : compression_(compression), workersAtMost_(workers), deflater_(compression) {}
+
+DeflatePool::~DeflatePool() {
+  {
+    const Lock lock(mutex_);
+    isStopping_ = true;
+  }
+  hasTask_.notify_all();
+  for (std::thread& worker : workers_) worker.join();
+}
+
+void DeflatePool::Add(DeflateTask& task) noexcept {
+  Lock lock(mutex_);
+  Queue(task);
+  // Behind a last piece the caller comes back for it, so that a thread would not be worth its start.
+  if (task.place == PiecePlace::kInner || queued_ > 1) StartWorker();
+  hasTask_.notify_one();
+  const size_t waitAtMost = workers_.empty() ? 0 : workers_.size() + kSpareTasks;
+  while (queued_ > waitAtMost) RunNext(lock, deflater_);
+}
+
+bool DeflatePool::IsDone(const DeflateTask& task) {
+  const Lock lock(mutex_);
+  return task.state == DeflateTask::State::kDone;
+}
+
+void DeflatePool::Finish(DeflateTask& task) {
+  Lock lock(mutex_);
+  while (task.state != DeflateTask::State::kDone) {
+    if (first_ == nullptr) {
+      isDone_.wait(lock);
+    } else {
+      RunNext(lock, deflater_);
+    }
+  }
+  if (task.piece.data == nullptr) task.piece = deflater_.Compress(task.bytes, task.place);
+}
+
+void DeflatePool::Withdraw(DeflateTask& task) {
+  Lock lock(mutex_);
+  if (Unqueue(task)) return;
+  isDone_.wait(lock, [&task] { return task.state != DeflateTask::State::kRunning; });
+}
+
+void DeflatePool::StartWorker() noexcept {
+  if (workers_.size() >= workersAtMost_) return;
+  try {
+    workers_.emplace_back([this] { Work(); });
+  } catch (const std::exception&) {
+    workersAtMost_ = workers_.size();  // no thread to be had: those that are there do the work
+  }
+}
+
+void DeflatePool::Queue(DeflateTask& task) {
+  DeflateTask** end = &first_;
+  while (*end != nullptr) end = &(*end)->next;
+  *end = &task;
+  task.next = nullptr;
+  task.state = DeflateTask::State::kQueued;
+  ++queued_;
+}
+
+bool DeflatePool::Unqueue(DeflateTask& task) {
+  for (DeflateTask** link = &first_; *link != nullptr; link = &(*link)->next) {
+    if (*link != &task) continue;
+    *link = task.next;
+    --queued_;
+    return true;
+  }
+  return false;
+}
+
+void DeflatePool::Work() {
+  Deflater deflater(compression_);
+  Lock lock(mutex_);
+  for (;;) {
+    hasTask_.wait(lock, [this] { return isStopping_ || first_ != nullptr; });
+    if (first_ == nullptr) return;
+    RunNext(lock, deflater);
+  }
+}
+
+void DeflatePool::RunNext(Lock& lock, Deflater& deflater) {
+  DeflateTask& task = *first_;
+  Unqueue(task);
+  task.state = DeflateTask::State::kRunning;
+  lock.unlock();
+  try {
+    task.piece = deflater.Compress(task.bytes, task.place);
+    task.owner.reset();
+  } catch (const std::bad_alloc&) {
+    task.piece = {};
+  }
+  lock.lock();
+  task.state = DeflateTask::State::kDone;
+  isDone_.notify_all();
+}
+
+}  // namespace hdi::engine
