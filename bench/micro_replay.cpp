@@ -84,6 +84,8 @@ class NoNames final : public hdi::ResourceNames {
   std::string FontName(uint32_t) override { return "FXF1"; }
   std::string XObjectName(uint32_t) override { return "FXX1"; }
   std::string PropertiesName(uint32_t) override { return "FXP1"; }
+  [[nodiscard]] size_t Count() const override { return 0; }
+  void KeepFirst(size_t /*count*/) noexcept override {}
 };
 
 hdi::PathPoints ToPath(const Scene& scene, double offset) {

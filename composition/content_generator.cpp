@@ -1,11 +1,19 @@
 // One function for each step of an object: clip, marks, state, transparency, geometry.
 #include "composition/content_generator.h"
 
+#include <new>
+#include <utility>
+
 #include "composition/number_writer.h"
 #include "composition/path_writer.h"
 
 namespace hdi {
 namespace {
+
+bool SameDashes(const SharedDashes& a, const SharedDashes& b) {
+  if (a == nullptr || b == nullptr) return a == b;
+  return *a == *b;
+}
 
 bool SameClip(const SharedClip& a, const SharedClip& b) {
   if (a == nullptr || b == nullptr) return a == b;
@@ -25,6 +33,26 @@ std::string_view PaintingOperator(FillType fill, bool stroke) {
 }
 
 }  // namespace
+
+ContentGenerator::Attempt::Attempt(ContentGenerator& content)
+    : content_(content),
+      state_(content.state_),
+      size_(content.out_.Size()),
+      sinkSize_(content.sink_ == nullptr ? 0 : content.sink_->Size()),
+      names_(content.names_.Count()) {
+  content_.passed_.reset();
+}
+
+void ContentGenerator::Attempt::Undo() noexcept {
+  if (content_.passed_) {
+    content_.sink_->KeepFirst(sinkSize_);
+    content_.out_ = std::move(*content_.passed_);
+  }
+  content_.out_.Truncate(size_);
+  content_.state_ = std::move(state_);
+  content_.names_.KeepFirst(names_);
+  std::erase_if(content_.extGStates_, [this](const auto& entry) { return entry.second.index >= names_; });
+}
 
 void ContentGenerator::Write(const PathObject& object) {
   BeginObject(object.attributes);
@@ -74,30 +102,27 @@ void ContentGenerator::Write(const ImageObject& object) {
 }
 
 std::string_view ContentGenerator::Finish() {
-  if (!hasHead_) return {};
-  if (layer_ != 0) out_.Append("EMC\n");
+  if (!state_.hasHead) return {};
+  if (state_.layer != 0) out_.Append("EMC\n");
   if (state_.clip != nullptr) out_.Append("Q\n");
   out_.Append("Q\n");
   return out_.View();
 }
 
 void ContentGenerator::BeginObject(const ObjectAttributes& attributes) {
-  if (!hasHead_) WriteHead();
+  if (!state_.hasHead) WriteHead();
   WriteClip(attributes.clip);
   WriteMarks(attributes.layer);
 }
 
 void ContentGenerator::WriteHead() {
   const std::string& name =
-      extGStates_
-          .emplace(
-              TransparencyKey{1.0F, 1.0F, BlendMode::kNormal},
-              names_.AddExtGState({.fillAlpha = 1.0F, .strokeAlpha = 1.0F, .blendMode = BlendMode::kNormal}))
-          .first->second;
+      ExtGStateName({1.0F, 1.0F, BlendMode::kNormal},
+                    {.fillAlpha = 1.0F, .strokeAlpha = 1.0F, .blendMode = BlendMode::kNormal});
   out_.Append("q\n0 0 0 RG 0 0 0 rg 1 w 0 J 0 j\n/");
   out_.Append(name);
   out_.Append(" gs ");
-  hasHead_ = true;
+  state_.hasHead = true;
 }
 
 // "q" stands also before an object without a clip. So taking a clip away opens a level that nothing closes,
@@ -106,7 +131,10 @@ void ContentGenerator::WriteClip(const SharedClip& clip) {
   if (SameClip(clip, state_.clip)) return;
   if (state_.clip != nullptr) out_.Append("Q\n");
   out_.Append("q\n");
-  state_ = ContentState{};
+  ContentState fresh;
+  fresh.hasHead = true;
+  fresh.layer = state_.layer;
+  state_ = fresh;
   if (clip == nullptr) return;
   WritePoints(clip->points);
   out_.Append(" W n ");
@@ -116,14 +144,14 @@ void ContentGenerator::WriteClip(const SharedClip& clip) {
 // The clip goes first, so a change of clip and layer at one object writes "Q" and "q" inside the earlier
 // mark: the two nestings may cross.
 void ContentGenerator::WriteMarks(uint32_t layer) {
-  if (layer == layer_) return;
-  if (layer_ != 0) out_.Append("EMC\n");
+  if (layer == state_.layer) return;
+  if (state_.layer != 0) out_.Append("EMC\n");
   if (layer != 0) {
     out_.Append("/OC /");
     out_.Append(names_.PropertiesName(layer));
     out_.Append(" BDC\n");
   }
-  layer_ = layer;
+  state_.layer = layer;
 }
 
 void ContentGenerator::WriteColorsAndLine(const ObjectAttributes& attributes) {
@@ -152,13 +180,13 @@ void ContentGenerator::WriteColorsAndLine(const ObjectAttributes& attributes) {
   }
 }
 
-void ContentGenerator::WriteDash(const std::vector<float>& dashArray, float dashPhase) {
-  if (dashArray == state_.dashArray && dashPhase == state_.dashPhase) return;
-  if (dashArray.empty()) {
+void ContentGenerator::WriteDash(const SharedDashes& dashArray, float dashPhase) {
+  if (SameDashes(dashArray, state_.dashArray) && dashPhase == state_.dashPhase) return;
+  if (dashArray == nullptr) {
     out_.Append("\n[] 0 d\n");
   } else {
     out_.Append("[ ");
-    for (const float entry : dashArray) {
+    for (const float entry : *dashArray) {
       WritePlainNumber(entry);
       out_.Append(" ");
     }
@@ -178,14 +206,12 @@ void ContentGenerator::WriteTransparency(const ObjectAttributes& attributes) {
       attributes.blendMode == state_.blendMode) {
     return;
   }
-  std::string& name = extGStates_[{attributes.fillAlpha, attributes.strokeAlpha, attributes.blendMode}];
-  if (name.empty()) {
-    ExtGStateEntries entries;
-    if (attributes.fillAlpha != state_.fillAlpha) entries.fillAlpha = attributes.fillAlpha;
-    if (attributes.strokeAlpha != state_.strokeAlpha) entries.strokeAlpha = attributes.strokeAlpha;
-    if (attributes.blendMode != state_.blendMode) entries.blendMode = attributes.blendMode;
-    name = names_.AddExtGState(entries);
-  }
+  ExtGStateEntries entries;
+  if (attributes.fillAlpha != state_.fillAlpha) entries.fillAlpha = attributes.fillAlpha;
+  if (attributes.strokeAlpha != state_.strokeAlpha) entries.strokeAlpha = attributes.strokeAlpha;
+  if (attributes.blendMode != state_.blendMode) entries.blendMode = attributes.blendMode;
+  const std::string& name =
+      ExtGStateName({attributes.fillAlpha, attributes.strokeAlpha, attributes.blendMode}, entries);
   state_.fillAlpha = attributes.fillAlpha;
   state_.strokeAlpha = attributes.strokeAlpha;
   state_.blendMode = attributes.blendMode;
@@ -194,7 +220,29 @@ void ContentGenerator::WriteTransparency(const ObjectAttributes& attributes) {
   out_.Append(" gs ");
 }
 
-void ContentGenerator::WritePoints(const PathPoints& points) { WritePathPoints(points, out_); }
+const std::string& ContentGenerator::ExtGStateName(const TransparencyKey& values,
+                                                   const ExtGStateEntries& entries) {
+  const auto found = extGStates_.find(values);
+  if (found != extGStates_.end()) return found->second.name;
+  const size_t index = names_.Count();
+  return extGStates_.emplace(values, NamedExtGState{names_.AddExtGState(entries), index}).first->second.name;
+}
+
+void ContentGenerator::WritePoints(const PathPoints& points) {
+  for (size_t at = 0; at < points.size(); PassOn()) at = WritePathPoints(points, at, out_);
+}
+
+// A piece for which there is no memory goes with a later one.
+void ContentGenerator::PassOn() {
+  if (sink_ == nullptr || out_.Size() < sink_->PieceSize()) return;
+  try {
+    sink_->Take(out_.Owner(), out_.View());
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+  if (!passed_) passed_ = out_;
+  out_.StartAnew();
+}
 
 void ContentGenerator::WriteMatrix(const Matrix& matrix) {
   out_.Commit(hdi::WriteMatrix(out_.Reserve(matrix.size() * kMaxNumberLength), matrix));

@@ -58,11 +58,14 @@ struct ObjectAttributes {
   SharedClip clip;
 };
 
+// Lengths of dashes and gaps in turn, shared like a clip; null for a solid line.
+using SharedDashes = std::shared_ptr<const std::vector<float>>;
+
 struct PathObject {
   ObjectAttributes attributes;
   PathPoints points;
-  std::vector<float> dashArray;  // empty: solid
-  float dashPhase = 0.0F;        // pens have none; a stream says it with every array
+  SharedDashes dashArray;
+  float dashPhase = 0.0F;  // pens have none; a stream says it with every array
   FillType fill = FillType::kNone;
   bool stroke = false;
 };

@@ -18,6 +18,8 @@ class PageResources final : public ResourceNames {
   std::string FontName(uint32_t objectNumber) override;
   std::string XObjectName(uint32_t objectNumber) override;
   std::string PropertiesName(uint32_t objectNumber) override;
+  [[nodiscard]] size_t Count() const override { return page_.ResourceCount(); }
+  void KeepFirst(size_t count) noexcept override { page_.KeepFirstResources(count); }
 
  private:
   engine::Page& page_;

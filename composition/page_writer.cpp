@@ -2,7 +2,6 @@
 #include "composition/page_writer.h"
 
 #include <array>
-#include <new>
 #include <utility>
 
 #include "composition/number_writer.h"
@@ -77,8 +76,8 @@ void PageWriter::SetFillColor(Color color, BlendMode mode) {
 }
 
 void PageWriter::SetDashArray(std::vector<float> points) {
-  path_.dashArray = std::move(points);
-  for (float& length : path_.dashArray) length /= pointScale_;
+  for (float& length : points) length /= pointScale_;
+  path_.dashArray = points.empty() ? nullptr : std::make_shared<const std::vector<float>>(std::move(points));
 }
 
 void PageWriter::SetBackground(Color color) {
@@ -107,6 +106,7 @@ void PageWriter::ResetPageState() {
 // Without a page, what is drawn leaves no trace.
 void PageWriter::ClosePage() {
   content_.reset();
+  contents_.reset();
   resources_.reset();
   page_.reset();
   pageImages_.clear();
@@ -124,7 +124,8 @@ void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
   page_ = document_->NewPage(static_cast<int>(pageNumber) - 1, width, height);
   if (page_ == nullptr) return;
   resources_.emplace(*page_);
-  content_.emplace(*resources_);
+  contents_.emplace(*page_);
+  content_.emplace(*resources_, &*contents_);
 }
 
 void PageWriter::SetPageScaleInfo(int32_t dotsPerInch) {
@@ -137,22 +138,11 @@ uint32_t PageWriter::CurrentGroup() {
   return layers_->GetLayerGroup(page_->ObjectNumber(), currentLayer_);
 }
 
-// A piece for which there is no memory goes with a later object.
-void PageWriter::PassContent() {
-  if (content_->Bytes().Size() < page_->ContentsPieceSize()) return;
-  try {
-    page_->AppendContents(content_->Bytes().Owner(), content_->Bytes().View());
-  } catch (const std::bad_alloc&) {
-    return;
-  }
-  content_->DropBytes();
-}
-
 void PageWriter::FinishPage() {
   if (page_ == nullptr) return;
   const std::string_view content = content_->Finish();
   if (!content.empty()) {
-    page_->SetContents(content_->Bytes().Owner(), content);
+    page_->SetContents(content_->Owner(), content);
     page_->WrapContents(ScaleWrapper(pointScale_, originX_, originY_), " Q");
     if (hasBackground_) SetPageBackground(*page_, background_.red, background_.green, background_.blue);
   }

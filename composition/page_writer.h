@@ -6,6 +6,8 @@
 // gone. Everything is in dots of the page's dot space. The only scaling is the matrix that FinishPage lays
 // over the page: a point of the page is `pointScale` times a dot plus the origin.
 //
+// A paint step that throws std::bad_alloc has changed nothing on the page; it has ended the path.
+//
 // Nothing is reported. Without a page or a path, operations do nothing.
 #pragma once
 
@@ -18,6 +20,7 @@
 #include <vector>
 
 #include "composition/content_generator.h"
+#include "composition/page_contents.h"
 #include "composition/page_objects.h"
 #include "composition/page_resources.h"
 #include "document/comments.h"
@@ -148,15 +151,14 @@ class PageWriter final : private engine::BlockSink {
   static uint8_t LineCode(uint32_t code) { return code < 3 ? static_cast<uint8_t>(code) : 0; }
 
   bool WriteBlock(const void* data, size_t size) override;
-  // Writes the object, if a page is open.
+  // Writes the object, if a page is open, whole or not at all.
   template <typename Object>
-  void WriteObject(const Object& object) {
+  void WriteWhole(const Object& object) {
     if (!content_) return;
+    ContentGenerator::Attempt attempt(*content_);
     content_->Write(object);
-    PassContent();
+    attempt.Keep();
   }
-  // Hands the content over when it is enough for a piece.
-  void PassContent();
   void ResetPageState();
   void ClosePage();
   // Closes a page that is not finished; its content and what was made for it are gone.
@@ -165,7 +167,9 @@ class PageWriter final : private engine::BlockSink {
   void ClosePath();
   // Whether an image under that matrix shows: on an open page, and with a width and a height.
   [[nodiscard]] bool Shows(const Matrix& matrix) const;
-  void PlaceImage(uint32_t image, const Matrix& matrix);
+  // `makeImage` gives the object number of an image that belongs to the page, 0 for none.
+  template <typename MakeImage>
+  void PlaceImage(const ImageBox& box, MakeImage makeImage);
   // The group of the layer in force on the open page, 0 for none.
   [[nodiscard]] uint32_t CurrentGroup();
   void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
@@ -191,6 +195,7 @@ class PageWriter final : private engine::BlockSink {
   FontCache fonts_;
   std::unique_ptr<engine::Page> page_;
   std::optional<PageResources> resources_;
+  std::optional<PageContents> contents_;
   std::optional<ContentGenerator> content_;
   std::vector<uint32_t> pageImages_;  // of the open page
 

@@ -1,4 +1,6 @@
 // The page writer's images: each raster becomes one image object in an upright box.
+#include <new>
+
 #include "composition/page_writer.h"
 #include "engine/image.h"
 #include "images/image_maker.h"
@@ -13,35 +15,45 @@ Matrix MatrixOf(const ImageBox& box) {
 
 }  // namespace
 
-void PageWriter::PlaceIndexedBitmap(const uint8_t* bits, const BITMAPINFOHEADER* header,
-                                    const ImageBox& box) {
-  if (document_ == nullptr || !IsIndexedRaster(bits, header)) return;
-  const Matrix matrix = MatrixOf(box);
-  PlaceImage(Shows(matrix) ? MakeIndexedImage(*document_, bits, *header, alpha_) : 0, matrix);
-}
-
-void PageWriter::PlaceJpeg(std::span<const uint8_t> jpeg, std::span<const uint8_t> plane,
-                           const ImageBox& box) {
-  if (document_ == nullptr || jpeg.empty()) return;
-  const Matrix matrix = MatrixOf(box);
-  PlaceImage(Shows(matrix) ? engine::AddJpegImage(*document_, jpeg, plane) : 0, matrix);
-}
-
 // What is made of a raster is saved, whether a page shows it or not.
 bool PageWriter::Shows(const Matrix& matrix) const {
   return content_.has_value() && matrix[0] != 0 && matrix[3] != 0;
 }
 
 // An image has no colours and no blend mode of its own, and its opacity is in its pixels.
-void PageWriter::PlaceImage(uint32_t image, const Matrix& matrix) {
+template <typename MakeImage>
+void PageWriter::PlaceImage(const ImageBox& box, MakeImage makeImage) {
   ImageObject object;
-  object.image = image;
-  object.matrix = matrix;
+  object.matrix = MatrixOf(box);
   object.attributes.clip = path_.attributes.clip;
-  object.attributes.layer = CurrentGroup();
-  if (image != 0) pageImages_.push_back(image);
-  WriteObject(object);
-  if (!linkTarget_.empty()) ExtendLinkRect(ImageBounds(matrix));
+  if (Shows(object.matrix)) {
+    pageImages_.reserve(pageImages_.size() + 1);
+    object.image = makeImage();
+    if (object.image != 0) pageImages_.push_back(object.image);
+  }
+  try {
+    object.attributes.layer = CurrentGroup();
+    WriteWhole(object);
+  } catch (const std::bad_alloc&) {
+    if (object.image != 0) {
+      engine::RemoveImage(*document_, object.image);
+      pageImages_.pop_back();
+    }
+    throw;
+  }
+  if (!linkTarget_.empty()) ExtendLinkRect(ImageBounds(object.matrix));
+}
+
+void PageWriter::PlaceIndexedBitmap(const uint8_t* bits, const BITMAPINFOHEADER* header,
+                                    const ImageBox& box) {
+  if (document_ == nullptr || !IsIndexedRaster(bits, header)) return;
+  PlaceImage(box, [&] { return MakeIndexedImage(*document_, bits, *header, alpha_); });
+}
+
+void PageWriter::PlaceJpeg(std::span<const uint8_t> jpeg, std::span<const uint8_t> plane,
+                           const ImageBox& box) {
+  if (document_ == nullptr || jpeg.empty()) return;
+  PlaceImage(box, [&] { return engine::AddJpegImage(*document_, jpeg, plane); });
 }
 
 }  // namespace hdi

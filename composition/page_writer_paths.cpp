@@ -19,6 +19,38 @@ FillType FillTypeOf(uint32_t fillMode) {
   }
 }
 
+// Ends the path, whether it could be written or not: the next one starts anew.
+class PathEnd {
+ public:
+  explicit PathEnd(PathObject& path) : path_(path) {}
+  PathEnd(const PathEnd&) = delete;
+  PathEnd& operator=(const PathEnd&) = delete;
+  ~PathEnd() { path_.points.clear(); }
+
+ private:
+  PathObject& path_;
+};
+
+// A line of width 0 with mitred joins while it lives.
+class HairlineScope {
+ public:
+  explicit HairlineScope(ObjectAttributes& attributes)
+      : attributes_(attributes),
+        lineWidth_(std::exchange(attributes.lineWidth, 0.0F)),
+        lineJoin_(std::exchange(attributes.lineJoin, uint8_t{0})) {}
+  HairlineScope(const HairlineScope&) = delete;
+  HairlineScope& operator=(const HairlineScope&) = delete;
+  ~HairlineScope() {
+    attributes_.lineWidth = lineWidth_;
+    attributes_.lineJoin = lineJoin_;
+  }
+
+ private:
+  ObjectAttributes& attributes_;
+  float lineWidth_;
+  uint8_t lineJoin_;
+};
+
 }  // namespace
 
 void PageWriter::StrokePath() { CommitPath(FillType::kNone, true); }
@@ -33,17 +65,14 @@ void PageWriter::FillPath(uint32_t fillMode) {
     CommitPath(FillTypeOf(fillMode), false);
     return;
   }
-  const float lineWidth = std::exchange(path_.attributes.lineWidth, 0.0F);
-  const uint8_t lineJoin = std::exchange(path_.attributes.lineJoin, uint8_t{0});
+  const HairlineScope hairline(path_.attributes);
   ClosePath();
   CommitPath(FillTypeOf(fillMode), true);
-  path_.attributes.lineWidth = lineWidth;
-  path_.attributes.lineJoin = lineJoin;
 }
 
 void PageWriter::MakeClipFromPath() {
+  const PathEnd end(path_);
   path_.attributes.clip = path_.points.empty() ? nullptr : std::make_shared<const Clip>(path_.points);
-  path_.points.clear();
 }
 
 void PageWriter::ClosePath() {
@@ -52,17 +81,17 @@ void PageWriter::ClosePath() {
 
 void PageWriter::CommitPath(FillType fill, bool stroke) {
   if (path_.points.empty()) return;
+  const PathEnd end(path_);
   const float alpha = static_cast<float>(alpha_) / 255.0F;
   path_.attributes.strokeAlpha = alpha;
   path_.attributes.fillAlpha = alpha;
   path_.attributes.layer = CurrentGroup();
   path_.fill = fill;
   path_.stroke = stroke;
-  WriteObject(path_);
+  WriteWhole(path_);
   if (!linkTarget_.empty()) {
     if (const auto box = ObjectBounds(path_)) ExtendLinkRect(*box);
   }
-  path_.points.clear();
 }
 
 }  // namespace hdi

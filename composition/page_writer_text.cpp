@@ -1,6 +1,7 @@
 // The page writer's texts: each run of a text makes one text object.
 #include <cmath>
 #include <numeric>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -40,6 +41,8 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
                                 .angle = angle,
                                 .obliqueAngle = static_cast<float>(shape.obliqueAngle),
                                 .widthFactor = static_cast<float>(shape.widthFactor)};
+  std::optional<ContentGenerator::Attempt> attempt;
+  if (content_) attempt.emplace(*content_);
   double advance = 0;
   for (const HT_TextRun* run = first; run != text.runs; run = run->next) {
     const Matrix matrix =
@@ -49,6 +52,7 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
     }
     advance = AddAdvances(advance, *run);
   }
+  if (attempt) attempt->Keep();
   if (!linkTarget_.empty()) {
     ExtendLinkRect(TextBounds(x, y, TextExtent(advance, shape.textHeight, static_cast<double>(angle))));
   }
@@ -77,7 +81,7 @@ void PageWriter::WriteTextRun(std::u16string_view units, const engine::Font& fon
   text_.renderMode = visibility == TextVisibility::kVisible ? 0 : kInvisible;
   text_.codes.clear();
   font.AppendCodes(units, text_.codes);
-  WriteObject(text_);
+  content_->Write(text_);
 }
 
 engine::Rectangle PageWriter::TextBounds(float x, float y, const engine::Rectangle& extent) const {

@@ -10,7 +10,7 @@ namespace {
 
 // The longest text of one point with its operator: two numbers, blanks and " h".
 constexpr size_t kMaxPointLength = 2 * kMaxNumberLength + 8;
-// Segments between two looks at the buffer's room; a segment has at most three points.
+// Segments of a step, for which room is made at once; a segment has at most three points.
 constexpr size_t kSegmentsAtOnce = 32;
 
 bool SamePoint(const PathPoint& a, const PathPoint& b) { return a.x == b.x && a.y == b.y; }
@@ -61,41 +61,41 @@ bool IsWholeCurve(const PathPoints& points, size_t at) {
 
 }  // namespace
 
-void WritePathPoints(const PathPoints& points, ByteBuffer& buffer) {
-  if (IsRectangle(points)) {
+size_t WritePathPoints(const PathPoints& points, size_t from, ByteBuffer& buffer) {
+  if (from == 0 && IsRectangle(points)) {
     WriteRectangle(points, buffer);
-    return;
+    return points.size();
   }
-  for (size_t i = 0; i < points.size();) {
-    char* out = buffer.Reserve(kSegmentsAtOnce * 3 * kMaxPointLength);
-    const size_t stop = std::min(points.size(), i + kSegmentsAtOnce);
-    for (; i < stop; ++i) {
-      if (i > 0) *out++ = ' ';
-      out = WritePoint(out, points[i].x, points[i].y);
-      switch (points[i].type) {
-        case PointType::kMove:
-          out = WriteOperator(out, 'm');  // a move ends no segment, so it closes nothing
-          continue;
-        case PointType::kLine:
-          out = WriteOperator(out, 'l');
-          break;
-        case PointType::kBezier:
-          if (!IsWholeCurve(points, i)) {
-            buffer.Commit(WriteOperator(out, 'h'));
-            return;
-          }
-          *out++ = ' ';
-          out = WritePoint(out, points[i + 1].x, points[i + 1].y);
-          *out++ = ' ';
-          out = WritePoint(out, points[i + 2].x, points[i + 2].y);
-          out = WriteOperator(out, 'c');
-          i += 2;
-          break;
-      }
-      if (points[i].close) out = WriteOperator(out, 'h');
+  char* out = buffer.Reserve(kSegmentsAtOnce * 3 * kMaxPointLength);
+  const size_t stop = std::min(points.size(), from + kSegmentsAtOnce);
+  size_t i = from;
+  for (; i < stop; ++i) {
+    if (i > 0) *out++ = ' ';
+    out = WritePoint(out, points[i].x, points[i].y);
+    switch (points[i].type) {
+      case PointType::kMove:
+        out = WriteOperator(out, 'm');  // a move ends no segment, so it closes nothing
+        continue;
+      case PointType::kLine:
+        out = WriteOperator(out, 'l');
+        break;
+      case PointType::kBezier:
+        if (!IsWholeCurve(points, i)) {
+          buffer.Commit(WriteOperator(out, 'h'));
+          return points.size();
+        }
+        *out++ = ' ';
+        out = WritePoint(out, points[i + 1].x, points[i + 1].y);
+        *out++ = ' ';
+        out = WritePoint(out, points[i + 2].x, points[i + 2].y);
+        out = WriteOperator(out, 'c');
+        i += 2;
+        break;
     }
-    buffer.Commit(out);
+    if (points[i].close) out = WriteOperator(out, 'h');
   }
+  buffer.Commit(out);
+  return i;
 }
 
 char* WriteMatrix(char* out, const Matrix& matrix) {

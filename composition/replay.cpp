@@ -86,13 +86,13 @@ template <>
 void Play<OP_SET_PEN>(Replay& replay, const PlotCommand& record) {
   const auto pen = ReadSide<PenData>(record);
   const auto dashCount = static_cast<int32_t>(pen.dashCount);
-  // The one step that can fail goes first, so that a pen is taken whole or not at all.
-  auto dashes = ReadArray<float>(record, sizeof pen, dashCount > 0 ? static_cast<uint32_t>(dashCount) : 0);
+  // The steps that can fail go first, so that a pen is taken whole or not at all.
+  replay.writer.SetDashArray(
+      ReadArray<float>(record, sizeof pen, dashCount > 0 ? static_cast<uint32_t>(dashCount) : 0));
   replay.writer.SetLineWidth(pen.width);
   replay.writer.SetLineCap(pen.cap);
   replay.writer.SetLineJoin(pen.join);
   replay.writer.SetStrokeColor(ColorOf(pen.color), BlendModeOf(pen.merge));
-  replay.writer.SetDashArray(std::move(dashes));
 }
 
 template <>

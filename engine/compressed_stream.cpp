@@ -47,6 +47,14 @@ void CompressedStream::Append(const std::shared_ptr<const char[]>& owner, std::s
   for (; piece != pieces_.end(); ++piece) pool_.Add(*piece);
 }
 
+void CompressedStream::KeepFirst(size_t size) noexcept {
+  while (plainSize_ > size) {
+    pool_.Withdraw(pieces_.back());
+    plainSize_ -= pieces_.back().bytes.size();
+    pieces_.pop_back();
+  }
+}
+
 bool CompressedStream::IsDone() {
   return std::ranges::all_of(pieces_, [this](const DeflateTask& piece) { return pool_.IsDone(piece); });
 }

@@ -34,6 +34,9 @@ class CompressedStream {
   // std::bad_alloc, it has taken nothing.
   void Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes, PiecePlace place);
 
+  // Goes back to the first `size` bytes, which end with a piece.
+  void KeepFirst(size_t size) noexcept;
+
   // Whether Finish would not wait.
   [[nodiscard]] bool IsDone();
   // Waits for the pieces; the size of the whole. Throws std::bad_alloc when one could not be compressed.

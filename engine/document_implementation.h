@@ -47,17 +47,20 @@ struct Page::Implementation {
   // Resources named so far, by category. They become the page's, and dictionaries without an object number
   // indirect objects, when it gets its contents.
   struct Resource {
+    size_t index;  // among those of all categories, in the order of naming
     std::string name;
     uint32_t objectNumber;
     RetainPtr<CPDF_Dictionary> dictionary;
   };
   std::map<ResourceCategory, std::vector<Resource>> resources;
+  size_t resourceCount = 0;
   std::map<ResourceCategory, std::map<uint32_t, std::string>> namesByObject;
   std::map<std::string, std::string> standardFonts;  // from base font to name
 
   void Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes, PiecePlace place);
   // Enters a resource; its name.
   std::string Add(ResourceCategory category, uint32_t objectNumber, RetainPtr<CPDF_Dictionary> dictionary);
+  void KeepFirstResources(size_t count) noexcept;
   void PutResources();
 
   [[nodiscard]] CPDF_Document& Pdf() const { return *document->document; }

@@ -1,6 +1,7 @@
 // The page's dictionary: contents and resources.
 #include "engine/page.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -69,9 +70,14 @@ bool Page::HasContents() const {
   return implementation_->page->GetDict()->GetDirectObjectFor(page_object::kContents) != nullptr;
 }
 
-size_t Page::ContentsPieceSize() const {
-  return CompressedStream::PieceSizeAt(
-      implementation_->contents == nullptr ? 0 : implementation_->contents->PlainSize());
+size_t Page::ContentsPieceSize() const { return CompressedStream::PieceSizeAt(ContentsSize()); }
+
+size_t Page::ContentsSize() const {
+  return implementation_->contents == nullptr ? 0 : implementation_->contents->PlainSize();
+}
+
+void Page::KeepFirstContents(size_t size) noexcept {
+  if (implementation_->contents != nullptr) implementation_->contents->KeepFirst(size);
 }
 
 void Page::AppendContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes) {
@@ -115,8 +121,20 @@ std::string Page::Implementation::Add(ResourceCategory category, uint32_t object
                                       RetainPtr<CPDF_Dictionary> dictionary) {
   std::vector<Resource>& all = resources[category];
   std::string name = std::string("FX") + CategoryKey(category)[0] + std::to_string(all.size() + 1);
-  all.push_back({name, objectNumber, std::move(dictionary)});
+  all.push_back({resourceCount, name, objectNumber, std::move(dictionary)});
+  ++resourceCount;
   return name;
+}
+
+void Page::Implementation::KeepFirstResources(size_t count) noexcept {
+  for (auto& [category, all] : resources) {
+    for (; !all.empty() && all.back().index >= count; all.pop_back()) {
+      const auto isIt = [&all](const auto& entry) { return entry.second == all.back().name; };
+      std::erase_if(namesByObject[category], isIt);
+      std::erase_if(standardFonts, isIt);
+    }
+  }
+  resourceCount = std::min(resourceCount, count);
 }
 
 void Page::Implementation::PutResources() {
@@ -131,6 +149,10 @@ void Page::Implementation::PutResources() {
     }
   }
 }
+
+size_t Page::ResourceCount() const { return implementation_->resourceCount; }
+
+void Page::KeepFirstResources(size_t count) noexcept { implementation_->KeepFirstResources(count); }
 
 std::string Page::AddGraphicsState(const GraphicsState& state) {
   auto dictionary = implementation_->Pdf().New<CPDF_Dictionary>();

@@ -46,7 +46,10 @@ class Page {
   // long as they are needed. From this size on the next bytes are worth a piece; when AppendContents throws
   // std::bad_alloc, it has taken nothing.
   [[nodiscard]] size_t ContentsPieceSize() const;
+  [[nodiscard]] size_t ContentsSize() const;
   void AppendContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes);
+  // Goes back to the first `size` bytes, which end with a piece.
+  void KeepFirstContents(size_t size) noexcept;
   // Makes what has been appended, and the last piece, the page's contents, and all that has been named so far
   // its resources.
   void SetContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes);
@@ -62,6 +65,10 @@ class Page {
   std::string ResourceName(ResourceCategory category, uint32_t objectNumber);
   // The same for a font that every reader has (9.6.2.2), with WinAnsiEncoding.
   std::string StandardFontName(const std::string& baseFont);
+
+  // How many resources have been named, and the way back to the first `count` of them.
+  [[nodiscard]] size_t ResourceCount() const;
+  void KeepFirstResources(size_t count) noexcept;
 
   // Appends a link annotation without a visible border (12.5.6.5) whose action resolves `uri` (12.6.4.7).
   void AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri);

@@ -20,6 +20,11 @@ class CountingNames final : public ResourceNames {
   std::string XObjectName(uint32_t objectNumber) override { return Name("FXX", images, objectNumber); }
   std::string PropertiesName(uint32_t objectNumber) override { return Name("FXP", layers, objectNumber); }
 
+  [[nodiscard]] size_t Count() const override {
+    return states.size() + fonts.size() + images.size() + layers.size();
+  }
+  void KeepFirst(size_t /*count*/) noexcept override {}
+
   std::vector<ExtGStateEntries> states;
   std::map<uint32_t, std::string> fonts, images, layers;
 
@@ -81,10 +86,10 @@ TEST_F(ContentTest, EveryLineAttributeIsWrittenOnChange) {
   line.attributes.lineCap = 1;
   line.attributes.lineJoin = 2;
   line.attributes.lineWidth = 0.25F;
-  line.dashArray = {62.5F, 41.6667F};
+  line.dashArray = std::make_shared<const std::vector<float>>(std::vector{62.5F, 41.6667F});
   content_.Write(line);
   line.attributes.lineWidth = 12.3456789F;  // with all its digits
-  line.dashArray.clear();
+  line.dashArray.reset();
   content_.Write(line);
   EXPECT_EQ(Body(),
             ".25 w 1 J 2 j [ 62.5 41.6667 ] 0 d\n0 0 m 1 1 l S\n12.3456793 w \n[] 0 d\n0 0 m 1 1 l S\n");

@@ -20,6 +20,8 @@ class PlainNames final : public hdi::ResourceNames {
   std::string FontName(uint32_t number) override { return "F" + std::to_string(number); }
   std::string XObjectName(uint32_t number) override { return "X" + std::to_string(number); }
   std::string PropertiesName(uint32_t number) override { return "P" + std::to_string(number); }
+  [[nodiscard]] size_t Count() const override { return 0; }
+  void KeepFirst(size_t /*count*/) noexcept override {}
 
  private:
   int states_ = 0;
@@ -64,8 +66,9 @@ hdi::Matrix TakeMatrix(ByteSource& source) {
 hdi::PathObject TakePath(ByteSource& source) {
   hdi::PathObject object;
   object.points = TakePoints(source);
-  object.dashArray.resize(source.TakeUpTo(4));
-  for (float& dash : object.dashArray) dash = source.TakeNumber();
+  std::vector<float> dashes(source.TakeUpTo(4));
+  for (float& dash : dashes) dash = source.TakeNumber();
+  if (!dashes.empty()) object.dashArray = std::make_shared<const std::vector<float>>(std::move(dashes));
   object.dashPhase = source.TakeNumber();
   object.fill = static_cast<hdi::FillType>(source.TakeUpTo(2));
   object.stroke = source.TakeUpTo(1) != 0;
