@@ -33,9 +33,9 @@ class ByteBuffer {
   // Takes back what stands behind the first `size` bytes.
   void Truncate(size_t size) { size_ = size; }
 
-  // Starts anew in memory of its own, which grows to the same size at once.
-  void StartAnew() {
-    firstCapacity_ = capacity_;
+  // Starts anew in memory of its own, which has room for `capacity` bytes from the first one on.
+  void StartAnew(size_t capacity) {
+    firstCapacity_ = capacity;
     data_.reset();
     size_ = 0;
     capacity_ = 0;

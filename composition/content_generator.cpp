@@ -20,6 +20,9 @@ bool SameClip(const SharedClip& a, const SharedClip& b) {
   return a->SamePoints(*b);
 }
 
+// What an object writes between two looks at the size is rarely more.
+constexpr size_t kPieceSlack = size_t{16} << 10;
+
 std::string_view PaintingOperator(FillType fill, bool stroke) {
   switch (fill) {
     case FillType::kEvenOdd:
@@ -61,6 +64,7 @@ void ContentGenerator::Write(const PathObject& object) {
   WriteTransparency(object.attributes);
   WritePoints(object.points);
   out_.Append(PaintingOperator(object.fill, object.stroke));
+  PassOn();
 }
 
 void ContentGenerator::Write(const TextObject& object) {
@@ -87,6 +91,7 @@ void ContentGenerator::Write(const TextObject& object) {
   }
   out_.Commit(end);
   out_.Append("> Tj ET\n");
+  PassOn();
 }
 
 void ContentGenerator::Write(const ImageObject& object) {
@@ -99,6 +104,7 @@ void ContentGenerator::Write(const ImageObject& object) {
   out_.Append(" cm /");
   out_.Append(names_.XObjectName(object.image));
   out_.Append(" Do Q\n");
+  PassOn();
 }
 
 std::string_view ContentGenerator::Finish() {
@@ -241,7 +247,7 @@ void ContentGenerator::PassOn() {
     return;
   }
   if (!passed_) passed_ = out_;
-  out_.StartAnew();
+  out_.StartAnew(sink_->PieceSize() + kPieceSlack);
 }
 
 void ContentGenerator::WriteMatrix(const Matrix& matrix) {

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/memory.h"
+
 namespace hdi {
 
 struct Color {
@@ -28,7 +30,8 @@ struct PathPoint {
   bool close;  // the segment that ends here closes its subpath
 };
 
-using PathPoints = std::vector<PathPoint>;
+// A path may have millions of points.
+using PathPoints = std::vector<PathPoint, BlockAllocator<PathPoint>>;
 
 // A clip: one path under the nonzero winding rule. Objects share it and never change it.
 struct Clip {

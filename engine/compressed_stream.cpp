@@ -12,8 +12,9 @@ namespace {
 
 // A piece costs a seam and knows nothing of the bytes before it: pieces of 1 MiB make a stream 0.05 % larger,
 // those of 256 KiB 0.2 %. The first ones are small, so that a page of ordinary size has some to share out.
-constexpr size_t kFirstPieceSize = size_t{256} << 10;
-constexpr size_t kPieceSize = size_t{1} << 20;
+constexpr size_t kSmallPiece = size_t{256} << 10;
+constexpr size_t kSmallPiecesEnd = size_t{2} << 20;
+constexpr size_t kLargePiece = size_t{1} << 20;
 
 // RFC 1950, 2.2: deflate, a window of 32 KiB, a fast algorithm, no dictionary.
 constexpr std::array<uint8_t, 2> kHeader = {0x78, 0x5E};
@@ -26,7 +27,7 @@ CompressedStream::~CompressedStream() {
 }
 
 size_t CompressedStream::PieceSizeAt(size_t position) {
-  return position < kPieceSize ? kFirstPieceSize : kPieceSize;
+  return position < kSmallPiecesEnd ? kSmallPiece : kLargePiece;
 }
 
 void CompressedStream::Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes,

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 namespace hdi {
 
@@ -12,5 +13,24 @@ namespace hdi {
 
 // Frees a block; null is none.
 void FreeBlock(uint8_t* block);
+
+// For vectors that grow to many megabytes.
+template <typename Value>
+struct BlockAllocator {
+  using value_type = Value;
+
+  BlockAllocator() = default;
+  template <typename Other>
+  explicit(false) BlockAllocator(const BlockAllocator<Other>& /*other*/) {}
+
+  [[nodiscard]] Value* allocate(size_t count) {
+    uint8_t* block = count > SIZE_MAX / sizeof(Value) ? nullptr : AllocateBlock(count * sizeof(Value));
+    if (block == nullptr) throw std::bad_alloc();
+    return reinterpret_cast<Value*>(block);
+  }
+  void deallocate(Value* values, size_t /*count*/) { FreeBlock(reinterpret_cast<uint8_t*>(values)); }
+
+  bool operator==(const BlockAllocator&) const = default;
+};
 
 }  // namespace hdi
