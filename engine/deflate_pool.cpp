@@ -35,8 +35,9 @@ DeflatePool::~DeflatePool() {
 void DeflatePool::Add(DeflateTask& task) noexcept {
   Lock lock(mutex_);
   Queue(task);
-  // Behind a last piece the caller comes back for it, so that a thread would not be worth its start.
-  if (task.place == PiecePlace::kInner || queued_ > 1) StartWorker();
+  // A small drawing is one page of one piece, for which the caller comes back at once.
+  if (task.place == PiecePlace::kInner || hasHadTask_) StartWorker();
+  hasHadTask_ = true;
   hasTask_.notify_one();
   const size_t waitAtMost = workers_.empty() ? 0 : workers_.size() + kSpareTasks;
   while (queued_ > waitAtMost) RunNext(lock, deflater_);

@@ -74,6 +74,7 @@ class DeflatePool {
   std::condition_variable isDone_;
   DeflateTask* first_ = nullptr;  // of the queue
   size_t queued_ = 0;
+  bool hasHadTask_ = false;
   bool isStopping_ = false;
   std::vector<std::thread> workers_;
 };

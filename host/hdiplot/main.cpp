@@ -13,6 +13,8 @@ namespace {
 using hdiplot::ExitStatus;
 
 ExitStatus Run(const hdiplot::CommandLine& line) {
+  // The settings record has no place for it.
+  if (!line.compression.empty()) hdiplot::SetEnvironmentVariable("HDI_COMPRESSION", line.compression);
   if (line.listPapers) return ListPapers(line);
   if (line.list) return ListDrawings(line);
   return line.isTrace ? PlotTrace(line) : PlotDrawings(line);

@@ -215,6 +215,11 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
       ->group("Driver");
   addPath("--module", line.module, "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot)")
       ->group("Driver");
+  app.add_option("--compression", line.compression,
+                 "What matters more, time or size: fast, normal or small (default: the device's setting)")
+      ->type_name("fast|normal|small")
+      ->check(CLI::IsMember({"fast", "normal", "small"}).description(""))
+      ->group("Driver");
   app.add_flag("--list-papers", line.listPapers, "Print the device's papers")->group("Driver");
   app.add_flag("--open", line.open, "Open the PDF in the viewer");
   auto* silent = app.add_flag("-q,--quiet", quiet, "Print no summary and no progress");

@@ -38,6 +38,7 @@ struct CommandLine {
   PlotOptions plot;    // of drawings
   std::string device;  // empty: the trace's, or the first
   std::filesystem::path module;
+  std::string compression;  // empty: the device's setting
   bool open = false;
   Verbosity verbosity = Verbosity::kNormal;
 };

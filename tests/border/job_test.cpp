@@ -115,6 +115,30 @@ TEST_F(JobTest, OutputNames) {
   fs::current_path(before);
 }
 
+TEST_F(JobTest, CompressionIsASettingOfTheDevice) {
+  device.Close();
+  const auto sizeWith = [this](const std::string& keys) {
+    Device other(LastDriverOf("[general]\n[A]\n" + keys));
+    other.Open();
+    other.StartDocument(path.c_str());
+    other.StartPage();
+    std::vector<Point> points;
+    for (int i = 0; i < 3000; ++i) points.push_back({i % 61 * 50.0 + i % 7, i * i % 2999 * 1.0});
+    other.Call(26, points.data(), static_cast<int32_t>(points.size()));
+    other.EndPage();
+    other.EndDocument();
+    return fs::file_size(file);
+  };
+  const uintmax_t normal = sizeWith("");
+  EXPECT_LT(normal, sizeWith("Compression=fast\n"));
+  EXPECT_GT(normal, sizeWith("Compression=small\n"));
+  EXPECT_EQ(normal, sizeWith("Compression=no such word\n"));
+  std::ofstream(sandbox.App() / "own.ini") << "[General]\nCompression=fast\n";
+  EXPECT_LT(normal, sizeWith("PrivateFile=own.ini\nCompression=small\n"));
+  sandbox.SetVariable("HDI_COMPRESSION", "small");
+  EXPECT_GT(normal, sizeWith("Compression=fast\n"));
+}
+
 TEST_F(JobTest, FileIsEmptyUntilTheEndAndAnOldOneIsReplacedUnasked) {
   SetUpUser(sandbox);
   std::ofstream(file) << std::string(100000, 'x');

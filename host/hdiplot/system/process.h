@@ -17,6 +17,9 @@ void PrepareProcess();
 // The executable; empty when it cannot be told.
 [[nodiscard]] std::filesystem::path ExecutableFile();
 
+// For this process and the modules that it loads. Before it has a second thread.
+void SetEnvironmentVariable(const std::string& name, const std::string& value);
+
 // The process's number, for the names of temporary files.
 [[nodiscard]] std::string ProcessNumber();
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <system_error>
 
 namespace hdiplot {
@@ -31,6 +32,10 @@ std::vector<std::string> CommandLineWords(int argc, const char* const* argv) { r
 std::filesystem::path ExecutableFile() {
   std::error_code error;  // leaves the path empty
   return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+void SetEnvironmentVariable(const std::string& name, const std::string& value) {
+  setenv(name.c_str(), value.c_str(), 1);
 }
 
 std::string ProcessNumber() { return std::to_string(getpid()); }

@@ -51,6 +51,10 @@ std::vector<std::string> CommandLineWords(int argc, const char* const* argv) {
 
 std::filesystem::path ExecutableFile() { return hdi::Wide(hdi::ProcessFileName()); }
 
+void SetEnvironmentVariable(const std::string& name, const std::string& value) {
+  SetEnvironmentVariableW(hdi::Wide(hdi::ToUtf16(name)), hdi::Wide(hdi::ToUtf16(value)));
+}
+
 std::string ProcessNumber() { return std::to_string(GetCurrentProcessId()); }
 
 bool StandardErrorIsTerminal() {
