@@ -24,8 +24,8 @@ endif()
 # Sanitizers go to every target, third parties' headers included, as instrumented and plain code must agree on
 # what a link holds.
 if(HDI_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
+  add_compile_options(-fsanitize=${HDI_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${HDI_SANITIZE})
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
 
