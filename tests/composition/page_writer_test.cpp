@@ -187,5 +187,35 @@ TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
   EXPECT_FALSE(saved.Page(0).getKey("/Resources").hasKey("/XObject"));
 }
 
+// A page that is one long path, one of many strokes, and small ones.
+TEST_F(PageWriterTest, APlotIsTheSameWithAnyNumberOfThreads) {
+  const auto plot = [this](unsigned workers) {
+    writer_->StartDocument(u"test", engine::Compression::kFast, workers);
+    for (uint32_t page = 1; page <= 5; ++page) {
+      writer_->BeginPage(page, 1000, 1000);
+      for (uint32_t i = 0; i < (page < 3 ? 150'000U : 100U); ++i) {
+        const auto value = static_cast<float>(i * 2654435761U >> 17);
+        if (i == 0 || page == 2) writer_->MoveTo(value, 0);
+        writer_->LineTo(0, value);
+        if (page == 2) writer_->StrokePath();
+      }
+      writer_->StrokePath();
+      writer_->FinishPage();
+    }
+    engine::SavedDocument saved = Saved();
+    std::vector<std::string> streams;
+    for (size_t page = 0; page < saved.PageCount(); ++page) {
+      const auto raw = saved.Page(page).getPageContents().at(1).getRawStreamData();
+      streams.emplace_back(reinterpret_cast<const char*>(raw->getBuffer()), raw->getSize());
+      const std::string text = saved.PageContents(page).at(1);
+      EXPECT_EQ(std::ranges::count(text, 'l'), page < 2 ? 150'000 : 100) << page;
+    }
+    EXPECT_TRUE(writer_.emplace().OpenOutput(directory_.Path16("plot.pdf")));
+    return streams;
+  };
+  const std::vector<std::string> alone = plot(0);
+  for (const unsigned workers : {1U, 7U}) EXPECT_TRUE(plot(workers) == alone) << workers;
+}
+
 }  // namespace
 }  // namespace hdi
