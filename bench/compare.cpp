@@ -18,6 +18,7 @@
 #include "bench/child.h"
 #include "bench/guarded_main.h"
 #include "bench/scene.h"
+#include "bench/scene_names.h"
 #include "bench/work_folder.h"
 
 namespace bench {

@@ -9,7 +9,7 @@
 
 namespace bench {
 
-// Draws `scene` as a PDF file of one page. Everything that a program does once (loading modules, opening
+// Draws `scene` as a PDF file. Everything that a program does once (loading modules, opening
 // devices) comes before `start` is called; the file is closed on return. Throws std::runtime_error on
 // failure.
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start);

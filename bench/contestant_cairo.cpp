@@ -12,9 +12,20 @@
 namespace bench {
 namespace {
 
+void SetSource(cairo_t* cairo, Color color) {
+  cairo_set_source_rgb(cairo, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
+}
+
 void AddShape(cairo_t* cairo, std::span<const Point> shape) {
   cairo_move_to(cairo, shape[0].x, shape[0].y);
   for (const Point& point : shape.subspan(1)) cairo_line_to(cairo, point.x, point.y);
+}
+
+void AddCurves(cairo_t* cairo, std::span<const Point> p) {
+  cairo_move_to(cairo, p[0].x, p[0].y);
+  for (size_t i = 1; i + 2 < p.size(); i += 3) {
+    cairo_curve_to(cairo, p[i].x, p[i].y, p[i + 1].x, p[i + 1].y, p[i + 2].x, p[i + 2].y);
+  }
 }
 
 void Strokes(cairo_t* cairo, const Scene& scene) {
@@ -26,9 +37,7 @@ void Strokes(cairo_t* cairo, const Scene& scene) {
 
 void Curves(cairo_t* cairo, const Scene& scene) {
   for (size_t i = 0; i < scene.ShapeCount(); ++i) {
-    const auto p = scene.Shape(i);
-    cairo_move_to(cairo, p[0].x, p[0].y);
-    cairo_curve_to(cairo, p[1].x, p[1].y, p[2].x, p[2].y, p[3].x, p[3].y);
+    AddCurves(cairo, scene.Shape(i));
     cairo_stroke(cairo);
   }
 }
@@ -40,7 +49,7 @@ void Clipped(cairo_t* cairo, const Scene& scene) {
     AddShape(cairo, clip.corners);
     cairo_close_path(cairo);
     cairo_clip(cairo);
-    cairo_set_source_rgb(cairo, clip.color.red / 255.0, clip.color.green / 255.0, clip.color.blue / 255.0);
+    SetSource(cairo, clip.color);
     for (size_t i = 0; i < scene.shapesPerClip; ++i) {
       AddShape(cairo, scene.Shape(shape++));
       cairo_fill(cairo);
@@ -53,35 +62,42 @@ void Clipped(cairo_t* cairo, const Scene& scene) {
 class TextPainter {
  public:
   explicit TextPainter(const Scene& scene) : scene_(scene), fonts_(scene) {
-    if (fonts_.IsEmpty()) return;
-    for (size_t i = 0; i < kFontFamilies.size(); ++i) {
+    for (size_t i = 0; i < fonts_.Count(); ++i) {
       faces_.emplace_back(cairo_ft_font_face_create_for_ft_face(fonts_.Face(i), FT_LOAD_NO_HINTING),
                           &cairo_font_face_destroy);
     }
     for (const Text& text : scene.texts) bytes_.push_back(ToUtf8(text.units));
   }
 
-  // The operation that keeps the characters beside their glyphs.
-  void Texts(cairo_t* cairo) {
+  // The options that hold for all texts of a page.
+  static void SetOptions(cairo_t* cairo) {
     const std::unique_ptr<cairo_font_options_t, decltype(&cairo_font_options_destroy)> options(
         cairo_font_options_create(), &cairo_font_options_destroy);
     cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
     cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
     cairo_set_font_options(cairo, options.get());
-    for (size_t i = 0; i < scene_.texts.size(); ++i) {
-      const Text& text = scene_.texts[i];
-      cairo_set_source_rgb(cairo, text.color.red / 255.0, text.color.green / 255.0, text.color.blue / 255.0);
-      cairo_set_font_face(cairo, faces_[text.font].get());
-      SetGlyphs(text, fonts_.Advances(i));
-      const Point way = DirectionOf(text);
-      const double x = way.x * text.height;
-      const double y = way.y * text.height;
-      const cairo_matrix_t matrix = {x, y, -y, x, 0, 0};
-      cairo_set_font_matrix(cairo, &matrix);
-      const auto count = static_cast<int>(glyphs_.size());
-      cairo_show_text_glyphs(cairo, bytes_[i].data(), static_cast<int>(bytes_[i].size()), glyphs_.data(),
-                             count, clusters_.data(), count, {});
-    }
+  }
+
+  // The operation that keeps the characters beside their glyphs.
+  void ShowText(cairo_t* cairo, size_t index) {
+    const Text& text = scene_.texts[index];
+    SetSource(cairo, text.color);
+    cairo_set_font_face(cairo, faces_[text.font].get());
+    SetGlyphs(text, fonts_.Advances(index));
+    const Point way = DirectionOf(text);
+    const double x = way.x * text.height;
+    const double y = way.y * text.height;
+    const cairo_matrix_t matrix = {x, y, -y, x, 0, 0};
+    cairo_set_font_matrix(cairo, &matrix);
+    const std::string& bytes = bytes_[index];
+    const auto count = static_cast<int>(glyphs_.size());
+    cairo_show_text_glyphs(cairo, bytes.data(), static_cast<int>(bytes.size()), glyphs_.data(), count,
+                           clusters_.data(), count, {});
+  }
+
+  void Texts(cairo_t* cairo) {
+    SetOptions(cairo);
+    for (size_t i = 0; i < scene_.texts.size(); ++i) ShowText(cairo, i);
   }
 
  private:
@@ -108,6 +124,101 @@ class TextPainter {
   std::vector<cairo_text_cluster_t> clusters_;
 };
 
+// Draws the steps of one page.
+class StepPainter {
+ public:
+  StepPainter(cairo_t* cairo, const Scene& scene, TextPainter& textPainter)
+      : cairo_(cairo), scene_(scene), textPainter_(textPainter) {
+    cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_EVEN_ODD);
+    TextPainter::SetOptions(cairo_);
+  }
+
+  void Paint(const Step& step) {
+    switch (step.kind) {
+      case Step::Kind::kPen:
+        SetPen(scene_.pens[step.index]);
+        break;
+      case Step::Kind::kBrush:
+        fillColor_ = scene_.brushes[step.index];
+        break;
+      case Step::Kind::kPolyline:
+        AddShape(cairo_, scene_.Points(step));
+        Stroke();
+        break;
+      case Step::Kind::kCurves:
+        AddCurves(cairo_, scene_.Points(step));
+        Stroke();
+        break;
+      case Step::Kind::kPolygons:
+        Fill(scene_.polygons[step.index]);
+        break;
+      case Step::Kind::kText:
+        textPainter_.ShowText(cairo_, step.index);
+        break;
+    }
+  }
+
+ private:
+  void SetPen(const Pen& pen) {
+    strokeColor_ = pen.color;
+    cairo_set_line_width(cairo_, pen.width);
+    cairo_set_line_cap(cairo_, pen.isRound ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT);
+    cairo_set_line_join(cairo_, pen.isRound ? CAIRO_LINE_JOIN_ROUND : CAIRO_LINE_JOIN_MITER);
+    const std::vector<double> dashes(pen.dashes.begin(), pen.dashes.end());
+    cairo_set_dash(cairo_, dashes.data(), static_cast<int>(dashes.size()), 0);
+  }
+
+  void Stroke() {
+    SetSource(cairo_, strokeColor_);
+    cairo_stroke(cairo_);
+  }
+
+  void Fill(const Polygons& polygons) {
+    size_t first = polygons.first;
+    for (const uint32_t count : polygons.counts) {
+      AddShape(cairo_, {&scene_.points[first], count});
+      cairo_close_path(cairo_);
+      first += count;
+    }
+    SetSource(cairo_, fillColor_);
+    cairo_fill(cairo_);
+  }
+
+  cairo_t* cairo_;
+  const Scene& scene_;
+  TextPainter& textPainter_;
+  Color strokeColor_{};
+  Color fillColor_{};
+};
+
+void PaintPage(cairo_t* cairo, const Scene& scene, size_t page, TextPainter& textPainter) {
+  cairo_save(cairo);
+  cairo_translate(cairo, 0, scene.sheet.TopMarginPoints());
+  cairo_scale(cairo, kPointsPerDot, kPointsPerDot);
+  cairo_set_line_width(cairo, kLineWidth);
+  switch (scene.kind) {
+    case Kind::kStrokes:
+      Strokes(cairo, scene);
+      break;
+    case Kind::kCurves:
+      Curves(cairo, scene);
+      break;
+    case Kind::kClipped:
+      Clipped(cairo, scene);
+      break;
+    case Kind::kTexts:
+      textPainter.Texts(cairo);
+      break;
+    case Kind::kMixed: {
+      StepPainter painter(cairo, scene, textPainter);
+      for (const Step& step : scene.pages[page]) painter.Paint(step);
+      break;
+    }
+  }
+  cairo_restore(cairo);
+  cairo_show_page(cairo);
+}
+
 }  // namespace
 
 bool CanPlot(const Scene&) { return true; }
@@ -116,26 +227,9 @@ void PlotScene(const Scene& scene, const std::string& path, const std::function<
   TextPainter textPainter(scene);
   start();
   const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-      cairo_pdf_surface_create(path.c_str(), kSheetWidthPoints, kSheetHeightPoints), &cairo_surface_destroy);
+      cairo_pdf_surface_create(path.c_str(), scene.sheet.WidthPoints(), scene.sheet.HeightPoints()), &cairo_surface_destroy);
   const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> cairo(cairo_create(surface.get()), &cairo_destroy);
-  cairo_translate(cairo.get(), 0, kSheetHeightPoints - kAreaHeight * kPointsPerDot);
-  cairo_scale(cairo.get(), kPointsPerDot, kPointsPerDot);
-  cairo_set_line_width(cairo.get(), kLineWidth);
-  switch (scene.kind) {
-    case Kind::kStrokes:
-      Strokes(cairo.get(), scene);
-      break;
-    case Kind::kCurves:
-      Curves(cairo.get(), scene);
-      break;
-    case Kind::kClipped:
-      Clipped(cairo.get(), scene);
-      break;
-    case Kind::kTexts:
-      textPainter.Texts(cairo.get());
-      break;
-  }
-  cairo_show_page(cairo.get());
+  for (size_t page = 0; page < scene.PageCount(); ++page) PaintPage(cairo.get(), scene, page, textPainter);
   cairo_surface_finish(surface.get());
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
     throw std::runtime_error(cairo_status_to_string(cairo_surface_status(surface.get())));

@@ -1,7 +1,9 @@
 // PDF.hdi as a host uses it: called through the DeviceTable.
 #include <algorithm>
 #include <array>
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 #include "bench/contestant.h"
 #include "bench/session.h"
@@ -17,19 +19,20 @@ uint32_t ToColorRef(Color color) {
   return static_cast<uint32_t>(color.red | color.green << 8 | color.blue << 16);
 }
 
-using LogicalFonts = std::array<hdi::LOGFONTW, kFontFamilies.size()>;
+using LogicalFonts = std::vector<hdi::LOGFONTW>;
 
 // A host that knows advances has asked for the fonts before.
 LogicalFonts SelectFonts(const Scene& scene) {
   constexpr int32_t kRegular = 400;
   constexpr uint8_t kAnyCharacterSet = 1;
-  LogicalFonts fonts{};
-  for (size_t i = 0; scene.kind == Kind::kTexts && i < fonts.size(); ++i) {
-    fonts[i].lfWeight = kRegular;
-    fonts[i].lfCharSet = kAnyCharacterSet;
-    std::ranges::copy(Widen(kFontFamilies[i]), fonts[i].lfFaceName);
+  LogicalFonts fonts;
+  for (const std::string& family : scene.families) {
+    hdi::LOGFONTW& font = fonts.emplace_back();
+    font.lfWeight = kRegular;
+    font.lfCharSet = kAnyCharacterSet;
+    std::ranges::copy(Widen(family), font.lfFaceName);
     std::u16string name;
-    if (!hdi::GetFontFullName(&fonts[i], name)) throw std::runtime_error("the host library finds no font");
+    if (!hdi::GetFontFullName(&font, name)) throw std::runtime_error("the host library finds no font");
   }
   return fonts;
 }
@@ -40,16 +43,9 @@ class Plotter {
   Plotter(hdi::HostDevice& device, const Scene& scene, const TextFonts& fonts)
       : device_(device), scene_(scene), fonts_(fonts), logicalFonts_(SelectFonts(scene)) {}
 
-  void Page() {
+  void Page(size_t page) {
     Call<hdi::entry::StartPage>(Position::kStartPage, static_cast<const hdi::DriverDevMode*>(nullptr));
-    const hdi::EXTLOGPEN32 pen = {hdi::kPenGeometric | hdi::kPenCapFlat | hdi::kPenJoinMiter,
-                                  static_cast<uint32_t>(kLineWidth),
-                                  0,
-                                  0,
-                                  0,
-                                  0,
-                                  {}};
-    Call<hdi::entry::SetPen>(Position::kSetPen, &pen);
+    SetPen({kLineWidth, {}, false, {}});
     switch (scene_.kind) {
       case Kind::kStrokes:
         Shapes(Position::kPolyline);
@@ -63,6 +59,9 @@ class Plotter {
       case Kind::kTexts:
         Texts();
         break;
+      case Kind::kMixed:
+        Steps(scene_.pages[page]);
+        break;
     }
     Call<hdi::entry::EndPage>(Position::kEndPage);
   }
@@ -73,8 +72,24 @@ class Plotter {
     device_.table->At<Function>(position)(&device_, arguments...);
   }
 
+  [[nodiscard]] static const hdi::HT_Double_Point* HostPoints(std::span<const Point> points) {
+    return reinterpret_cast<const hdi::HT_Double_Point*>(points.data());
+  }
+
   [[nodiscard]] const hdi::HT_Double_Point* ShapePoints(size_t index) const {
-    return reinterpret_cast<const hdi::HT_Double_Point*>(scene_.Shape(index).data());
+    return HostPoints(scene_.Shape(index));
+  }
+
+  // The record's dash entries go on behind its declared end.
+  void SetPen(const Pen& pen) {
+    const uint32_t ends =
+        pen.isRound ? hdi::kPenCapRound | hdi::kPenJoinRound : hdi::kPenCapFlat | hdi::kPenJoinMiter;
+    const uint32_t line = pen.dashes.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
+    penWords_ = {hdi::kPenGeometric | ends | line, static_cast<uint32_t>(pen.width), 0, ToColorRef(pen.color),
+                 0, static_cast<uint32_t>(pen.dashes.size())};
+    penWords_.insert(penWords_.end(), pen.dashes.begin(), pen.dashes.end());
+    penWords_.resize(std::max(penWords_.size(), sizeof(hdi::EXTLOGPEN32) / sizeof(uint32_t)));
+    Call<hdi::entry::SetPen>(Position::kSetPen, reinterpret_cast<const hdi::EXTLOGPEN32*>(penWords_.data()));
   }
 
   void Shapes(Position position) {
@@ -95,8 +110,8 @@ class Plotter {
   }
 
   void ClippedShapes() {
-    const double right = kAreaWidth;
-    const double bottom = kAreaHeight;
+    const double right = scene_.sheet.areaWidth;
+    const double bottom = scene_.sheet.areaHeight;
     SetClip({{{0, 0}, {right, 0}, {right, bottom}, {0, bottom}}});  // a page's first clip is the page's own
     Call<hdi::entry::SetFillMode>(Position::kSetFillMode, hdi::kFillWinding);
     const auto polygon = device_.table->At<hdi::entry::Polygon>(Position::kPolygon);
@@ -113,17 +128,55 @@ class Plotter {
     }
   }
 
-  void Texts() {
+  void PlotText(size_t index) {
+    const Text& text = scene_.texts[index];
+    hdi::LOGFONTW font = logicalFonts_[text.font];
+    font.lfHeight = -text.height;
+    font.lfEscapement = font.lfOrientation = text.angle;
+    const hdi::HT_Double_Point start = {text.start.x, text.start.y};
     const auto plot = device_.table->At<hdi::entry::Text>(Position::kText);
+    plot(&device_, &font, &start, text.units.data(), static_cast<int32_t>(text.units.size()),
+         fonts_.Advances(index).data(), text.height, 0, 1, 1);
+  }
+
+  void Texts() {
     for (size_t i = 0; i < scene_.texts.size(); ++i) {
-      const Text& text = scene_.texts[i];
-      if (i == 0 || ToColorRef(text.color) != ToColorRef(scene_.texts[i - 1].color)) SetBrush(text.color);
-      hdi::LOGFONTW font = logicalFonts_[text.font];
-      font.lfHeight = -text.height;
-      font.lfEscapement = font.lfOrientation = text.angle;
-      const hdi::HT_Double_Point start = {text.start.x, text.start.y};
-      plot(&device_, &font, &start, text.units.data(), static_cast<int32_t>(text.units.size()),
-           fonts_.Advances(i).data(), text.height, 0, 1, 1);
+      const Color color = scene_.texts[i].color;
+      if (i == 0 || ToColorRef(color) != ToColorRef(scene_.texts[i - 1].color)) SetBrush(color);
+      PlotText(i);
+    }
+  }
+
+  void Steps(std::span<const Step> steps) {
+    Call<hdi::entry::SetFillMode>(Position::kSetFillMode, hdi::kFillAlternate);
+    for (const Step& step : steps) PlotStep(step);
+  }
+
+  void PlotStep(const Step& step) {
+    const auto count = static_cast<int32_t>(step.count);
+    switch (step.kind) {
+      case Step::Kind::kPen:
+        SetPen(scene_.pens[step.index]);
+        break;
+      case Step::Kind::kBrush:
+        SetBrush(scene_.brushes[step.index]);
+        break;
+      case Step::Kind::kPolyline:
+        Call<hdi::entry::Polyline>(Position::kPolyline, HostPoints(scene_.Points(step)), count);
+        break;
+      case Step::Kind::kCurves:
+        Call<hdi::entry::PolyBezier>(Position::kPolyBezier, HostPoints(scene_.Points(step)), count);
+        break;
+      case Step::Kind::kPolygons: {
+        const Polygons& polygons = scene_.polygons[step.index];
+        Call<hdi::entry::PolyPolygon>(
+            Position::kPolyPolygon, HostPoints(std::span(scene_.points).subspan(polygons.first)),
+            polygons.counts.data(), static_cast<int32_t>(polygons.counts.size()));
+        break;
+      }
+      case Step::Kind::kText:
+        PlotText(step.index);
+        break;
     }
   }
 
@@ -131,6 +184,7 @@ class Plotter {
   const Scene& scene_;
   const TextFonts& fonts_;
   LogicalFonts logicalFonts_;
+  std::vector<uint32_t> penWords_;
 };
 
 }  // namespace
@@ -140,14 +194,14 @@ static_assert(sizeof(Point) == sizeof(hdi::HT_Double_Point));
 bool CanPlot(const Scene&) { return true; }
 
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start) {
-  Session session;
+  Session session(scene.sheet);
   const TextFonts fonts(scene);
   Plotter plotter(session.Device(), scene, fonts);
 
   start();
   session.StartDocument(path);
   session.Call<hdi::entry::SetLineScale>(Position::kSetLineScale, 1.0);
-  plotter.Page();
+  for (size_t page = 0; page < scene.PageCount(); ++page) plotter.Page(page);
   session.EndDocument();
 }
 

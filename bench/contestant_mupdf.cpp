@@ -4,8 +4,9 @@ extern "C" {
 #include <mupdf/pdf.h>
 }
 
-#include <array>
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 #include "bench/contestant.h"
 #include "bench/text_fonts.h"
@@ -13,10 +14,17 @@ extern "C" {
 namespace bench {
 namespace {
 
-// The fonts of a scene of texts, as MuPDF opens them; none for another scene.
-using Fonts = std::array<fz_font*, kFontFamilies.size()>;
+// The fonts of a scene's families, as MuPDF opens them.
+using Fonts = std::vector<fz_font*>;
 
-// Draws on a device. MuPDF reports errors by longjmp, so nothing here may need a destructor.
+struct Rgb {
+  explicit Rgb(Color color)
+      : channels{static_cast<float>(color.red) / 255, static_cast<float>(color.green) / 255,
+                 static_cast<float>(color.blue) / 255} {}
+  float channels[3];
+};
+
+// Draws a page on a device. MuPDF reports errors by longjmp, so nothing here may need a destructor.
 class Painter {
  public:
   Painter(fz_context* context, fz_device* device, const Scene& scene, const TextFonts& textFonts,
@@ -26,52 +34,69 @@ class Painter {
         scene_(scene),
         textFonts_(textFonts),
         fonts_(fonts),
+        matrix_{static_cast<float>(kPointsPerDot), 0, 0, static_cast<float>(kPointsPerDot), 0,
+                static_cast<float>(scene.sheet.TopMarginPoints())},
         stroke_(fz_new_stroke_state(context)),
         space_(fz_device_rgb(context)) {
     stroke_->linewidth = static_cast<float>(kLineWidth);
   }
 
-  void Page() {
-    if (scene_.kind == Kind::kClipped) {
-      Clipped();
-    } else if (scene_.kind == Kind::kTexts) {
-      Texts();
-    } else {
-      Strokes();
+  void Page(size_t page) {
+    switch (scene_.kind) {
+      case Kind::kStrokes:
+        for (size_t i = 0; i < scene_.ShapeCount(); ++i) Stroke(NewPath(scene_.Shape(i)));
+        break;
+      case Kind::kCurves:
+        for (size_t i = 0; i < scene_.ShapeCount(); ++i) Stroke(NewCurves(scene_.Shape(i)));
+        break;
+      case Kind::kClipped:
+        Clipped();
+        break;
+      case Kind::kTexts:
+        for (size_t i = 0; i < scene_.texts.size(); ++i) FillText(i);
+        break;
+      case Kind::kMixed:
+        for (const Step& step : scene_.pages[page]) PaintStep(step);
+        break;
     }
     fz_drop_stroke_state(context_, stroke_);
   }
 
  private:
-  static constexpr float kBlack[3] = {0, 0, 0};
+  static float X(const Point& point) { return static_cast<float>(point.x); }
+  static float Y(const Point& point) { return static_cast<float>(point.y); }
 
-  // The device space of a page has Y down and its unit is the point.
-  const fz_matrix matrix_ = {static_cast<float>(kPointsPerDot),
-                             0,
-                             0,
-                             static_cast<float>(kPointsPerDot),
-                             0,
-                             static_cast<float>(kSheetHeightPoints - kAreaHeight * kPointsPerDot)};
+  void AddShape(fz_path* path, std::span<const Point> shape) {
+    fz_moveto(context_, path, X(shape[0]), Y(shape[0]));
+    for (const Point& point : shape.subspan(1)) fz_lineto(context_, path, X(point), Y(point));
+  }
 
   fz_path* NewPath(std::span<const Point> shape) {
-    const auto x = [&](size_t i) { return static_cast<float>(shape[i].x); };
-    const auto y = [&](size_t i) { return static_cast<float>(shape[i].y); };
     fz_path* path = fz_new_path(context_);
-    fz_moveto(context_, path, x(0), y(0));
-    if (scene_.kind == Kind::kCurves) {
-      fz_curveto(context_, path, x(1), y(1), x(2), y(2), x(3), y(3));
-    } else {
-      for (size_t i = 1; i < shape.size(); ++i) fz_lineto(context_, path, x(i), y(i));
+    AddShape(path, shape);
+    return path;
+  }
+
+  fz_path* NewCurves(std::span<const Point> p) {
+    fz_path* path = fz_new_path(context_);
+    fz_moveto(context_, path, X(p[0]), Y(p[0]));
+    for (size_t i = 1; i + 2 < p.size(); i += 3) {
+      fz_curveto(context_, path, X(p[i]), Y(p[i]), X(p[i + 1]), Y(p[i + 1]), X(p[i + 2]), Y(p[i + 2]));
     }
     return path;
   }
 
-  void Strokes() {
-    for (size_t i = 0; i < scene_.ShapeCount(); ++i) {
-      fz_path* path = NewPath(scene_.Shape(i));
-      fz_stroke_path(context_, device_, path, stroke_, matrix_, space_, kBlack, 1, fz_default_color_params);
-      fz_drop_path(context_, path);
-    }
+  // These two take the path over.
+  void Stroke(fz_path* path) {
+    fz_stroke_path(context_, device_, path, stroke_, matrix_, space_, strokeColor_.channels, 1,
+                   fz_default_color_params);
+    fz_drop_path(context_, path);
+  }
+
+  void Fill(fz_path* path, bool evenOdd, const Rgb& color) {
+    fz_fill_path(context_, device_, path, evenOdd ? 1 : 0, matrix_, space_, color.channels, 1,
+                 fz_default_color_params);
+    fz_drop_path(context_, path);
   }
 
   void Clipped() {
@@ -81,14 +106,8 @@ class Painter {
       fz_closepath(context_, outline);
       fz_clip_path(context_, device_, outline, 0, matrix_, fz_infinite_rect);
       fz_drop_path(context_, outline);
-      const float color[3] = {static_cast<float>(clip.color.red) / 255,
-                              static_cast<float>(clip.color.green) / 255,
-                              static_cast<float>(clip.color.blue) / 255};
-      for (size_t i = 0; i < scene_.shapesPerClip; ++i) {
-        fz_path* path = NewPath(scene_.Shape(shape++));
-        fz_fill_path(context_, device_, path, 0, matrix_, space_, color, 1, fz_default_color_params);
-        fz_drop_path(context_, path);
-      }
+      const Rgb color(clip.color);
+      for (size_t i = 0; i < scene_.shapesPerClip; ++i) Fill(NewPath(scene_.Shape(shape++)), false, color);
       fz_pop_clip(context_, device_);
     }
   }
@@ -113,14 +132,56 @@ class Painter {
     return made;
   }
 
-  void Texts() {
-    for (size_t i = 0; i < scene_.texts.size(); ++i) {
-      const Color& wanted = scene_.texts[i].color;
-      const float color[3] = {static_cast<float>(wanted.red) / 255, static_cast<float>(wanted.green) / 255,
-                              static_cast<float>(wanted.blue) / 255};
-      fz_text* text = NewText(i);
-      fz_fill_text(context_, device_, text, matrix_, space_, color, 1, fz_default_color_params);
-      fz_drop_text(context_, text);
+  void FillText(size_t index) {
+    const Rgb color(scene_.texts[index].color);
+    fz_text* text = NewText(index);
+    fz_fill_text(context_, device_, text, matrix_, space_, color.channels, 1, fz_default_color_params);
+    fz_drop_text(context_, text);
+  }
+
+  void SetPen(const Pen& pen) {
+    fz_drop_stroke_state(context_, stroke_);
+    stroke_ = fz_new_stroke_state_with_dash_len(context_, static_cast<int>(pen.dashes.size()));
+    stroke_->linewidth = static_cast<float>(pen.width);
+    stroke_->start_cap = stroke_->dash_cap = stroke_->end_cap =
+        pen.isRound ? FZ_LINECAP_ROUND : FZ_LINECAP_BUTT;
+    stroke_->linejoin = pen.isRound ? FZ_LINEJOIN_ROUND : FZ_LINEJOIN_MITER;
+    stroke_->dash_len = static_cast<int>(pen.dashes.size());
+    for (size_t i = 0; i < pen.dashes.size(); ++i) stroke_->dash_list[i] = static_cast<float>(pen.dashes[i]);
+    strokeColor_ = Rgb(pen.color);
+  }
+
+  void FillPolygons(const Polygons& polygons) {
+    fz_path* path = fz_new_path(context_);
+    size_t first = polygons.first;
+    for (const uint32_t count : polygons.counts) {
+      AddShape(path, {&scene_.points[first], count});
+      fz_closepath(context_, path);
+      first += count;
+    }
+    Fill(path, true, fillColor_);
+  }
+
+  void PaintStep(const Step& step) {
+    switch (step.kind) {
+      case Step::Kind::kPen:
+        SetPen(scene_.pens[step.index]);
+        break;
+      case Step::Kind::kBrush:
+        fillColor_ = Rgb(scene_.brushes[step.index]);
+        break;
+      case Step::Kind::kPolyline:
+        Stroke(NewPath(scene_.Points(step)));
+        break;
+      case Step::Kind::kCurves:
+        Stroke(NewCurves(scene_.Points(step)));
+        break;
+      case Step::Kind::kPolygons:
+        FillPolygons(scene_.polygons[step.index]);
+        break;
+      case Step::Kind::kText:
+        FillText(step.index);
+        break;
     }
   }
 
@@ -129,26 +190,28 @@ class Painter {
   const Scene& scene_;
   const TextFonts& textFonts_;
   const Fonts& fonts_;
+  const fz_matrix matrix_;  // the device space of a page has Y down and its unit is the point
   fz_stroke_state* stroke_;
   fz_colorspace* space_;
+  Rgb strokeColor_{Color{}};
+  Rgb fillColor_{Color{}};
 };
 
-Fonts OpenFonts(fz_context* context, const TextFonts& textFonts) {
-  Fonts fonts{};
-  for (size_t i = 0; !textFonts.IsEmpty() && i < fonts.size(); ++i) {
+// `fonts` has room for all.
+void OpenFonts(fz_context* context, const TextFonts& textFonts, Fonts& fonts) {
+  for (size_t i = 0; i < fonts.size(); ++i) {
     fonts[i] = fz_new_font_from_file(context, nullptr, textFonts.Path(i).c_str(), 0, 0);
   }
-  return fonts;
 }
 
-void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& textFonts, const Fonts& fonts,
-                   const char* path) {
-  pdf_document* document = pdf_create_document(context);
-  const fz_rect sheet = {0, 0, static_cast<float>(kSheetWidthPoints), static_cast<float>(kSheetHeightPoints)};
+void AddPage(fz_context* context, pdf_document* document, const Scene& scene, size_t index,
+             const TextFonts& textFonts, const Fonts& fonts) {
+  const fz_rect sheet = {0, 0, static_cast<float>(scene.sheet.WidthPoints()),
+                         static_cast<float>(scene.sheet.HeightPoints())};
   pdf_obj* resources = nullptr;
   fz_buffer* contents = nullptr;
   fz_device* device = pdf_page_write(context, document, sheet, &resources, &contents);
-  Painter(context, device, scene, textFonts, fonts).Page();
+  Painter(context, device, scene, textFonts, fonts).Page(index);
   fz_close_device(context, device);
   fz_drop_device(context, device);
 
@@ -157,6 +220,12 @@ void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& tex
   pdf_drop_obj(context, page);
   pdf_drop_obj(context, resources);
   fz_drop_buffer(context, contents);
+}
+
+void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& textFonts, const Fonts& fonts,
+                   const char* path) {
+  pdf_document* document = pdf_create_document(context);
+  for (size_t i = 0; i < scene.PageCount(); ++i) AddPage(context, document, scene, i, textFonts, fonts);
 #if FZ_VERSION_MAJOR > 1 || FZ_VERSION_MINOR >= 24
   pdf_subset_fonts(context, document, 0, nullptr);  // older ones embed fonts whole
 #endif
@@ -167,6 +236,18 @@ void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& tex
   pdf_drop_document(context, document);
 }
 
+// What went wrong; empty: nothing.
+std::string TryPlot(fz_context* context, const Scene& scene, const TextFonts& textFonts, Fonts& fonts,
+                    const std::string& path, const std::function<void()>& start) {
+  fz_try(context) {
+    OpenFonts(context, textFonts, fonts);
+    start();
+    WriteDocument(context, scene, textFonts, fonts, path.c_str());
+  }
+  fz_catch(context) return fz_caught_message(context);
+  return {};
+}
+
 }  // namespace
 
 bool CanPlot(const Scene&) { return true; }
@@ -175,19 +256,11 @@ void PlotScene(const Scene& scene, const std::string& path, const std::function<
   fz_context* context = fz_new_context(nullptr, nullptr, FZ_STORE_DEFAULT);
   if (context == nullptr) throw std::runtime_error("no context");
   const TextFonts textFonts(scene);
-  Fonts fonts{};
-  bool failed = false;
-  fz_var(fonts);
-  fz_try(context) {
-    fonts = OpenFonts(context, textFonts);
-    start();
-    WriteDocument(context, scene, textFonts, fonts, path.c_str());
-  }
-  fz_catch(context) failed = true;
-  const std::string message = failed ? fz_caught_message(context) : "";
+  Fonts fonts(textFonts.Count());
+  const std::string message = TryPlot(context, scene, textFonts, fonts, path, start);
   for (fz_font* font : fonts) fz_drop_font(context, font);
   fz_drop_context(context);
-  if (failed) throw std::runtime_error(message);
+  if (!message.empty()) throw std::runtime_error(message);
 }
 
 }  // namespace bench

@@ -55,15 +55,15 @@ void PlotGroup(Session& session, Random& random) {
   for (size_t i = 0; i < kLinesPerGroup; ++i) {
     std::array<hdi::HT_Double_Point, 2> line;
     for (hdi::HT_Double_Point& point : line) {
-      point.x = random.Below(kAreaWidth);
-      point.y = random.Below(kAreaHeight);
+      point.x = random.Below(kA4.areaWidth);
+      point.y = random.Below(kA4.areaHeight);
     }
     session.Call<hdi::entry::Polyline>(Position::kPolyline, line.data(), int32_t{2});
   }
 }
 
 void RunJob(const Job& job, const std::string& file) {
-  Session session;
+  Session session(kA4);
   session.StartDocument(file);
   Random random(20240609);
   const double before = ResidentBytes();

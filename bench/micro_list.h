@@ -18,7 +18,7 @@ class RecordedJob {
     head->SetOpcode(hdi::OP_LIST_HEAD);
     head->next = nullptr;
     job_.head = job_.tail = head;
-    job_.printableHeight = kAreaHeight;
+    job_.printableHeight = kA4.areaHeight;
   }
   RecordedJob(const RecordedJob&) = delete;
   RecordedJob& operator=(const RecordedJob&) = delete;

@@ -21,7 +21,7 @@ enum class Paths : uint8_t { kOne, kMany };
 
 void StartPage(hdi::PlotJob& job) {
   hdi::Record(job, hdi::OP_START_PAGE,
-              hdi::StartPageData{1, kSheetWidthPoints, kSheetHeightPoints, hdi::kNoBackground, 0, 0});
+              hdi::StartPageData{1, kA4.WidthPoints(), kA4.HeightPoints(), hdi::kNoBackground, 0, 0});
 }
 
 void AddPage(RecordedJob& recorded, const Scene& scene, Paths paths) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 
 #include "bench/scene.h"
 #include "bench/text_fonts.h"
@@ -26,7 +25,6 @@ class TextDevice {
   TextDevice() {
     device_.driver = &driver_;
     driver_.OpenDevice(&device_);
-    for (size_t i = 0; i < fonts_.size(); ++i) std::ranges::copy(kFontFamilies[i], fonts_[i].lfFaceName);
   }
   TextDevice(const TextDevice&) = delete;
   TextDevice& operator=(const TextDevice&) = delete;
@@ -39,7 +37,8 @@ class TextDevice {
   void AddTexts(const Scene& scene, const TextFonts& layout) {
     for (size_t i = 0; i < scene.texts.size(); ++i) {
       const Text& text = scene.texts[i];
-      hdi::LOGFONTW font = fonts_[text.font];
+      hdi::LOGFONTW font{};
+      std::ranges::copy(scene.families[text.font], font.lfFaceName);
       font.lfEscapement = text.angle;
       const hdi::HT_Double_Point start = {text.start.x, text.start.y};
       hdi::DevText(&device_, &font, &start, text.units.data(), static_cast<int32_t>(text.units.size()),
@@ -50,7 +49,6 @@ class TextDevice {
  private:
   hdi::CPDFDriver driver_{u"bench"};
   hdi::HostDevice device_{};
-  std::array<hdi::LOGFONTW, kFontFamilies.size()> fonts_{};
 };
 
 }  // namespace bench

@@ -5,14 +5,15 @@
 #include <string>
 
 #include "bench/random.h"
+#include "bench/scene_drawing.h"
 #include "bench/scene_texts.h"
 
 namespace bench {
 namespace {
 
 Point InArea(Random& random) {
-  const double x = random.Below(kAreaWidth);
-  return {x, static_cast<double>(random.Below(kAreaHeight))};
+  const double x = random.Below(kA4.areaWidth);
+  return {x, static_cast<double>(random.Below(kA4.areaHeight))};
 }
 
 Point Near(Random& random, Point center, int32_t reach) {
@@ -43,8 +44,8 @@ Scene ClippedPolygons(double scale) {
   scene.shapesPerClip = 100;
   const size_t clips = Scaled(200, scale);
   for (size_t i = 0; i < clips; ++i) {
-    const double left = random.Below(kAreaWidth - kWidth);
-    const double top = random.Below(kAreaHeight - kHeight);
+    const double left = random.Below(kA4.areaWidth - kWidth);
+    const double top = random.Below(kA4.areaHeight - kHeight);
     const double right = left + kWidth;
     const double bottom = top + kHeight;
     const auto channel = [&] { return static_cast<uint8_t>(random.Below(256)); };
@@ -60,6 +61,26 @@ Scene ClippedPolygons(double scale) {
   return scene;
 }
 
+// Pages of polylines of ten segments and single lines in turn.
+Scene RandomPages(size_t pageCount, size_t shapesPerPage) {
+  constexpr uint32_t kLongShape = 11;
+  constexpr uint32_t kShortShape = 2;
+  Random random(20240610);
+  Scene scene;
+  scene.kind = Kind::kMixed;
+  scene.pens.push_back({kLineWidth, {}, false, {}});
+  scene.pages.resize(pageCount);
+  for (std::vector<Step>& page : scene.pages) {
+    page.push_back({Step::Kind::kPen, 0, 0});
+    for (size_t shape = 0; shape < shapesPerPage; ++shape) {
+      const uint32_t count = shape % 2 == 0 ? kLongShape : kShortShape;
+      page.push_back({Step::Kind::kPolyline, static_cast<uint32_t>(scene.points.size()), count});
+      for (uint32_t i = 0; i < count; ++i) scene.points.push_back(InArea(random));
+    }
+  }
+  return scene;
+}
+
 }  // namespace
 
 Scene MakeScene(std::string_view name, double scale) {
@@ -68,6 +89,8 @@ Scene MakeScene(std::string_view name, double scale) {
   if (name == "polygons") return ClippedPolygons(scale);
   if (name == "curves") return RandomShapes(Kind::kCurves, Scaled(50'000, scale), 4);
   if (name == "texts") return RandomTexts(Scaled(10'000, scale));
+  if (name == "drawing") return TiledDrawing(Scaled(200'000, scale));
+  if (name == "pages") return RandomPages(200, Scaled(2'000, scale));
   throw std::invalid_argument("no such scene: " + std::string(name));
 }
 

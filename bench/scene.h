@@ -25,25 +25,40 @@ struct Color {
   uint8_t blue;
 };
 
-// The sheet, A4 upright. The drawing area is its full width and so much of its height, from the bottom up, as
-// makes a whole number of dots: contestants with Y up then see whole dots, too.
-inline constexpr double kDotsPerInch = 600;
+inline constexpr int32_t kDotsPerInch = 600;
 inline constexpr double kPointsPerDot = 72.0 / kDotsPerInch;
-inline constexpr int32_t kSheetWidthTenths = 2100;
-inline constexpr int32_t kSheetHeightTenths = 2970;
-inline constexpr int32_t kTopMarginTenths = 49;
-inline constexpr int32_t kAreaWidth = 4960;   // dots
-inline constexpr int32_t kAreaHeight = 6900;  // dots: 2921 tenths of a millimetre
-inline constexpr double kSheetWidthPoints = kSheetWidthTenths * 72.0 / 254;
-inline constexpr double kSheetHeightPoints = kSheetHeightTenths * 72.0 / 254;
+inline constexpr int32_t kTenthsPerInch = 254;  // of a millimetre
 
-inline constexpr double kLineWidth = 2;  // dots
+// A sheet and its drawing area: the full width and so much of the height, from the bottom up, as makes a whole
+// number of dots and of tenths of a millimetre. Contestants with Y up then see whole dots, too.
+struct Sheet {
+  int32_t widthTenths;
+  int32_t heightTenths;
+  int32_t areaWidth;   // dots
+  int32_t areaHeight;  // dots, a multiple of 300
+
+  [[nodiscard]] constexpr double WidthPoints() const { return widthTenths * 72.0 / kTenthsPerInch; }
+  [[nodiscard]] constexpr double HeightPoints() const { return heightTenths * 72.0 / kTenthsPerInch; }
+  // From the sheet's upper edge to the area.
+  [[nodiscard]] constexpr double TopMarginPoints() const {
+    return HeightPoints() - areaHeight * kPointsPerDot;
+  }
+  [[nodiscard]] constexpr int32_t TopMarginTenths() const {
+    return heightTenths - areaHeight * kTenthsPerInch / kDotsPerInch;
+  }
+};
+
+inline constexpr Sheet kA4 = {2100, 2970, 4960, 6900};
+inline constexpr Sheet kA0 = {8410, 11890, 19866, 27900};
+
+inline constexpr int32_t kLineWidth = 2;  // dots, where the scene has no pens
 
 enum class Kind : uint8_t {
   kStrokes,  // each shape is a polyline of its own
   kCurves,   // each shape is four points of a cubic curve
   kClipped,  // each shape is a filled polygon; every so many share a clip and a colour
   kTexts,    // no shapes: texts
+  kMixed,    // no shapes: pages of steps
 };
 
 struct Clip {
@@ -51,52 +66,73 @@ struct Clip {
   Color color;
 };
 
-// The families of the texts. Each must be installed.
-inline constexpr std::array<std::string_view, 3> kFontFamilies = {"DejaVu Sans", "Liberation Serif",
-                                                                  "DejaVu Sans Mono"};
-
 struct Text {
   std::u16string units;  // none of them a surrogate
   Point start;           // of the base line
   int32_t height;        // of the em, dots
   int32_t angle;         // of the base line, tenths of a degree counter-clockwise, from 0 to below a turn
-  size_t font;           // of kFontFamilies
+  size_t font;           // of the scene's families
   Color color;
 };
 
 // The way of a text's base line, in coordinates with Y down. Quarter turns are exact.
 [[nodiscard]] Point DirectionOf(const Text& text);
 
+struct Pen {
+  int32_t width;  // dots
+  Color color;
+  bool isRound;                  // caps and joins are round, otherwise flat and mitred
+  std::vector<uint32_t> dashes;  // lengths in dots, on and off in turn; empty: solid
+};
+
+// Polygons that are filled together, by the even-odd rule. Their points follow one another.
+struct Polygons {
+  size_t first;  // of the scene's points
+  std::vector<uint32_t> counts;
+};
+
+// What a mixed scene is drawn in. Pen and brush hold until the next of their kind or the end of the page, and
+// each page begins with a pen.
+struct Step {
+  enum class Kind : uint8_t {
+    kPen,
+    kBrush,
+    kPolyline,
+    kCurves,  // a start and groups of three points
+    kPolygons,
+    kText,  // in the colour of the brush, which is also the text's own
+  };
+  Kind kind;
+  uint32_t index;  // of the scene's pens, brushes, polygons or texts, otherwise of its points
+  uint32_t count;  // of points, for polylines and curves
+};
+
 struct Scene {
   Kind kind = Kind::kStrokes;
-  size_t pointsPerShape = 0;
-  std::vector<Point> points;  // shape after shape
+  Sheet sheet = kA4;
+  size_t pointsPerShape = 0;  // 0 for scenes without shapes
+  std::vector<Point> points;  // shape after shape, or those of the steps
   std::vector<Clip> clips;    // kClipped only
   size_t shapesPerClip = 0;
-  std::vector<Text> texts;  // kTexts only
+  std::vector<std::string> families;  // of the texts' fonts, each of which must be installed
+  std::vector<Text> texts;
+  std::vector<Pen> pens;                 // this and what follows: kMixed only
+  std::vector<Color> brushes;
+  std::vector<Polygons> polygons;
+  std::vector<std::vector<Step>> pages;
 
+  [[nodiscard]] size_t PageCount() const { return kind == Kind::kMixed ? pages.size() : 1; }
   [[nodiscard]] size_t ShapeCount() const { return points.size() / pointsPerShape; }
   [[nodiscard]] std::span<const Point> Shape(size_t index) const {
     return {points.data() + index * pointsPerShape, pointsPerShape};
   }
+  [[nodiscard]] std::span<const Point> Points(const Step& step) const {
+    return {points.data() + step.index, step.count};
+  }
 };
 
-struct SceneName {
-  std::string_view name;
-  std::string_view title;
-  double allowedSize;  // what we ask of our file, as a multiple of the smallest peer's
-};
-
-inline constexpr std::array<SceneName, 5> kScenes = {{
-    {"polylines", "100,000 polylines of 10 segments", 1.01},
-    {"lines", "1,000,000 single lines", 1.01},
-    {"polygons", "20,000 filled polygons under 200 clips", 1.01},
-    {"curves", "50,000 Bezier curves", 1.01},
-    {"texts", "10,000 texts in three fonts", 1.15},
-}};
-
-// `scale` multiplies the number of shapes or texts. Throws std::invalid_argument for a name that is none of
-// the above.
+// `scale` multiplies the number of shapes, texts or steps; pages stay as many. Throws std::invalid_argument for
+// a name that is not in scene_names.h, std::runtime_error when a file of the scene cannot be read.
 [[nodiscard]] Scene MakeScene(std::string_view name, double scale);
 
 }  // namespace bench

@@ -75,8 +75,8 @@ Point Place(Random& random, const Text& text) {
   const double x = DirectionOf(text).x * length;
   const double y = DirectionOf(text).y * length;
   const double height = text.height;
-  return {Inside(random, std::min(x, 0.0) - height, std::max(x, 0.0) + height, kAreaWidth),
-          Inside(random, std::min(y, 0.0) - height, std::max(y, 0.0) + height, kAreaHeight)};
+  return {Inside(random, std::min(x, 0.0) - height, std::max(x, 0.0) + height, kA4.areaWidth),
+          Inside(random, std::min(y, 0.0) - height, std::max(y, 0.0) + height, kA4.areaHeight)};
 }
 
 }  // namespace
@@ -93,13 +93,14 @@ Scene RandomTexts(size_t count) {
   Random random(20240609);
   Scene scene;
   scene.kind = Kind::kTexts;
+  scene.families = {"DejaVu Sans", "Liberation Serif", "DejaVu Sans Mono"};
   scene.texts.reserve(count);
   for (size_t i = 0; i < count; ++i) {
     Text text{};
     text.units = Units(random);
     text.height = kLowest + random.Below(kHighest - kLowest + 1);
     text.angle = Angle(random);
-    text.font = static_cast<size_t>(random.Below(static_cast<int32_t>(kFontFamilies.size())));
+    text.font = static_cast<size_t>(random.Below(static_cast<int32_t>(scene.families.size())));
     if (random.Below(5) < 2) text.color = random.OneOf(kColors);
     text.start = Place(random, text);
     scene.texts.push_back(text);

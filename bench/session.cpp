@@ -5,8 +5,6 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "bench/scene.h"
-
 namespace bench {
 namespace {
 
@@ -35,12 +33,12 @@ hdi::HT_Driver& LoadDriver() {
 }
 
 // The sheet goes straight into the driver's part; the snapshot says that the public part has been resolved.
-void SetSheet(hdi::DriverDevMode& record) {
+void SetSheet(hdi::DriverDevMode& record, const Sheet& sheet) {
   record.dm.dmPrintQuality = static_cast<int16_t>(kDotsPerInch);
-  record.paperWidth = kSheetWidthTenths;
-  record.paperHeight = kSheetHeightTenths;
+  record.paperWidth = sheet.widthTenths;
+  record.paperHeight = sheet.heightTenths;
   record.marginLeft = record.marginRight = record.marginBottom = 0;
-  record.marginTop = kTopMarginTenths;
+  record.marginTop = sheet.TopMarginTenths();
   record.openAfterPlot = 0;
   std::memcpy(record.snapshot, &record.dm, sizeof record.dm);
 }
@@ -49,9 +47,9 @@ void SetSheet(hdi::DriverDevMode& record) {
 
 std::u16string Widen(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
-Session::Session() {
+Session::Session(const Sheet& sheet) {
   device_.driver = &LoadDriver();
-  SetSheet(*device_.driver->GetDevModePointer());
+  SetSheet(*device_.driver->GetDevModePointer(), sheet);
   device_.driver->OpenDevice(&device_);
 }
 

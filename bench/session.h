@@ -4,15 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include "bench/scene.h"
 #include "platform/border.h"
 
 namespace bench {
 
-// An open device with the scenes' sheet; closed at the end.
+// An open device with a scene's sheet; closed at the end.
 class Session {
  public:
   // Throws std::runtime_error when the module or its device list is missing.
-  Session();
+  explicit Session(const Sheet& sheet);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();

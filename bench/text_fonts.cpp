@@ -33,12 +33,12 @@ std::string FindFontFile(const std::string& family) {
 }  // namespace
 
 TextFonts::TextFonts(const Scene& scene) {
-  if (scene.kind != Kind::kTexts) return;
+  if (scene.families.empty()) return;
   if (FT_Init_FreeType(&library_) != 0) throw std::runtime_error("no font library");
-  for (size_t i = 0; i < kFontFamilies.size(); ++i) {
-    paths_[i] = FindFontFile(std::string(kFontFamilies[i]));
-    if (FT_New_Face(library_, paths_[i].c_str(), 0, &faces_[i]) != 0) {
-      throw std::runtime_error("cannot read " + paths_[i]);
+  for (const std::string& family : scene.families) {
+    const std::string& path = paths_.emplace_back(FindFontFile(family));
+    if (FT_New_Face(library_, path.c_str(), 0, &faces_.emplace_back()) != 0) {
+      throw std::runtime_error("cannot read " + path);
     }
   }
   advances_.reserve(scene.texts.size());
@@ -77,6 +77,21 @@ std::string ToUtf8(const std::u16string& units) {
     bytes += static_cast<char>(0x80 | (unit & 0x3F));
   }
   return bytes;
+}
+
+std::u16string FromUtf8(std::string_view bytes) {
+  std::u16string units;
+  for (const char signedByte : bytes) {
+    const auto byte = static_cast<unsigned char>(signedByte);
+    if ((byte & 0xC0) == 0x80) {
+      units.back() = static_cast<char16_t>(units.back() << 6 | (byte & 0x3F));
+    } else if (byte < 0x80) {
+      units += static_cast<char16_t>(byte);
+    } else {
+      units += static_cast<char16_t>(byte < 0xE0 ? byte & 0x1F : byte & 0x0F);
+    }
+  }
+  return units;
 }
 
 }  // namespace bench

@@ -1,12 +1,12 @@
-// What a program has of the scene of texts before it draws: the fonts' files and faces, and the advances in
+// What a program has of a scene's texts before it draws: the fonts' files and faces, and the advances in
 // which all contestants set the texts.
 #pragma once
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bench/scene.h"
@@ -22,9 +22,9 @@ class TextFonts {
   TextFonts& operator=(const TextFonts&) = delete;
   ~TextFonts();
 
-  [[nodiscard]] bool IsEmpty() const { return library_ == nullptr; }
+  [[nodiscard]] size_t Count() const { return faces_.size(); }
 
-  // In the order of kFontFamilies; faces have no size and belong to this object.
+  // In the order of the scene's families; faces have no size and belong to this object.
   [[nodiscard]] const std::string& Path(size_t font) const { return paths_[font]; }
   [[nodiscard]] FT_Face Face(size_t font) const { return faces_[font]; }
 
@@ -35,8 +35,8 @@ class TextFonts {
   [[nodiscard]] std::vector<double> MeasureUnits(const Text& text) const;
 
   FT_Library library_ = nullptr;
-  std::array<std::string, kFontFamilies.size()> paths_;
-  std::array<FT_Face, kFontFamilies.size()> faces_{};
+  std::vector<std::string> paths_;
+  std::vector<FT_Face> faces_;
   std::vector<std::vector<double>> advances_;
 };
 
@@ -47,5 +47,7 @@ class TextFonts {
 }
 
 [[nodiscard]] std::string ToUtf8(const std::u16string& units);
+// The reverse. `bytes` must be sound and without characters that take surrogates.
+[[nodiscard]] std::u16string FromUtf8(std::string_view bytes);
 
 }  // namespace bench
