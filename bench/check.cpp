@@ -50,7 +50,30 @@ void CheckTexts(const std::filesystem::path& file, const Scene& scene) {
   }
 }
 
+// Gray pixels of the first and the last page, with the headers of their files.
+std::string PictureOf(const std::filesystem::path& file, const Scene& scene) {
+  return OutputOf("mutool draw -q -r 72 -F pgm -o - '" + file.string() + "' 1," +
+                  std::to_string(scene.PageCount()) + " 2>/dev/null");
+}
+
 }  // namespace
+
+void CheckPicture(const std::filesystem::path& file, const std::filesystem::path& other, const Scene& scene) {
+  // Lines that cross count once in a path of them all and twice as paths of their own, at their soft edges.
+  constexpr double kTolerance = 0.1;  // of the ink
+  const std::string found = PictureOf(file, scene);
+  const std::string wanted = PictureOf(other, scene);
+  double difference = 0;
+  double ink = 0;
+  for (size_t i = 0; i < wanted.size() && i < found.size(); ++i) {
+    const int pixel = static_cast<unsigned char>(wanted[i]);
+    difference += std::abs(pixel - static_cast<unsigned char>(found[i]));
+    ink += 255 - pixel;
+  }
+  if (wanted.empty() || found.size() != wanted.size() || difference > kTolerance * ink) {
+    throw std::runtime_error(file.string() + " does not look like " + other.string());
+  }
+}
 
 void CheckFile(const std::filesystem::path& file, const Scene& scene) {
   const std::string command = "qpdf --check '" + file.string() + "' >/dev/null";

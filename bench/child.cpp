@@ -11,6 +11,8 @@
 #include <system_error>
 #include <utility>
 
+#include "bench/cores.h"
+
 namespace bench {
 namespace {
 
@@ -57,7 +59,8 @@ std::optional<ProgramRun> RunProgram(std::vector<std::string> command) {
   return ProgramRun{output, static_cast<double>(usage.ru_maxrss) * 1024};
 }
 
-std::optional<RunResult> RunContestant(std::vector<std::string> command) {
+std::optional<RunResult> RunContestant(std::vector<std::string> command, size_t cores) {
+  const CoreLimit limit(cores);
   const auto run = RunProgram(std::move(command));
   if (!run) return std::nullopt;
   return RunResult{std::atof(run->output.c_str()), run->peakBytes};

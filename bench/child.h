@@ -1,6 +1,7 @@
 // Runs a program of the benchmarks and tells what it took.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,6 +23,7 @@ struct RunResult {
 };
 
 // Nothing when the program says that it cannot express the scene. Throws std::runtime_error when it fails.
-[[nodiscard]] std::optional<RunResult> RunContestant(std::vector<std::string> command);
+// `cores`: so many it may use, 0: all.
+[[nodiscard]] std::optional<RunResult> RunContestant(std::vector<std::string> command, size_t cores);
 
 }  // namespace bench

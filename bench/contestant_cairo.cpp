@@ -227,7 +227,8 @@ void PlotScene(const Scene& scene, const std::string& path, const std::function<
   TextPainter textPainter(scene);
   start();
   const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-      cairo_pdf_surface_create(path.c_str(), scene.sheet.WidthPoints(), scene.sheet.HeightPoints()), &cairo_surface_destroy);
+      cairo_pdf_surface_create(path.c_str(), scene.sheet.WidthPoints(), scene.sheet.HeightPoints()),
+      &cairo_surface_destroy);
   const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> cairo(cairo_create(surface.get()), &cairo_destroy);
   for (size_t page = 0; page < scene.PageCount(); ++page) PaintPage(cairo.get(), scene, page, textPainter);
   cairo_surface_finish(surface.get());

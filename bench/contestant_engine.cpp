@@ -183,8 +183,8 @@ class PageFiller {
 void AddPages(FPDF_DOCUMENT document, const Scene& scene, const FontFiles& fontFiles) {
   const DocumentFonts fonts(document, fontFiles);
   for (size_t i = 0; i < scene.PageCount(); ++i) {
-    FPDF_PAGE page = FPDFPage_New(document, static_cast<int>(i), scene.sheet.WidthPoints(),
-                                  scene.sheet.HeightPoints());
+    FPDF_PAGE page =
+        FPDFPage_New(document, static_cast<int>(i), scene.sheet.WidthPoints(), scene.sheet.HeightPoints());
     PageFiller(document, page, scene, fonts).Fill(i);
     FPDFPage_GenerateContent(page);
     const auto scale = static_cast<float>(kPointsPerDot);

@@ -85,8 +85,12 @@ class Plotter {
     const uint32_t ends =
         pen.isRound ? hdi::kPenCapRound | hdi::kPenJoinRound : hdi::kPenCapFlat | hdi::kPenJoinMiter;
     const uint32_t line = pen.dashes.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
-    penWords_ = {hdi::kPenGeometric | ends | line, static_cast<uint32_t>(pen.width), 0, ToColorRef(pen.color),
-                 0, static_cast<uint32_t>(pen.dashes.size())};
+    penWords_ = {hdi::kPenGeometric | ends | line,
+                 static_cast<uint32_t>(pen.width),
+                 0,
+                 ToColorRef(pen.color),
+                 0,
+                 static_cast<uint32_t>(pen.dashes.size())};
     penWords_.insert(penWords_.end(), pen.dashes.begin(), pen.dashes.end());
     penWords_.resize(std::max(penWords_.size(), sizeof(hdi::EXTLOGPEN32) / sizeof(uint32_t)));
     Call<hdi::entry::SetPen>(Position::kSetPen, reinterpret_cast<const hdi::EXTLOGPEN32*>(penWords_.data()));
@@ -169,9 +173,9 @@ class Plotter {
         break;
       case Step::Kind::kPolygons: {
         const Polygons& polygons = scene_.polygons[step.index];
-        Call<hdi::entry::PolyPolygon>(
-            Position::kPolyPolygon, HostPoints(std::span(scene_.points).subspan(polygons.first)),
-            polygons.counts.data(), static_cast<int32_t>(polygons.counts.size()));
+        Call<hdi::entry::PolyPolygon>(Position::kPolyPolygon,
+                                      HostPoints(std::span(scene_.points).subspan(polygons.first)),
+                                      polygons.counts.data(), static_cast<int32_t>(polygons.counts.size()));
         break;
       }
       case Step::Kind::kText:

@@ -34,8 +34,8 @@ class Painter {
         scene_(scene),
         textFonts_(textFonts),
         fonts_(fonts),
-        matrix_{static_cast<float>(kPointsPerDot), 0, 0, static_cast<float>(kPointsPerDot), 0,
-                static_cast<float>(scene.sheet.TopMarginPoints())},
+        matrix_{static_cast<float>(kPointsPerDot), 0, 0,
+                static_cast<float>(kPointsPerDot), 0, static_cast<float>(scene.sheet.TopMarginPoints())},
         stroke_(fz_new_stroke_state(context)),
         space_(fz_device_rgb(context)) {
     stroke_->linewidth = static_cast<float>(kLineWidth);

@@ -70,8 +70,8 @@ class TraceReader {
     const auto style = line.at("style").get<uint32_t>();
     if (style != kSolid && style != kDashed) throw std::runtime_error("the scenes have no such pen");
     AddStep(Step::Kind::kPen, scene_.pens.size());
-    scene_.pens.push_back({line.at("width"), ToColor(line.at("color")), true,
-                           line.value("entries", std::vector<uint32_t>())});
+    scene_.pens.push_back(
+        {line.at("width"), ToColor(line.at("color")), true, line.value("entries", std::vector<uint32_t>())});
   }
 
   void SetBrush(const json& line) {
@@ -106,7 +106,8 @@ class TraceReader {
       scene_.points.push_back({center.x + a * x * std::cos(rotation) - b * y * std::sin(rotation),
                                center.y - a * x * std::sin(rotation) - b * y * std::cos(rotation)});
     };
-    const int parts = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (std::numbers::pi / 2) - 1e-9)));
+    const int parts =
+        std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (std::numbers::pi / 2) - 1e-9)));
     const double part = sweep / parts;
     const double handle = 4.0 / 3 * std::tan(part / 4);
     AddStep(Step::Kind::kCurves, scene_.points.size(), 1 + 3 * static_cast<size_t>(parts));

@@ -29,8 +29,8 @@ inline constexpr int32_t kDotsPerInch = 600;
 inline constexpr double kPointsPerDot = 72.0 / kDotsPerInch;
 inline constexpr int32_t kTenthsPerInch = 254;  // of a millimetre
 
-// A sheet and its drawing area: the full width and so much of the height, from the bottom up, as makes a whole
-// number of dots and of tenths of a millimetre. Contestants with Y up then see whole dots, too.
+// A sheet and its drawing area: the full width and so much of the height, from the bottom up, as makes a
+// whole number of dots and of tenths of a millimetre. Contestants with Y up then see whole dots, too.
 struct Sheet {
   int32_t widthTenths;
   int32_t heightTenths;
@@ -116,7 +116,7 @@ struct Scene {
   size_t shapesPerClip = 0;
   std::vector<std::string> families;  // of the texts' fonts, each of which must be installed
   std::vector<Text> texts;
-  std::vector<Pen> pens;                 // this and what follows: kMixed only
+  std::vector<Pen> pens;  // this and what follows: kMixed only
   std::vector<Color> brushes;
   std::vector<Polygons> polygons;
   std::vector<std::vector<Step>> pages;
@@ -131,8 +131,8 @@ struct Scene {
   }
 };
 
-// `scale` multiplies the number of shapes, texts or steps; pages stay as many. Throws std::invalid_argument for
-// a name that is not in scene_names.h, std::runtime_error when a file of the scene cannot be read.
+// `scale` multiplies the number of shapes, texts or steps; pages stay as many. Throws std::invalid_argument
+// for a name that is not in scene_names.h, std::runtime_error when a file of the scene cannot be read.
 [[nodiscard]] Scene MakeScene(std::string_view name, double scale);
 
 }  // namespace bench

@@ -9,7 +9,7 @@ namespace bench {
 struct SceneName {
   std::string_view name;
   std::string_view title;
-  double allowedSize;  // of our file, as a multiple of the smallest peer's; 0: no demand
+  double allowedSize;         // of our file, as a multiple of the smallest peer's; 0: no demand
   double wantedAgainstMupdf;  // the peer's time as a multiple of ours; 0: no demand
   double wantedAgainstCairo;
 };

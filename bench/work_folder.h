@@ -20,7 +20,7 @@ class WorkFolder {
     if (!keep_ && mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make a temporary folder");
     path_ = name;
     std::filesystem::create_directories(path_);
-    std::ofstream(path_ / "pdf.ini") << "[Devices]\nVersion=1\n[PDF]\nName=PDF\n";
+    WriteDeviceList({});
     setenv("HDI_APP_DIR", path_.c_str(), 1);
     setenv("HDI_USER_DIR", path_.c_str(), 1);
   }
@@ -31,6 +31,13 @@ class WorkFolder {
     if (!keep_) std::filesystem::remove_all(path_, ignored);
   }
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+
+  // Names the device's compression in its settings; empty: leaves it to the driver.
+  void WriteDeviceList(const std::string& compression) const {
+    std::ofstream list(path_ / "pdf.ini");
+    list << "[Devices]\nVersion=1\n[PDF]\nName=PDF\n";
+    if (!compression.empty()) list << "Compression=" << compression << '\n';
+  }
 
  private:
   bool keep_;

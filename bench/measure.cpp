@@ -1,0 +1,66 @@
+#include "bench/measure.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "bench/check.h"
+#include "bench/child.h"
+#include "bench/scene.h"
+
+namespace bench {
+namespace {
+namespace fs = std::filesystem;
+
+fs::path FileOf(const Contestant& contestant, const SceneName& scene, const WorkFolder& folder) {
+  return folder.Path() / fmt::format("{}-{}.pdf", scene.name, contestant.name);
+}
+
+void RunOnce(Score& score, const SceneName& scene, const Effort& effort, const WorkFolder& folder) {
+  const Contestant& contestant = score.contestant;
+  const fs::path file = FileOf(contestant, scene, folder);
+  folder.WriteDeviceList(contestant.compression);
+  const auto result = RunContestant(
+      {contestant.program, std::string(scene.name), fmt::format("{}", effort.scale), file.string()},
+      contestant.cores);
+  if (!result) return;
+  score.seconds.push_back(result->seconds);
+  score.peakBytes = std::max(score.peakBytes, result->peakBytes);
+  score.fileBytes = static_cast<double>(fs::file_size(file));
+}
+
+void Check(const std::vector<Score>& scores, const SceneName& name, const Effort& effort,
+           const WorkFolder& folder) {
+  const Scene scene = MakeScene(name.name, effort.scale);
+  const fs::path first = FileOf(scores.front().contestant, name, folder);
+  for (const Score& score : scores) {
+    if (!score.CanPlot()) continue;
+    const fs::path file = FileOf(score.contestant, name, folder);
+    CheckFile(file, scene);
+    if (file != first) CheckPicture(file, first, scene);
+  }
+}
+
+}  // namespace
+
+double Score::Median() const {
+  std::vector<double> sorted = seconds;
+  std::ranges::sort(sorted);
+  return (sorted[(sorted.size() - 1) / 2] + sorted[sorted.size() / 2]) / 2;
+}
+
+std::vector<Score> Measure(const std::vector<Contestant>& contestants, const SceneName& scene,
+                           const Effort& effort, const WorkFolder& folder) {
+  std::vector<Score> scores;
+  scores.reserve(contestants.size());
+  for (const Contestant& contestant : contestants) scores.push_back({contestant, {}, 0, 0});
+  // All take turns, so that a machine that is busy for a while is so for all of them.
+  for (int run = 0; run < effort.runs; ++run) {
+    for (Score& score : scores) RunOnce(score, scene, effort, folder);
+  }
+  if (effort.check) Check(scores, scene, effort, folder);
+  return scores;
+}
+
+}  // namespace bench
