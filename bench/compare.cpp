@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bench/guarded_main.h"
@@ -26,6 +27,7 @@ struct Options {
   std::vector<std::string> scenes;
   std::vector<std::string> compressions = {"normal", "fast"};
   bool json = false;
+  bool check = false;
   std::string keep;
 };
 
@@ -34,11 +36,13 @@ void Compare(const Options& options) {
   const WorkFolder folder(options.keep);
   nlohmann::json report = {
       {"runs", options.effort.runs}, {"scale", options.effort.scale}, {"scenes", nlohmann::json::array()}};
+  std::vector<std::pair<SceneName, std::vector<Score>>> results;
   for (const SceneName& scene : kScenes) {
     const bool wanted =
         options.scenes.empty() || std::ranges::find(options.scenes, scene.name) != options.scenes.end();
     if (!wanted) continue;
-    const std::vector<Score> scores = Measure(contestants, scene, options.effort, folder);
+    const auto& scores =
+        results.emplace_back(scene, Measure(contestants, scene, options.effort, folder)).second;
     if (options.json) {
       report["scenes"].push_back(ToJson(scene, scores));
     } else {
@@ -46,6 +50,8 @@ void Compare(const Options& options) {
     }
   }
   if (options.json) fmt::print("{}\n", report.dump(2));
+  if (!options.check) return;
+  for (const auto& [scene, scores] : results) CheckFiles(scores, scene, options.effort, folder);
 }
 
 int Main(int argc, char** argv) {
@@ -66,7 +72,7 @@ int Main(int argc, char** argv) {
                  "normal and fast")
       ->check(CLI::IsMember({"fast", "normal", "small"}));
   app.add_flag("--json", options.json, "print JSON in place of tables");
-  app.add_flag("--check", options.effort.check,
+  app.add_flag("--check", options.check,
                "let qpdf check every file, and mutool read the texts and hold the pictures against ours");
   app.add_option("--keep", options.keep, "a folder that keeps the files");
   CLI11_PARSE(app, argc, argv);

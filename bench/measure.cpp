@@ -30,18 +30,6 @@ void RunOnce(Score& score, const SceneName& scene, const Effort& effort, const W
   score.fileBytes = static_cast<double>(fs::file_size(file));
 }
 
-void Check(const std::vector<Score>& scores, const SceneName& name, const Effort& effort,
-           const WorkFolder& folder) {
-  const Scene scene = MakeScene(name.name, effort.scale);
-  const fs::path first = FileOf(scores.front().contestant, name, folder);
-  for (const Score& score : scores) {
-    if (!score.CanPlot()) continue;
-    const fs::path file = FileOf(score.contestant, name, folder);
-    CheckFile(file, scene);
-    if (file != first) CheckPicture(file, first, scene);
-  }
-}
-
 }  // namespace
 
 double Score::Median() const {
@@ -59,8 +47,19 @@ std::vector<Score> Measure(const std::vector<Contestant>& contestants, const Sce
   for (int run = 0; run < effort.runs; ++run) {
     for (Score& score : scores) RunOnce(score, scene, effort, folder);
   }
-  if (effort.check) Check(scores, scene, effort, folder);
   return scores;
+}
+
+void CheckFiles(const std::vector<Score>& scores, const SceneName& name, const Effort& effort,
+                const WorkFolder& folder) {
+  const Scene scene = MakeScene(name.name, effort.scale);
+  const fs::path first = FileOf(scores.front().contestant, name, folder);
+  for (const Score& score : scores) {
+    if (!score.CanPlot()) continue;
+    const fs::path file = FileOf(score.contestant, name, folder);
+    CheckFile(file, scene);
+    if (file != first) CheckPicture(file, first, scene);
+  }
 }
 
 }  // namespace bench

@@ -23,12 +23,15 @@ struct Score {
 struct Effort {
   int runs = 3;
   double scale = 1;
-  bool check = false;
 };
 
-// In the order of the contestants. Throws std::runtime_error when one fails or, with `check`, a file is not
-// as it should be.
+// In the order of the contestants. Throws std::runtime_error when one fails.
 [[nodiscard]] std::vector<Score> Measure(const std::vector<Contestant>& contestants, const SceneName& scene,
                                          const Effort& effort, const WorkFolder& folder);
+
+// Throws std::runtime_error when one of the files that a measurement has left is not as it should be. To be
+// called after all measurements: what this process has ever taken counts as memory of those that it starts.
+void CheckFiles(const std::vector<Score>& scores, const SceneName& name, const Effort& effort,
+                const WorkFolder& folder);
 
 }  // namespace bench
