@@ -64,8 +64,8 @@ std::string PictureOf(const std::filesystem::path& file, const Scene& scene) {
 }  // namespace
 
 void CheckPicture(const std::filesystem::path& file, const std::filesystem::path& other, const Scene& scene) {
-  // Lines that cross count once in a path of them all and twice as paths of their own, at their soft edges.
-  constexpr double kTolerance = 0.1;  // of the ink
+  // The soft edges of lines that cross count once in a path of them all, and twice as paths of their own.
+  const double tolerance = scene.kind == Kind::kStrokes ? 0.1 : 0.05;  // of the ink
   const std::string found = PictureOf(file, scene);
   const std::string wanted = PictureOf(other, scene);
   double difference = 0;
@@ -75,7 +75,7 @@ void CheckPicture(const std::filesystem::path& file, const std::filesystem::path
     difference += std::abs(pixel - static_cast<unsigned char>(found[i]));
     ink += 255 - pixel;
   }
-  if (wanted.empty() || found.size() != wanted.size() || difference > kTolerance * ink) {
+  if (wanted.empty() || found.size() != wanted.size() || difference > tolerance * ink) {
     throw std::runtime_error(file.string() + " does not look like " + other.string());
   }
 }

@@ -4,9 +4,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <numeric>
+#include <utility>
 
 #include "bench/check.h"
 #include "bench/child.h"
+#include "bench/random.h"
 #include "bench/scene.h"
 
 namespace bench {
@@ -20,6 +23,7 @@ fs::path FileOf(const Contestant& contestant, const SceneName& scene, const Work
 void RunOnce(Score& score, const SceneName& scene, const Effort& effort, const WorkFolder& folder) {
   const Contestant& contestant = score.contestant;
   const fs::path file = FileOf(contestant, scene, folder);
+  fs::remove(file);  // no contestant has to empty the file of its last run
   folder.WriteDeviceList(contestant.compression);
   const auto result = RunContestant(
       {contestant.program, std::string(scene.name), fmt::format("{}", effort.scale), file.string()},
@@ -43,9 +47,16 @@ std::vector<Score> Measure(const std::vector<Contestant>& contestants, const Sce
   std::vector<Score> scores;
   scores.reserve(contestants.size());
   for (const Contestant& contestant : contestants) scores.push_back({contestant, {}, 0, 0});
-  // All take turns, so that a machine that is busy for a while is so for all of them.
+  // All take turns, so that a machine that is busy for a while is so for all of them, and in an order of each
+  // round's own: who comes after a program of the same kind finds its caches warm.
+  Random random(20240611);
+  std::vector<size_t> order(scores.size());
+  std::iota(order.begin(), order.end(), size_t{0});
   for (int run = 0; run < effort.runs; ++run) {
-    for (Score& score : scores) RunOnce(score, scene, effort, folder);
+    for (size_t left = order.size(); left > 1; --left) {
+      std::swap(order[left - 1], order[static_cast<size_t>(random.Below(static_cast<int32_t>(left)))]);
+    }
+    for (const size_t index : order) RunOnce(scores[index], scene, effort, folder);
   }
   return scores;
 }

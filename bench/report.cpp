@@ -72,8 +72,12 @@ void PrintVerdict(const SceneName& scene, const Score& ours, const std::vector<S
     line += ',';
   }
   if (const auto size = SizeAgainstSmallest(ours, scores)) {
-    line += fmt::format(" file {:+.1f} % of the smallest peer's ({} {:+.0f} %),", (*size - 1) * 100,
-                        *size <= scene.allowedSize ? "within" : "MISSES", (scene.allowedSize - 1) * 100);
+    line += fmt::format(" file {:+.1f} % against the smallest peer's", (*size - 1) * 100);
+    if (scene.allowedSize > 0) {
+      line += fmt::format(" ({} {:+.0f} %)", *size <= scene.allowedSize ? "within" : "MISSES",
+                          (scene.allowedSize - 1) * 100);
+    }
+    line += ',';
   }
   line.pop_back();
   fmt::print("{}\n", line);

@@ -1,5 +1,6 @@
-// The scenes that all contestants draw. A scene is fixed by its name and its scale: the numbers come from a
-// generator of our own with a fixed seed, so that they are the same on every machine and for everybody.
+// The scenes that all contestants draw. A scene is fixed by its name and its scale: it comes from one of the
+// example drawings, or its numbers from a generator of our own with a fixed seed, so that it is the same on
+// every machine and for everybody.
 //
 // Coordinates are whole dots at 600 dots per inch, Y down, from the upper left corner of the drawing area.
 #pragma once
