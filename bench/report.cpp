@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace bench {
 namespace {
@@ -108,6 +111,7 @@ void PrintTable(const SceneName& scene, const std::vector<Score>& scores, double
   for (const Score& score : scores) {
     if (IsJudged(score)) PrintVerdict(scene, score, scores);
   }
+  std::fflush(stdout);  // the next scene takes its time
 }
 
 nlohmann::json ToJson(const SceneName& scene, const std::vector<Score>& scores) {
