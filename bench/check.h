@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "bench/scene.h"
 
@@ -11,8 +12,10 @@ namespace bench {
 // scene's texts.
 void CheckFile(const std::filesystem::path& file, const Scene& scene);
 
-// Throws std::runtime_error when the scene's first or last page does not look in one file as it does in the
-// other.
-void CheckPicture(const std::filesystem::path& file, const std::filesystem::path& other, const Scene& scene);
+// Gray pixels of the first and the last page of a file of the scene. Empty when it cannot be read.
+[[nodiscard]] std::string PictureOf(const std::filesystem::path& file, const Scene& scene);
+
+// Throws std::runtime_error when the file does not look like `wanted`.
+void CheckPicture(const std::filesystem::path& file, const std::string& wanted, const Scene& scene);
 
 }  // namespace bench

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <numeric>
+#include <string>
 #include <utility>
 
 #include "bench/check.h"
@@ -65,11 +66,12 @@ void CheckFiles(const std::vector<Score>& scores, const SceneName& name, const E
                 const WorkFolder& folder) {
   const Scene scene = MakeScene(name.name, effort.scale);
   const fs::path first = FileOf(scores.front().contestant, name, folder);
+  const std::string picture = PictureOf(first, scene);
   for (const Score& score : scores) {
     if (!score.CanPlot()) continue;
     const fs::path file = FileOf(score.contestant, name, folder);
     CheckFile(file, scene);
-    if (file != first) CheckPicture(file, first, scene);
+    if (file != first) CheckPicture(file, picture, scene);
   }
 }
 
