@@ -8,6 +8,7 @@
 #include "host/hdiplot/plot/transform.h"
 #include "host/hdiplot/text/font_book.h"
 #include "host/hdiplot/text/font_table.h"
+#include "host/hdiplot/text/hershey_font.h"
 #include "host/hdiplot/text/text_shaping.h"
 #include "platform/unicode.h"
 #include "tests/support/scratch.h"
@@ -73,6 +74,23 @@ TEST(StrokeFont, StandsOnTheBaseLineAsHighAsItsCapitals) {
     EXPECT_NEAR(BoxOf(*font.Strokes(u'0')).high.y, 1, 0.01) << entry.font;
     EXPECT_NEAR(BoxOf(*font.Strokes(u'0')).low.y, 0, 0.01) << entry.font;
     EXPECT_EQ(font.Advance(u'i') == font.Advance(u'W'), entry.monospaced) << entry.font;
+  }
+}
+
+// A blank, and an L whose second stroke is behind a line's end.
+TEST(HersheyFont, IsReadAsFarAsItIsWhole) {
+  const scratch::Directory folder;
+  const scratch::Variable variable("HERSHEY_FONTS_DIR", folder.Path().c_str());
+  const std::string whole = "  699  1JZ\n  700  6HVIFI[ R\nI[T[\n";
+  for (const std::string rest : {"", "  701  3JZR", "  702  ?JZRFR[", "7"}) {
+    folder.Write("small.jhf", whole + rest);
+    const std::vector<StrokeGlyph> glyphs = ReadHersheyFont("small");
+    ASSERT_EQ(glyphs.size(), 2) << rest;
+    EXPECT_EQ(glyphs[0].advance * 21, 16);
+    ASSERT_EQ(glyphs[1].strokes.size(), 2);
+    EXPECT_EQ(glyphs[1].strokes[0].size() * 10 + glyphs[1].strokes[1].size(), 22);
+    EXPECT_EQ(glyphs[1].strokes[0][0].y, 1);
+    EXPECT_EQ(glyphs[1].strokes[1][1].x * 21, 12);
   }
 }
 

@@ -7,16 +7,15 @@
 #include <string_view>
 
 #include "host/hdiplot/plot/transform.h"
-#include "host/hdiplot/system/stroke_font_file.h"
+#include "host/hdiplot/text/hershey_font.h"
 #include "host/hdiplot/text/stroke_marks.h"
 
 namespace hdiplot {
 
 namespace {
 
-constexpr double kCapHeight = 21;  // of all Hershey alphabets, in their own units, the base line at 0
-constexpr double kCell = 1;        // the advance of a monospaced font
-constexpr double kBlank = 0.75;    // of a character that nothing can draw
+constexpr double kCell = 1;      // the advance of a monospaced font
+constexpr double kBlank = 0.75;  // of a character that nothing can draw
 
 constexpr char16_t kNoBreakSpace = 0x00A0;
 
@@ -77,45 +76,23 @@ char TransliteratedPlace(char16_t unit) {
   return found != std::u16string_view::npos ? kPlaces[found] : char{0};
 }
 
+// A copy of the character at `place`; null when the font has none.
+std::unique_ptr<StrokeGlyph> GlyphAt(const std::vector<StrokeGlyph>& alphabet, char place) {
+  const size_t index = static_cast<unsigned char>(place) - size_t{' '};
+  if (place < ' ' || index >= alphabet.size()) return nullptr;
+  // Places without a character are as wide as a space.
+  if (alphabet[index].strokes.empty() && place != ' ') return nullptr;
+  return std::make_unique<StrokeGlyph>(alphabet[index]);
+}
+
 }  // namespace
 
-// One Hershey font.
-class StrokeFont::Alphabet {
- public:
-  explicit Alphabet(const std::string& name) : font_(LoadHersheyFont(name)) {}
-
-  [[nodiscard]] bool Exists() const { return font_ != nullptr; }
-
-  // Null when the font has no such character.
-  [[nodiscard]] std::unique_ptr<StrokeGlyph> Glyph(char place) const {
-    if (font_ == nullptr || place == 0) return nullptr;
-    const hershey_glyph* source = hershey_font_glyph(font_.get(), static_cast<unsigned char>(place));
-    // Places without a character are as wide as a space.
-    if (source == nullptr || (source->paths == nullptr && place != ' ')) return nullptr;
-    auto glyph = std::make_unique<StrokeGlyph>();
-    glyph->advance = source->width / kCapHeight;
-    for (const hershey_path* path = source->paths; path != nullptr; path = path->next) {
-      auto& stroke = glyph->strokes.emplace_back();
-      for (int i = 0; i < path->nverts; ++i) {
-        stroke.push_back({path->verts[i].x / kCapHeight, path->verts[i].y / kCapHeight});
-      }
-    }
-    return glyph;
-  }
-
- private:
-  struct Free {
-    void operator()(hershey_font* font) const { hershey_font_free(font); }
-  };
-  std::unique_ptr<hershey_font, Free> font_;
-};
-
 StrokeFont::StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont)
-    : own_(std::make_unique<Alphabet>(hersheyName)),
-      latin_(std::make_unique<Alphabet>("rowmans")),
-      greek_(std::make_unique<Alphabet>("greeks")),
-      cyrillic_(std::make_unique<Alphabet>("cyrilc_1")),
-      transliterated_(std::make_unique<Alphabet>("cyrillic")),
+    : own_(ReadHersheyFont(hersheyName)),
+      latin_(ReadHersheyFont("rowmans")),
+      greek_(ReadHersheyFont("greeks")),
+      cyrillic_(ReadHersheyFont("cyrilc_1")),
+      transliterated_(ReadHersheyFont("cyrillic")),
       bigFont_(bigFont),
       monospaced_(monospaced) {
   Box letters;
@@ -132,10 +109,8 @@ StrokeFont::StrokeFont(const std::string& hersheyName, bool monospaced, const Ou
   descent_ = std::min(0.0, letters.low.y);
 }
 
-StrokeFont::~StrokeFont() = default;
-
 bool StrokeFont::Exists(const std::string& hersheyName) {
-  return hersheyName.find_first_of("/\\:") == std::string::npos && Alphabet(hersheyName).Exists();
+  return hersheyName.find_first_of("/\\:") == std::string::npos && !ReadHersheyFont(hersheyName).empty();
 }
 
 double StrokeFont::Advance(char16_t unit) const {
@@ -164,16 +139,16 @@ const StrokeGlyph* StrokeFont::Strokes(char16_t unit) const {
 std::unique_ptr<StrokeGlyph> StrokeFont::Make(char16_t unit) const {
   const char ascii = unit < 0x80 ? static_cast<char>(unit) : AsciiLookalike(unit);
   if (ascii != 0) {
-    auto glyph = own_->Glyph(ascii);
-    return glyph != nullptr ? std::move(glyph) : latin_->Glyph(ascii);
+    auto glyph = GlyphAt(own_, ascii);
+    return glyph != nullptr ? std::move(glyph) : GlyphAt(latin_, ascii);
   }
   if (auto sign = DrawnSign(unit)) return std::make_unique<StrokeGlyph>(std::move(*sign));
-  if (auto glyph = greek_->Glyph(GreekPlace(unit))) return glyph;
-  if (auto glyph = cyrillic_->Glyph(CyrillicPlace(unit))) return glyph;
-  if (auto glyph = transliterated_->Glyph(TransliteratedPlace(unit))) return glyph;
+  if (auto glyph = GlyphAt(greek_, GreekPlace(unit))) return glyph;
+  if (auto glyph = GlyphAt(cyrillic_, CyrillicPlace(unit))) return glyph;
+  if (auto glyph = GlyphAt(transliterated_, TransliteratedPlace(unit))) return glyph;
   if (unit == u'э') {  // the font has it as large as the capital
-    auto glyph = transliterated_->Glyph('C');
-    constexpr double kSmall = 14 / kCapHeight;
+    auto glyph = GlyphAt(transliterated_, 'C');
+    constexpr double kSmall = 14.0 / 21;
     if (glyph != nullptr) {
       glyph->advance *= kSmall;
       for (auto& stroke : glyph->strokes) {

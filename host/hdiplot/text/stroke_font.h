@@ -7,16 +7,11 @@
 #include <vector>
 
 #include "host/hdiplot/text/outline_font.h"
+#include "host/hdiplot/text/stroke_glyph.h"
 #include "host/hdiplot/text/text_block.h"
 #include "host/hdiplot/text/unit_table.h"
 
 namespace hdiplot {
-
-// In heights of capitals, Y up, the base line at 0.
-struct StrokeGlyph {
-  double advance = 0;
-  std::vector<std::vector<Vec2>> strokes;  // polylines
-};
 
 // Not for several threads.
 class StrokeFont final : public TextFont {
@@ -24,7 +19,6 @@ class StrokeFont final : public TextFont {
   // A Hershey font by its name, "rowmans". One that is not installed has no strokes. `bigFont`, which may be
   // null and must outlive this, draws what has no strokes in any of them.
   StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont);
-  ~StrokeFont() override;
 
   [[nodiscard]] static bool Exists(const std::string& hersheyName);
 
@@ -37,12 +31,12 @@ class StrokeFont final : public TextFont {
   [[nodiscard]] const OutlineFont* BigFont() const { return bigFont_; }
 
  private:
-  class Alphabet;
+  using Alphabet = std::vector<StrokeGlyph>;  // from the space on
 
   [[nodiscard]] std::unique_ptr<StrokeGlyph> Make(char16_t unit) const;
   [[nodiscard]] std::unique_ptr<StrokeGlyph> MakeAccented(char16_t unit) const;
 
-  std::unique_ptr<Alphabet> own_, latin_, greek_, cyrillic_, transliterated_;
+  Alphabet own_, latin_, greek_, cyrillic_, transliterated_;
   const OutlineFont* bigFont_;
   bool monospaced_;
   double ascent_ = 1;

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/system/paths.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -67,6 +68,11 @@ std::string FontInFile(std::string_view name) {
     found = TextOf(font, FC_FULLNAME);
   }
   return found;
+}
+
+std::filesystem::path HersheyFontFolder() {
+  const std::filesystem::path given = PathFromEnvironment("HERSHEY_FONTS_DIR");
+  return given.empty() ? "/usr/share/hershey-fonts" : given;
 }
 
 }  // namespace hdiplot

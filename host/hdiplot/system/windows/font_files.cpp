@@ -13,6 +13,7 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/system/paths.h"
+#include "host/hdiplot/system/process.h"
 
 namespace hdiplot {
 
@@ -68,6 +69,12 @@ std::string FontInFile(std::string_view name) {
     if (std::string font = list ? FontInList(list.get(), name) : ""; !font.empty()) return font;
   }
   return {};
+}
+
+// The fonts come with the executable, beside which they lie.
+std::filesystem::path HersheyFontFolder() {
+  const std::filesystem::path given = PathFromEnvironment("HERSHEY_FONTS_DIR");
+  return given.empty() ? ExecutableFile().replace_filename("hershey-fonts") : given;
 }
 
 }  // namespace hdiplot
