@@ -37,48 +37,16 @@ std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate,
   return Segment{within(segment.from), within(segment.to)};
 }
 
-double TwiceArea(const ClipRing& ring) {
-  double twice = 0;
-  for (size_t i = 0; i < ring.size(); ++i) twice += Cross(ring[i], ring[(i + 1) % ring.size()]);
-  return twice;
-}
-
-// Turns one way only, and but once: a star of crossing sides does so several times, going to and fro.
-bool IsConvex(const ClipRing& ring) {
-  bool left = false;
-  bool right = false;
-  int timesBack = 0;
-  bool wasForth = true;
-  for (size_t i = 0; i < 2 * ring.size(); ++i) {
-    const Vec2 side = ring[(i + 1) % ring.size()] - ring[i % ring.size()];
-    const double turn = Cross(side, ring[(i + 2) % ring.size()] - ring[(i + 1) % ring.size()]);
-    left = left || turn > 0;
-    right = right || turn < 0;
-    const bool isForth = side.x > 0 || (side.x == 0 && wasForth);
-    // The first time round finds the direction that the sides come from.
-    if (i >= ring.size() && wasForth && !isForth) ++timesBack;
-    wasForth = isForth;
-  }
-  return !(left && right) && timesBack <= 1;
-}
-
 ClipRing RingAround(const Box& box) {
   return {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
 }
 
-Box BoxOf(const ClipRing& ring) {
+Box BoxOf(const ClipArea& area) {
   Box box;
-  for (const Vec2& p : ring) box.Add(p);
+  for (const ClipRing& ring : area) {
+    for (const Vec2& p : ring) box.Add(p);
+  }
   return box;
-}
-
-// What both enclose. Of two that are not convex, the one counts as its box.
-std::vector<ClipRing> Common(std::span<const ClipRing> rings, const ClipRing& outer) {
-  if (rings.size() == 1 && !IsConvex(outer) && IsConvex(rings.front())) return {Within(outer, rings.front())};
-  const ClipRing convex = IsConvex(outer) ? outer : RingAround(BoxOf(outer));
-  std::vector<ClipRing> common;
-  for (const ClipRing& ring : rings) common.push_back(Within(ring, convex));
-  return common;
 }
 
 ClipRing SheetRing(const Sheet& sheet) {
@@ -97,24 +65,6 @@ std::vector<hdi::HT_Double_Point> CornersAround(const Sheet& sheet) {
 }
 
 }  // namespace
-
-ClipRing Within(ClipRing ring, const ClipRing& convex) {
-  const double sign = TwiceArea(convex) < 0 ? -1 : 1;
-  for (size_t side = 0; side < convex.size(); ++side) {
-    const Vec2 start = convex[side];
-    const Vec2 along = (convex[(side + 1) % convex.size()] - start) * sign;
-    const ClipRing whole = std::exchange(ring, {});
-    for (size_t i = 0; i < whole.size(); ++i) {
-      const Vec2 from = whole[i];
-      const Vec2 to = whole[(i + 1) % whole.size()];
-      const double before = Cross(along, from - start);
-      const double after = Cross(along, to - start);
-      if (before >= 0) ring.push_back(from);
-      if ((before >= 0) != (after >= 0)) ring.push_back(Between(from, to, before / (before - after)));
-    }
-  }
-  return ring;
-}
 
 void Canvas::UseStroke(const Stroke& stroke) {
   if (stroke_ == stroke) return;
@@ -276,31 +226,28 @@ Vec2 Canvas::OnWholeDot(Vec2 p) const {
 }
 
 void Canvas::ClipToSheet() {
-  clips_ = {SheetRing(sheet_)};
-  SetClip(clips_);
+  clips_ = {{SheetRing(sheet_)}};
+  SetClip(clips_.back());
 }
 
-std::vector<ClipRing> Canvas::WithinClips(std::span<const ClipRing> rings) const {
-  std::vector<ClipRing> within(rings.begin(), rings.end());
-  if (!clips_.empty()) within = Common(rings, clips_.back());
+ClipArea Canvas::WithinClips(const ClipArea& area) const {
+  ClipArea within = clips_.empty() ? area : Common(area, clips_.back());
   std::erase_if(within, [](const ClipRing& ring) { return ring.size() < 3; });
   return within;
 }
 
-bool Canvas::ClipTo(std::span<const ClipRing> rings) {
-  const std::vector<ClipRing> within = WithinClips(rings);
+bool Canvas::ClipTo(const ClipArea& area) {
+  const ClipArea within = WithinClips(area);
   if (!within.empty()) SetClip(within);
   return !within.empty();
 }
 
-void Canvas::Unclip() {
-  SetClip(clips_.empty() ? std::span<const ClipRing>() : std::span(&clips_.back(), 1));
-}
+void Canvas::Unclip() { SetClip(clips_.empty() ? ClipArea() : clips_.back()); }
 
-bool Canvas::BeginView(const ClipRing& ring) {
-  std::vector<ClipRing> within = WithinClips({&ring, 1});
+bool Canvas::BeginView(const ClipArea& area) {
+  ClipArea within = WithinClips(area);
   if (within.empty()) return false;
-  clips_.push_back(std::move(within.front()));
+  clips_.push_back(std::move(within));
   Unclip();
   return true;
 }
@@ -311,12 +258,12 @@ void Canvas::EndView() {
 }
 
 // The driver takes the first clip of a page for the page's own, and any later one for a clip.
-void Canvas::SetClip(std::span<const ClipRing> rings) {
+void Canvas::SetClip(const ClipArea& area) {
   const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
   if (!hasPageClip_) device_.SetClip(page);
   hasPageClip_ = true;
   std::vector<std::vector<hdi::HT_Double_Point>> polygons;
-  for (const ClipRing& ring : rings) {
+  for (const ClipRing& ring : area) {
     polygons.emplace_back();
     for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
   }

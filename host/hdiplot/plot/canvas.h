@@ -9,16 +9,12 @@
 #include <utility>
 #include <vector>
 
+#include "host/hdiplot/plot/clip_area.h"
 #include "host/hdiplot/plot/curves.h"
 #include "host/hdiplot/plot/page_setup.h"
 #include "host/hdiplot/plot_device.h"
 
 namespace hdiplot {
-
-using ClipRing = std::vector<Vec2>;  // dots; closed from its last point to its first
-
-// The part of a ring within a convex one. What is cut away leaves edges along it, which enclose nothing.
-[[nodiscard]] ClipRing Within(ClipRing ring, const ClipRing& convex);
 
 enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
 
@@ -106,13 +102,12 @@ class Canvas {
   void PrepareClips() { Unclip(); }
   // The same, and keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
   void ClipToSheet();
-  // Keeps what follows, up to Unclip, within rings of plottable points, as the nonzero winding rule has it,
-  // and within the view and the sheet as before. False when nothing of them is there; then there is no clip
-  // to end.
-  [[nodiscard]] bool ClipTo(std::span<const ClipRing> rings);
+  // Keeps what follows, up to Unclip, within the area, and within the view and the sheet as before. False
+  // when nothing of it is there; then there is no clip to end.
+  [[nodiscard]] bool ClipTo(const ClipArea& area);
   void Unclip();
-  // The same with a ring for all that follows up to EndView, with other clips in between.
-  [[nodiscard]] bool BeginView(const ClipRing& ring);
+  // The same for all that follows up to EndView, with other clips in between.
+  [[nodiscard]] bool BeginView(const ClipArea& area);
   void EndView();
 
   // An image, which must live until the device's EndDoc.
@@ -140,8 +135,8 @@ class Canvas {
 
   void SetPen(const Pen& pen);
   [[nodiscard]] Box Seen(const Box& area) const;
-  [[nodiscard]] std::vector<ClipRing> WithinClips(std::span<const ClipRing> rings) const;
-  void SetClip(std::span<const ClipRing> rings);
+  [[nodiscard]] ClipArea WithinClips(const ClipArea& area) const;
+  void SetClip(const ClipArea& area);
   void UseFillMode(uint32_t mode);
   void CloseRing();
   void FlushPathPart();
@@ -159,7 +154,7 @@ class Canvas {
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
   bool hasPageClip_ = false;
-  std::vector<ClipRing> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
+  std::vector<ClipArea> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
   bool isMissing_ = false;
 };
 

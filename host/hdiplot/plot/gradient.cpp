@@ -107,34 +107,6 @@ class Nesting {
   Vec2 center_;
 };
 
-Box BoxOf(const Ring& ring) {
-  Box box;
-  for (const Vec2& p : ring) box.Add(p);
-  return box;
-}
-
-bool Holds(const Box& box, Vec2 p) {
-  return p.x >= box.low.x && p.x <= box.high.x && p.y >= box.low.y && p.y <= box.high.y;
-}
-
-bool IsInside(const Ring& ring, Vec2 p) {
-  bool inside = false;
-  for (size_t i = 0; i < ring.size(); ++i) {
-    const Vec2 a = ring[i];
-    const Vec2 b = ring[(i + 1) % ring.size()];
-    if ((a.y > p.y) != (b.y > p.y) && p.x < a.x + (b.x - a.x) * ((p.y - a.y) / (b.y - a.y))) inside = !inside;
-  }
-  return inside;
-}
-
-double TwiceArea(const Ring& ring) {
-  double area = 0;
-  for (size_t i = 0; i < ring.size(); ++i) {
-    area += Cross(ring[i] - ring[0], ring[(i + 1) % ring.size()] - ring[0]);
-  }
-  return area;
-}
-
 void AddRing(Canvas& canvas, const Ring& ring, const Affine& map) {
   canvas.BeginRing();
   for (const Vec2& p : ring) canvas.RingPoint(map(p));
@@ -185,30 +157,14 @@ std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vecto
   return outlines;
 }
 
-std::vector<Ring> TurnedForWinding(std::vector<Ring> rings) {
-  std::vector<Box> boxes;
-  boxes.reserve(rings.size());
-  for (const Ring& ring : rings) boxes.push_back(BoxOf(ring));
-  for (size_t i = 0; i < rings.size(); ++i) {
-    if (rings[i].empty()) continue;
-    const Vec2 p = rings[i].front();
-    bool isHole = false;
-    for (size_t k = 0; k < rings.size(); ++k) {
-      if (k != i && Holds(boxes[k], p) && IsInside(rings[k], p)) isHole = !isHole;
-    }
-    if ((TwiceArea(rings[i]) < 0) != isHole) std::ranges::reverse(rings[i]);
-  }
-  return rings;
-}
-
 void FillBands(Canvas& canvas, const GradientBands& bands, const std::vector<Ring>& rings,
                const Affine& map) {
-  std::vector<Ring> clip = TurnedForWinding(rings);
-  for (Ring& ring : clip) {
+  std::vector<Ring> onPaper = rings;
+  for (Ring& ring : onPaper) {
     for (Vec2& p : ring) p = map(p);
     if (std::erase_if(ring, [](Vec2 p) { return !Canvas::IsPlottable(p); }) > 0) canvas.NoteMissing();
   }
-  if (!canvas.ClipTo(clip)) return;
+  if (!canvas.ClipTo(EvenOddArea(onPaper))) return;
   for (size_t i = 0; i < bands.outlines.size(); ++i) {
     canvas.UseFill(bands.colors[i]);
     AddRing(canvas, bands.outlines[i], map);

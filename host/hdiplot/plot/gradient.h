@@ -19,10 +19,6 @@ namespace hdiplot {
 [[nodiscard]] std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vector<Ring>& rings,
                                                size_t count, double tolerance);
 
-// The same rings, some turned around, so that the nonzero winding rule fills what the even-odd rule fills of
-// them. They must not cross.
-[[nodiscard]] std::vector<Ring> TurnedForWinding(std::vector<Ring> rings);
-
 struct GradientBands {
   std::vector<Rgb> colors;
   std::vector<Ring> outlines;  // as many

@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 #include <optional>
-#include <span>
 
 namespace hdiplot {
 
@@ -51,12 +50,6 @@ std::optional<ImageTurn> TurnOf(const Placing& placing) {
   if (isNone(along.y) && isNone(down.x)) return ImageTurn{false, along.x < 0, down.y < 0};
   if (isNone(along.x) && isNone(down.y)) return ImageTurn{true, down.x < 0, along.y < 0};
   return std::nullopt;
-}
-
-double AreaOf(const std::vector<Vec2>& ring) {
-  double twice = 0;
-  for (size_t i = 0; i < ring.size(); ++i) twice += Cross(ring[i], ring[(i + 1) % ring.size()]);
-  return twice / 2;
 }
 
 std::vector<Vec2> Mapped(std::vector<Vec2> ring, const Affine& map) {
@@ -135,17 +128,9 @@ void ImagePlotter::DrawFrame(const ImageEntity& image, const Affine& map, const 
   canvas_.Polyline(ring);
 }
 
-// Clips know the winding rule only, by which a ring within another cuts a hole when it runs the other way.
 bool ImagePlotter::Clip(const ImageEntity& image, const Affine& map) {
-  constexpr double kWhole = 1 - 1e-9;
-  const ClipRing clip = Mapped(image.clip, map);
-  if (!image.clipInverted) return canvas_.ClipTo(std::span(&clip, 1));
-  const ClipRing frame = Mapped(FrameOf(image), map);
-  ClipRing hole = Within(clip, frame);
-  const double share = AreaOf(hole) / AreaOf(frame);
-  if (std::abs(share) >= kWhole) return false;
-  if (share > 0) std::ranges::reverse(hole);
-  return canvas_.ClipTo(std::array{frame, hole});
+  const ClipArea clip = {Mapped(image.clip, map)};
+  return canvas_.ClipTo(image.clipInverted ? Without({Mapped(FrameOf(image), map)}, clip) : clip);
 }
 
 // Null when the image cannot be shown.

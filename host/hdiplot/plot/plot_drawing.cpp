@@ -120,7 +120,7 @@ bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) 
     ++tooFarOff_;
     return false;
   }
-  if (!canvas_.BeginView(outline)) return false;
+  if (!canvas_.BeginView({outline})) return false;
   ShapeScale scale = scale_;
   scale.dotsPerUnit *= viewport.scale;
   if (!drawing_.paperLineTypes) scale.dotsPerLineTypeUnit *= viewport.scale;
