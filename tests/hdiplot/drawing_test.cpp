@@ -63,7 +63,7 @@ class Drawings : public testing::Test {
   // Of the preview.
   [[nodiscard]] size_t InkedPixels(const std::string& words) const {
     (void)place.RunReal(words + " --preview out.png --preview-dpi 50");
-    const hdiplot::ImageData image = hdiplot::ReadImageFile(place.Path("out.png"));
+    const hdiplot::ImageData image = hdiplot::ReadImageFile(place.Path("out.png")).image;
     size_t inked = 0;
     for (size_t i = 0; i < image.pixels.size(); i += 4) inked += image.pixels[i] < 128 ? 1 : 0;
     return inked;
@@ -174,7 +174,7 @@ TEST_F(Drawings, HaveAPictureOfTheirFirstPage) {
   place.Fetch("half_red.jsonl");
   const Outcome outcome = place.RunReal("half_red.jsonl -o job.pdf --preview job.png --preview-dpi 50");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
-  const hdiplot::ImageData image = hdiplot::ReadImageFile(place.Path("job.png"));
+  const hdiplot::ImageData image = hdiplot::ReadImageFile(place.Path("job.png")).image;
   ASSERT_EQ(image.bitCount, 32);
   EXPECT_EQ(std::pair(image.width, image.height), std::pair(200, 100));
   const auto blueAt = [&image](size_t column) { return image.pixels[(size_t{200} * 50 + column) * 4]; };

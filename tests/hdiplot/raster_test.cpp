@@ -30,7 +30,7 @@ TEST(Raster, EncodesItsColorsInMemoryOrder) {
     uint64_t size = 0;
     uint8_t* data = raster.EncodeToMemory("jpeg", 50, &size);
     ASSERT_NE(data, nullptr);
-    const ImageData decoded = ReadImageFile(directory.Write("a.jpg", {data, data + size}));
+    const ImageData decoded = ReadImageFile(directory.Write("a.jpg", {data, data + size})).image;
     raster.FreeEncoded(data);
     ASSERT_EQ(decoded.pixels.size(), 16U * 16 * 4);
     const uint8_t* first = decoded.pixels.data();

@@ -1,5 +1,5 @@
 // Image files of all formats and depths, good and bad. The good ones, in images/, were made byte by byte, the
-// JPEG files and lzw.tif by Poppler.
+// JPEG files and lzw.tif by Poppler, those of inks by Pillow.
 #include "host/hdiplot/image/image_file.h"
 
 #include <fmt/format.h>
@@ -56,6 +56,7 @@ std::string ErrorOf(const std::filesystem::path& file) {
 
 TEST(ImageFiles, AreReadFromTheTopInTheirOwnDepth) {
   const std::string colors = "|ff0000 00ff00 0000ff|000000 ffffff 808080";
+  const std::string grays = "|000000 323232 646464|969696 c8c8c8 ffffff";
   const std::string bits = "1|wbwwbbbbw|bbbbbbbwb";
   const std::pair<const char*, std::string> cases[] = {
       {"rgb.png", "32" + colors},
@@ -69,23 +70,35 @@ TEST(ImageFiles, AreReadFromTheTopInTheirOwnDepth) {
       {"rgb_from_the_top.bmp", "32" + colors},
       {"palette_8_bits.bmp", "8" + colors},
       {"palette_4_bits.bmp", "8" + colors},
+      {"core_header.bmp", "8" + colors},
+      {"masks_16_bits.bmp", "32|ff0000 00ff00 0000ff|000000 ffffff 838183"},
+      {"masks_with_alpha.bmp", "32 alpha|ff0000/00 00ff00/7f 0000ff|000000 ffffff 808080"},
       {"bitonal.bmp", bits},
       {"two_pages.tif", "32" + colors},
       {"palette_4_bits.tif", "8" + colors},
-      {"grey.tif", "8|000000 323232 646464|969696 c8c8c8 ffffff"},
+      {"planes.tif", "32" + colors},
+      {"tiles.tif", "32" + colors},
+      {"inks.tif", "32" + colors},
+      {"grey.tif", "8" + grays},
+      {"grey_untold_samples.tif", "8" + grays},
+      {"grey_16_bits.tif", "8" + grays},
+      {"grey_with_alpha.tif", "32 alpha|000000/00 323232/7f 646464|969696 c8c8c8 ffffff"},
       {"bitonal_white_is_zero.tif", bits},
       {"two_frames.gif", "8" + colors},
       {"own_palette.gif", "8" + colors},
       {"clear.gif", "8 alpha|ff0000 00ff00 0000ff/00|000000 ffffff 808080"},
   };
-  for (const auto& [name, wanted] : cases) EXPECT_EQ(Describe(ReadImageFile(kFolder / name)), wanted) << name;
+  for (const auto& [name, wanted] : cases)
+    EXPECT_EQ(Describe(ReadImageFile(kFolder / name).image), wanted) << name;
 }
 
 TEST(ImageFiles, MayBeCompressed) {
   const std::string green = "|00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00 00ff00";
-  EXPECT_EQ(Describe(ReadImageFile(kFolder / "runs.bmp")), "8" + green + green + green);
-  EXPECT_EQ(RowText(ReadImageFile(kFolder / "runs.tif"), 2).substr(49, 13), "969696 969696");
-  const ImageData lzw = ReadImageFile(kFolder / "lzw.tif");
+  EXPECT_EQ(Describe(ReadImageFile(kFolder / "runs.bmp").image), "8" + green + green + green);
+  EXPECT_EQ(Describe(ReadImageFile(kFolder / "runs_4_bits.bmp").image),
+            "8|ff0000 00ff00 0000ff|000000 ffffff 808080");
+  EXPECT_EQ(RowText(ReadImageFile(kFolder / "runs.tif").image, 2).substr(49, 13), "969696 969696");
+  const ImageData lzw = ReadImageFile(kFolder / "lzw.tif").image;
   EXPECT_EQ(RowText(lzw, 7).substr(49, 13), "c81e28 1464c8");
 }
 
@@ -99,14 +112,17 @@ TEST(ImageFiles, OfJpegComeNearTheirColors) {
   const auto expectNear = [](Color color, Color wanted) {
     for (size_t i = 0; i < 4; ++i) EXPECT_NEAR(color[i], wanted[i], 3);
   };
-  const ImageData colors = ReadImageFile(kFolder / "rgb.jpg");
+  const ImageData colors = ReadImageFile(kFolder / "rgb.jpg").image;
   EXPECT_EQ(colors.bitCount, 32);
   EXPECT_EQ(colors.width * 100 + colors.height, 1608);
   expectNear(pixel(colors, 1, 1), {40, 30, 200, 255});
   expectNear(pixel(colors, 14, 6), {200, 100, 20, 255});
-  const ImageData grey = ReadImageFile(kFolder / "grey.jpg");
+  const ImageData grey = ReadImageFile(kFolder / "grey.jpg").image;
   EXPECT_EQ(grey.bitCount, 8);
   expectNear(pixel(grey, 7, 7), {82, 82, 82, 255});
+  for (const char* name : {"inks.jpg", "inks_adobe.jpg"}) {
+    expectNear(pixel(ReadImageFile(kFolder / name).image, 3, 3), {122, 40, 204, 255});
+  }
 }
 
 std::string Word(uint32_t value, int bytes = 4) {
@@ -121,7 +137,7 @@ TEST(ImageFiles, ThatCannotBeUsedSayWhy) {
            Word(bits, 2) + std::string(24, '\0');
   };
   const std::string gif = "GIF89a" + Word(1, 2) + Word(1, 2) + std::string(3, '\0') + "\x21\xf9\x04" +
-                          std::string(5, '\0') + "," + Word(0) + Word(65535, 2) + Word(65535, 2);
+                          std::string(5, '\0') + "," + Word(0) + Word(65535, 2) + Word(65535, 2) + Word(8, 2);
   const std::string tooLarge = ": the image is too large: ";
   const std::string broken = ": the image is broken";
   const std::string unknown = ": not a PNG, JPEG, BMP, TIFF or GIF image";
@@ -147,18 +163,37 @@ TEST(ImageFiles, ThatCannotBeUsedSayWhy) {
   EXPECT_EQ(ErrorOf(kFolder), unknown);
 }
 
-TEST(ImageFiles, ThatAreCutShortAreBroken) {
-  const scratch::Directory place;
-  const std::pair<const char*, uintmax_t> cases[] = {
-      {"rgb.png", 20},    {"rgb.jpg", 20},           {"rgb.bmp", 1},  {"rgb_from_the_top.bmp", 1},
-      {"bitonal.bmp", 1}, {"palette_4_bits.bmp", 1}, {"runs.tif", 1}, {"own_palette.gif", 15},
+TEST(ImageFiles, ThatAreCutShortAreReadAsFarAsTheyGo) {
+  struct Case {
+    const char* name;
+    uintmax_t missing;  // bytes
+    std::string rows;   // none: nothing can be used
   };
-  for (const auto& [name, bytes] : cases) {
+  const Case cases[] = {
+      {"rgb.png", 20, "32|ff0000 00ff00 0000ff|000000 ffffff 808080"},
+      {"rgb.png", 26, "32|ff0000 00ff00 0000ff|ffffff ffffff ffffff"},
+      {"rgb.bmp", 1, "32|ffffff ffffff ffffff|000000 ffffff 808080"},
+      {"rgb_from_the_top.bmp", 1, "32|ff0000 00ff00 0000ff|ffffff ffffff ffffff"},
+      {"palette_4_bits.bmp", 1, "8|ffffff ffffff ffffff|000000 ffffff 808080"},
+      {"bitonal.bmp", 1, "1|wwwwwwwww|bbbbbbbwb"},
+      {"runs_4_bits.bmp", 8, "8|ffffff ffffff ffffff|000000 ffffff 808080"},
+      {"grey.tif", 1, "8|000000 323232 646464|ffffff ffffff ffffff"},
+      {"rgb.bmp", 13, ""},
+      {"runs.tif", 1, ""},
+      {"own_palette.gif", 15, ""},
+      {"rgb.jpg", 20, ""},
+  };
+  const scratch::Directory place;
+  for (const auto& [name, missing, rows] : cases) {
     const std::filesystem::path file = place.Path(name);
-    std::filesystem::copy_file(kFolder / name, file);
-    EXPECT_EQ(ErrorOf(file), "") << name;
-    std::filesystem::resize_file(file, std::filesystem::file_size(file) - bytes);
-    EXPECT_EQ(ErrorOf(file), ": the image is broken") << name;
+    std::filesystem::copy_file(kFolder / name, file, std::filesystem::copy_options::overwrite_existing);
+    EXPECT_TRUE(ReadImageFile(file).isWhole) << name;
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) - missing);
+    EXPECT_EQ(ErrorOf(file), rows.empty() ? ": the image is broken" : "") << name;
+    if (rows.empty()) continue;
+    const DecodedImage decoded = ReadImageFile(file);
+    EXPECT_FALSE(decoded.isWhole) << name;
+    EXPECT_EQ(Describe(decoded.image), rows) << name;
   }
 }
 
@@ -171,6 +206,19 @@ TEST(Turned, GivesPalettesTheSameTurns) {
   const ImageData turned = Turned(image, {true, true, false});
   EXPECT_EQ(turned.width, 2);
   EXPECT_EQ(turned.pixels, (std::vector<uint8_t>{4, 1, 0, 0, 5, 2, 0, 0, 6, 3, 0, 0}));
+}
+
+TEST(ImageBook, TellsOnceWhatIsMissingOfAnImage) {
+  const scratch::Directory place;
+  std::filesystem::copy_file(kFolder / "rgb.bmp", place.Path("a.bmp"));
+  std::filesystem::resize_file(place.Path("a.bmp"), std::filesystem::file_size(place.Path("a.bmp")) - 1);
+  std::vector<std::string> messages;
+  ImageBook book([&messages](const std::string& message) { messages.push_back(message); });
+  EXPECT_NE(book.Find(place.Path(), "a.bmp", {}), nullptr);
+  EXPECT_NE(book.Find(place.Path(), "a.bmp", {}, {true}), nullptr);
+  EXPECT_EQ(messages,
+            std::vector{place.Path("a.bmp") + ": the image is damaged; what can be read of it is plotted"});
+  EXPECT_TRUE(book.HasUnusable());
 }
 
 TEST(ImageBook, KeepsEachFormOfAnImage) {

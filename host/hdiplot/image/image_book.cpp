@@ -49,7 +49,11 @@ Raster* ImageBook::Decoded(const std::filesystem::path& file) {
   const auto [entry, isNew] = decoded_.try_emplace(file, nullptr);
   if (!isNew) return entry->second;
   try {
-    entry->second = &Keep(ReadImageFile(file));
+    DecodedImage decoded = ReadImageFile(file);
+    entry->second = &Keep(std::move(decoded.image));
+    if (!decoded.isWhole) {
+      ReportUnusable(FileError(file, 0, "the image is damaged; what can be read of it is plotted").what());
+    }
   } catch (const FileError& error) {
     ReportUnusable(error.what());
   } catch (const std::bad_alloc&) {

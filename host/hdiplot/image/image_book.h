@@ -19,7 +19,7 @@ class ImageBook {
  public:
   using Report = std::function<void(const std::string& message)>;
 
-  // `report` gets one message for each file that cannot be used.
+  // `report` gets one message for each file that cannot be used, or only in part.
   explicit ImageBook(Report report = {}) : report_(std::move(report)) {}
   ImageBook(const ImageBook&) = delete;
   ImageBook& operator=(const ImageBook&) = delete;
@@ -37,7 +37,7 @@ class ImageBook {
     return records_.emplace_back(hdi::HostImageRecord{&raster, corner.x, corner.y, scaleX, {}, scaleY});
   }
 
-  // Reports an image for which no file is known. Once for each message.
+  // Reports what is missing of an image, or that no file is known for it. Once for each message.
   void ReportUnusable(const std::string& message);
 
   [[nodiscard]] bool HasUnusable() const { return !unusable_.empty(); }

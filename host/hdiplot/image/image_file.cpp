@@ -8,8 +8,6 @@
 #include <utility>
 
 #include "host/hdiplot/errors.h"
-#include "host/hdiplot/image/bmp_check.h"
-#include "host/hdiplot/image/image_decoder.h"
 
 namespace hdiplot {
 
@@ -43,7 +41,7 @@ void LookAtAlpha(ImageData& image) {
 
 }  // namespace
 
-ImageData ReadImageFile(const std::filesystem::path& file) {
+DecodedImage ReadImageFile(const std::filesystem::path& file) {
   std::error_code unknown;
   if (!std::filesystem::exists(file, unknown)) throw FileError(file, 0, "no such image file");
   const bool isFile = std::filesystem::is_regular_file(file, unknown);
@@ -56,10 +54,10 @@ ImageData ReadImageFile(const std::filesystem::path& file) {
                     "the image is too large: " + std::to_string(size->width) + " x " +
                         std::to_string(size->height) + " pixels");
   }
-  std::optional<ImageData> image = IsCutBmp(file) ? std::nullopt : decoder->Decode();
-  if (!image) throw FileError(file, 0, "the image is broken");
-  LookAtAlpha(*image);
-  return std::move(*image);
+  std::optional<DecodedImage> decoded = decoder->Decode();
+  if (!decoded) throw FileError(file, 0, "the image is broken");
+  LookAtAlpha(decoded->image);
+  return std::move(*decoded);
 }
 
 }  // namespace hdiplot

@@ -9,6 +9,6 @@
 namespace hdiplot {
 
 // Throws std::bad_alloc, as nothing else can fail.
-[[nodiscard]] std::vector<uint8_t> EncodePng(hdi::engine::PagePicture picture, int dotsPerInch);
+[[nodiscard]] std::vector<uint8_t> EncodePng(const hdi::engine::PagePicture& picture, int dotsPerInch);
 
 }  // namespace hdiplot

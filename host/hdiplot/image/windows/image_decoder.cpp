@@ -1,11 +1,13 @@
-// Images through the Windows Imaging Component.
+// Images through the Windows Imaging Component, but for BMP, of which it would not tell that a file is cut
+// off.
 #include "host/hdiplot/image/image_decoder.h"
 
-#include <array>
-#include <string_view>
 #include <utility>
 
-#include "host/hdiplot/image/gif_size.h"
+#include "host/hdiplot/image/bmp_decoder.h"
+#include "host/hdiplot/image/image_format.h"
+#include "host/hdiplot/image/pixel_rows.h"
+#include "host/hdiplot/image/windows/gif_size.h"
 #include "host/hdiplot/image/windows/pixel_forms.h"
 #include "host/hdiplot/image/windows/wic.h"
 #include "host/hdiplot/system/files.h"
@@ -14,34 +16,22 @@ namespace hdiplot {
 
 namespace {
 
-using namespace std::string_view_literals;
-
-struct Format {
-  std::string_view start;  // of the file
-  const GUID& container;
-};
-
-const Format kFormats[] = {{"\x89PNG\r\n\x1a\n"sv, GUID_ContainerFormatPng},
-                           {"\xff\xd8\xff"sv, GUID_ContainerFormatJpeg},
-                           {"BM"sv, GUID_ContainerFormatBmp},
-                           {"II*\0"sv, GUID_ContainerFormatTiff},
-                           {"MM\0*"sv, GUID_ContainerFormatTiff},
-                           {"GIF8"sv, GUID_ContainerFormatGif}};
-
-const Format* FormatOf(const std::filesystem::path& file) {
-  const FileStream stream = OpenToRead(file);
-  if (!stream) return nullptr;
-  std::array<char, 8> bytes{};
-  const std::string_view start(bytes.data(), std::fread(bytes.data(), 1, bytes.size(), stream.get()));
-  for (const Format& format : kFormats) {
-    if (start.starts_with(format.start)) return &format;
+const GUID& ContainerOf(ImageFormat format) {
+  switch (format) {
+    case ImageFormat::kPng:
+      return GUID_ContainerFormatPng;
+    case ImageFormat::kJpeg:
+      return GUID_ContainerFormatJpeg;
+    case ImageFormat::kTiff:
+      return GUID_ContainerFormatTiff;
+    default:
+      return GUID_ContainerFormatGif;
   }
-  return nullptr;
 }
 
 class WicDecoder final : public ImageDecoder {
  public:
-  WicDecoder(std::filesystem::path file, const Format& format)
+  WicDecoder(std::filesystem::path file, ImageFormat format)
       : file_(std::move(file)), format_(format), factory_(session_.MakeFactory()) {}
 
   std::optional<ImageSize> Size() override {
@@ -53,30 +43,33 @@ class WicDecoder final : public ImageDecoder {
     return ImageSize{width, height, BitsOf(*factory_, *frame_)};
   }
 
-  std::optional<ImageData> Decode() override {
+  // The component gives no part of an image whose file is cut off.
+  std::optional<DecodedImage> Decode() override {
     Open();
     if (!frame_) return std::nullopt;
-    std::optional<ImageData> image = ReadPixels(*factory_, *frame_, format_.container);
-    if (image && IsGif()) PackTwoColors(*image);
-    return image;
+    std::optional<ImageData> image = ReadPixels(*factory_, *frame_);
+    if (!image) return std::nullopt;
+    if (IsGif()) PackTwoColors(*image);
+    return DecodedImage{std::move(*image)};
   }
 
  private:
-  [[nodiscard]] bool IsGif() const { return format_.container == GUID_ContainerFormatGif; }
+  [[nodiscard]] bool IsGif() const { return format_ == ImageFormat::kGif; }
 
   void Open() {
     if (frame_ || !factory_) return;
     stream_ = MadeBy<IWICStream>([&](IWICStream** made) { return factory_->CreateStream(made); });
     if (!stream_ || FAILED(stream_->InitializeFromFilename(file_.c_str(), GENERIC_READ))) return;
-    decoder_ = MadeBy<IWICBitmapDecoder>(
-        [&](IWICBitmapDecoder** made) { return factory_->CreateDecoder(format_.container, nullptr, made); });
+    decoder_ = MadeBy<IWICBitmapDecoder>([&](IWICBitmapDecoder** made) {
+      return factory_->CreateDecoder(ContainerOf(format_), nullptr, made);
+    });
     if (!decoder_ || FAILED(decoder_->Initialize(stream_.get(), WICDecodeMetadataCacheOnDemand))) return;
     frame_ = MadeBy<IWICBitmapFrameDecode>(
         [&](IWICBitmapFrameDecode** made) { return decoder_->GetFrame(0, made); });
   }
 
   std::filesystem::path file_;
-  const Format& format_;
+  ImageFormat format_;
   ImagingSession session_;  // before the objects
   Object<IWICImagingFactory> factory_;
   Object<IWICStream> stream_;
@@ -87,8 +80,11 @@ class WicDecoder final : public ImageDecoder {
 }  // namespace
 
 std::unique_ptr<ImageDecoder> OpenImage(const std::filesystem::path& file) {
-  const Format* format = FormatOf(file);
-  return format == nullptr ? nullptr : std::make_unique<WicDecoder>(file, *format);
+  FileStream stream = OpenToRead(file);
+  const auto format = stream ? FormatOf(stream.get()) : std::nullopt;
+  if (!format) return nullptr;
+  if (*format == ImageFormat::kBmp) return OpenBmp(std::move(stream));
+  return std::make_unique<WicDecoder>(file, *format);
 }
 
 }  // namespace hdiplot

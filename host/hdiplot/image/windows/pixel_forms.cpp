@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
+#include "host/hdiplot/image/pixel_rows.h"
+
 namespace hdiplot {
 
 namespace {
-
-using Color = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
 // Pixels that are numbers: places in a palette, or grays from black to white.
 struct NumberForm {
@@ -80,17 +80,7 @@ void TakeEach(const Rows& rows, size_t bytes, ImageData& image, const Take& take
   }
 }
 
-std::vector<Color> Grays(int32_t bits) {
-  std::vector<Color> grays;
-  const int last = (1 << bits) - 1;
-  for (int i = 0; i <= last; ++i) {
-    const auto gray = static_cast<uint8_t>(i * 255 / last);
-    grays.push_back({gray, gray, gray, 255});
-  }
-  return grays;
-}
-
-std::optional<std::vector<Color>> PaletteOf(IWICImagingFactory& factory, IWICBitmapSource& source) {
+std::optional<std::vector<PixelColor>> PaletteOf(IWICImagingFactory& factory, IWICBitmapSource& source) {
   const auto palette = MadeBy<IWICPalette>([&](IWICPalette** made) { return factory.CreatePalette(made); });
   std::array<WICColor, 256> words{};
   UINT count = 0;
@@ -98,27 +88,13 @@ std::optional<std::vector<Color>> PaletteOf(IWICImagingFactory& factory, IWICBit
       FAILED(palette->GetColors(static_cast<UINT>(words.size()), words.data(), &count))) {
     return std::nullopt;
   }
-  std::vector<Color> colors;
+  std::vector<PixelColor> colors;
   for (UINT i = 0; i < count; ++i) {
     const WICColor word = words[i];
     colors.push_back({static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8),
                       static_cast<uint8_t>(word >> 16), static_cast<uint8_t>(word >> 24)});
   }
   return colors;
-}
-
-// Numbers of 2 or 4 bits, the first in the upper ones of a byte.
-void Unpack(const Rows& rows, int32_t bits, ImageData& image) {
-  const auto size = static_cast<size_t>(bits);
-  const size_t rowBytes = RowBytes(image.width, image.bitCount);
-  image.pixels.resize(rowBytes * static_cast<size_t>(image.height));
-  for (size_t y = 0; y < static_cast<size_t>(image.height); ++y) {
-    for (size_t x = 0; x < static_cast<size_t>(image.width); ++x) {
-      const unsigned byte = rows.pixels[y * rows.bytes + x * size / 8];
-      const size_t below = 8 - size - x * size % 8;
-      image.pixels[y * rowBytes + x] = static_cast<uint8_t>(byte >> below & ((1U << bits) - 1));
-    }
-  }
 }
 
 std::optional<ImageData> ReadNumbers(IWICImagingFactory& factory, IWICBitmapSource& source,
@@ -133,7 +109,10 @@ std::optional<ImageData> ReadNumbers(IWICImagingFactory& factory, IWICBitmapSour
   } else if (form.bits == image.bitCount) {
     image.pixels = std::move(rows->pixels);
   } else {
-    Unpack(*rows, form.bits, image);
+    image.pixels.resize(RowBytes(image.width, 8) * static_cast<size_t>(image.height));
+    for (int32_t y = 0; y < image.height; ++y) {
+      Unpack(&rows->pixels[static_cast<size_t>(y) * rows->bytes], form.bits, image.width, RowOf(image, y));
+    }
   }
   return image;
 }
@@ -158,10 +137,7 @@ std::optional<ImageData> ReadInks(IWICBitmapSource& source, ImageData image) {
   if (!rows) return std::nullopt;
   image.bitCount = 32;
   TakeEach(*rows, 4, image, [](const uint8_t* from, uint8_t* to) {
-    for (size_t i = 0; i < 3; ++i) {
-      to[2 - i] = static_cast<uint8_t>((255 - from[i]) * (255 - from[3]) / 255);
-    }
-    to[3] = 255;
+    std::ranges::copy(ColorOfInks(from[0], from[1], from[2], from[3]), to);
   });
   return image;
 }
@@ -202,8 +178,7 @@ uint64_t BitsOf(IWICImagingFactory& factory, IWICBitmapSource& source) {
   return info && SUCCEEDED(info->GetBitsPerPixel(&bits)) ? bits : kUsual;
 }
 
-std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSource& source,
-                                    const GUID& container) {
+std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSource& source) {
   WICPixelFormatGUID format{};
   UINT width = 0;
   UINT height = 0;
@@ -216,25 +191,8 @@ std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSourc
   }
   if (const auto* form = FindForm(kDeepForms, format)) return ReadDeep(source, *form, std::move(image));
   if (format == GUID_WICPixelFormat32bppCMYK) return ReadInks(source, std::move(image));
-  // The form with an unused fourth byte is what BMP files without a word about alpha have; some put it there.
-  const bool hasHiddenAlpha = format == GUID_WICPixelFormat32bppBGR && container == GUID_ContainerFormatBmp;
-  if (hasHiddenAlpha || format == GUID_WICPixelFormat32bppBGRA) return ReadColors(source, std::move(image));
+  if (format == GUID_WICPixelFormat32bppBGRA) return ReadColors(source, std::move(image));
   return ReadConverted(factory, source, std::move(image));
-}
-
-void PackTwoColors(ImageData& image) {
-  if (image.bitCount != 8 || image.palette.size() != 2) return;
-  const size_t rowBytes = RowBytes(image.width, 8);
-  const std::vector<uint8_t> numbers = std::move(image.pixels);
-  image.bitCount = 1;
-  const size_t packedBytes = RowBytes(image.width, 1);
-  image.pixels.assign(packedBytes * static_cast<size_t>(image.height), 0);
-  for (size_t y = 0; y < static_cast<size_t>(image.height); ++y) {
-    for (size_t x = 0; x < static_cast<size_t>(image.width); ++x) {
-      const unsigned bit = numbers[y * rowBytes + x] & 1U;
-      image.pixels[y * packedBytes + x / 8] |= static_cast<uint8_t>(bit << (7 - x % 8));
-    }
-  }
 }
 
 }  // namespace hdiplot

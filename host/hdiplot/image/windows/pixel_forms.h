@@ -12,11 +12,7 @@ namespace hdiplot {
 // Bits a pixel of the form that the image has.
 [[nodiscard]] uint64_t BitsOf(IWICImagingFactory& factory, IWICBitmapSource& source);
 
-// As ImageDecoder::Decode returns it, for an image of a file of the format `container`.
-[[nodiscard]] std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSource& source,
-                                                  const GUID& container);
-
-// Gives an image whose palette has two entries one bit a pixel, of 8 before.
-void PackTwoColors(ImageData& image);
+// As ImageDecoder::Decode returns it.
+[[nodiscard]] std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSource& source);
 
 }  // namespace hdiplot

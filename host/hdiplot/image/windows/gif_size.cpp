@@ -1,6 +1,6 @@
 // Behind the screen and its palette stand extensions, which are chains of blocks with their lengths before
 // them.
-#include "host/hdiplot/image/gif_size.h"
+#include "host/hdiplot/image/windows/gif_size.h"
 
 #include <array>
 #include <fstream>
