@@ -13,6 +13,7 @@
 #include "host/hdiplot/drawing_pages.h"
 #include "host/hdiplot/job.h"
 #include "host/hdiplot/module.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/paper_plan.h"
 #include "host/hdiplot/plot/plot_drawing.h"
 #include "host/hdiplot/plot/wildcard.h"
@@ -35,7 +36,7 @@ std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& file
 }
 
 // Layers need no entry in a drawing's table.
-std::set<std::u16string> FoldedLayerNames(const std::vector<Drawing>& drawings) {
+std::set<std::string> FoldedLayerNames(const std::vector<Drawing>& drawings) {
   std::set<std::string> names;
   const auto addAll = [&names](const std::vector<Entity>& entities) {
     for (const Entity& entity : entities) names.insert(entity.attributes.layer);
@@ -45,17 +46,17 @@ std::set<std::u16string> FoldedLayerNames(const std::vector<Drawing>& drawings) 
     for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
     addAll(drawing.entities);
   }
-  std::set<std::u16string> folded;
-  for (const std::string& name : names) folded.insert(FoldedCase(name));
+  std::set<std::string> folded;
+  for (const std::string& name : names) folded.insert(FoldedName(name));
   return folded;
 }
 
 void WarnOfUnmatchedPatterns(const std::vector<std::string>& patterns, const std::vector<Drawing>& drawings) {
   if (patterns.empty()) return;
-  const std::set<std::u16string> names = FoldedLayerNames(drawings);
+  const std::set<std::string> names = FoldedLayerNames(drawings);
   for (const std::string& pattern : patterns) {
     const bool matches = std::ranges::any_of(
-        names, [folded = FoldedCase(pattern)](const auto& name) { return MatchesWildcard(folded, name); });
+        names, [folded = FoldedName(pattern)](const auto& name) { return MatchesWildcard(folded, name); });
     if (!matches) PrintError("--layer \"" + pattern + "\" matches no layer of any drawing");
   }
 }

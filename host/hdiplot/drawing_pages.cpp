@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "host/hdiplot/plot/wildcard.h"
+#include "host/hdiplot/names.h"
 
 namespace hdiplot {
 
@@ -27,12 +27,12 @@ bool HasModel(const Drawing& drawing) {
 }  // namespace
 
 std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options, FontBook& fonts) {
-  const std::u16string asked = FoldedCase(options.layout);
-  const bool wantsModel = asked == FoldedCase(kModel) || (asked.empty() && HasModel(drawing));
-  const bool wantsAll = asked.empty() || asked == FoldedCase(kAllLayouts);
+  const std::string asked = FoldedName(options.layout);
+  const bool wantsModel = asked == FoldedName(kModel) || (asked.empty() && HasModel(drawing));
+  const bool wantsAll = asked.empty() || asked == FoldedName(kAllLayouts);
   std::vector<DrawingPage> pages;
   for (const Layout& layout : drawing.layouts) {
-    const bool isWanted = wantsAll ? !IsEmpty(drawing, layout) : FoldedCase(layout.name) == asked;
+    const bool isWanted = wantsAll ? !IsEmpty(drawing, layout) : FoldedName(layout.name) == asked;
     if (wantsModel || !isWanted) continue;
     pages.push_back({MeasuredPart(drawing, options, fonts, &layout), HasOwnSheet(&layout, options)});
   }
@@ -42,7 +42,7 @@ std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& opti
 
 std::string NoSuchLayout(const Drawing& drawing, const PlotOptions& options) {
   if (drawing.layouts.empty()) return drawing.name + ": has no layouts";
-  if (FoldedCase(options.layout) == FoldedCase(kAllLayouts)) return drawing.name + ": all layouts are empty";
+  if (FoldedName(options.layout) == FoldedName(kAllLayouts)) return drawing.name + ": all layouts are empty";
   std::string names;
   for (const Layout& layout : drawing.layouts) names += (names.empty() ? "" : ", ") + layout.name;
   return fmt::format("{}: has no layout \"{}\"; there are: {}", drawing.name, options.layout, names);

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "host/hdiplot/drawing_input.h"
-#include "host/hdiplot/plot/wildcard.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/plot_commands.h"
 #include "host/hdiplot/printing.h"
 #include "host/hdiplot/report.h"
@@ -16,16 +16,16 @@ namespace hdiplot {
 namespace {
 
 // By folded name, sorted; a name as the drawing has it first. Layers need no entry in its table.
-using LayersByName = std::map<std::u16string, std::pair<std::string, Layer>>;
+using LayersByName = std::map<std::string, std::pair<std::string, Layer>>;
 
 LayersByName LayersOf(const Drawing& drawing) {
   LayersByName layers;
-  for (const auto& [name, layer] : drawing.layers) layers.try_emplace(FoldedCase(name), name, layer);
+  for (const auto& [name, layer] : drawing.layers) layers.try_emplace(FoldedName(name), name, layer);
   const std::string* last = nullptr;  // entities come in runs of one layer
   const auto addAll = [&](const std::vector<Entity>& entities) {
     for (const Entity& entity : entities) {
       const std::string& name = entity.attributes.layer;
-      if (last == nullptr || *last != name) layers.try_emplace(FoldedCase(name), name, Layer());
+      if (last == nullptr || *last != name) layers.try_emplace(FoldedName(name), name, Layer());
       last = &name;
     }
   };

@@ -10,9 +10,9 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/module.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/printing.h"
 #include "host/hdiplot/system/paths.h"
-#include "platform/unicode.h"
 
 namespace hdiplot {
 
@@ -55,9 +55,6 @@ std::function<void(const std::string&)> Into(
 bool HasExtension(const std::filesystem::path& file, std::string_view extension) {
   return EqualWithoutCase(PathText(file.extension()), extension);
 }
-
-// Whether a name stays the same in UTF-16, which the driver takes.
-bool IsUtf8(const std::string& name) { return hdi::ToUtf8(hdi::ToUtf16(name)) == name; }
 
 // The name of a file that is to be made.
 void CheckFileName(const char* option, const std::string& name) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/plot/wildcard.h"
 #include "platform/unicode.h"
 
@@ -11,16 +12,16 @@ namespace {
 
 constexpr int kDefaultLineWeight = 25;
 
-std::vector<std::u16string> FoldedPatterns(const std::vector<std::string>& patterns) {
-  std::vector<std::u16string> folded;
+std::vector<std::string> FoldedPatterns(const std::vector<std::string>& patterns) {
+  std::vector<std::string> folded;
   folded.reserve(patterns.size());
-  for (const std::string& pattern : patterns) folded.push_back(FoldedCase(pattern));
+  for (const std::string& pattern : patterns) folded.push_back(FoldedName(pattern));
   return folded;
 }
 
-bool MatchesAny(const std::vector<std::u16string>& patterns, std::u16string_view name) {
+bool MatchesAny(const std::vector<std::string>& patterns, std::string_view name) {
   return std::any_of(patterns.begin(), patterns.end(),
-                     [&](const std::u16string& pattern) { return MatchesWildcard(pattern, name); });
+                     [&](const std::string& pattern) { return MatchesWildcard(pattern, name); });
 }
 
 Rgb PlottedColor(const Ink& ink, const EntityColor& color, Rgb byLayer, Rgb byBlock) {
@@ -47,9 +48,9 @@ StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options,
       ink_(options.background, options.monochrome),
       wanted_(FoldedPatterns(options.layers)),
       unwanted_(FoldedPatterns(options.skipLayers)) {
-  for (const std::string& name : frozen) frozen_.insert(FoldedCase(name));
+  for (const std::string& name : frozen) frozen_.insert(FoldedName(name));
   for (const auto& [name, layer] : drawing.layers) {
-    layersByFoldedName_.emplace(FoldedCase(name), NamedLayer{name, &layer});
+    layersByFoldedName_.emplace(FoldedName(name), NamedLayer{name, &layer});
   }
 }
 
@@ -106,7 +107,7 @@ const LayerStyle& StyleResolver::FindLayer(const std::string& name) {
 
 LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   static const Layer kMissing;
-  const std::u16string folded = FoldedCase(name);
+  const std::string folded = FoldedName(name);
   const auto found = layersByFoldedName_.try_emplace(folded, NamedLayer{name, &kMissing}).first;
   const Layer& layer = *found->second.layer;
   LayerStyle style;
@@ -118,13 +119,13 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   style.alpha = layer.alpha;
   style.frozen = layer.frozen || frozen_.contains(folded);
   // The layer of dimensions' definition points never plots, whatever its entry says.
-  const bool onPaper = layer.plottable && folded != u"DEFPOINTS";
+  const bool onPaper = layer.plottable && folded != "defpoints";
   style.plotted = onPaper && !layer.off && !style.frozen && IsAskedFor(folded);
   style.isZero = name == "0";
   return style;
 }
 
-bool StyleResolver::IsAskedFor(std::u16string_view foldedName) const {
+bool StyleResolver::IsAskedFor(std::string_view foldedName) const {
   return (wanted_.empty() || MatchesAny(wanted_, foldedName)) && !MatchesAny(unwanted_, foldedName);
 }
 

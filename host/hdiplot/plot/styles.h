@@ -54,19 +54,19 @@ class StyleResolver {
  private:
   [[nodiscard]] const LayerStyle& FindLayer(const std::string& name);
   [[nodiscard]] LayerStyle MakeLayer(const std::string& name);
-  [[nodiscard]] bool IsAskedFor(std::u16string_view foldedName) const;
+  [[nodiscard]] bool IsAskedFor(std::string_view foldedName) const;
   [[nodiscard]] const LineType* FindLineType(const std::string& name) const;
 
   const Drawing& drawing_;
   Ink ink_;
-  std::vector<std::u16string> wanted_;    // folded patterns
-  std::vector<std::u16string> unwanted_;  // folded patterns
-  std::set<std::u16string> frozen_;       // folded names
+  std::vector<std::string> wanted_;    // folded patterns
+  std::vector<std::string> unwanted_;  // folded patterns
+  std::set<std::string> frozen_;       // folded names
   struct NamedLayer {
     std::string name;  // as the drawing's table has it, or the first entity
     const Layer* layer;
   };
-  std::map<std::u16string, NamedLayer> layersByFoldedName_;
+  std::map<std::string, NamedLayer> layersByFoldedName_;
   std::unordered_map<std::string, LayerStyle> layers_;  // by name as entities write it, made when first met
   const std::pair<const std::string, LayerStyle>* lastLayer_ = nullptr;  // entities come in runs of one layer
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/system/font_files.h"
 #include "platform/font_services.h"
 #include "platform/unicode.h"
@@ -125,7 +126,7 @@ MappedFont FontBook::Mapped(const FontChoice& choice) {
 }
 
 const OutlineFont* FontBook::Outline(const MappedFont& font) {
-  const auto [entry, isNew] = outlines_.try_emplace({LowerCase(font.name), font.bold, font.italic});
+  const auto [entry, isNew] = outlines_.try_emplace({FoldedName(font.name), font.bold, font.italic});
   if (!isNew) return entry->second.get();
   const std::string family = InstalledFamily(font.name);
   const hdi::LOGFONTW wanted = LogFont(family.empty() ? font.name : family, font.bold, font.italic);
@@ -162,7 +163,7 @@ const StrokeFont& FontBook::Strokes(const MappedFont& font, const std::string& b
 }
 
 void FontBook::ReportMissing(const std::string& name, const std::string& standIn) {
-  if (!report_ || !reported_.insert(LowerCase(name)).second) return;
+  if (!report_ || !reported_.insert(FoldedName(name)).second) return;
   report_("font \"" + name + "\" is not installed; using \"" + standIn + "\"");
 }
 

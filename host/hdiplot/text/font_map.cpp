@@ -8,6 +8,7 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/errors.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/text/font_table.h"
 #include "host/hdiplot/text/stroke_font.h"
 
@@ -104,7 +105,7 @@ void FontMap::Read(const std::filesystem::path& file) {
       if (line.find('=') == std::string_view::npos) throw std::invalid_argument("a line is NAME = FONT");
       const std::string_view name = TakePart(line, '=');
       if (name.empty()) throw std::invalid_argument("there is no name before the \"=\"");
-      entries.insert_or_assign(LowerCase(FontFileName(name)), ParseFont(line));
+      entries.insert_or_assign(FoldedName(FontFileName(name)), ParseFont(line));
     } catch (const std::invalid_argument& error) {
       throw FileError(file, number, error.what());
     }
@@ -114,7 +115,7 @@ void FontMap::Read(const std::filesystem::path& file) {
 }
 
 std::optional<MappedFont> FontMap::OfFile(std::string_view fontFile) const {
-  const std::string name = LowerCase(FontFileName(fontFile));
+  const std::string name = FoldedName(FontFileName(fontFile));
   const std::string stem(FontFileStem(name));
   for (const std::string& key : {name, stem}) {
     if (const auto found = own_.find(key); found != own_.end()) return found->second;
@@ -131,7 +132,7 @@ std::optional<MappedFont> FontMap::OfFile(std::string_view fontFile) const {
 }
 
 std::optional<MappedFont> FontMap::OfFamily(std::string_view family) const {
-  const auto found = own_.find(LowerCase(family));
+  const auto found = own_.find(FoldedName(family));
   return found != own_.end() ? std::optional(found->second) : std::nullopt;
 }
 

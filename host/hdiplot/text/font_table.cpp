@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/text/font_map.h"
 
 namespace hdiplot {
@@ -200,7 +200,7 @@ std::span<const StrokeFileEntry> StrokeFileTable() { return kStrokeFiles; }
 
 std::span<const std::string_view> StandInFamilies(std::string_view family) {
   for (const StandIns& entry : kStandIns) {
-    if (EqualWithoutCase(entry.family, family)) return entry.standIns;
+    if (IsSameName(entry.family, family)) return entry.standIns;
   }
   return {};
 }

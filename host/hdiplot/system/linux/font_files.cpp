@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/system/paths.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -63,7 +63,7 @@ std::string FontInFile(std::string_view name) {
   for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
     const FcPattern* font = fonts->fonts[i];
     const std::filesystem::path file = TextOf(font, FC_FILE);
-    if (IndexOf(font) >= first || !EqualWithoutCase(file.filename().native(), name)) continue;
+    if (IndexOf(font) >= first || !IsSameName(file.filename().native(), name)) continue;
     first = IndexOf(font);
     found = TextOf(font, FC_FULLNAME);
   }

@@ -11,7 +11,7 @@
 #include <string>
 #include <type_traits>
 
-#include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/system/paths.h"
 #include "host/hdiplot/system/process.h"
 
@@ -56,7 +56,7 @@ std::string FontInList(HKEY list, std::string_view fileName) {
     if (type != REG_SZ || name.starts_with(L'@')) continue;
     std::wstring path = value.substr(0, valueBytes / sizeof(wchar_t));
     path.resize(std::min(path.find(L'\0'), path.size()));
-    if (!EqualWithoutCase(PathText(std::filesystem::path(path).filename()), fileName)) continue;
+    if (!IsSameName(PathText(std::filesystem::path(path).filename()), fileName)) continue;
     return FirstFont(PathText(name.substr(0, nameUnits)));
   }
 }

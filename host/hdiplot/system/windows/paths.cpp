@@ -5,6 +5,7 @@
 #include <array>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/names.h"
 #include "host/hdiplot/plot/wildcard.h"
 #include "platform/environment.h"
 #include "platform/unicode.h"
@@ -52,18 +53,18 @@ std::vector<fs::path> FilesNamed(std::string_view argument) {
   const fs::path path = PathFromUtf8(argument);
   const std::string pattern = PathText(path.filename());
   if (pattern.find_first_of("*?") == std::string::npos) return {path};
-  const std::u16string folded = FoldedCase(pattern);
+  const std::string folded = FoldedName(pattern);
   std::vector<fs::path> files;
   std::error_code error;
   const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const fs::path name = entry->path().filename();
-    if (!MatchesWildcard(folded, FoldedCase(PathText(name)))) continue;
+    if (!MatchesWildcard(folded, FoldedName(PathText(name)))) continue;
     fs::path file = path;
     files.push_back(file.replace_filename(name));
   }
   // As folders show them, capitals among the small letters.
-  std::ranges::sort(files, {}, [](const fs::path& file) { return FoldedCase(PathText(file.filename())); });
+  std::ranges::sort(files, {}, [](const fs::path& file) { return FoldedName(PathText(file.filename())); });
   if (files.empty()) files.push_back(path);
   return files;
 }
