@@ -6,6 +6,9 @@
 // Needs what stands above.
 #include <shellapi.h>
 
+// Of the system's headers, which would rename our own function.
+#undef SetEnvironmentVariable
+
 #include <cstdio>
 #include <cstdlib>
 
