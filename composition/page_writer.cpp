@@ -98,6 +98,7 @@ void PageWriter::ResetPageState() {
   path_.points.clear();
   path_.attributes.clip.reset();
   pageClipRect_ = {};
+  pageScale_.reset();
   linkRect_ = {};
   originX_ = 0;
   originY_ = 0;
@@ -117,11 +118,20 @@ void PageWriter::DropPage() {
   ClosePage();
 }
 
+void PageWriter::Attempt::Undo() noexcept {
+  content_.reset();
+  for (; writer_.pageImages_.size() > images_; writer_.pageImages_.pop_back()) {
+    engine::RemoveImage(*writer_.document_, writer_.pageImages_.back());
+  }
+  if (writer_.layers_ && writer_.layers_->Count() > groups_) writer_.layers_->RemoveLast();
+}
+
 void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
+  std::unique_ptr<engine::Page> page;
+  if (document_ != nullptr) page = document_->NewPage(static_cast<int>(pageNumber) - 1, width, height);
   ResetPageState();
   DropPage();
-  if (document_ == nullptr) return;
-  page_ = document_->NewPage(static_cast<int>(pageNumber) - 1, width, height);
+  page_ = std::move(page);
   if (page_ == nullptr) return;
   resources_.emplace(*page_);
   contents_.emplace(*page_);
@@ -129,8 +139,7 @@ void PageWriter::BeginPage(uint32_t pageNumber, double width, double height) {
 }
 
 void PageWriter::SetPageScaleInfo(int32_t dotsPerInch) {
-  if (page_ == nullptr) return;
-  SetPageViewport(*page_, static_cast<float>(dotsPerInch / kPointsPerInch / lineScale_));
+  if (page_ != nullptr) pageScale_ = static_cast<float>(dotsPerInch / kPointsPerInch / lineScale_);
 }
 
 uint32_t PageWriter::CurrentGroup() {
@@ -140,12 +149,17 @@ uint32_t PageWriter::CurrentGroup() {
 
 void PageWriter::FinishPage() {
   if (page_ == nullptr) return;
+  ContentGenerator::Attempt contentAttempt(*content_);
+  engine::Page::Attempt pageAttempt(*page_);
+  if (pageScale_) SetPageViewport(*page_, *pageScale_);
   const std::string_view content = content_->Finish();
   if (!content.empty()) {
     page_->SetContents(content_->Owner(), content);
     page_->WrapContents(ScaleWrapper(pointScale_, originX_, originY_), " Q");
     if (hasBackground_) SetPageBackground(*page_, background_.red, background_.green, background_.blue);
   }
+  pageAttempt.Keep();
+  contentAttempt.Keep();
   ClosePage();
 }
 

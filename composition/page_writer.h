@@ -6,7 +6,8 @@
 // gone. Everything is in dots of the page's dot space. The only scaling is the matrix that FinishPage lays
 // over the page: a point of the page is `pointScale` times a dot plus the origin.
 //
-// A paint step that throws std::bad_alloc has changed nothing on the page; it has ended the path.
+// An operation that throws std::bad_alloc has changed nothing, in the writer or in the document; a step that
+// ends the path has ended it. A font that has been embedded stays.
 //
 // Nothing is reported. Without a page or a path, operations do nothing.
 #pragma once
@@ -93,7 +94,7 @@ class PageWriter final : private engine::BlockSink {
   // Pages. `pageNumber` counts from 1; the size is in points. What is still open is thrown away, and the clip
   // and the origin start anew.
   void BeginPage(uint32_t pageNumber, double width, double height);
-  // Writes the page's measure for that resolution, before the page is finished.
+  // Gives the open page its measure for that resolution, which comes with its contents.
   void SetPageScaleInfo(int32_t dotsPerInch);
   void FinishPage();
 
@@ -122,8 +123,8 @@ class PageWriter final : private engine::BlockSink {
   // Kept and never applied: the page's own extent stands in for the first clip of a page.
   void SetPageClipRect(const engine::Rectangle& rect) { pageClipRect_ = rect; }
 
-  // The characters that the job plots in each font. Before the first text.
-  void SetCharacters(FontUsage fontUsage) { fonts_.SetCharacters(std::move(fontUsage)); }
+  // The characters that the job plots in each font. Before the first text; must outlive the last.
+  void SetCharacters(const FontUsage& fontUsage) { fonts_.SetCharacters(fontUsage); }
 
   // Writes a text whose base line starts at x, y: each run as a text object that shows all its characters at
   // once. Advances only move the next run and size the link's area; within a run the font's own widths count.
@@ -151,14 +152,7 @@ class PageWriter final : private engine::BlockSink {
   static uint8_t LineCode(uint32_t code) { return code < 3 ? static_cast<uint8_t>(code) : 0; }
 
   bool WriteBlock(const void* data, size_t size) override;
-  // Writes the object, if a page is open, whole or not at all.
-  template <typename Object>
-  void WriteWhole(const Object& object) {
-    if (!content_) return;
-    ContentGenerator::Attempt attempt(*content_);
-    content_->Write(object);
-    attempt.Keep();
-  }
+  class Attempt;
   void ResetPageState();
   void ClosePage();
   // Closes a page that is not finished; its content and what was made for it are gone.
@@ -170,7 +164,7 @@ class PageWriter final : private engine::BlockSink {
   // `makeImage` gives the object number of an image that belongs to the page, 0 for none.
   template <typename MakeImage>
   void PlaceImage(const ImageBox& box, MakeImage makeImage);
-  // The group of the layer in force on the open page, 0 for none.
+  // The group of the layer in force on the open page, 0 for none; made when it is new.
   [[nodiscard]] uint32_t CurrentGroup();
   void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
                     const Matrix& matrix, TextVisibility visibility);
@@ -197,7 +191,7 @@ class PageWriter final : private engine::BlockSink {
   std::optional<PageResources> resources_;
   std::optional<PageContents> contents_;
   std::optional<ContentGenerator> content_;
-  std::vector<uint32_t> pageImages_;  // of the open page
+  std::vector<uint32_t> pageImages_;  // of the open page; 0 for none
 
   // The path under construction, and with it the state that the next one carries: colours, line attributes,
   // blend mode, dashes and clip. No path is open while it has no points.
@@ -207,6 +201,7 @@ class PageWriter final : private engine::BlockSink {
   Color background_{255, 255, 255};
   bool hasBackground_ = false;
   engine::Rectangle pageClipRect_{};
+  std::optional<float> pageScale_;  // factor of the open page's measure
   std::u16string currentLayer_;
   std::u16string linkTarget_;  // empty: no link is open
   engine::Rectangle linkRect_{};
@@ -215,6 +210,37 @@ class PageWriter final : private engine::BlockSink {
   float pointScale_ = 0.24F;
   Bounds bounds_ = Bounds::kWholePoints;
   double lineScale_ = 1;
+};
+
+// Takes the object that has been written since its making away again, with the image and the layer's group
+// that were made for it, unless it is to be kept.
+class PageWriter::Attempt {
+ public:
+  explicit Attempt(PageWriter& writer)
+      : writer_(writer),
+        images_(writer.pageImages_.size()),
+        groups_(writer.layers_ ? writer.layers_->Count() : 0) {
+    if (writer.content_) content_.emplace(*writer.content_);
+  }
+  Attempt(const Attempt&) = delete;
+  Attempt& operator=(const Attempt&) = delete;
+  ~Attempt() {
+    if (!isKept_) Undo();
+  }
+
+  void Keep() noexcept {
+    if (content_) content_->Keep();
+    isKept_ = true;
+  }
+
+ private:
+  void Undo() noexcept;
+
+  PageWriter& writer_;
+  size_t images_;
+  size_t groups_;
+  std::optional<ContentGenerator::Attempt> content_;
+  bool isKept_ = false;
 };
 
 }  // namespace hdi

@@ -1,6 +1,4 @@
 // The page writer's images: each raster becomes one image object in an upright box.
-#include <new>
-
 #include "composition/page_writer.h"
 #include "engine/image.h"
 #include "images/image_maker.h"
@@ -23,24 +21,18 @@ bool PageWriter::Shows(const Matrix& matrix) const {
 // An image has no colours and no blend mode of its own, and its opacity is in its pixels.
 template <typename MakeImage>
 void PageWriter::PlaceImage(const ImageBox& box, MakeImage makeImage) {
+  Attempt attempt(*this);
   ImageObject object;
   object.matrix = MatrixOf(box);
   object.attributes.clip = path_.attributes.clip;
   if (Shows(object.matrix)) {
-    pageImages_.reserve(pageImages_.size() + 1);
+    pageImages_.push_back(0);
     object.image = makeImage();
-    if (object.image != 0) pageImages_.push_back(object.image);
+    pageImages_.back() = object.image;
   }
-  try {
-    object.attributes.layer = CurrentGroup();
-    WriteWhole(object);
-  } catch (const std::bad_alloc&) {
-    if (object.image != 0) {
-      engine::RemoveImage(*document_, object.image);
-      pageImages_.pop_back();
-    }
-    throw;
-  }
+  object.attributes.layer = CurrentGroup();
+  if (content_) content_->Write(object);
+  attempt.Keep();
   if (!linkTarget_.empty()) ExtendLinkRect(ImageBounds(object.matrix));
 }
 

@@ -82,13 +82,15 @@ void PageWriter::ClosePath() {
 void PageWriter::CommitPath(FillType fill, bool stroke) {
   if (path_.points.empty()) return;
   const PathEnd end(path_);
+  Attempt attempt(*this);
   const float alpha = static_cast<float>(alpha_) / 255.0F;
   path_.attributes.strokeAlpha = alpha;
   path_.attributes.fillAlpha = alpha;
   path_.attributes.layer = CurrentGroup();
   path_.fill = fill;
   path_.stroke = stroke;
-  WriteWhole(path_);
+  if (content_) content_->Write(path_);
+  attempt.Keep();
   if (!linkTarget_.empty()) {
     if (const auto box = ObjectBounds(path_)) ExtendLinkRect(*box);
   }

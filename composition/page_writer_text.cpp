@@ -1,7 +1,6 @@
 // The page writer's texts: each run of a text makes one text object.
 #include <cmath>
 #include <numeric>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -41,8 +40,7 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
                                 .angle = angle,
                                 .obliqueAngle = static_cast<float>(shape.obliqueAngle),
                                 .widthFactor = static_cast<float>(shape.widthFactor)};
-  std::optional<ContentGenerator::Attempt> attempt;
-  if (content_) attempt.emplace(*content_);
+  Attempt attempt(*this);
   double advance = 0;
   for (const HT_TextRun* run = first; run != text.runs; run = run->next) {
     const Matrix matrix =
@@ -52,7 +50,7 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
     }
     advance = AddAdvances(advance, *run);
   }
-  if (attempt) attempt->Keep();
+  attempt.Keep();
   if (!linkTarget_.empty()) {
     ExtendLinkRect(TextBounds(x, y, TextExtent(advance, shape.textHeight, static_cast<double>(angle))));
   }

@@ -2,6 +2,7 @@
 #include "document/layers.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/optional_content.h"
 
@@ -12,20 +13,31 @@ uint32_t Layers::GetLayerGroup(uint32_t page, std::u16string_view name) {
   if (name.empty()) return 0;
   if (page == lastPage_ && name == lastName_) return lastGroup_;
 
+  std::u16string nameAskedFor(name);
   PageLayers& layers = pageLayers_[page];
   auto entry = layers.groups.find(name);
-  if (entry == layers.groups.end()) {
-    entry = layers.groups
-                .emplace(name, engine::AddOptionalContentGroup(document_, name, LayerOrderIndex(page, name)))
-                .first;
+  if (entry == layers.groups.end()) entry = layers.groups.emplace(name, 0).first;
+  if (entry->second == 0) {
     auto& names = layers.sortedNames;
+    // Behind the engine's step nothing may fail.
+    if (names.size() == names.capacity()) names.reserve(2 * names.size() + 1);
+    entry->second = engine::AddOptionalContentGroup(document_, name, LayerOrderIndex(page, name));
     names.insert(std::ranges::lower_bound(names, name), entry->first);
     ++groupCount_;
   }
-  lastName_ = name;
+  lastName_ = std::move(nameAskedFor);
   lastPage_ = page;
   lastGroup_ = entry->second;
   return lastGroup_;
+}
+
+void Layers::RemoveLast() noexcept {
+  PageLayers& layers = pageLayers_.find(lastPage_)->second;
+  uint32_t& group = layers.groups.find(lastName_)->second;
+  engine::RemoveOptionalContentGroup(document_, std::exchange(group, 0));
+  layers.sortedNames.erase(std::ranges::lower_bound(layers.sortedNames, lastName_));
+  --groupCount_;
+  lastName_.clear();
 }
 
 // The groups of pages with lower numbers, then the names of this page that sort before. Counted from the end,

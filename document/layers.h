@@ -27,7 +27,13 @@ class Layers {
   // The object number of the group for a layer of the page whose dictionary has the object number `page`;
   // made and listed in the document when it is new. The name ends at its first zero unit; 0 for an empty one.
   // The cost does not depend on the number of layers, and is least for the layer asked for last.
+  // Throws std::bad_alloc, having made nothing.
   [[nodiscard]] uint32_t GetLayerGroup(uint32_t page, std::u16string_view name);
+
+  // Takes the group that GetLayerGroup has just made, and which nothing refers to, out of the document again.
+  void RemoveLast() noexcept;
+  // Of all groups.
+  [[nodiscard]] size_t Count() const { return groupCount_; }
 
  private:
   struct Hash {
@@ -35,8 +41,8 @@ class Layers {
     size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>{}(name); }
   };
   struct PageLayers {
-    std::unordered_map<std::u16string, uint32_t, Hash, std::equal_to<>> groups;
-    std::vector<std::u16string_view> sortedNames;  // of `groups`, by 16-bit unit
+    std::unordered_map<std::u16string, uint32_t, Hash, std::equal_to<>> groups;  // 0: not in the document
+    std::vector<std::u16string_view> sortedNames;  // of the groups in the document, by 16-bit unit
   };
 
   [[nodiscard]] size_t LayerOrderIndex(uint32_t page, std::u16string_view name) const;

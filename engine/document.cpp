@@ -1,14 +1,19 @@
 // The document behind the engine's handle: creation, information, pages, saving.
 #include "engine/document.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
+#include <utility>
 
+#include "core/fpdfapi/parser/cpdf_array.h"
 #include "core/fpdfapi/parser/cpdf_dictionary.h"
 #include "core/fpdfapi/parser/cpdf_name.h"
+#include "core/fpdfapi/parser/cpdf_number.h"
 #include "core/fpdfapi/parser/cpdf_string.h"
 #include "core/fxcrt/bytestring.h"
 #include "engine/document_implementation.h"
+#include "engine/new_objects.h"
 #include "engine/streams.h"
 #include "engine/wide_string.h"
 #include "fpdfsdk/cpdfsdk_helpers.h"
@@ -36,14 +41,31 @@ int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
   }
 }
 
-// The stream's bytes when they are compressed, for which it waits.
-void Place(PendingStream& stream) {
+// Gives the stream its bytes when they are compressed, for which it waits; whether there was memory for them.
+bool Place(PendingStream& stream) {
   try {
-    stream.stream->TakeData(ToEngine(*stream.bytes));
+    DataVector<uint8_t> bytes = ToEngine(*stream.bytes);
     stream.stream->GetMutableDict()->SetNewFor<CPDF_Name>("Filter", "FlateDecode");
+    stream.stream->TakeData(std::move(bytes));
+    return true;
   } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+// Takes a page that has been entered, perhaps not everywhere, at `index` of a document with `pages` pages out
+// of it again.
+void RemoveNewPage(CPDF_Document& document, int index, int pages) {
+  if (document.GetPageCount() > pages) {
+    document.DeletePage(index);
     return;
   }
+  // The engine's own list comes behind the page tree, which has a single node.
+  const auto tree = document.GetMutableRoot()->GetMutableDictFor("Pages");
+  const auto kids = tree->GetMutableArrayFor("Kids");
+  if (kids == nullptr || kids->size() <= static_cast<size_t>(pages)) return;
+  kids->RemoveAt(static_cast<size_t>(index));
+  tree->SetNewFor<CPDF_Number>("Count", pages);
 }
 
 }  // namespace
@@ -57,11 +79,7 @@ Library::Library() {
 Library::~Library() { FPDF_DestroyLibrary(); }
 
 void Document::Implementation::PlaceDone() {
-  std::erase_if(pending, [](PendingStream& stream) {
-    if (!stream.bytes->IsDone()) return false;
-    Place(stream);
-    return true;
-  });
+  std::erase_if(pending, [](PendingStream& stream) { return stream.bytes->IsDone() && Place(stream); });
 }
 
 void Document::Implementation::PlaceAll() {
@@ -94,13 +112,24 @@ void Document::SetInformationText(const char* key, std::u16string_view text) {
 }
 
 std::unique_ptr<Page> Document::NewPage(int index, double width, double height) {
-  ScopedFPDFPage handle(FPDFPage_New(implementation_->handle.get(), index, width, height));
-  if (handle == nullptr) return nullptr;
-  auto page = std::make_unique<Page::Implementation>();
-  page->page = CPDFPageFromFPDFPage(handle.get());
-  page->document = implementation_.get();
-  page->handle = std::move(handle);
-  return std::make_unique<Page>(std::move(page));
+  implementation_->PlaceDone();
+  CPDF_Document& pdf = *implementation_->document;
+  const uint32_t lastObject = pdf.GetLastObjNum();
+  const int pages = pdf.GetPageCount();
+  index = std::clamp(index, 0, pages);
+  try {
+    ScopedFPDFPage handle(FPDFPage_New(implementation_->handle.get(), index, width, height));
+    if (handle == nullptr) return nullptr;
+    auto page = std::make_unique<Page::Implementation>();
+    page->page = CPDFPageFromFPDFPage(handle.get());
+    page->document = implementation_.get();
+    page->handle = std::move(handle);
+    return std::make_unique<Page>(std::move(page));
+  } catch (const std::bad_alloc&) {
+    RemoveNewPage(pdf, index, pages);
+    RemoveObjectsBehind(pdf, lastObject);
+    throw;
+  }
 }
 
 void Document::Save(BlockSink& sink) {

@@ -52,7 +52,8 @@ class Document {
   void SetInformationText(const char* key, std::u16string_view text);
 
   // Adds a page of this size before the page that stands at `index`, which is clamped to what exists. Null
-  // when the engine refuses. The page must be destroyed before the document.
+  // when the engine refuses. The page must be destroyed before the document. Throws std::bad_alloc, having
+  // added nothing.
   [[nodiscard]] std::unique_ptr<Page> NewPage(int index, double width, double height);
 
   // Writes the whole file into `sink`. Rethrows what the sink threw.

@@ -32,11 +32,15 @@ struct Document::Implementation {
   DeflatePool pool;
   std::vector<PendingStream> pending;
 
-  // Gives those pending streams their bytes whose bytes are compressed.
+  // Gives those pending streams their bytes whose bytes are compressed. One for which there is no memory goes
+  // on pending.
   void PlaceDone();
   // Waits for all of them. One for which there is no memory stays empty.
   void PlaceAll();
 };
+
+// Of a page's dictionary.
+inline constexpr const char* kViewports = "VP";
 
 struct Page::Implementation {
   ScopedFPDFPage handle;
@@ -62,6 +66,8 @@ struct Page::Implementation {
   std::string Add(ResourceCategory category, uint32_t objectNumber, RetainPtr<CPDF_Dictionary> dictionary);
   void KeepFirstResources(size_t count) noexcept;
   void PutResources();
+  [[nodiscard]] size_t AnnotationCount() const;
+  void KeepFirstAnnotations(size_t count) noexcept;
 
   [[nodiscard]] CPDF_Document& Pdf() const { return *document->document; }
 };

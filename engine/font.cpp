@@ -18,6 +18,7 @@
 #include "core/fxge/cfx_fontmgr.h"
 #include "core/fxge/cfx_gemodule.h"
 #include "engine/document_implementation.h"
+#include "engine/new_objects.h"
 #include "engine/unit_codes.h"
 #include "fpdfsdk/cpdfsdk_helpers.h"
 #include "public/fpdf_edit.h"
@@ -126,6 +127,7 @@ Font::~Font() = default;
 std::unique_ptr<Font> Font::Load(Document& document, std::span<const uint8_t> bytes) {
   const RetainPtr<CFX_Face> face = OpenFace(bytes);
   if (face == nullptr) return nullptr;
+  NewObjects objects(*document.Internals().document);
   ScopedFPDFFont handle(FPDFText_LoadFont(document.Internals().handle.get(), bytes.data(),
                                           static_cast<uint32_t>(bytes.size()), FPDF_FONT_TRUETYPE, 1));
   if (handle == nullptr) return nullptr;
@@ -135,7 +137,9 @@ std::unique_ptr<Font> Font::Load(Document& document, std::span<const uint8_t> by
   implementation->objectNumber = font.GetFontDictObjNum();
   implementation->codesByUnit = FontCodes(font);
   implementation->handle = std::move(handle);
-  return std::unique_ptr<Font>(new Font(std::move(implementation)));
+  std::unique_ptr<Font> result(new Font(std::move(implementation)));
+  objects.Keep();
+  return result;
 }
 
 uint32_t Font::ObjectNumber() const { return implementation_->objectNumber; }

@@ -15,6 +15,7 @@
 #include "core/fpdfapi/parser/cpdf_string.h"
 #include "core/fxcodec/jpeg/jpegmodule.h"
 #include "engine/document_implementation.h"
+#include "engine/new_objects.h"
 #include "engine/streams.h"
 
 namespace hdi::engine {
@@ -88,13 +89,16 @@ uint32_t AddJpegImage(Document& document, std::span<const uint8_t> jpeg, std::sp
       !CPDF_Image::IsValidJpegBitsPerComponent(info->bits_per_components)) {
     return 0;
   }
+  NewObjects objects(pdf);
   auto dictionary = JpegDictionary(pdf, *info);
   const size_t maskSize = static_cast<size_t>(info->width) * static_cast<size_t>(info->height);
   if (!alpha.empty() && alpha.size() >= maskSize) {
     SetSoftMask(document.Internals(), *dictionary, static_cast<int>(info->width),
                 static_cast<int>(info->height), alpha.first(maskSize));
   }
-  return AddStream(pdf, jpeg, std::move(dictionary));
+  const uint32_t image = AddStream(pdf, jpeg, std::move(dictionary));
+  objects.Keep();
+  return image;
 }
 
 uint32_t AddColorImage(Document& document, int32_t width, int32_t height, std::span<const uint8_t> rgb,
@@ -103,10 +107,13 @@ uint32_t AddColorImage(Document& document, int32_t width, int32_t height, std::s
   const auto pixels = static_cast<size_t>(width);
   if (!HasSize(rgb, 3 * pixels, height) || !HasSize(alpha, pixels, height)) return 0;
   CPDF_Document& pdf = *document.Internals().document;
+  NewObjects objects(pdf);
   auto dictionary = ImageDictionary(pdf, width, height, 8);
   dictionary->SetNewFor<CPDF_Name>("ColorSpace", "DeviceRGB");
   SetSoftMask(document.Internals(), *dictionary, width, height, alpha);
-  return AddCompressedStream(document.Internals(), rgb, std::move(dictionary));
+  const uint32_t image = AddCompressedStream(document.Internals(), rgb, std::move(dictionary));
+  objects.Keep();
+  return image;
 }
 
 uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height,
@@ -120,18 +127,19 @@ uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height
   colorSpace->AppendNew<CPDF_Number>(1);
   constexpr std::array<uint8_t, 6> kBlackWhite = {0, 0, 0, 255, 255, 255};
   colorSpace->AppendNew<CPDF_String>(kBlackWhite, CPDF_String::DataType::kIsHex);
-  return AddCompressedStream(document.Internals(), bits, std::move(dictionary));
+  NewObjects objects(pdf);
+  const uint32_t image = AddCompressedStream(document.Internals(), bits, std::move(dictionary));
+  objects.Keep();
+  return image;
 }
 
-void RemoveImage(Document& document, uint32_t image) {
+void RemoveImage(Document& document, uint32_t image) noexcept {
   CPDF_Document& pdf = *document.Internals().document;
   const RetainPtr<const CPDF_Object> stream = pdf.GetIndirectObject(image);
   if (stream == nullptr) return;
   const RetainPtr<const CPDF_Stream> mask = stream->GetDict()->GetStreamFor("SMask");
-  if (mask != nullptr) pdf.DeleteIndirectObject(mask->GetObjNum());
-  pdf.DeleteIndirectObject(image);
-  // The file's trailer counts up to the last number, which must be in use (ISO 32000-1:2008, table 15).
-  while (pdf.GetIndirectObject(pdf.GetLastObjNum()) == nullptr) pdf.SetLastObjNum(pdf.GetLastObjNum() - 1);
+  if (mask != nullptr) RemoveObject(pdf, mask->GetObjNum());
+  RemoveObject(pdf, image);
 }
 
 }  // namespace hdi::engine

@@ -2,7 +2,8 @@
 //
 // Each function returns the object number of the image's stream, or 0 when no image can be made of what it
 // was given. Rows stand without gaps, the picture's upper one first. The document keeps copies of its own, as
-// small as they are saved: what was passed in may go. Throws std::bad_alloc when there is no memory for them.
+// small as they are saved: what was passed in may go. Throws std::bad_alloc when there is no memory for them,
+// and has made nothing then.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +31,7 @@ class Document;
 [[nodiscard]] uint32_t AddBlackAndWhiteImage(Document& document, int32_t width, int32_t height,
                                              std::span<const uint8_t> bits);
 
-// Takes an image that nothing refers to out of the document, with its soft mask.
-void RemoveImage(Document& document, uint32_t image);
+// Takes an image that nothing refers to out of the document, with its soft mask. Nothing for number 0.
+void RemoveImage(Document& document, uint32_t image) noexcept;
 
 }  // namespace hdi::engine

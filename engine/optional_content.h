@@ -12,7 +12,11 @@ class Document;
 
 // Makes a group and lists it: last among the groups, and at `orderIndex`, which is no higher than their
 // count, in the order in which readers show them. All groups start visible. The object number of its
-// dictionary.
-uint32_t AddOptionalContentGroup(Document& document, std::u16string_view name, size_t orderIndex);
+// dictionary. When it throws std::bad_alloc, it has made and listed nothing.
+[[nodiscard]] uint32_t AddOptionalContentGroup(Document& document, std::u16string_view name,
+                                               size_t orderIndex);
+
+// Takes a group that nothing refers to out of the lists and out of the document.
+void RemoveOptionalContentGroup(Document& document, uint32_t group) noexcept;
 
 }  // namespace hdi::engine

@@ -14,6 +14,7 @@
 #include "core/fpdfapi/parser/cpdf_reference.h"
 #include "core/fxcrt/bytestring.h"
 #include "engine/document_implementation.h"
+#include "engine/new_objects.h"
 #include "engine/streams.h"
 
 namespace hdi::engine {
@@ -86,13 +87,13 @@ void Page::AppendContents(const std::shared_ptr<const char[]>& owner, std::strin
 
 void Page::SetContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes) {
   Document::Implementation& document = *implementation_->document;
+  document.pending.reserve(document.pending.size() + 1);
   implementation_->Append(owner, bytes, PiecePlace::kLast);
   implementation_->PutResources();
   const auto stream = document.document->NewIndirect<CPDF_Stream>(document.document->New<CPDF_Dictionary>());
   implementation_->page->GetMutableDict()->SetNewFor<CPDF_Reference>(page_object::kContents,
                                                                      document.document, stream->GetObjNum());
   document.pending.push_back({stream, std::move(implementation_->contents)});
-  document.PlaceDone();
 }
 
 void Page::WrapContents(std::string_view before, std::string_view behind) {
@@ -130,7 +131,8 @@ void Page::Implementation::KeepFirstResources(size_t count) noexcept {
   for (auto& [category, all] : resources) {
     for (; !all.empty() && all.back().index >= count; all.pop_back()) {
       const auto isIt = [&all](const auto& entry) { return entry.second == all.back().name; };
-      std::erase_if(namesByObject[category], isIt);
+      const auto named = namesByObject.find(category);
+      if (named != namesByObject.end()) std::erase_if(named->second, isIt);
       std::erase_if(standardFonts, isIt);
     }
   }
@@ -139,13 +141,15 @@ void Page::Implementation::KeepFirstResources(size_t count) noexcept {
 
 void Page::Implementation::PutResources() {
   const auto dictionary = page->GetMutableDict()->GetOrCreateDictFor(page_object::kResources);
-  for (auto& [category, all] : resources) {
+  for (const auto& [category, all] : resources) {
+    if (all.empty()) continue;
     const auto named = dictionary->GetOrCreateDictFor(CategoryKey(category));
-    for (Resource& resource : all) {
-      if (resource.dictionary != nullptr) {
-        resource.objectNumber = Pdf().AddIndirectObject(std::move(resource.dictionary));
-      }
-      named->SetNewFor<CPDF_Reference>(ByteString(ToView(resource.name)), &Pdf(), resource.objectNumber);
+    for (const Resource& resource : all) {
+      // A copy, as an object that has left the document cannot come back.
+      const uint32_t objectNumber = resource.dictionary == nullptr
+                                        ? resource.objectNumber
+                                        : Pdf().AddIndirectObject(resource.dictionary->Clone());
+      named->SetNewFor<CPDF_Reference>(ByteString(ToView(resource.name)), &Pdf(), objectNumber);
     }
   }
 }
@@ -178,6 +182,31 @@ std::string Page::StandardFontName(const std::string& baseFont) {
   font->SetNewFor<CPDF_Name>("Encoding", "WinAnsiEncoding");
   name = implementation_->Add(ResourceCategory::kFont, 0, std::move(font));
   return name;
+}
+
+Page::Attempt::Attempt(Page& page)
+    : page_(*page.implementation_),
+      lastObject_(page_.Pdf().GetLastObjNum()),
+      contentsSize_(page.ContentsSize()),
+      pendingStreams_(page_.document->pending.size()),
+      annotations_(page_.AnnotationCount()) {}
+
+void Page::Attempt::Undo() noexcept {
+  std::vector<PendingStream>& pending = page_.document->pending;
+  if (pending.size() > pendingStreams_) {
+    page_.contents = std::move(pending.back().bytes);
+    pending.pop_back();
+  }
+  if (page_.contents != nullptr) page_.contents->KeepFirst(contentsSize_);
+
+  const auto dictionary = page_.page->GetMutableDict();
+  dictionary->RemoveFor(page_object::kContents);
+  dictionary->RemoveFor(kViewports);
+  if (const auto resources = dictionary->GetMutableDictFor(page_object::kResources)) {
+    for (const auto& [category, all] : page_.resources) resources->RemoveFor(CategoryKey(category));
+  }
+  page_.KeepFirstAnnotations(annotations_);
+  RemoveObjectsBehind(page_.Pdf(), lastObject_);
 }
 
 std::string NumberText(float value) {

@@ -34,6 +34,10 @@ class Page {
   Page& operator=(const Page&) = delete;
   ~Page();  // releases the page's objects; the page stays in the document
 
+  // Takes all that a page without contents has got since its making away again, unless that is to be kept.
+  // One at a time.
+  class Attempt;
+
   // Of the page's dictionary. Later pages have higher numbers.
   [[nodiscard]] uint32_t ObjectNumber() const;
 
@@ -70,6 +74,8 @@ class Page {
   [[nodiscard]] size_t ResourceCount() const;
   void KeepFirstResources(size_t count) noexcept;
 
+  // An annotation is appended whole, or std::bad_alloc is thrown and there is none.
+
   // Appends a link annotation without a visible border (12.5.6.5) whose action resolves `uri` (12.6.4.7).
   void AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri);
   // Appends a square annotation without a visible border (12.5.6.8): text strings for its contents and its
@@ -84,6 +90,28 @@ class Page {
 
  private:
   std::unique_ptr<Implementation> implementation_;
+};
+
+class Page::Attempt {
+ public:
+  explicit Attempt(Page& page);
+  Attempt(const Attempt&) = delete;
+  Attempt& operator=(const Attempt&) = delete;
+  ~Attempt() {
+    if (!isKept_) Undo();
+  }
+
+  void Keep() noexcept { isKept_ = true; }
+
+ private:
+  void Undo() noexcept;
+
+  Implementation& page_;
+  uint32_t lastObject_;  // of the document
+  size_t contentsSize_;
+  size_t pendingStreams_;
+  size_t annotations_;
+  bool isKept_ = false;
 };
 
 // A number in the engine's own form, with all the digits of an f32.

@@ -45,24 +45,40 @@ void SetNumberFormat(CPDF_Dictionary& measure, const char* key, Number factor) {
 
 }  // namespace
 
+size_t Page::Implementation::AnnotationCount() const {
+  const auto annotations = page->GetAnnotsArray();
+  return annotations == nullptr ? 0 : annotations->size();
+}
+
+void Page::Implementation::KeepFirstAnnotations(size_t count) noexcept {
+  const auto annotations = page->GetMutableAnnotsArray();
+  if (annotations == nullptr) return;
+  while (annotations->size() > count) annotations->RemoveAt(annotations->size() - 1);
+  if (count == 0) page->GetMutableDict()->RemoveFor("Annots");
+}
+
 void Page::AddLinkAnnotation(const Rectangle& rectangle, const std::string& uri) {
+  Attempt attempt(*this);
   const ScopedFPDFAnnotation annotation(FPDFPage_CreateAnnot(implementation_->handle.get(), FPDF_ANNOT_LINK));
   FPDFAnnot_SetURI(annotation.get(), uri.c_str());
   SetRectangle(annotation.get(), rectangle);
+  attempt.Keep();
 }
 
 void Page::AddSquareAnnotation(const Rectangle& rectangle, std::u16string_view contents,
                                std::u16string_view title, uint32_t flags) {
+  Attempt attempt(*this);
   const ScopedFPDFAnnotation annotation(
       FPDFPage_CreateAnnot(implementation_->handle.get(), FPDF_ANNOT_SQUARE));
   SetText(annotation.get(), "Contents", contents);
   SetText(annotation.get(), "T", title);
   FPDFAnnot_SetFlags(annotation.get(), static_cast<int>(flags));
   SetRectangle(annotation.get(), rectangle);
+  attempt.Keep();
 }
 
 void Page::SetMeasureViewport(float scale) {
-  const auto viewports = implementation_->page->GetMutableDict()->SetNewFor<CPDF_Array>("VP");
+  const auto viewports = implementation_->page->GetMutableDict()->SetNewFor<CPDF_Array>(kViewports);
   const auto viewport = viewports->AppendNew<CPDF_Dictionary>();
   viewport->SetNewFor<CPDF_Name>("Type", "Viewport");
   viewport->SetRectFor("BBox", {});

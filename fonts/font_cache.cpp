@@ -2,6 +2,7 @@
 #include "fonts/font_cache.h"
 
 #include <cstdint>
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -20,13 +21,18 @@ const engine::Font* FontCache::GetFontHandle(engine::Document& document, const L
   std::u16string name;
   if (!GetFontFullName(font, name)) return nullptr;
   const auto known = fontByName_.find(name);
-  if (known != fontByName_.end() && known->second != nullptr) return known->second;
-  const auto characters = charsByName_.find(name);
-  if (characters == charsByName_.end()) return nullptr;
-  Embed(document, *font, characters->first, characters->second);
+  if (known != fontByName_.end() && known->second != nullptr) return known->second.get();
+  if (charsByName_ == nullptr) return nullptr;
+  const auto characters = charsByName_->find(name);
+  if (characters == charsByName_->end()) return nullptr;
+  try {
+    Embed(document, *font, characters->first, characters->second);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
   // A name whose subset was refused once stays without a font.
   const auto embedded = fontByName_.find(name);
-  return embedded == fontByName_.end() ? nullptr : embedded->second;
+  return embedded == fontByName_.end() ? nullptr : embedded->second.get();
 }
 
 void FontCache::Embed(engine::Document& document, const LOGFONTW& font, const std::u16string& name,
@@ -42,10 +48,11 @@ void FontCache::Embed(engine::Document& document, const LOGFONTW& font, const st
 
   const FontData subset = SubsetFontData(findSubsetter_(), file.Bytes(), *source, keepList);
   const bool isSubset = subset.block != nullptr;
-  auto handle = engine::Font::Load(document, isSubset ? subset.Bytes() : file.Bytes());
+  FontsByName loaded;
+  auto& handle = loaded[name];
+  handle = engine::Font::Load(document, isSubset ? subset.Bytes() : file.Bytes());
   if (handle == nullptr && !isSubset) return;
-  fontByName_.try_emplace(name, handle.get());
-  if (handle != nullptr) fontHandles_.insert(std::move(handle));
+  fontByName_.merge(loaded);
 }
 
 bool FontCache::NeedsSyntheticItalic(const LOGFONTW& font) {
@@ -60,10 +67,9 @@ bool FontCache::NeedsSyntheticItalic(const LOGFONTW& font) {
 }
 
 void FontCache::Clear() {
-  fontHandles_.clear();
   fontByName_.clear();
   italicByFace_.clear();
-  charsByName_.clear();
+  charsByName_ = nullptr;
 }
 
 }  // namespace hdi

@@ -7,9 +7,7 @@
 
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
-#include <utility>
 
 #include "engine/font.h"
 #include "platform/character_set.h"
@@ -24,8 +22,9 @@ class FontCache {
   explicit FontCache(const FontServices& services = SystemFontServices(),
                      CreateFontPackageFunction* (*findSubsetter)() = FindCreateFontPackage);
 
-  // The characters of the whole job, which settle what each subset holds. Before the first run.
-  void SetCharacters(FontUsage charsByName) { charsByName_ = std::move(charsByName); }
+  // The characters of the whole job, which settle what each subset holds. Before the first run; must outlive
+  // the last.
+  void SetCharacters(const FontUsage& charsByName) { charsByName_ = &charsByName; }
 
   // The document's font for `font`, null if there is none. It belongs to the cache.
   [[nodiscard]] const engine::Font* GetFontHandle(engine::Document& document, const LOGFONTW* font);
@@ -38,16 +37,17 @@ class FontCache {
   void Clear();
 
  private:
-  // Subsets and embeds the font and enters it under its name.
+  using FontsByName = std::map<std::u16string, std::unique_ptr<engine::Font>>;
+
+  // Subsets and embeds the font and enters it under its name. Throws std::bad_alloc, having entered nothing.
   void Embed(engine::Document& document, const LOGFONTW& font, const std::u16string& name,
              const CharacterSet& characters);
 
   const FontServices& services_;
   CreateFontPackageFunction* (*findSubsetter_)();
-  std::set<std::unique_ptr<engine::Font>> fontHandles_;
-  std::map<std::u16string, const engine::Font*> fontByName_;  // null for a subset that the engine refused
+  FontsByName fontByName_;  // null for a subset that the engine refused
   std::map<std::u16string, bool> italicByFace_;
-  FontUsage charsByName_;
+  const FontUsage* charsByName_ = nullptr;
 };
 
 }  // namespace hdi
