@@ -1,4 +1,5 @@
 // The geometry entries: lines, polygons, curves, arcs, fills and clips.
+#include <new>
 #include <vector>
 
 #include "recording/path.h"
@@ -91,7 +92,11 @@ int32_t DevArc(HostDevice* device, const HT_Double_Point* center, double a, doub
   // The arc is built in the host's plane, where Y points down and angles run the other way.
   const HT_EllipArc arc(*center, a, b, -c, -e, -d);
   std::vector<HT_BezierCurve> curves;
-  HT_ConvertEllipArcToBezierCurves(arc, curves);
+  try {
+    HT_ConvertEllipArcToBezierCurves(arc, curves);
+  } catch (const std::bad_alloc&) {
+    return 1;
+  }
   PathRecorder path(*job, SettingsOf(device));
   for (const HT_BezierCurve& curve : curves) {
     path.AddHostMove(curve.start, PathRecorder::Rounding::kExact);

@@ -22,11 +22,17 @@ std::unique_ptr<Value[]> Copy(std::span<const Value> values) {
   return copy;
 }
 
-// Every character counts, blanks and controls too, in the font that the host library picks for its run.
+// Every character counts, blanks and controls too, in the font that the host library picks for its run. When
+// it throws std::bad_alloc, none has been entered.
 void CollectCharacters(const HT_Text& text, FontUsage& fontUsage) {
+  FontUsage newFonts;
+  for (const HT_TextRun* run = text.runs->next; run != text.runs; run = run->next) {
+    if (run->count > 0 && !fontUsage.contains(run->fontName)) newFonts.try_emplace(run->fontName);
+  }
+  fontUsage.merge(newFonts);
   for (const HT_TextRun* run = text.runs->next; run != text.runs; run = run->next) {
     if (run->count <= 0) continue;
-    CharacterSet& characters = fontUsage[run->fontName];
+    CharacterSet& characters = fontUsage.find(run->fontName)->second;
     for (int32_t i = 0; i < run->count; ++i) characters.Add(run->text[i]);
   }
 }
@@ -49,7 +55,11 @@ int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point*
   if (advances != nullptr && widths == nullptr) return 1;
   ReverseRightToLeft(units.get(), count, widths.get());
 
-  CollectCharacters(HT_Text(font, text, count, advances), job->fontUsage);
+  try {
+    CollectCharacters(HT_Text(font, text, count, advances), job->fontUsage);
+  } catch (const std::bad_alloc&) {
+    return 1;
+  }
 
   const HT_Double_Point at = PathRecorder(*job, settings).MapPoint(*position);
   const std::span<const double> advancesDrawn(widths.get(), widths == nullptr ? 0 : length);

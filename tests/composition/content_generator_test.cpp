@@ -206,5 +206,34 @@ TEST_F(ContentTest, ALongPathIsWrittenWhole) {
   EXPECT_EQ(Body(), expected + "S\n");
 }
 
+// Keeps pieces of a few bytes.
+class PieceSink final : public ContentSink {
+ public:
+  [[nodiscard]] size_t PieceSize() const override { return 100; }
+  void Take(const std::shared_ptr<const char[]>& /*owner*/, std::string_view bytes) override {
+    taken += bytes;
+  }
+  [[nodiscard]] size_t Size() const override { return taken.size(); }
+  void KeepFirst(size_t size) noexcept override { taken.resize(size); }
+
+  std::string taken;
+};
+
+TEST_F(ContentTest, AnAttemptTakesBackWhatTheSinkHasGot) {
+  PieceSink sink;
+  ContentGenerator content(names_, &sink);
+  content.Write(Stroked(Line(1, 2, 3, 4)));
+  for (int round = 0; round < 2; ++round) {
+    const ContentGenerator::Attempt attempt(content);
+    PathObject longPath = Stroked(PathPoints(1000, {5, 6, PointType::kMove, false}));
+    longPath.attributes.lineWidth = 9;
+    content.Write(longPath);
+    EXPECT_GT(sink.taken.size(), 4000U);
+  }
+  EXPECT_EQ(sink.taken, "");
+  content.Write(Stroked(Line(5, 6, 7, 8)));
+  EXPECT_EQ(content.Finish(), kHead + "1 2 m 3 4 l S\n5 6 m 7 8 l S\nQ\n");
+}
+
 }  // namespace
 }  // namespace hdi

@@ -231,5 +231,34 @@ TEST_F(FailedAllocations, AReplayLosesARecordAtMost) {
   EXPECT_GT(count, 1000);
 }
 
+TEST_F(FailedAllocations, AnEntryDropsItsCallAndAnswersOne) {
+  struct {
+    EXTLOGPEN32 pen{};
+    uint32_t moreEntries[3] = {1, 2, 3};
+  } dashed;
+  dashed.pen.elpPenStyle = kPenUserStyle;
+  dashed.pen.elpNumEntries = 4;
+  const HT_Double_Point center{5, 5};
+  const std::vector<std::function<int32_t()>> entries = {
+      [&] { return DevSetPen(device_, &dashed.pen); },
+      [&] { return RecordText(u"Liberation Serif", u"A\u2713"); },
+      [&] { return DevArc(device_, &center, 1, 2, 0, 0, 1); },
+  };
+  RecordText(u"DejaVu Sans", u"A");  // the host's library lists the fonts once
+  EXPECT_EQ(plot_.TakeRecords(), "TEXT");
+  for (const auto& entry : entries) {
+    const FontUsage fontUsage = plot_.Job().fontUsage;
+    int32_t result = 0;
+    int64_t count = 0;
+    for (; RunWithout(count, [&] { result = entry(); }); ++count) {
+      EXPECT_EQ(result, 1);
+      EXPECT_EQ(plot_.TakeRecords(), "");
+      EXPECT_EQ(plot_.Job().fontUsage, fontUsage);
+    }
+    EXPECT_GT(count, 0);
+    EXPECT_NE(plot_.TakeRecords(), "");
+  }
+}
+
 }  // namespace
 }  // namespace hdi
