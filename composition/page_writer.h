@@ -60,8 +60,8 @@ class PageWriter final : private engine::BlockSink {
 
   // Opens the output: an existing file is removed first, and one that can't be removed is a failure.
   [[nodiscard]] bool OpenOutput(const std::u16string& path);
-  // Makes the document, in place of one that is there; pages may begin. Up to `workers` threads compress its
-  // streams beside the caller's.
+  // Makes the document, in place of one that is there; pages may begin. There is none when it throws. Up to
+  // `workers` threads compress its streams beside the caller's.
   void StartDocument(std::u16string_view creator,
                      engine::Compression compression = engine::Compression::kNormal,
                      unsigned workers = engine::DefaultWorkers());
@@ -151,8 +151,9 @@ class PageWriter final : private engine::BlockSink {
  private:
   static uint8_t LineCode(uint32_t code) { return code < 3 ? static_cast<uint8_t>(code) : 0; }
 
-  bool WriteBlock(const void* data, size_t size) override;
   class Attempt;
+
+  bool WriteBlock(const void* data, size_t size) override;
   void ResetPageState();
   void ClosePage();
   // Closes a page that is not finished; its content and what was made for it are gone.

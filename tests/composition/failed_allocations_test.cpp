@@ -84,9 +84,9 @@ std::string Description(engine::SavedDocument saved) {
   return text;
 }
 
-class OpaqueRaster final : public RasterImage {
+class SmallRaster final : public RasterImage {
  public:
-  explicit OpaqueRaster(uint16_t bitsPerPixel) {
+  explicit SmallRaster(uint16_t bitsPerPixel) {
     content_.header.biWidth = 1;
     content_.header.biHeight = 1;
     content_.header.biBitCount = bitsPerPixel;
@@ -155,8 +155,9 @@ class FailedAllocations : public testing::Test {
     DevPolygon(device_, square.data(), 3);
     DevStrokeFillPath(device_);
     RecordText(u"Liberation Serif", u"A\u2713");
-    const LOGFONTW interface = SystemFontServices().DefaultInterfaceFont().value();
-    DevText(device_, &interface, square.data(), u"a", 1, nullptr, 12, 0, 1, 1);
+    const LOGFONTW shapeFont = SystemFontServices().DefaultInterfaceFont().value();
+    DevText(device_, &shapeFont, square.data(), u"a", 1, nullptr, 12, 0, 1, 1);
+    DevSetAlpha(device_, 255);  // black and white stay so
     for (const HostImageRecord& image : images_) DevBitmap(device_, &image);
     DevEndLink(device_);
     DevShxComment(device_, u"comment", rectangle, 4);
@@ -208,7 +209,7 @@ class FailedAllocations : public testing::Test {
 
   RecordedDevice plot_;
   HostDevice* device_ = &plot_.device;
-  OpaqueRaster rasters_[3] = {OpaqueRaster(32), OpaqueRaster(8), OpaqueRaster(1)};
+  SmallRaster rasters_[3] = {SmallRaster(32), SmallRaster(8), SmallRaster(1)};
   HostImageRecord images_[3] = {
       {&rasters_[0], 1, 2, 3, {}, 4}, {&rasters_[1], 1, 2, 3, {}, 4}, {&rasters_[2], 1, 2, 3, {}, 4}};
   scratch::Directory directory_;
