@@ -142,6 +142,7 @@ class FailedAllocations : public testing::Test {
     DevSetLayer(device_, 0, u"A layer with a long name");
     DevSetBrush(device_, &brush);
     fill();
+    DevSetLayer(device_, 0, u"B");
     DevSetClip(device_, &clip);
     DevSetFillMode(device_, kFillWinding);
     fill();
@@ -150,7 +151,7 @@ class FailedAllocations : public testing::Test {
     fill();
     DevSetRasterOp(device_, kRasterOpMaskPen);
     DevSetPen(device_, &pen);
-    DevSetLayer(device_, 0, u"B");
+    DevSetLayer(device_, 0, u"C");
     DevBeginLink(device_, u"C:\\a path that is not short");
     DevPolygon(device_, square.data(), 3);
     DevStrokeFillPath(device_);
