@@ -106,9 +106,9 @@ void* DevOpenOutput(HostDevice* device) {
 int32_t DevCreateDocument(HostDevice** deviceField) {
   const HostDevice* device = *deviceField;
   const PlotJob* job = JobWithWriter(device);
-  if (job != nullptr && device->started != 0)
-    WriterOf(*job)->pageWriter.StartDocument(
-        CreatorName(), static_cast<const CPDFDriver*>(device->driver)->StreamCompression());
+  if (job == nullptr || device->started == 0) return 1;
+  const auto* driver = static_cast<const CPDFDriver*>(device->driver);
+  WriterOf(*job)->pageWriter.StartDocument(CreatorName(), driver->StreamCompression());
   return 1;
 }
 

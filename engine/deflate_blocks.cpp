@@ -28,7 +28,7 @@ class BitReader {
   }
   void Skip(size_t bits) { position_ += bits; }
   uint32_t Take(unsigned bits) {
-    const auto value = static_cast<uint32_t>(Peek() & ((1U << bits) - 1));
+    const auto value = static_cast<uint32_t>(Peek() & ((uint64_t{1} << bits) - 1));
     Skip(bits);
     return value;
   }
@@ -175,7 +175,7 @@ class BlockWalk {
     switch (type) {
       case 0:
         reader_.Align();
-        reader_.Skip(8 * size_t{reader_.Take(32) & 0xFFFF});
+        reader_.Skip(16 + 8 * size_t{reader_.Take(16)});  // the length stands there twice
         return true;
       case 1:
         return BuildFixedCodes() && PassCodes();
@@ -262,7 +262,9 @@ class BlockWalk {
     // A length takes at most 20 bits and a distance 28, so there are bits for both.
     for (;;) {
       uint64_t bits = reader_.Peek();
-      if (!pass(bits) || !pass(bits)) return entry.next == kEndOfBlock;
+      for (int code = 0; code < 2; ++code) {
+        if (!pass(bits)) return entry.next == kEndOfBlock;
+      }
       if (reader_.IsPastEnd()) return false;
     }
   }

@@ -130,7 +130,7 @@ std::string Page::Implementation::Add(ResourceCategory category, uint32_t object
 void Page::Implementation::KeepFirstResources(size_t count) noexcept {
   for (auto& [category, all] : resources) {
     for (; !all.empty() && all.back().index >= count; all.pop_back()) {
-      const auto isIt = [&all](const auto& entry) { return entry.second == all.back().name; };
+      const auto isIt = [&name = all.back().name](const auto& entry) { return entry.second == name; };
       const auto named = namesByObject.find(category);
       if (named != namesByObject.end()) std::erase_if(named->second, isIt);
       std::erase_if(standardFonts, isIt);

@@ -14,7 +14,7 @@ namespace hdi {
 // Frees a block; null is none.
 void FreeBlock(uint8_t* block);
 
-// For vectors that grow to many megabytes.
+// For vectors that grow to many megabytes. Its names are those that the standard asks of an allocator.
 template <typename Value>
 struct BlockAllocator {
   using value_type = Value;
@@ -23,12 +23,14 @@ struct BlockAllocator {
   template <typename Other>
   explicit(false) BlockAllocator(const BlockAllocator<Other>& /*other*/) {}
 
-  [[nodiscard]] Value* allocate(size_t count) {
+  [[nodiscard]] Value* allocate(size_t count) {  // NOLINT(readability-identifier-naming)
     uint8_t* block = count > SIZE_MAX / sizeof(Value) ? nullptr : AllocateBlock(count * sizeof(Value));
     if (block == nullptr) throw std::bad_alloc();
     return reinterpret_cast<Value*>(block);
   }
-  void deallocate(Value* values, size_t /*count*/) { FreeBlock(reinterpret_cast<uint8_t*>(values)); }
+  void deallocate(Value* values, size_t /*count*/) {  // NOLINT(readability-identifier-naming)
+    FreeBlock(reinterpret_cast<uint8_t*>(values));
+  }
 
   bool operator==(const BlockAllocator&) const = default;
 };

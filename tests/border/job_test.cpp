@@ -122,8 +122,10 @@ TEST_F(JobTest, CompressionIsASettingOfTheDevice) {
     other.Open();
     other.StartDocument(path.c_str());
     other.StartPage();
-    std::vector<Point> points;
-    for (int i = 0; i < 3000; ++i) points.push_back({i % 61 * 50.0 + i % 7, i * i % 2999 * 1.0});
+    std::vector<Point> points(3000);
+    for (int i = 0; i < 3000; ++i) {
+      points[static_cast<size_t>(i)] = {i % 61 * 50.0 + i % 7, i * i % 2999 * 1.0};
+    }
     other.Call(26, points.data(), static_cast<int32_t>(points.size()));
     other.EndPage();
     other.EndDocument();
