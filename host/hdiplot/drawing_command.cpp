@@ -27,10 +27,10 @@ namespace hdiplot {
 namespace {
 
 // The drawings that can be read.
-std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& files) {
+std::vector<Drawing> ReadDrawings(const CommandLine& line, Progress& progress) {
   std::vector<Drawing> drawings;
-  for (const auto& file : files) {
-    if (auto drawing = ReadOrReport(file)) drawings.push_back(std::move(*drawing));
+  for (const auto& file : line.inputs) {
+    if (auto drawing = ReadOrReport(file, line.strictness, progress)) drawings.push_back(std::move(*drawing));
   }
   return drawings;
 }
@@ -38,7 +38,7 @@ std::vector<Drawing> ReadDrawings(const std::vector<std::filesystem::path>& file
 // Layers need no entry in a drawing's table.
 std::set<std::string> FoldedLayerNames(const std::vector<Drawing>& drawings) {
   std::set<std::string> names;
-  const auto addAll = [&names](const std::vector<Entity>& entities) {
+  const auto addAll = [&names](const Entities& entities) {
     for (const Entity& entity : entities) names.insert(entity.attributes.layer);
   };
   for (const Drawing& drawing : drawings) {
@@ -192,7 +192,7 @@ ExitStatus PlotDrawings(const CommandLine& line) {
     progress.Finish();
     PrintError(message);
   });
-  const std::vector<Drawing> drawings = ReadDrawings(line.inputs);
+  const std::vector<Drawing> drawings = ReadDrawings(line, progress);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
   size_t withoutPages = 0;
@@ -210,7 +210,9 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const SkippedCounts skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);
-  const bool isPartial = drawings.size() < line.inputs.size() || withoutPages > 0 || images.HasUnusable();
+  const bool isWhole = std::ranges::all_of(drawings, [](const Drawing& d) { return d.losses.empty(); });
+  const bool isPartial =
+      !isWhole || drawings.size() < line.inputs.size() || withoutPages > 0 || images.HasUnusable();
   return isPartial ? ExitStatus::kPartlyDone : status;
 }
 

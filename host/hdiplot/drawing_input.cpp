@@ -3,18 +3,23 @@
 
 #include <exception>
 
-#include "host/hdiplot/dxf/dxf_reader.h"
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/printing.h"
 
 namespace hdiplot {
 
-std::optional<Drawing> ReadOrReport(const std::filesystem::path& file) {
+std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, Strictness strictness,
+                                    Progress& progress) {
   try {
-    return ReadDxf(file);
+    Drawing drawing = ReadDxf(file, strictness, progress);
+    if (!drawing.losses.empty()) progress.Finish();
+    for (const std::string& loss : drawing.losses) PrintError(loss);
+    return drawing;
   } catch (const FileError& error) {
+    progress.Finish();
     PrintError(error.what());
   } catch (const std::exception& error) {
+    progress.Finish();
     PrintError(FileError(file, 0, error.what()).what());  // no memory, say
   }
   return std::nullopt;

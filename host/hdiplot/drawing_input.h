@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <optional>
 
-#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_reader.h"
 
 namespace hdiplot {
 
-// The drawing in the file; none when it cannot be read, which is printed as an error then.
-[[nodiscard]] std::optional<Drawing> ReadOrReport(const std::filesystem::path& file);
+// The drawing in the file; none when it cannot be read, which is printed as an error then. What is lost of a
+// drawing is printed, too.
+[[nodiscard]] std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, Strictness strictness,
+                                                  Progress& progress);
 
 }  // namespace hdiplot

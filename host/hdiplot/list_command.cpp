@@ -22,7 +22,7 @@ LayersByName LayersOf(const Drawing& drawing) {
   LayersByName layers;
   for (const auto& [name, layer] : drawing.layers) layers.try_emplace(FoldedName(name), name, layer);
   const std::string* last = nullptr;  // entities come in runs of one layer
-  const auto addAll = [&](const std::vector<Entity>& entities) {
+  const auto addAll = [&](const Entities& entities) {
     for (const Entity& entity : entities) {
       const std::string& name = entity.attributes.layer;
       if (last == nullptr || *last != name) layers.try_emplace(FoldedName(name), name, Layer());
@@ -73,15 +73,19 @@ void PrintDrawing(const Drawing& drawing) {
 }  // namespace
 
 ExitStatus ListDrawings(const CommandLine& line) {
+  Progress progress(ProgressFor(line.verbosity));
   size_t listed = 0;
+  size_t whole = 0;
   for (const auto& file : line.inputs) {
-    const auto drawing = ReadOrReport(file);
+    const auto drawing = ReadOrReport(file, line.strictness, progress);
     if (!drawing) continue;
+    progress.Finish();
     PrintDrawing(*drawing);
     ++listed;
+    if (drawing->losses.empty()) ++whole;
   }
   if (listed == 0) return ExitStatus::kNothingDone;
-  return listed < line.inputs.size() ? ExitStatus::kPartlyDone : ExitStatus::kDone;
+  return whole < line.inputs.size() ? ExitStatus::kPartlyDone : ExitStatus::kDone;
 }
 
 }  // namespace hdiplot

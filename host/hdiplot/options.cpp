@@ -9,9 +9,12 @@
 #include <type_traits>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/dxf/dxf_file.h"
+#include "host/hdiplot/dxf/group.h"
 #include "host/hdiplot/module.h"
 #include "host/hdiplot/names.h"
 #include "host/hdiplot/printing.h"
+#include "host/hdiplot/system/files.h"
 #include "host/hdiplot/system/paths.h"
 
 namespace hdiplot {
@@ -36,8 +39,8 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot plan.jsonl -o again.pdf                  plays a trace
   hdiplot job.jsonl -o job.pdf --results           prints what each call of the trace returned
 
-Exit status: 0 done; 1 plotted, but some drawings could not be read, or the record, the preview or standard
-output could not be written; 2 nothing plotted.)";
+Exit status: 0 done; 1 plotted, but something in the drawings could not be used, or the record, the preview or
+standard output could not be written; 2 nothing plotted.)";
 
 // A converter for an option's value that turns exceptions into a message about this option.
 template <typename T>
@@ -56,6 +59,17 @@ bool HasExtension(const std::filesystem::path& file, std::string_view extension)
   return EqualWithoutCase(PathText(file.extension()), extension);
 }
 
+// What a file is, its first bytes tell; its name does where they do not, or where they can be read but once.
+bool IsTrace(const std::filesystem::path& file) {
+  constexpr size_t kEnough = 64;
+  std::string start(kEnough, '\0');
+  std::error_code error;
+  const FileStream stream = std::filesystem::is_regular_file(file, error) ? OpenToRead(file) : FileStream();
+  start.resize(stream ? std::fread(start.data(), 1, start.size(), stream.get()) : 0);
+  if (LooksLikeDxf(start)) return false;
+  return Trimmed(start).starts_with('{') || HasExtension(file, ".jsonl");
+}
+
 // The name of a file that is to be made.
 void CheckFileName(const char* option, const std::string& name) {
   const auto fail = [option](const char* problem) { throw CLI::ValidationError(option, problem); };
@@ -68,13 +82,7 @@ void CheckFileName(const char* option, const std::string& name) {
 
 // What CLI11 cannot tell: the rules between options and kinds of input. Throws CLI::ValidationError.
 void CheckInputs(CommandLine& line, const std::vector<const CLI::Option*>& drawingOptions) {
-  const auto traces =
-      std::ranges::count_if(line.inputs, [](const auto& f) { return HasExtension(f, ".jsonl"); });
-  for (const auto& input : line.inputs) {
-    if (!HasExtension(input, ".jsonl") && !HasExtension(input, ".dxf")) {
-      throw CLI::ValidationError(PathText(input), "is neither a drawing (.dxf) nor a plot trace (.jsonl)");
-    }
-  }
+  const auto traces = std::ranges::count_if(line.inputs, IsTrace);
   if (traces > 0 && line.inputs.size() > 1) {
     throw CLI::ValidationError("inputs", "a plot trace is played alone");
   }
@@ -203,6 +211,9 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
                              "The sheet to plot, a page each with \"all\" (default: the model, or all "
                              "layouts when it is empty)"))
       ->type_name("NAME|all|model");
+  forDrawings(app.add_flag_callback(
+      "--strict", [&line] { line.strictness = Strictness::kStrict; },
+      "Refuse a drawing that is broken anywhere, and plot nothing of it"));
   auto* list = forDrawings(app.add_flag(
       "--list", line.list, "Print the drawings' spaces, layouts, entities and layers; plot nothing"));
   list->excludes(output)->excludes(record)->excludes(preview);

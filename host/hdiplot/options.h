@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/hdiplot/dxf/dxf_reader.h"
 #include "host/hdiplot/plot_options.h"
 #include "host/hdiplot/progress.h"
 
@@ -14,8 +15,8 @@ namespace hdiplot {
 
 enum class ExitStatus : int {
   kDone = 0,
-  kPartlyDone = 1,  // plotted, but some drawings or images failed, or the record, the preview or the
-                    // output of text could not be written
+  kPartlyDone = 1,  // plotted, but some drawings, parts of them or images failed, or the record, the preview
+                    // or the output of text could not be written
   kNothingDone = 2,
 };
 
@@ -35,8 +36,9 @@ struct CommandLine {
   std::optional<std::filesystem::path> preview;  // a picture of the first page
   int previewDpi = 100;
   bool results = false;
-  PlotOptions plot;    // of drawings
-  std::string device;  // empty: the trace's, or the first
+  Strictness strictness = Strictness::kForgiving;  // towards drawings
+  PlotOptions plot;                                // of drawings
+  std::string device;                              // empty: the trace's, or the first
   std::filesystem::path module;
   std::string compression;  // empty: the device's setting
   bool open = false;

@@ -3,6 +3,7 @@
 
 NAME.dxf is plotted with the options in NAME.args. Beside it lie what is expected: NAME.jsonl, the recorded trace;
 NAME.err, standard error; NAME.out, standard output behind the summary. A file that is missing is an empty one.
+Both binary forms of the drawing, and of the examples, have to give the same trace to the last digit.
 
     check_drawings.py [NAME ...]           compares; without names all drawings
     check_drawings.py --update NAME ...    writes the expected files anew, for a review of each changed line
@@ -20,7 +21,10 @@ import subprocess
 import sys
 import tempfile
 
+import binary_dxf
+
 FOLDER = pathlib.Path(__file__).resolve().parent
+EXAMPLES = FOLDER.parent.parent / "examples"
 RESULTS = ("jsonl", "err", "out")
 MOST_DIFFERENCES = 5
 
@@ -37,19 +41,33 @@ def read(file):
     return file.read_text(encoding="utf-8") if file.exists() else ""
 
 
-def plot(name):
+def plot(drawing):
     """What the plot of a drawing gives, by the ending of the file that holds what is expected."""
     with tempfile.TemporaryDirectory() as place:
         trace = pathlib.Path(place, "trace.jsonl")
-        options = shlex.split(read(FOLDER / f"{name}.args"))
+        options = shlex.split(read(FOLDER / f"{drawing.stem}.args"))
         files = ["-o", os.path.join(place, "plot.pdf"), "--record", str(trace)]
         # An own directory for the user's settings, and the driver's messages in English.
         environment = os.environ | {"HDI_USER_DIR": place, "LC_ALL": "C.UTF-8"}
-        done = subprocess.run([os.environ["HDI_HDIPLOT_PATH"], f"{name}.dxf", *files, *options], cwd=FOLDER,
+        done = subprocess.run([os.environ["HDI_HDIPLOT_PATH"], drawing.name, *files, *options], cwd=drawing.parent,
                               env=environment, capture_output=True, encoding="utf-8", check=False, timeout=60)
         summary_end = done.stdout.find("\n") + 1
         crash = "" if done.returncode in (0, 1, 2) else f"ended with {done.returncode}\n"
         return {"jsonl": read(trace), "err": done.stderr + crash, "out": done.stdout[summary_end:]}
+
+
+def binary_differs(drawing):
+    """Whether one of the binary forms, among whatever files the drawing names, is plotted in another way."""
+    text = plot(drawing)["jsonl"]
+    with tempfile.TemporaryDirectory() as place:
+        for file in drawing.parent.glob("*.png"):
+            os.symlink(file, os.path.join(place, file.name))
+        binary = pathlib.Path(place, drawing.name)
+        for wide in (False, True):
+            binary.write_bytes(binary_dxf.converted(drawing.read_bytes(), wide))
+            if plot(binary)["jsonl"] != text:
+                return True
+    return not text
 
 
 def agree(expected, actual):
@@ -98,7 +116,9 @@ def main():
     names = arguments.names or sorted(file.stem for file in FOLDER.glob("*.dxf"))
     # The command is another process, so threads are enough.
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        plots = list(pool.map(plot, names))
+        plots = list(pool.map(plot, [FOLDER / f"{name}.dxf" for name in names]))
+        drawings = [] if arguments.names else [*FOLDER.glob("*.dxf"), *EXAMPLES.glob("*.dxf")]
+        differ = [drawing.name for drawing, differs in zip(drawings, pool.map(binary_differs, drawings)) if differs]
     failed = 0
     for name, results in zip(names, plots):
         if arguments.update:
@@ -110,7 +130,9 @@ def main():
             print(f"{difference.file}:{difference.line}:")
             print(f"  expected {difference.expected}\n  actual   {difference.actual}")
     print(f"{len(names) - failed} of {len(names)} drawings are as expected")
-    return 1 if failed or not names else 0
+    if differ:
+        print(f"binary forms are plotted in another way: {', '.join(differ)}")
+    return 1 if failed or differ or not names else 0
 
 
 if __name__ == "__main__":

@@ -28,9 +28,10 @@ class SmallSheetDriver final : public PlainDriver {
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static FontBook fonts;  // looking fonts up takes longer than all the rest
   const fuzzing::MemoryFile file(data, size);
+  Progress progress(ProgressDisplay::kOff);
   Drawing drawing;
   try {
-    drawing = ReadDxf(file.Path());
+    drawing = ReadDxf(file.Path(), Strictness::kForgiving, progress);
   } catch (const FileError&) {
     return 0;
   }
@@ -38,7 +39,6 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   SmallSheetDriver driver;
   ImageBook images;
   PlotDevice device(driver);
-  Progress progress(ProgressDisplay::kOff);
   PlotOptions options;
   options.strokeComments = true;
   const DrawingPart part = MeasuredPart(drawing, options, fonts);

@@ -16,6 +16,18 @@ std::string Section(std::string_view name, std::string_view content) {
   return Groups("0 SECTION|2 " + std::string(name)) + Groups(content) + Groups("0 ENDSEC");
 }
 
+hdiplot::Drawing ReadFile(const std::string& file, hdiplot::Strictness strictness) {
+  hdiplot::Progress progress(hdiplot::ProgressDisplay::kOff);
+  return hdiplot::ReadDxf(file, strictness, progress);
+}
+
+std::string BehindName(const std::string& message) {
+  constexpr std::string_view kName = "drawing.dxf:";
+  const size_t at = message.find(kName);
+  EXPECT_NE(at, std::string::npos) << message;
+  return at == std::string::npos ? message : message.substr(at + kName.size());
+}
+
 }  // namespace
 
 std::string Groups(std::string_view shortForm) {
@@ -38,20 +50,24 @@ std::string File(std::string_view header, std::string_view tables, std::string_v
 
 hdiplot::Drawing Read(const std::string& text) {
   const scratch::Directory directory;
-  return hdiplot::ReadDxf(directory.Write("drawing.dxf", text));
+  return ReadFile(directory.Write("drawing.dxf", text), hdiplot::Strictness::kForgiving);
 }
 
 std::string ErrorOf(const std::string& text) {
   const scratch::Directory directory;
   const std::string file = directory.Write("drawing.dxf", text);
   try {
-    (void)hdiplot::ReadDxf(file);
+    (void)ReadFile(file, hdiplot::Strictness::kStrict);
   } catch (const hdiplot::FileError& error) {
-    const std::string message = error.what();
-    EXPECT_TRUE(message.starts_with(file + ":")) << message;
-    return message.substr(file.size() + 1);
+    return BehindName(error.what());
   }
   return "";
+}
+
+std::vector<std::string> LossesOf(const std::string& text) {
+  std::vector<std::string> losses;
+  for (const std::string& loss : Read(text).losses) losses.push_back(BehindName(loss));
+  return losses;
 }
 
 }  // namespace dxf_writing

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/hdiplot/dxf/drawing.h"
 
@@ -15,11 +16,14 @@ std::string Groups(std::string_view shortForm);
 std::string File(std::string_view header, std::string_view tables, std::string_view blocks,
                  std::string_view entities);
 
-// Reads the text as a file "drawing.dxf" in a directory of its own.
+// Reads the text, or the bytes of a binary file, as a file "drawing.dxf" in a directory of its own.
 hdiplot::Drawing Read(const std::string& text);
 
-// What is wrong with the text: FileError's message behind the file's name, such as "6: ...". Empty when
-// nothing is.
+// What is wrong with the text when it is read strictly: FileError's message behind the file's name, such as
+// "6: ...". Empty when nothing is.
 std::string ErrorOf(const std::string& text);
+
+// The messages on what is lost otherwise, likewise.
+std::vector<std::string> LossesOf(const std::string& text);
 
 }  // namespace dxf_writing

@@ -1,8 +1,6 @@
 // The forms that a text may have, and what its header says of all the rest.
 #include <gtest/gtest.h>
 
-#include <locale>
-
 #include "tests/hdiplot_dxf/dxf_writing.h"
 
 namespace hdiplot {
@@ -29,21 +27,6 @@ TEST(Forms, LineEndsBlanksCommentsAndAMark) {
     EXPECT_EQ(drawing.entities[0].attributes.layer, "A B");
     EXPECT_EQ(std::get<LineEntity>(drawing.entities[0].shape).end, (Vec2{3, 4}));
   }
-}
-
-// A comma for the decimal point, and dots between thousands.
-TEST(Forms, TheProgramsLocaleDoesNotMatter) {
-  struct Commas : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-  };
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
-  const Drawing drawing = Read(File("", "", "", "0 LINE|10 1.5|20 1234567.25|11 3|21 4"));
-  const bool kept = std::use_facet<std::numpunct<char>>(std::locale()).decimal_point() == ',';
-  std::locale::global(before);
-  EXPECT_EQ(std::get<LineEntity>(drawing.entities.at(0).shape).start, (Vec2{1.5, 1234567.25}));
-  EXPECT_TRUE(kept);
 }
 
 TEST(Forms, HeadersTellUnitsAndScales) {

@@ -28,7 +28,7 @@ struct Row {
 };
 
 TEST(Strings, OfNames) {
-  const auto layer = [](const std::string& header, const std::string& name) {
+  const auto layer = [](const std::string& header, const std::string& name) -> std::string {
     return Read(File(header, "", "", "0 POINT|10 0|20 0|8 " + name)).entities.at(0).attributes.layer;
   };
   const Row rows[] = {

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/hdiplot/dxf/group_reader.h"
-
 namespace hdiplot {
 namespace {
 
@@ -16,15 +14,18 @@ uint64_t CappedSum(uint64_t a, uint64_t b) { return a > kMost - b ? kMost : a + 
 
 }  // namespace
 
-void BlockGraph::AddInsert(const std::string& within, const std::string& block, uint64_t copies,
-                           size_t line) {
-  nodes_[within].inserts.push_back({block, copies, line});
+void BlockGraph::AddInsert(const std::string& within, const std::string& block, uint64_t copies, size_t id) {
+  nodes_[within].inserts.push_back({block, copies, id});
 }
 
-void BlockGraph::CheckForCircles() const { InnermostFirst(); }
+std::vector<size_t> BlockGraph::CircularInserts() const {
+  std::vector<size_t> circular;
+  InnermostFirst(circular);
+  return circular;
+}
 
 // Depth first, on a stack of our own: how deep blocks are nested is up to the file.
-std::vector<std::string> BlockGraph::InnermostFirst() const {
+std::vector<std::string> BlockGraph::InnermostFirst(std::vector<size_t>& circular) const {
   enum class State { kUnseen, kOpen, kDone };
   struct Step {
     std::map<std::string, Node>::const_iterator node;
@@ -48,9 +49,7 @@ std::vector<std::string> BlockGraph::InnermostFirst() const {
       const auto inner = nodes_.find(insert.block);
       if (inner == nodes_.end()) continue;
       State& state = states[inner->first];
-      if (state == State::kOpen) {
-        throw DxfFault{insert.line, "the block " + Quoted(insert.block) + " contains itself"};
-      }
+      if (state == State::kOpen) circular.push_back(insert.id);
       if (state == State::kUnseen) {
         state = State::kOpen;
         path.push_back({inner});
@@ -62,7 +61,8 @@ std::vector<std::string> BlockGraph::InnermostFirst() const {
 
 TypeCounts BlockGraph::SkippedIn(const std::string& name) const {
   std::map<std::string, TypeCounts> totals;
-  for (const std::string& block : InnermostFirst()) {
+  std::vector<size_t> circular;
+  for (const std::string& block : InnermostFirst(circular)) {
     const Node& node = nodes_.at(block);
     TypeCounts total = node.skipped;
     for (const Insert& insert : node.inserts) {

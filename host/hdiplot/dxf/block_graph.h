@@ -19,31 +19,32 @@ inline constexpr const char* kPaperName = "\n";
 
 class BlockGraph {
  public:
-  void AddInsert(const std::string& within, const std::string& block, uint64_t copies, size_t line);
+  void AddInsert(const std::string& within, const std::string& block, uint64_t copies, size_t id);
   void AddSkipped(const std::string& within, std::string_view type) {
     ++nodes_[within].skipped[std::string(type)];
   }
 
-  // Throws DxfFault at an insert that closes a circle.
-  void CheckForCircles() const;
+  // The inserts that close a circle, by the numbers that they were added with.
+  [[nodiscard]] std::vector<size_t> CircularInserts() const;
 
   // The entities counted as skipped in the model or on the paper, those of each block once for every time
-  // that it appears there. Stays at the largest number where they are more. Only without circles.
+  // that it appears there. Stays at the largest number where they are more. Inserts that
+  // close a circle do not count.
   TypeCounts SkippedIn(const std::string& name) const;
 
  private:
   struct Insert {
     std::string block;
     uint64_t copies;
-    size_t line;
+    size_t id;
   };
   struct Node {
     std::vector<Insert> inserts;
     TypeCounts skipped;
   };
 
-  // All blocks, each after those that it contains.
-  std::vector<std::string> InnermostFirst() const;
+  // All blocks, each after those that it contains, but for what closes a circle.
+  std::vector<std::string> InnermostFirst(std::vector<size_t>& circular) const;
 
   std::map<std::string, Node> nodes_;
 };

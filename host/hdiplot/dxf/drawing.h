@@ -9,11 +9,15 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <variant>
 #include <vector>
 
@@ -45,16 +49,34 @@ inline constexpr int kLineWeightByLayer = -1;
 inline constexpr int kLineWeightByBlock = -2;
 inline constexpr int kLineWeightDefault = -3;
 
+// A string that many entities share, in the drawing's `names`.
+class Name {
+ public:
+  explicit Name(const std::string* held) : held_(held) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): a name is used as its text
+  operator const std::string&() const { return *held_; }
+  bool operator==(std::string_view text) const { return *held_ == text; }
+  [[nodiscard]] bool empty() const { return held_->empty(); }
+
+ private:
+  const std::string* held_;
+};
+
+inline const std::string kLayerZero = "0";
+inline const std::string kByLayer = "BYLAYER";
+inline const std::string kStandardStyle = "STANDARD";
+inline const std::string kNoLink;
+
 struct Attributes {
-  std::string layer = "0";
+  Name layer{&kLayerZero};
   EntityColor color;
-  std::string lineType = "BYLAYER";  // upper case
+  Name lineType{&kByLayer};  // upper case
   double lineTypeScale = 1;
   int lineWeight = kLineWeightByLayer;
   EntityAlpha alpha;
-  std::string link;  // what the entity leads to, an address or a file; empty: nothing
   bool visible = true;
   bool paperSpace = false;
+  Name link{&kNoLink};  // what the entity leads to, an address or a file; empty: nothing
 };
 
 struct LineEntity {
@@ -134,12 +156,12 @@ struct HatchPatternLine {  // one family of parallel lines, already at the hatch
 struct HatchGradient {
   enum class Form : uint8_t { kLinear, kCylinder, kSpherical, kHemispherical, kCurved };
   Form form = Form::kLinear;
+  bool inverted = false;  // the colours have changed places
   // kLinear and kCurved run from the first colour to the last; the others have the last at their middle.
   EntityColor first;
   EntityColor last;
   double tint = -1;  // 0 black to 1 white: what the last colour is of the first one; below 0: as `last` says
-  bool inverted = false;  // the colours have changed places
-  double shift = 0;       // 0 to 1: how far up and to the left the middle has moved, 1 half way
+  double shift = 0;  // 0 to 1: how far up and to the left the middle has moved, 1 half way
   Vec2 right{1, 0};
   Vec2 up{0, 1};
 };
@@ -159,25 +181,25 @@ enum class TextLine : uint8_t { kBase, kBottom, kMiddle, kTop };  // which line 
 // Strings are UTF-8 with the file's escapes for characters (\U+XXXX, \M+NXXXX) resolved; the codes that
 // format a text stand in it still. Axes are unit vectors, one of them mirrored when the text is seen from
 // behind.
-struct TextEntity {                // TEXT, ATTRIB and ATTDEF
-  std::string text;                // with %% codes
-  std::string style = "STANDARD";  // upper case
+struct TextEntity {             // TEXT, ATTRIB and ATTDEF
+  std::string text;             // with %% codes
+  Name style{&kStandardStyle};  // upper case
   Vec2 place;
   Vec2 end;  // for kAligned and kFit
-  TextAlign align = TextAlign::kLeft;
-  TextLine line = TextLine::kBase;
   Vec2 right{1, 0};
   Vec2 up{0, 1};
   double height = 1;  // of capitals; above 0
   double widthFactor = 1;
   double oblique = 0;  // radians, to the right
+  TextAlign align = TextAlign::kLeft;
+  TextLine line = TextLine::kBase;
   bool backwards = false;
   bool upsideDown = false;
 };
 
-struct MTextEntity {               // MTEXT
-  std::string text;                // with formatting codes
-  std::string style = "STANDARD";  // upper case
+struct MTextEntity {            // MTEXT
+  std::string text;             // with formatting codes
+  Name style{&kStandardStyle};  // upper case
   Vec2 place;
   int attachment = 1;  // 1 to 9: top left, top centre, top right, middle left, ... bottom right
   Vec2 right{1, 0};
@@ -238,17 +260,21 @@ struct ViewportEntity {    // VIEWPORT
   Vec2 target;
   double twist = 0;                       // radians
   std::vector<std::string> frozenLayers;  // not seen here
-  HatchLoop clip;                         // the outline, which is an entity of its own; empty: a rectangle
+  std::vector<HatchLoop> clip;            // the outline, an entity of its own; none: a rectangle
 };
 
 using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
                            PointEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity,
                            ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
 
+// Drawings have very many of these, so that what is large in a shape is somewhere else.
 struct Entity {
   Attributes attributes;
   Shape shape;
 };
+static_assert(sizeof(void*) != 8 || sizeof(Entity) <= 200);
+
+using Entities = std::deque<Entity>;  // which takes no room beyond theirs, and leaves them where they are
 
 struct Layer {
   EntityColor color{EntityColor::Kind::kIndex, 7};
@@ -280,7 +306,7 @@ struct TextStyle {               // STYLE
 
 struct Block {
   Vec2 base;
-  std::vector<Entity> entities;
+  Entities entities;
 };
 
 struct EntityCount {
@@ -314,7 +340,7 @@ struct Layout {  // a sheet in paper space
 
 struct Drawing {
   std::string name;  // the file's name without directories
-  std::vector<Entity> entities;
+  Entities entities;
   std::map<std::string, Layer> layers;            // by name as written; look-ups are without regard to case
   std::map<std::string, LineType> lineTypes;      // by upper-case name
   std::map<std::string, Block> blocks;            // by upper-case name
@@ -329,6 +355,9 @@ struct Drawing {
   double pointSize = 0;           // $PDSIZE
   std::map<std::string, EntityCount, std::less<>> types;  // all entities but those in blocks, by type
   std::map<std::string, uint64_t> skipped;  // entity types of the model that are not plotted, and how many
+  std::vector<std::string> losses;          // messages on what is wrong in the file
+  std::shared_ptr<std::unordered_set<std::string>> names =  // of the entities
+      std::make_shared<std::unordered_set<std::string>>();
 };
 
 // Calls `visit` for the layout's entities, in their order.

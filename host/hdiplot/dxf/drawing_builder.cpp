@@ -1,8 +1,5 @@
 #include "host/hdiplot/dxf/drawing_builder.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <utility>
 
 #include "host/hdiplot/ascii_case.h"
@@ -11,48 +8,17 @@
 #include "host/hdiplot/dxf/hatch_reader.h"
 #include "host/hdiplot/dxf/image_reader.h"
 #include "host/hdiplot/dxf/layout_reader.h"
+#include "host/hdiplot/dxf/shape_reader.h"
+#include "host/hdiplot/dxf/table_reader.h"
 
 namespace hdiplot {
 namespace {
 
 // Group 70 of BLOCK: the block's content is in another file.
-constexpr unsigned kBlockIsExternal = 4 | 8;
+constexpr uint64_t kBlockIsExternal = 4 | 8;
 
-constexpr double kSurveyFoot = 1200000.0 / 3937;
-
-// Millimetres for each value of $INSUNITS: none, inches, feet, miles, millimetres, centimetres, metres,
-// kilometres, microinches, mils, yards, angstroms, nanometres, microns, decimetres, decametres, hectometres,
-// gigametres, astronomical units, light years, parsecs, and the US survey foot, inch, yard and mile.
-constexpr std::array kMillimetresPerUnit = {
-    1.0,
-    25.4,
-    304.8,
-    1609344.0,
-    1.0,
-    10.0,
-    1000.0,
-    1e6,
-    25.4e-6,
-    25.4e-3,
-    914.4,
-    1e-7,
-    1e-6,
-    1e-3,
-    100.0,
-    1e4,
-    1e5,
-    1e12,
-    1.495978707e14,
-    9.4607304725808e18,
-    3.0856775814913673e19,
-    kSurveyFoot,
-    kSurveyFoot / 12,
-    kSurveyFoot * 3,
-    kSurveyFoot * 5280,
-};
-
-// Scales beyond this are no scales; the drawing does without. The header holds other numbers of any size.
-constexpr double kLargestScale = 1e12;
+// Has the entities of blocks without a name; no other can have it.
+constexpr const char* kLostBlock = "\n?";
 
 bool IsText(std::string_view type) {
   return type == "TEXT" || type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF";
@@ -64,67 +30,58 @@ std::string CutTypeName(std::string_view type) {
 
 }  // namespace
 
-DrawingBuilder::DrawingBuilder()
-    : adapter_(names_), texts_(names_, drawing_.textStyles), fields_(names_), entities_(&drawing_.entities) {}
+DrawingBuilder::DrawingBuilder(FaultLog& faults)
+    : faults_(faults),
+      names_(decoder_, *drawing_.names),
+      texts_(names_, drawing_.textStyles),
+      fields_(decoder_),
+      entities_(&drawing_.entities) {}
 
-void DrawingBuilder::OnVariable(const DxfObject& variable) {
-  if (variable.type == "$ACADVER") {
-    names_.SetVersion(adapter_.ReadVariable(variable).text);
-  } else if (variable.type == "$DWGCODEPAGE") {
-    names_.SetCodePage(adapter_.ReadVariable(variable).text);
-  } else if (variable.type == "$LTSCALE") {
-    const double scale = adapter_.ReadVariable(variable).real;
-    if (scale > 0 && scale <= kLargestScale) drawing_.lineTypeScale = scale;
-  } else if (variable.type == "$PSLTSCALE") {
-    drawing_.paperLineTypes = adapter_.ReadVariable(variable).integer != 0;
-  } else if (variable.type == "$PDMODE") {
-    drawing_.pointMode = adapter_.ReadVariable(variable).integer;
-  } else if (variable.type == "$PDSIZE") {
-    const double size = adapter_.ReadVariable(variable).real;
-    if (std::fabs(size) <= kLargestScale) drawing_.pointSize = size;
-  } else if (variable.type == "$INSUNITS") {
-    const auto unit = static_cast<size_t>(adapter_.ReadVariable(variable).integer);
-    if (unit < kMillimetresPerUnit.size()) drawing_.millimetresPerUnit = kMillimetresPerUnit[unit];
-  }
-}
+void DrawingBuilder::OnVariable(const DxfObject& variable) { ReadVariable(variable, drawing_, decoder_); }
 
 void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
+  const Group* handle = entry.Find(5);
   if (entry.type == "LAYER") {
-    auto [name, layer] = adapter_.ReadLayer(entry);
-    if (const Group* handle = entry.Find(5)) layersByHandle_[HandleKey(*handle)] = name;
-    drawing_.layers[name] = std::move(layer);
+    const std::string name = NameOf(entry, decoder_);
+    if (name.empty()) throw DxfFault{entry.place, "the layer has no name"};
+    drawing_.layers[name] = ReadLayer(entry, decoder_);
+    if (handle) layersByHandle_[HandleKey(*handle)] = name;
   } else if (entry.type == "BLOCK_RECORD") {
-    const Group* handle = entry.Find(5);
     const Group* name = entry.Find(2);
-    if (handle && name) blocksByHandle_[HandleKey(*handle)] = UpperCase(names_.Decode(*name));
+    if (handle && name) blocksByHandle_[HandleKey(*handle)] = UpperCase(decoder_.Decode(*name));
   } else if (entry.type == "LTYPE") {
-    if (auto lineType = adapter_.ReadLineType(entry)) {
-      drawing_.lineTypes[lineType->name] = std::move(lineType->lineType);
-    }
+    const std::string name = UpperCase(NameOf(entry, decoder_));
+    const bool isPlaceHolder = name.empty() || name == kByLayer || name == "BYBLOCK";
+    if (!isPlaceHolder) drawing_.lineTypes[name] = ReadLineType(entry);
   } else if (entry.type == "STYLE") {
     if (auto style = texts_.ReadStyle(entry)) drawing_.textStyles[style->name] = std::move(style->style);
   }
 }
 
+// The name stands in the block twice.
 void DrawingBuilder::OnBlock(const DxfObject& block) {
-  const DxflibAdapter::BlockHead head = adapter_.ReadBlock(block);
-  block_ = head.name;
-  if (drawing_.blocks.contains(block_)) {
-    throw DxfFault{block.line, "there is a block " + Quoted(block_) + " already"};
+  block_ = kLostBlock;
+  entities_ = &lost_.entities;
+  const Group* written = block.Find(2) ? block.Find(2) : faults_.IsStrict() ? nullptr : block.Find(3);
+  const std::string name = written ? UpperCase(decoder_.Decode(*written)) : std::string();
+  if (name.empty()) throw DxfFault{block.place, "the block has no name"};
+  if (drawing_.blocks.contains(name)) {
+    throw DxfFault{block.place, "there is a block " + Quoted(name) + " already"};
   }
-  Block& added = drawing_.blocks[block_];
-  added.base = head.base;
+  block_ = name;
+  Block& added = drawing_.blocks[name];
+  added.base = {block.Real(10, 0), block.Real(20, 0)};
   entities_ = &added.entities;
-  if ((head.flags & kBlockIsExternal) != 0) external_.push_back(block_);
+  if ((static_cast<uint64_t>(block.Integer(70, 0)) & kBlockIsExternal) != 0) external_.push_back(name);
 }
 
 void DrawingBuilder::OnBlockEnd() {
-  CheckNoPolylineOpen();
+  FinishPolyline(false);
   block_.clear();
   entities_ = &drawing_.entities;
 }
 
-void DrawingBuilder::OnEntitiesEnd() { CheckNoPolylineOpen(); }
+void DrawingBuilder::OnEntitiesEnd() { FinishPolyline(false); }
 
 void DrawingBuilder::OnObject(const DxfObject& object) {
   fields_.Add(object);
@@ -132,38 +89,42 @@ void DrawingBuilder::OnObject(const DxfObject& object) {
   if (object.type != "IMAGEDEF") return;
   const Group* handle = object.Find(5);
   const Group* file = object.Find(1);
-  if (handle && file) drawing_.imageFiles[ImageKey(*handle)] = names_.Decode(file->value);
+  if (handle && file) drawing_.imageFiles[ImageKey(*handle)] = decoder_.Decode(file->Value());
 }
 
 void DrawingBuilder::OnEntity(const DxfObject& entity) {
   const size_t before = entities_->size();
   ReadEntity(entity);
-  const Group* handle = entity.Find(5);
-  if (!handle || entities_->size() == before) return;
-  if (IsOnSheet(entities_->back().attributes)) {
-    outlines_[HandleKey(*handle)] = {entities_, before};
+  if (entities_->size() == before || !IsOnSheet(entities_->back().attributes)) return;
+  if (const Group* handle = entity.Find(5)) {
+    outlines_[HandleKey(*handle)] = {entities_, entities_->size() - 1};
   }
 }
 
 void DrawingBuilder::ReadEntity(const DxfObject& entity) {
-  if (polyline_ || entity.type == "VERTEX") {
-    AddPartOfPolyline(entity);
+  if (entity.type == "VERTEX") {
+    AddVertex(entity);
     return;
   }
-  if (entity.type == "SEQEND") {  // of the attributes after an INSERT
+  FinishPolyline(entity.type == "SEQEND");
+  if (entity.type == "SEQEND") {  // or of the attributes after an INSERT
     insert_.reset();
     return;
   }
   const Attributes attributes = AttributesOf(entity, names_);
   if (block_.empty()) Count(entity.type, attributes);
-  if (entity.type == "POLYLINE") {
-    polyline_ = OpenPolyline{PolylineBuilder(entity), attributes};
+  if (const ShapeReader read = FindShapeReader(entity.type)) {
+    AddEntity(attributes, read(entity));
   } else if (entity.type == "LWPOLYLINE") {
     AddEntity(attributes, ReadLwPolyline(entity));
-  } else if (entity.type == "HATCH") {
-    AddHatch(entity, attributes);
   } else if (IsText(entity.type)) {
     AddText(entity, attributes);
+  } else if (entity.type == "INSERT") {
+    AddInsert(entity, attributes, ReadInsert(entity, decoder_));
+  } else if (entity.type == "POLYLINE") {
+    polyline_.emplace(OpenPolyline{PolylineBuilder(entity), attributes});
+  } else if (entity.type == "HATCH") {
+    AddHatch(entity, attributes);
   } else if (entity.type == "IMAGE") {
     AddEntity(attributes, ReadImage(entity));
   } else if (entity.type == "WIPEOUT") {
@@ -172,32 +133,28 @@ void DrawingBuilder::ReadEntity(const DxfObject& entity) {
     AddViewport(entity, attributes);
   } else if (entity.type == "DIMENSION") {
     AddDimension(entity, attributes);
-  } else if (!DxflibAdapter::ReadsShape(entity.type)) {
+  } else {
     CountSkipped(entity.type, attributes);
-  } else {
-    Shape shape = adapter_.ReadShape(entity);
-    if (auto* insert = std::get_if<InsertEntity>(&shape)) {
-      AddInsert(entity, attributes, std::move(*insert));
-    } else {
-      AddEntity(attributes, std::move(shape));
-    }
   }
 }
 
-void DrawingBuilder::AddPartOfPolyline(const DxfObject& object) {
-  if (!polyline_) throw DxfFault{object.line, "VERTEX without a POLYLINE"};
-  if (object.type == "VERTEX") {
-    polyline_->builder.AddVertex(object);
-  } else if (object.type == "SEQEND") {
-    AddEntity(polyline_->attributes, polyline_->builder.Finish());
-    polyline_.reset();
-  } else {
-    CheckNoPolylineOpen();
-  }
+void DrawingBuilder::AddVertex(const DxfObject& vertex) {
+  if (!polyline_) throw DxfFault{vertex.place, "VERTEX without a POLYLINE"};
+  polyline_->builder.AddVertex(vertex);
 }
 
-void DrawingBuilder::CheckNoPolylineOpen() const {
-  if (polyline_) throw DxfFault{polyline_->builder.Line(), "this POLYLINE has no SEQEND"};
+// Where one is open. Without its end it has the vertices that there are.
+void DrawingBuilder::FinishPolyline(bool isEnded) {
+  if (!polyline_) return;
+  const OpenPolyline polyline = std::move(*polyline_);
+  polyline_.reset();
+  const size_t place = polyline.builder.Place();
+  if (!isEnded) faults_.Report({place, "this POLYLINE has no SEQEND"});
+  try {
+    AddEntity(polyline.attributes, polyline.builder.Finish());
+  } catch (const DxfFault& fault) {
+    faults_.ReportLeftOut(fault, "POLYLINE");
+  }
 }
 
 // A dimension's drawn form is an anonymous block, in the drawing's coordinates; group 12 moves it where one
@@ -209,7 +166,7 @@ void DrawingBuilder::AddDimension(const DxfObject& dimension, const Attributes& 
     return;
   }
   InsertEntity insert;
-  insert.block = UpperCase(names_.Decode(*block));
+  insert.block = UpperCase(decoder_.Decode(*block));
   insert.at = {dimension.Real(12, 0), dimension.Real(22, 0)};
   AddInsert(dimension, attributes, std::move(insert));
 }
@@ -223,8 +180,12 @@ void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attrib
     return;
   }
   const auto copies = static_cast<uint64_t>(insert.columns) * static_cast<uint64_t>(insert.rows);
-  inserts_.push_back(
-      {Place(attributes), insert.block, std::string(entity.type), copies, entity.line, attributes.visible});
+  inserts_.push_back({names_.Hold(Place(attributes)),
+                      copies,
+                      entity.place,
+                      entity.type == "INSERT",
+                      attributes.visible,
+                      {entities_, entities_->size()}});
   AddEntity(attributes, std::move(insert));
 }
 
@@ -252,7 +213,7 @@ void DrawingBuilder::AddReadText(const DxfObject& object, Attributes attributes,
   if (!text) return;
   if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
   const std::string link = ReplaceFieldCodes(text->text, backslash);
-  if (attributes.link.empty()) attributes.link = link;
+  if (attributes.link.empty() && !link.empty()) attributes.link = names_.Hold(link);
   if (attributes.link.empty() && !object.dictionary.empty()) {
     unlinkedTexts_.push_back({{entities_, entities_->size()}, std::string(object.dictionary)});
   }
@@ -293,33 +254,59 @@ std::string DrawingBuilder::Place(const Attributes& attributes) const {
 }
 
 Drawing DrawingBuilder::Finish() {
-  for (const std::string& block : external_) {
-    if (drawing_.blocks[block].entities.empty()) drawing_.blocks.erase(block);
-  }
-  for (const Insert& insert : inserts_) {
-    const bool resolved = drawing_.blocks.contains(insert.block);
-    if (!resolved && insert.visible) graph_.AddSkipped(insert.within, insert.type);
-    // A hidden insert still makes a circle, but shows nothing.
-    if (resolved)
-      graph_.AddInsert(insert.within, insert.block, insert.visible ? insert.copies : 0, insert.line);
-  }
-  graph_.CheckForCircles();
+  FinishInserts();
   FinishTexts();
   FinishViewports();
-  RemoveUnresolved(drawing_.entities);
-  for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
+  if (hasUnresolved_) {
+    RemoveUnresolved(drawing_.entities);
+    for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
+  }
   FinishLayouts();
   drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
 }
 
-void DrawingBuilder::FinishTexts() {
-  for (const auto& [place, dictionary] : unlinkedTexts_) {
-    place.entities->at(place.index).attributes.link = fields_.Find(dictionary);
+std::string& DrawingBuilder::BlockOf(const Insert& insert) {
+  return std::get<InsertEntity>(insert.entity.entities->at(insert.entity.index).shape).block;
+}
+
+void DrawingBuilder::FinishInserts() {
+  std::set<std::string> elsewhere;
+  for (const std::string& block : external_) {
+    if (drawing_.blocks[block].entities.empty() && drawing_.blocks.erase(block) > 0) elsewhere.insert(block);
+  }
+  for (size_t i = 0; i < inserts_.size(); ++i) {
+    const Insert& insert = inserts_[i];
+    const std::string& block = BlockOf(insert);
+    // A hidden insert still makes a circle, but shows nothing.
+    if (drawing_.blocks.contains(block)) {
+      graph_.AddInsert(insert.within, block, insert.visible ? insert.copies : 0, i);
+      continue;
+    }
+    hasUnresolved_ = true;
+    if (insert.visible) {
+      graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
+      const bool isFault = insert.isInsert && !elsewhere.contains(block);
+      if (isFault && !faults_.IsStrict()) {
+        faults_.Report({insert.place, "the block " + Quoted(block) + " of this INSERT is not there"});
+      }
+    }
+  }
+  for (const size_t i : graph_.CircularInserts()) {
+    std::string& block = BlockOf(inserts_[i]);
+    faults_.Report({inserts_[i].place, "the block " + Quoted(block) + " contains itself"});
+    block.clear();
+    hasUnresolved_ = true;
   }
 }
 
-void DrawingBuilder::RemoveUnresolved(std::vector<Entity>& entities) const {
+void DrawingBuilder::FinishTexts() {
+  for (const auto& [place, dictionary] : unlinkedTexts_) {
+    place.entities->at(place.index).attributes.link = names_.Hold(fields_.Find(dictionary));
+  }
+}
+
+void DrawingBuilder::RemoveUnresolved(Entities& entities) const {
   std::erase_if(entities, [&](const Entity& entity) {
     const auto* insert = std::get_if<InsertEntity>(&entity.shape);
     return insert && !drawing_.blocks.contains(insert->block);

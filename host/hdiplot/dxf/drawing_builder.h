@@ -10,9 +10,8 @@
 
 #include "host/hdiplot/dxf/block_graph.h"
 #include "host/hdiplot/dxf/drawing.h"
-#include "host/hdiplot/dxf/dxflib_adapter.h"
 #include "host/hdiplot/dxf/field_links.h"
-#include "host/hdiplot/dxf/name_decoder.h"
+#include "host/hdiplot/dxf/name_cache.h"
 #include "host/hdiplot/dxf/polyline_reader.h"
 #include "host/hdiplot/dxf/structure_reader.h"
 #include "host/hdiplot/dxf/text_reader.h"
@@ -21,7 +20,8 @@ namespace hdiplot {
 
 class DrawingBuilder : public DxfVisitor {
  public:
-  DrawingBuilder();
+  // The log has to outlive the builder.
+  explicit DrawingBuilder(FaultLog& faults);
 
   void OnVariable(const DxfObject& variable) override;
   void OnTableEntry(const DxfObject& entry) override;
@@ -31,18 +31,24 @@ class DrawingBuilder : public DxfVisitor {
   void OnEntitiesEnd() override;
   void OnObject(const DxfObject& object) override;
 
-  // The drawing, after the last object. Throws DxfFault.
+  // The drawing, after the last object. Throws DxfFault when the log is strict.
   Drawing Finish();
 
  private:
+  // An entity among others, which stay where they are up to the end.
+  struct EntityPlace {
+    Entities* entities;
+    size_t index;
+  };
+
   // An insert of a block that may not exist; known at the end only.
   struct Insert {
-    std::string within;  // as BlockGraph names it
-    std::string block;
-    std::string type;  // of the entity
+    Name within;  // as BlockGraph names it
     uint64_t copies;
-    size_t line;
+    size_t place;   // in the file
+    bool isInsert;  // or a DIMENSION
     bool visible;
+    EntityPlace entity;
   };
 
   struct OpenPolyline {
@@ -50,8 +56,18 @@ class DrawingBuilder : public DxfVisitor {
     Attributes attributes;
   };
 
-  void AddPartOfPolyline(const DxfObject& object);
-  void CheckNoPolylineOpen() const;
+  struct OpenViewport {
+    EntityPlace place;
+    std::string clipHandle;  // of its outline, which may follow
+  };
+
+  struct TextWithDictionary {
+    EntityPlace place;
+    std::string dictionary;  // its handle
+  };
+
+  void AddVertex(const DxfObject& vertex);
+  void FinishPolyline(bool isEnded);
   void AddDimension(const DxfObject& dimension, const Attributes& attributes);
   void AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert);
   void AddHatch(const DxfObject& object, const Attributes& attributes);
@@ -66,36 +82,25 @@ class DrawingBuilder : public DxfVisitor {
   bool IsOnSheet(const Attributes& attributes) const;
   void AddLayout(const DxfObject& object);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
+  static std::string& BlockOf(const Insert& insert);
+  void FinishInserts();
   void FinishTexts();
   void FinishViewports();
   void FinishLayouts();
   TypeCounts SkippedIn(const std::string& place) const;
   void CountSkipped(std::string_view type, const Attributes& attributes);
   std::string Place(const Attributes& attributes) const;
-  void RemoveUnresolved(std::vector<Entity>& entities) const;
+  void RemoveUnresolved(Entities& entities) const;
 
-  NameDecoder names_;
-  DxflibAdapter adapter_;
+  FaultLog& faults_;
   Drawing drawing_;
+  NameDecoder decoder_;
+  NameCache names_;
   TextReader texts_;
   FieldLinks fields_;
   BlockGraph graph_;
   std::vector<Insert> inserts_;
-  // An entity among others, which stay where they are up to the end.
-  struct EntityPlace {
-    std::vector<Entity>* entities;
-    size_t index;
-  };
-  struct OpenViewport {
-    EntityPlace place;
-    std::string clipHandle;  // of its outline, which may follow
-  };
-
-  struct TextWithDictionary {
-    EntityPlace place;
-    std::string dictionary;  // its handle
-  };
-
+  bool hasUnresolved_ = false;                         // inserts of what is not there
   std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
   std::map<std::string, std::string> blocksByHandle_;
   std::map<std::string, EntityPlace> outlines_;  // entities of layouts
@@ -103,8 +108,9 @@ class DrawingBuilder : public DxfVisitor {
   std::vector<TextWithDictionary> unlinkedTexts_;
   std::set<std::string> sheetsSeen_;   // where there has been a viewport, as Place names it
   std::vector<std::string> external_;  // blocks whose content is in another file
+  Block lost_;                         // what stands in blocks that cannot be named
   std::string block_;                  // the one being read; empty in the model
-  std::vector<Entity>* entities_;      // its entities
+  Entities* entities_;                 // its entities
   std::optional<OpenPolyline> polyline_;
   std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
 };

@@ -23,7 +23,7 @@ HatchLoop LoopOf(const Shape& shape) {
 }  // namespace
 
 void DrawingBuilder::AddLayout(const DxfObject& object) {
-  std::optional<ReadLayout> read = LayoutOf(object, names_);
+  std::optional<ReadLayout> read = LayoutOf(object, decoder_);
   if (!read) return;
   const auto block = blocksByHandle_.find(read->blockHandle);
   if (block == blocksByHandle_.end() || block->second == kModelBlock) return;
@@ -40,7 +40,7 @@ bool DrawingBuilder::IsOnSheet(const Attributes& attributes) const {
 
 void DrawingBuilder::AddViewport(const DxfObject& entity, const Attributes& attributes) {
   if (!IsOnSheet(attributes)) return;
-  ReadViewport read = ViewportOf(entity, sheetsSeen_.insert(Place(attributes)).second, names_);
+  ReadViewport read = ViewportOf(entity, sheetsSeen_.insert(Place(attributes)).second, decoder_);
   if (read.use == ViewportUse::kNotPlanar) CountSkipped("VIEWPORT not seen from above", attributes);
   if (read.use == ViewportUse::kNone) return;
   read.viewport.showsModel = read.use == ViewportUse::kShown;
@@ -59,8 +59,8 @@ void DrawingBuilder::FinishViewports() {
     const auto outline = outlines_.find(open.clipHandle);
     if (outline == outlines_.end()) continue;
     Entity& entity = open.place.entities->at(open.place.index);
-    std::get<ViewportEntity>(entity.shape).clip =
-        LoopOf(outline->second.entities->at(outline->second.index).shape);
+    std::get<ViewportEntity>(entity.shape).clip = {
+        LoopOf(outline->second.entities->at(outline->second.index).shape)};
   }
 }
 

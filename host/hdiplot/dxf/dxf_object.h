@@ -9,13 +9,15 @@
 #include <vector>
 
 #include "host/hdiplot/ascii_case.h"
-#include "host/hdiplot/dxf/group_reader.h"
+#include "host/hdiplot/dxf/fault_log.h"
+#include "host/hdiplot/dxf/group.h"
 
 namespace hdiplot {
 
 struct DxfObject {
   std::string_view type;
-  size_t line = 0;  // of the type's name
+  size_t place = 0;            // of the type's name, as in DxfFault
+  FaultLog* faults = nullptr;  // never null, of the whole file
   std::vector<Group> groups;
   std::vector<Group> extended;  // codes from 1000, of all applications
   std::string_view dictionary;  // handle of the dictionary of what else belongs to it; empty: none
@@ -30,7 +32,7 @@ struct DxfObject {
   std::span<const Group> ExtendedOf(std::string_view application) const {
     constexpr int kApplication = 1001;
     const auto first = std::ranges::find_if(extended, [application](const Group& group) {
-      return group.code == kApplication && EqualWithoutCase(group.value, application);
+      return group.code == kApplication && EqualWithoutCase(group.Value(), application);
     });
     if (first == extended.end()) return {};
     return {first + 1, std::ranges::find(first + 1, extended.end(), kApplication, &Group::code)};
@@ -38,29 +40,29 @@ struct DxfObject {
 
   double Real(int code, double fallback) const {
     const Group* group = Find(code);
-    return group ? group->real : fallback;
+    return group ? group->number : fallback;
   }
 
   int64_t Integer(int code, int64_t fallback) const {
     const Group* group = Find(code);
-    return group ? group->integer : fallback;
+    return group ? group->Integer() : fallback;
   }
 
   size_t Count(int code) const { return static_cast<size_t>(std::ranges::count(groups, code, &Group::code)); }
 
-  // Throws DxfFault if the object says in the group `countCode` that it has another number of something.
-  void CheckCount(int countCode, size_t counted) const {
-    const Group* declared = Find(countCode);
-    if (!declared || declared->integer == static_cast<int64_t>(counted)) return;
-    throw DxfFault{declared->ValueLine(), "group " + std::to_string(countCode) + " of " + std::string(type) +
-                                              " says " + std::to_string(declared->integer) +
-                                              ", but there are " + std::to_string(counted)};
+  // Reports that the object says in the group `counting` that it has another number of something, which
+  // counts.
+  void CheckCount(const Group* counting, size_t counted) const {
+    if (!counting || counting->Integer() == static_cast<int64_t>(counted)) return;
+    faults->Report({counting->place, "group " + std::to_string(counting->code) + " of " + TypeName(type) +
+                                         " says " + std::to_string(counting->Integer()) + ", but there are " +
+                                         std::to_string(counted)});
   }
 
   // Throws DxfFault unless the object has a group of each code.
   void Require(std::span<const int> codes) const {
     for (const int code : codes) {
-      if (!Find(code)) throw DxfFault{line, std::string(type) + " has no group " + std::to_string(code)};
+      if (!Find(code)) throw DxfFault{place, std::string(type) + " has no group " + std::to_string(code)};
     }
   }
 };

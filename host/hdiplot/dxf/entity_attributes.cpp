@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <span>
 
 #include "host/hdiplot/ascii_case.h"
@@ -11,11 +12,17 @@ namespace {
 
 constexpr int64_t kHeaviestLine = 10000;  // a decimetre; the weights in use end at 2.11 mm
 
+enum class ColorSign { kInvalid, kMeansOff };
+
 EntityColor IndexedColor(int64_t index, EntityColor fallback, ColorSign sign) {
   if (sign == ColorSign::kMeansOff) index = std::abs(index);
   if (sign == ColorSign::kInvalid && index == 0) return {EntityColor::Kind::kByBlock, fallback.value};
   if (index >= 1 && index <= 255) return {EntityColor::Kind::kIndex, static_cast<uint32_t>(index)};
   return fallback;
+}
+
+EntityColor TrueColor(const Group& group) {
+  return {EntityColor::Kind::kTrue, static_cast<uint32_t>(group.Integer() & 0xffffff)};
 }
 
 // Transparency is a number of 32 bits: the highest byte tells its kind, the lowest is the alpha.
@@ -41,44 +48,69 @@ const Group* FindIn(std::span<const Group> groups, int code) {
 std::string LinkOf(const DxfObject& entity, const NameDecoder& names) {
   if (entity.extended.empty()) return {};
   const Group* target = FindIn(entity.ExtendedOf("PE_URL"), 1000);
-  return target != nullptr ? names.DecodeText(target->value, Backslash::kItself) : std::string();
+  return target != nullptr ? names.DecodeText(target->Value(), Backslash::kItself) : std::string();
 }
 
 }  // namespace
 
-EntityColor ColorOf(const DxfObject& object, EntityColor fallback, ColorSign sign) {
-  if (const Group* color = object.Find(420)) {
-    return {EntityColor::Kind::kTrue, static_cast<uint32_t>(color->integer & 0xffffff)};
-  }
-  const Group* index = object.Find(62);
-  return index ? IndexedColor(index->integer, fallback, sign) : fallback;
+int PlottedLineWeight(int64_t weight, int fallback) {
+  return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int>(weight) : fallback;
 }
 
-int LineWeightOf(const DxfObject& object, int fallback) {
-  const int64_t weight = object.Integer(370, fallback);
-  return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int>(weight) : fallback;
+EntityColor LayerColorOf(const DxfObject& object, EntityColor fallback) {
+  if (const Group* color = object.Find(420)) {
+    return TrueColor(*color);
+  }
+  const Group* index = object.Find(62);
+  return index ? IndexedColor(index->Integer(), fallback, ColorSign::kMeansOff) : fallback;
 }
 
 uint8_t LayerAlphaOf(const DxfObject& entry) {
   const Group* word = FindIn(entry.ExtendedOf("AcCmTransparency"), 1071);
-  return word != nullptr ? AlphaFrom(word->integer).value : EntityAlpha().value;
+  return word != nullptr ? AlphaFrom(word->Integer()).value : EntityAlpha().value;
 }
 
-Attributes AttributesOf(const DxfObject& entity, const NameDecoder& names) {
+// Of groups that there are twice the first counts.
+Attributes AttributesOf(const DxfObject& entity, NameCache& names) {
   Attributes attributes;
-  if (const Group* layer = entity.Find(8); layer && !layer->value.empty()) {
-    attributes.layer = names.Decode(*layer);
+  std::optional<EntityColor> trueColor;
+  for (size_t i = entity.groups.size(); i-- > 0;) {
+    const Group& group = entity.groups[i];
+    switch (group.code) {
+      case 6:
+        if (!group.Value().empty()) attributes.lineType = names.UpperCaseOf(group);
+        break;
+      case 8:
+        if (!group.Value().empty()) attributes.layer = names.Of(group);
+        break;
+      case 48:
+        attributes.lineTypeScale = group.number;
+        break;
+      case 60:
+        attributes.visible = group.number == 0;
+        break;
+      case 62:
+        attributes.color = IndexedColor(group.Integer(), {}, ColorSign::kInvalid);
+        break;
+      case 67:
+        attributes.paperSpace = group.number != 0;
+        break;
+      case 370:
+        attributes.lineWeight = PlottedLineWeight(group.Integer(), kLineWeightByLayer);
+        break;
+      case 420:
+        trueColor = TrueColor(group);
+        break;
+      case 440:
+        attributes.alpha = AlphaFrom(group.Integer());
+        break;
+      default:
+        break;
+    }
   }
-  if (const Group* lineType = entity.Find(6); lineType && !lineType->value.empty()) {
-    attributes.lineType = UpperCase(names.Decode(*lineType));
-  }
-  attributes.color = ColorOf(entity, {}, ColorSign::kInvalid);
-  attributes.lineTypeScale = entity.Real(48, 1);
-  attributes.lineWeight = LineWeightOf(entity, kLineWeightByLayer);
-  attributes.alpha = AlphaFrom(entity.Integer(440, 0));
-  attributes.link = LinkOf(entity, names);
-  attributes.visible = entity.Integer(60, 0) == 0;
-  attributes.paperSpace = entity.Integer(67, 0) != 0;
+  attributes.color = trueColor.value_or(attributes.color);
+  const std::string link = LinkOf(entity, names.Decoder());
+  if (!link.empty()) attributes.link = names.Hold(link);
   return attributes;
 }
 

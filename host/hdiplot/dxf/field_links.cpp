@@ -17,8 +17,8 @@ std::vector<std::string> FieldEntries(const DxfObject& dictionary) {
   std::vector<std::string> handles;
   for (size_t i = 1; i < dictionary.groups.size(); ++i) {
     const Group& name = dictionary.groups[i - 1];
-    const bool isField = name.code == 3 && (name.value == "ACAD_FIELD" || name.value == "TEXT");
-    if (isField && IsHandle(dictionary.groups[i])) handles.push_back(UpperCase(dictionary.groups[i].value));
+    const bool isField = name.code == 3 && (name.Value() == "ACAD_FIELD" || name.Value() == "TEXT");
+    if (isField && IsHandle(dictionary.groups[i])) handles.push_back(UpperCase(dictionary.groups[i].Value()));
   }
   return handles;
 }
@@ -29,7 +29,7 @@ std::string CodeOf(const DxfObject& field) {
   auto group = std::ranges::find(field.groups, 2, &Group::code);
   if (group == field.groups.end()) return code;
   do {
-    code += group->raw;
+    code += group->Raw();
   } while (++group != field.groups.end() && group->code == 3);
   return code;
 }
@@ -45,11 +45,11 @@ void FieldLinks::Add(const DxfObject& object) {
   } else if (object.type == "FIELD") {
     node.link = LinkOfField(names_.DecodeText(CodeOf(object), Backslash::kItself));
     for (const Group& group : object.groups) {
-      if (group.code == 360) node.children.push_back(UpperCase(group.value));
+      if (group.code == 360) node.children.push_back(UpperCase(group.Value()));
     }
   }
   const bool isOfUse = !node.link.empty() || !node.children.empty();
-  if (isOfUse) nodes_[UpperCase(handle->value)] = std::move(node);
+  if (isOfUse) nodes_[UpperCase(handle->Value())] = std::move(node);
 }
 
 std::string FieldLinks::Find(std::string_view dictionary) const {

@@ -26,10 +26,10 @@ std::vector<EntityColor> ColorsOf(const DxfObject& hatch) {
     if (group.code == kColorBegins) {
       colors.emplace_back(EntityColor{EntityColor::Kind::kIndex, 7});
     } else if (!colors.empty() && group.code == 63 && colors.back().kind == EntityColor::Kind::kIndex &&
-               group.integer >= 1 && group.integer <= kLastIndex) {
-      colors.back().value = static_cast<uint32_t>(group.integer);
+               group.Integer() >= 1 && group.Integer() <= kLastIndex) {
+      colors.back().value = static_cast<uint32_t>(group.Integer());
     } else if (!colors.empty() && group.code == 421) {
-      colors.back() = {EntityColor::Kind::kTrue, static_cast<uint32_t>(group.integer) & 0xFFFFFFU};
+      colors.back() = {EntityColor::Kind::kTrue, static_cast<uint32_t>(group.Integer()) & 0xFFFFFFU};
     }
   }
   return colors;
@@ -49,7 +49,7 @@ Form FormOf(std::string_view name) {
 
 std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& plane) {
   const std::vector<EntityColor> colors = ColorsOf(hatch);
-  hatch.CheckCount(453, colors.size());
+  hatch.CheckCount(hatch.Find(453), colors.size());
   if (colors.empty()) return std::nullopt;
 
   HatchGradient gradient;
@@ -61,7 +61,7 @@ std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& pla
   gradient.shift = std::clamp(hatch.Real(461, 0), 0.0, 1.0);
 
   const Group* named = hatch.Find(470);
-  std::string_view name = named != nullptr ? std::string_view(named->value) : std::string_view();
+  std::string_view name = named != nullptr ? named->Value() : std::string_view();
   constexpr std::string_view kInverted = "INV";
   const bool isInverted =
       name.size() > kInverted.size() && EqualWithoutCase(name.substr(0, kInverted.size()), kInverted);

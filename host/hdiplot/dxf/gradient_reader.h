@@ -10,7 +10,7 @@
 namespace hdiplot {
 
 // Of a hatch in `plane` that says that it has one. A name that is not known makes it linear. None when it has
-// no colours. Throws DxfFault when their number does not match.
+// no colours.
 std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& plane);
 
 }  // namespace hdiplot

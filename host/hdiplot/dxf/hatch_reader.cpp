@@ -27,10 +27,10 @@ class HatchReader {
   HatchEntity Read() {
     HatchEntity hatch;
     hatch.solid = object_.Integer(70, 0) != 0;
-    while (!At(91)) Skip("the number of boundary paths, group 91");
-    const size_t paths = TakeCount(91);
-    for (size_t i = 0; i < paths; ++i) hatch.loops.push_back(ReadPath());
-    if (At(92)) throw DxfFault{left_.front().line, "HATCH has more boundary paths than it announces"};
+    while (!left_.empty() && !At(91)) Next();
+    const Group& paths = Take(91);
+    while (At(92)) hatch.loops.push_back(ReadPath());
+    object_.CheckCount(&paths, hatch.loops.size());
     if (!hatch.solid) {
       hatch.lines = ReadPattern();
     } else if (object_.Integer(450, 0) == 1) {
@@ -48,52 +48,43 @@ class HatchReader {
     return group;
   }
 
-  void Skip(const std::string& until) {
-    if (left_.empty()) throw DxfFault{EndLine(), "HATCH ends before " + until};
-    Next();
-  }
-
-  // The last line of the entity.
-  size_t EndLine() const { return object_.groups.empty() ? object_.line : object_.groups.back().ValueLine(); }
+  // Of what the entity ends in.
+  size_t EndPlace() const { return object_.groups.empty() ? object_.place : object_.groups.back().place; }
 
   const Group& Take(int code) {
     if (At(code)) return Next();
     const std::string wanted = "group " + std::to_string(code);
-    if (left_.empty()) throw DxfFault{EndLine(), "HATCH ends where " + wanted + " should stand"};
-    throw DxfFault{left_.front().line, "HATCH has group " + std::to_string(left_.front().code) + " where " +
-                                           wanted + " should stand"};
+    if (left_.empty()) throw DxfFault{EndPlace(), "HATCH ends where " + wanted + " should stand"};
+    throw DxfFault{left_.front().CodePlace(), "HATCH has group " + std::to_string(left_.front().code) +
+                                                  " where " + wanted + " should stand"};
   }
 
-  double TakeReal(int code) { return Take(code).real; }
+  double TakeReal(int code) { return Take(code).number; }
 
-  // A number of things that follow. Each takes a group at least.
-  size_t TakeCount(int code) {
-    const Group& group = Take(code);
-    if (group.integer >= 0 && static_cast<uint64_t>(group.integer) <= left_.size()) {
-      return static_cast<size_t>(group.integer);
-    }
-    throw DxfFault{group.ValueLine(), "group " + std::to_string(code) + " of HATCH says " +
-                                          std::to_string(group.integer) + ", but fewer follow"};
-  }
-
-  Vec2 TakePoint(int codeX) {
+  Vec2 TakePoint(int codeX, int codeY) {
     const double x = TakeReal(codeX);
-    return {x, TakeReal(codeX + 10)};
+    return {x, TakeReal(codeY)};
+  }
+
+  Vec2 TakePoint(int codeX) { return TakePoint(codeX, codeX + 10); }
+
+  std::vector<double> TakeReals(int code) {
+    std::vector<double> reals;
+    while (At(code)) reals.push_back(Next().number);
+    return reals;
   }
 
   HatchLoop ReadPath() {
     HatchLoop loop;
-    const auto flags = static_cast<uint64_t>(Take(92).integer);
+    const auto flags = static_cast<uint64_t>(Take(92).Integer());
     if ((flags & kPathIsPolyline) != 0) {
       loop.polyline = ReadPolylinePath();
     } else {
-      const size_t edges = TakeCount(93);
-      for (size_t i = 0; i < edges; ++i) loop.edges.push_back(ReadEdge());
+      const Group& edges = Take(93);
+      while (At(72)) loop.edges.push_back(ReadEdge());
+      object_.CheckCount(&edges, loop.edges.size());
     }
-    if (At(97)) {
-      const size_t sources = TakeCount(97);
-      for (size_t i = 0; i < sources; ++i) Take(330);
-    }
+    while (At(97) || At(330)) Next();
     return loop;
   }
 
@@ -101,19 +92,20 @@ class HatchReader {
     PolylineEntity polyline;
     polyline.closed = true;  // a boundary is, even where group 73 says otherwise
     while (At(72) || At(73)) Next();
-    const size_t vertices = TakeCount(93);
-    for (size_t i = 0; i < vertices; ++i) {
+    const Group& vertices = Take(93);
+    while (At(10)) {
       PolyVertex vertex;
       vertex.point = TakePoint(10);
-      if (At(42)) vertex.bulge = Next().real;
+      if (At(42)) vertex.bulge = Next().number;
       polyline.vertices.push_back(vertex);
     }
-    return plane_.ProjectPolyline(polyline, elevation_);
+    object_.CheckCount(&vertices, polyline.vertices.size());
+    return plane_.ProjectPolyline(std::move(polyline), elevation_);
   }
 
   HatchEdge ReadEdge() {
     const Group& type = Take(72);
-    switch (type.integer) {
+    switch (type.Integer()) {
       case 1:
         return ReadLineEdge();
       case 2:
@@ -123,7 +115,7 @@ class HatchReader {
       case 4:
         return ReadSplineEdge();
       default:
-        throw DxfFault{type.ValueLine(), "HATCH has no edges of the type " + std::to_string(type.integer)};
+        throw DxfFault{type.place, "HATCH has no edges of the type " + std::to_string(type.Integer())};
     }
   }
 
@@ -137,7 +129,7 @@ class HatchReader {
   Sweep TakeSweep() {
     const double start = Radians(TakeReal(50));
     const double end = Radians(TakeReal(51));
-    const bool counterClockwise = !At(73) || Take(73).integer != 0;
+    const bool counterClockwise = !At(73) || Take(73).Integer() != 0;
     const Sweep sweep = NormalizedSweep(start, end);
     return counterClockwise ? sweep : Sweep{-sweep.start, -sweep.end};
   }
@@ -161,54 +153,55 @@ class HatchReader {
   HatchEdge ReadSplineEdge() {
     SplineEntity spline;
     const Group& degree = Take(94);
-    if (degree.integer < 1 || degree.integer > 25) {
-      throw DxfFault{degree.ValueLine(), "a spline cannot have this degree"};
+    if (degree.Integer() < 1 || degree.Integer() > 25) {
+      throw DxfFault{degree.place, "a spline cannot have this degree"};
     }
-    spline.degree = static_cast<int>(degree.integer);
+    spline.degree = static_cast<int>(degree.Integer());
     while (At(73) || At(74)) Next();
-    const size_t knots = TakeCount(95);
-    const size_t controlPoints = TakeCount(96);
-    for (size_t i = 0; i < knots; ++i) spline.knots.push_back(TakeReal(40));
-    for (size_t i = 0; i < controlPoints; ++i) {
+    const Group& knots = Take(95);
+    const Group& controlPoints = Take(96);
+    spline.knots = TakeReals(40);
+    while (At(10)) {
       spline.controlPoints.push_back(plane_.Project(TakePoint(10), elevation_));
-      if (At(42)) spline.weights.push_back(Next().real);
+      if (At(42)) spline.weights.push_back(Next().number);
     }
+    object_.CheckCount(&knots, spline.knots.size());
+    object_.CheckCount(&controlPoints, spline.controlPoints.size());
     SkipFitData();
-    CompleteSpline(spline, degree.ValueLine());
+    CompleteSpline(spline, degree.place);
     return spline;
   }
 
   // Newer files have the fit points' number here, under the code that counts source objects after the path.
   void SkipFitData() {
-    const bool isFitCount =
-        At(97) && left_.size() > 1 &&
-        (left_[1].code == 11 || (left_.front().integer == 0 && left_[1].code != 330 && left_[1].code != 92));
+    const bool isFitCount = At(97) && left_.size() > 1 &&
+                            (left_[1].code == 11 ||
+                             (left_.front().Integer() == 0 && left_[1].code != 330 && left_[1].code != 92));
     if (!isFitCount) return;
-    const size_t points = TakeCount(97);
-    for (size_t i = 0; i < points; ++i) TakePoint(11);
-    if (At(12)) TakePoint(12);
-    if (At(13)) TakePoint(13);
+    Next();
+    for (const int code : {11, 12, 13}) {
+      while (At(code)) TakePoint(code);
+    }
   }
 
   std::vector<HatchPatternLine> ReadPattern() {
     std::vector<HatchPatternLine> lines;
     while (!left_.empty() && !At(78)) Next();
-    const size_t count = left_.empty() ? 0 : TakeCount(78);
-    for (size_t i = 0; i < count; ++i) {
+    if (left_.empty()) return lines;
+    const Group& count = Next();
+    size_t counted = 0;
+    for (; At(53); ++counted) {
       HatchPatternLine line;
       line.angle = Radians(TakeReal(53));
       line.base = TakePoint(43, 44);
       line.offset = TakePoint(45, 46);
-      const size_t dashes = TakeCount(79);
-      for (size_t k = 0; k < dashes; ++k) line.dashes.push_back(TakeReal(49));
+      const Group& dashes = Take(79);
+      line.dashes = TakeReals(49);
+      object_.CheckCount(&dashes, line.dashes.size());
       if (Project(line)) lines.push_back(std::move(line));
     }
+    object_.CheckCount(&count, counted);
     return lines;
-  }
-
-  Vec2 TakePoint(int codeX, int codeY) {
-    const double x = TakeReal(codeX);
-    return {x, TakeReal(codeY)};
   }
 
   // False for lines that are seen end on.

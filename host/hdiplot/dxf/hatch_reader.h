@@ -1,5 +1,4 @@
-// HATCH, read from its groups: their meaning depends on their order, counts say how many of what follow, and
-// dxflib neither checks them nor passes on pattern lines.
+// HATCH, whose groups mean what they do by their order.
 #pragma once
 
 #include "host/hdiplot/dxf/drawing.h"
@@ -7,7 +6,7 @@
 
 namespace hdiplot {
 
-// Throws DxfFault when something is missing or the counts do not match.
+// Throws DxfFault when something is missing. What is there counts, whatever the counts say.
 HatchEntity ReadHatch(const DxfObject& object);
 
 }  // namespace hdiplot

@@ -46,10 +46,10 @@ Frame FrameOf(const DxfObject& object) {
 std::vector<Vec2> PolygonOf(const DxfObject& object) {
   std::vector<Vec2> polygon;
   for (const Group& group : object.groups) {
-    if (group.code == 14) polygon.push_back({group.real, 0});
-    if (group.code == 24 && !polygon.empty()) polygon.back().y = group.real;
+    if (group.code == 14) polygon.push_back({group.number, 0});
+    if (group.code == 24 && !polygon.empty()) polygon.back().y = group.number;
   }
-  object.CheckCount(91, polygon.size());
+  object.CheckCount(object.Find(91), polygon.size());
   const bool isRectangle = object.Integer(71, kPolygonOfTwoCorners) == kPolygonOfTwoCorners;
   if (isRectangle && polygon.size() == 2) {
     const Vec2 a = polygon[0];
@@ -82,7 +82,7 @@ int Percent(const DxfObject& object, int code, int fallback) {
 
 }  // namespace
 
-std::string ImageKey(const Group& handle) { return UpperCase(handle.value); }
+std::string ImageKey(const Group& handle) { return UpperCase(handle.Value()); }
 
 ImageEntity ReadImage(const DxfObject& object) {
   const Frame frame = FrameOf(object);

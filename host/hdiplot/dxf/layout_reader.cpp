@@ -29,10 +29,10 @@ bool IsScale(double scale) { return scale >= 1 / kLargestScale && scale <= kLarg
 // The layout's own groups.
 DxfObject LayoutPart(const DxfObject& object) {
   const auto mark = std::ranges::find_if(
-      object.groups, [](const Group& group) { return group.code == 100 && group.value == "AcDbLayout"; });
+      object.groups, [](const Group& group) { return group.code == 100 && group.Value() == "AcDbLayout"; });
   DxfObject part;
   part.type = object.type;
-  part.line = object.line;
+  part.place = object.place;
   part.groups.assign(mark, object.groups.end());
   return part;
 }
@@ -109,20 +109,20 @@ View OldViewOf(const DxfObject& viewport, const NameDecoder& names) {
   constexpr double kWholeTurn = 2 * std::numbers::pi;
   const std::span<const Group> data = viewport.ExtendedOf("ACAD");
   View view;
-  if (std::ranges::find(data, "MVIEW", &Group::value) == data.end()) return view;
+  if (std::ranges::find(data, "MVIEW", &Group::Value) == data.end()) return view;
   const auto nth = [data](int code, size_t index) {
     for (const Group& group : data) {
       if (group.code == code && index-- == 0) return group;
     }
     return Group{};
   };
-  view.target = {nth(1010, 0).real, nth(1020, 0).real};
-  view.direction = {nth(1010, 1).real, nth(1020, 1).real, nth(1030, 1).real};
-  const double twist = nth(1040, 0).real;
+  view.target = {nth(1010, 0).number, nth(1020, 0).number};
+  view.direction = {nth(1010, 1).number, nth(1020, 1).number, nth(1030, 1).number};
+  const double twist = nth(1040, 0).number;
   view.twist = std::abs(twist) > kWholeTurn ? Radians(twist) : twist;
-  view.height = nth(1040, 1).real;
-  view.center = {nth(1040, 2).real, nth(1040, 3).real};
-  view.isPerspective = (nth(1070, 1).integer & kPerspective) != 0;  // behind the list's version
+  view.height = nth(1040, 1).number;
+  view.center = {nth(1040, 2).number, nth(1040, 3).number};
+  view.isPerspective = (nth(1070, 1).Integer() & kPerspective) != 0;  // behind the list's version
   for (const Group& group : data) {
     if (group.code == 1003) view.frozenLayers.push_back(names.Decode(group));
   }
@@ -131,7 +131,7 @@ View OldViewOf(const DxfObject& viewport, const NameDecoder& names) {
 
 }  // namespace
 
-std::string HandleKey(const Group& handle) { return UpperCase(handle.value); }
+std::string HandleKey(const Group& handle) { return UpperCase(handle.Value()); }
 
 std::optional<ReadLayout> LayoutOf(const DxfObject& object, const NameDecoder& names) {
   const DxfObject part = LayoutPart(object);
@@ -154,13 +154,13 @@ ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder
   ReadViewport read;
   const int64_t id = entity.Integer(69, 0);
   const Group* flags = entity.Find(90);
-  const bool isOff = flags != nullptr ? (flags->integer & kOff) != 0 : entity.Integer(68, 1) == 0;
+  const bool isOff = flags != nullptr ? (flags->Integer() & kOff) != 0 : entity.Integer(68, 1) == 0;
   ViewportEntity& viewport = read.viewport;
   viewport.center = {entity.Real(10, 0), entity.Real(20, 0)};
   viewport.width = entity.Real(40, 0);
   viewport.height = entity.Real(41, 0);
   const Group* clip = entity.Find(340);
-  if (clip != nullptr && clip->value != "0") read.clipHandle = HandleKey(*clip);
+  if (clip != nullptr && clip->Value() != "0") read.clipHandle = HandleKey(*clip);
   if (id == 1 || (id == 0 && isFirst) || !(viewport.width > 0) || !(viewport.height > 0)) return read;
   if (isOff) {
     read.use = ViewportUse::kOff;

@@ -208,8 +208,8 @@ std::string WithoutControls(std::string_view text) {
   std::string plain;
   for (size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte == '\t') {
-      plain += "^I";
+    if (byte == '\t' || byte == '\n') {  // of which a binary file has the second, too
+      plain += byte == '\t' ? "^I" : "^J";
     } else if (byte == 0xc2 && static_cast<unsigned char>(text[i + 1]) < 0xa0) {
       ++i;
     } else if (byte >= 0x20 && byte != 0x7f) {
@@ -242,14 +242,16 @@ std::string NameDecoder::Decode(std::string_view raw) const {
 }
 
 std::string NameDecoder::DecodeText(std::string_view raw, Backslash backslash) const {
+  const bool isPlain = std::ranges::all_of(raw, [](char c) { return c >= 0x20 && c < 0x7f && c != '\\'; });
+  if (isPlain) return std::string(raw);
   return WithoutControls(WithoutEscapes(ToUtf8(raw), backslash));
 }
 
 std::string NameDecoder::Decode(const Group& group) const {
-  if (group.value.size() > kLongestName) {
-    throw DxfFault{group.ValueLine(), "this name has " + std::to_string(group.value.size()) + " characters"};
+  if (group.Value().size() > kLongestName) {
+    throw DxfFault{group.place, "this name has " + std::to_string(group.Value().size()) + " characters"};
   }
-  return Decode(group.value);
+  return Decode(group.Value());
 }
 
 }  // namespace hdiplot

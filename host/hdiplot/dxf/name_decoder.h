@@ -5,12 +5,11 @@
 #include <string_view>
 
 #include "host/hdiplot/ascii_case.h"
-#include "host/hdiplot/dxf/group_reader.h"
+#include "host/hdiplot/dxf/group.h"
 
 namespace hdiplot {
 
-// Names are shorter than 256 characters in earnest. dxflib reads lines of up to 1023 and never ends over a
-// longer one; and layer names of 1024 are more than a driver takes.
+// Names are shorter than 256 characters in earnest, and layer names of 1024 are more than a driver takes.
 inline constexpr size_t kLongestName = 1000;
 
 // What a backslash in a text is.

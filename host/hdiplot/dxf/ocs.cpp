@@ -100,7 +100,9 @@ Ocs::Ocs(Vec3 extrusion) {
 }
 
 Ocs Ocs::Of(const DxfObject& object) {
-  return Ocs({object.Real(210, 0), object.Real(220, 0), object.Real(230, object.Find(210) ? 0.0 : 1.0)});
+  const Group* x = object.Find(210);
+  if (x == nullptr && !object.Find(220) && !object.Find(230)) return {};
+  return Ocs({object.Real(210, 0), object.Real(220, 0), object.Real(230, x ? 0.0 : 1.0)});
 }
 
 Vec2 Ocs::Project(Vec3 point) const {
@@ -125,9 +127,9 @@ Shape Ocs::ProjectArcEntity(Vec2 center, double elevation, double radius, Sweep 
                     ProjectArc(center, elevation, radius, sweep));
 }
 
-PolylineEntity Ocs::ProjectPolyline(const PolylineEntity& polyline, double elevation) const {
+PolylineEntity Ocs::ProjectPolyline(PolylineEntity polyline, double elevation) const {
   if (kind_ == Kind::kWorld) return polyline;
-  PolylineEntity seen = kind_ == Kind::kTilted ? WithChords(polyline) : polyline;
+  PolylineEntity seen = kind_ == Kind::kTilted ? WithChords(polyline) : std::move(polyline);
   for (PolyVertex& vertex : seen.vertices) {
     vertex.point = Project(vertex.point, elevation);
     vertex.bulge = -vertex.bulge;

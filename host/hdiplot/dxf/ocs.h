@@ -36,7 +36,7 @@ class Ocs {
     kTilted,    // any other
   };
 
-  Ocs() : Ocs(Vec3{0, 0, 1}) {}
+  Ocs() = default;  // the direction (0,0,1)
   // The direction's length does not matter; without a length it counts as (0,0,1).
   explicit Ocs(Vec3 extrusion);
   // From groups 210, 220 and 230.
@@ -54,13 +54,15 @@ class Ocs {
   // An arc that runs counter-clockwise before and after.
   Shape ProjectArcEntity(Vec2 center, double elevation, double radius, Sweep sweep) const;
   // Bulges change their sign in a mirrored plane, and become chords in a tilted one.
-  PolylineEntity ProjectPolyline(const PolylineEntity& polyline, double elevation) const;
+  PolylineEntity ProjectPolyline(PolylineEntity polyline, double elevation) const;
 
   // The direction that an ELLIPSE's minor axis has in space: the extrusion direction times the major axis.
   Vec3 MinorDirection(Vec3 major) const;
 
  private:
-  Vec3 axisX_, axisY_, axisZ_;
+  Vec3 axisX_{1, 0, 0};
+  Vec3 axisY_{0, 1, 0};
+  Vec3 axisZ_{0, 0, 1};
   Kind kind_ = Kind::kWorld;
 };
 

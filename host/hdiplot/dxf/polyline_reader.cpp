@@ -33,34 +33,35 @@ Shape ReadLwPolyline(const DxfObject& object) {
   PolylineEntity polyline;
   polyline.closed = (FlagsOf(object) & kClosed) != 0;
   const double width = object.Real(43, 0);  // where a vertex has none of its own
+  polyline.vertices.reserve(object.Count(10));
   size_t ordinates = 0;
   for (const Group& group : object.groups) {
     if (group.code == 10) {
-      polyline.vertices.push_back({{group.real, 0}, 0, width, width});
+      polyline.vertices.push_back({{group.number, 0}, 0, width, width});
       continue;
     }
     if (polyline.vertices.empty()) continue;
     PolyVertex& vertex = polyline.vertices.back();
     if (group.code == 20) {
-      vertex.point.y = group.real;
+      vertex.point.y = group.number;
       ++ordinates;
     } else if (group.code == 40) {
-      vertex.startWidth = group.real;
+      vertex.startWidth = group.number;
     } else if (group.code == 41) {
-      vertex.endWidth = group.real;
+      vertex.endWidth = group.number;
     } else if (group.code == 42) {
-      vertex.bulge = group.real;
+      vertex.bulge = group.number;
     }
   }
   if (ordinates != polyline.vertices.size()) {
-    throw DxfFault{object.line, "LWPOLYLINE has vertices with only one coordinate"};
+    throw DxfFault{object.place, "LWPOLYLINE has vertices with only one coordinate"};
   }
-  object.CheckCount(90, polyline.vertices.size());
-  return Ocs::Of(object).ProjectPolyline(polyline, object.Real(38, 0));
+  object.CheckCount(object.Find(90), polyline.vertices.size());
+  return Ocs::Of(object).ProjectPolyline(std::move(polyline), object.Real(38, 0));
 }
 
 PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
-    : flags_(FlagsOf(polyline)), line_(polyline.line) {
+    : flags_(FlagsOf(polyline)), place_(polyline.place), faults_(*polyline.faults) {
   outline_.closed = Has(kClosed);
   const bool isSmooth = Has(kSplineFit);  // a smooth mesh has counts of its own
   countM_ = polyline.Integer(isSmooth ? 73 : 71, 0);
@@ -80,7 +81,7 @@ void PolylineBuilder::AddVertex(const DxfObject& vertex) {
     for (int corner = 0; corner < 4; ++corner) {
       face.corners[static_cast<size_t>(corner)] = vertex.Integer(71 + corner, 0);
     }
-    face.line = vertex.line;
+    face.place = vertex.place;
     faces_.push_back(face);
     return;
   }
@@ -106,8 +107,8 @@ Shape PolylineBuilder::MeshGrid() const {
   const auto countN = static_cast<size_t>(countN_);
   const size_t vertices = outline_.vertices.size();
   if (countM < 2 || countN < 2 || countM > vertices || countN > vertices || countM * countN != vertices) {
-    throw DxfFault{line_, "a mesh of " + std::to_string(countM_) + " by " + std::to_string(countN_) +
-                              " vertices has " + std::to_string(vertices)};
+    throw DxfFault{place_, "a mesh of " + std::to_string(countM_) + " by " + std::to_string(countN_) +
+                               " vertices has " + std::to_string(vertices)};
   }
   MeshEntity mesh;
   const auto point = [&](size_t m, size_t n) { return outline_.vertices[m * countN + n].point; };
@@ -135,8 +136,9 @@ Shape PolylineBuilder::Polyface() const {
       const int64_t from = std::abs(face.corners[i]);
       const int64_t to = std::abs(face.corners[(i + 1) % corners]);
       if (from > vertices || to > vertices) {
-        throw DxfFault{face.line, "a face has the corner " + std::to_string(std::max(from, to)) +
-                                      ", but the mesh has " + std::to_string(vertices) + " vertices"};
+        faults_.Report({face.place, "a face has the corner " + std::to_string(std::max(from, to)) +
+                                        ", but the mesh has " + std::to_string(vertices) + " vertices"});
+        break;
       }
       const bool hidden = face.corners[i] < 0;
       if (hidden || from == to || !drawn.insert(std::minmax(from, to)).second) continue;

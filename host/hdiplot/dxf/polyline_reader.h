@@ -26,13 +26,13 @@ class PolylineBuilder {
   Shape Finish() const;
 
   // Where the POLYLINE stands.
-  size_t Line() const { return line_; }
+  size_t Place() const { return place_; }
 
  private:
   struct Face {
     std::array<int64_t, 4>
         corners{};  // from 1; negative: the edge to the next corner is hidden; 0: no corner
-    size_t line = 0;
+    size_t place = 0;
   };
 
   bool Has(uint64_t flag) const { return (flags_ & flag) != 0; }
@@ -46,7 +46,8 @@ class PolylineBuilder {
   double elevation_ = 0;
   double startWidth_ = 0;
   double endWidth_ = 0;
-  size_t line_ = 0;
+  size_t place_ = 0;
+  FaultLog& faults_;
   PolylineEntity outline_;
   std::vector<Face> faces_;
 };

@@ -8,8 +8,8 @@
 namespace hdiplot {
 
 // Makes knots where there are none, drops weights that are all the same, and fit points where control points
-// say the same. Throws DxfFault at the line if degree, counts, knots or weights do not go together, so that
+// say the same. Throws DxfFault at the place if degree, counts, knots or weights do not go together, so that
 // whoever evaluates the spline needs no checks.
-void CompleteSpline(SplineEntity& spline, size_t line);
+void CompleteSpline(SplineEntity& spline, size_t place);
 
 }  // namespace hdiplot

@@ -1,14 +1,29 @@
 // The outline of a DXF: SECTION ... ENDSEC, within them TABLE ... ENDTAB and BLOCK ... ENDBLK.
 #include "host/hdiplot/dxf/structure_reader.h"
 
-#include <string>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "host/hdiplot/dxf/entity_types.h"
 
 namespace hdiplot {
 namespace {
 
 constexpr int kTypeCode = 0;
+constexpr int kNameCode = 2;
 constexpr int kVariableCode = 9;
 constexpr int kFirstExtendedCode = 1000;
+
+constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE", "STYLE",   "BLOCK_RECORD",
+                                            "VPORT", "VIEW",   "UCS",   "APPID", "DIMSTYLE"};
+constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
+constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF"};
+
+template <typename Types>
+bool IsOneOf(std::string_view type, const Types& types) {
+  return std::ranges::find(types, type) != std::end(types);
+}
 
 // Keeps what belongs to an object itself: nothing between "{" and "}" of group 102 (other programs' notes and
 // links), nothing of an object embedded in it (from group 101 on) or of the record about one (in an
@@ -16,10 +31,10 @@ constexpr int kFirstExtendedCode = 1000;
 class ForeignDataFilter {
  public:
   bool Keeps(const Group& group) {
-    if (group.code == 101 || (group.code == 100 && group.value == "AcDbXrecord")) embedded_ = true;
+    if (group.code == 101 || (group.code == 100 && group.Value() == "AcDbXrecord")) embedded_ = true;
     if (group.code == 102) {
-      braced_ = group.value.starts_with('{');
-      inDictionary_ = group.value == "{ACAD_XDICTIONARY";
+      braced_ = group.Value().starts_with('{');
+      inDictionary_ = group.Value() == "{ACAD_XDICTIONARY";
       return false;
     }
     return !braced_ && !embedded_;
@@ -36,164 +51,296 @@ class ForeignDataFilter {
 
 }  // namespace
 
-StructureReader::StructureReader(std::string_view text, DxfVisitor& visitor)
-    : reader_(text), visitor_(visitor) {}
+StructureReader::StructureReader(GroupSource& source, DxfVisitor& visitor, FaultLog& faults,
+                                 Progress& progress)
+    : source_(source), visitor_(visitor), faults_(faults), progress_(progress) {
+  object_.faults = &faults;
+}
+
+StructureReader::Section StructureReader::SectionOf(std::string_view name) {
+  for (const Section section :
+       {Section::kHeader, Section::kTables, Section::kBlocks, Section::kEntities, Section::kObjects}) {
+    if (name == NameOf(section)) return section;
+  }
+  return Section::kOther;
+}
+
+std::string_view StructureReader::NameOf(Section section) {
+  constexpr std::array<std::string_view, 7> kNames = {"",         "HEADER",  "TABLES", "BLOCKS",
+                                                      "ENTITIES", "OBJECTS", "unnamed"};
+  return kNames[static_cast<size_t>(section)];
+}
 
 void StructureReader::Read() {
-  for (Advance(); !AtStart("EOF");) {
-    if (AtStart("ENDSEC")) Fail("ENDSEC without a section");
-    if (!AtStart("SECTION")) FailOutside("any section");
-    ReadSection();
+  Advance();
+  while (!atEnd_) {
+    if (AtStart("EOF") && EndsAtMark()) break;
+    ReadNext();
+    progress_.Advance(source_.Position());
   }
+  ReportDamage();
+  if (blockPlace_ != 0) visitor_.OnBlockEnd();
+  LeaveSection();
 }
 
-void StructureReader::ReadSection() {
-  sectionLine_ = group_.ValueLine();
-  section_ = "unnamed";
-  Advance();
-  if (group_.code != 2) throw DxfFault{group_.line, "the section's name, group 2, should stand here"};
-  section_ = group_.value;
-  if (section_ == "HEADER") {
-    ReadHeader();
-  } else if (section_ == "TABLES") {
-    ReadTables();
-  } else if (section_ == "BLOCKS") {
-    ReadBlocks();
-  } else if (section_ == "ENTITIES") {
-    ReadEntities();
-  } else if (section_ == "OBJECTS") {
-    ReadObjects();
+// Whether nothing follows on EOF.
+bool StructureReader::EndsAtMark() {
+  const Group mark = group_;
+  if (!faults_.IsStrict() && source_.Next(group_) == GroupSource::Step::kGroup && group_.code == kTypeCode) {
+    faults_.Report({mark.place, "the drawing goes on behind EOF"});
+    return false;
+  }
+  group_ = mark;
+  CloseSection();
+  return true;
+}
+
+void StructureReader::ReadNext() {
+  if (group_.code != kTypeCode) {
+    ReadStrayGroups();
+    return;
+  }
+  const std::string_view type = group_.Value();
+  if (type == "SECTION") {
+    BeginSection();
+  } else if (type == "ENDSEC") {
+    if (section_ == Section::kNone) Report("ENDSEC without a section");
+    CloseTableOrBlock();
+    LeaveSection();
+    Advance();
   } else {
-    SkipSection();
+    ReadObject(type);
   }
-  section_ = {};
-  reader_.SetValueCheck(ValueCheck::kNumber);
+}
+
+void StructureReader::BeginSection() {
+  CloseSection();
+  const size_t place = group_.place;
   Advance();
+  if (!atEnd_ && group_.code == kNameCode) {
+    EnterSection(SectionOf(group_.Value()), group_.Value(), place);
+    Advance();
+    return;
+  }
+  faults_.Report({group_.CodePlace(), "the section's name, group 2, should stand here"});
+  EnterSection(Section::kOther, NameOf(Section::kOther), place);
 }
 
-void StructureReader::ReadHeader() {
-  for (Advance(); !AtSectionEnd();) {
-    if (group_.code != kVariableCode) {
-      throw DxfFault{group_.line, "a variable's name, group 9, should stand here"};
-    }
-    CollectObject();
-    visitor_.OnVariable(object_);
-  }
+void StructureReader::EnterSection(Section section, std::string_view name, size_t place) {
+  sectionPlace_ = place;
+  section_ = section;
+  sectionName_ = name;
+  isAstray_ = false;
+  const bool isDrawn =
+      section == Section::kTables || section == Section::kBlocks || section == Section::kEntities;
+  check_ = isDrawn                      ? ValueCheck::kCoordinates
+           : section == Section::kOther ? ValueCheck::kNone
+                                        : ValueCheck::kNumber;
+  source_.SetValueCheck(check_);
 }
 
-void StructureReader::ReadTables() {
-  reader_.SetValueCheck(ValueCheck::kCoordinates);
-  for (Advance(); !AtSectionEnd();) {
-    if (!AtStart("TABLE")) FailOutside("any table");
-    ReadTable();
-  }
+void StructureReader::LeaveSection() {
+  if (section_ == Section::kEntities) visitor_.OnEntitiesEnd();
+  EnterSection(Section::kNone, {});
 }
 
-void StructureReader::ReadTable() {
-  const size_t line = group_.ValueLine();
-  for (CollectObject(); !AtStart("ENDTAB");) {
-    if (AtStart("TABLE") || AtStart("ENDSEC") || AtStart("SECTION") || AtStart("EOF")) {
-      Fail("the table of line " + std::to_string(line) + " has no ENDTAB");
-    }
-    CollectObject();
-    visitor_.OnTableEntry(object_);
+// Where something starts or ends that cannot stand in a section.
+void StructureReader::CloseSection() {
+  CloseTableOrBlock();
+  if (sectionPlace_ != 0) {
+    Report("the section " + Quoted(sectionName_) + " of " + source_.PlaceName() + " " +
+           std::to_string(sectionPlace_) + " has no ENDSEC");
   }
-  CollectObject();
+  LeaveSection();
 }
 
-void StructureReader::ReadBlocks() {
-  reader_.SetValueCheck(ValueCheck::kCoordinates);
-  for (Advance(); !AtSectionEnd();) {
-    if (!AtStart("BLOCK")) FailOutside("any block");
-    ReadBlock();
-  }
-}
-
-void StructureReader::ReadBlock() {
-  const size_t line = group_.ValueLine();
-  CollectObject();
-  visitor_.OnBlock(object_);
-  while (!AtStart("ENDBLK")) {
-    if (AtStart("BLOCK") || AtStart("ENDSEC") || AtStart("SECTION") || AtStart("EOF")) {
-      Fail("the block of line " + std::to_string(line) + " has no ENDBLK");
-    }
-    CollectObject();
-    visitor_.OnEntity(object_);
-  }
+void StructureReader::CloseTableOrBlock() {
+  const auto report = [this](const char* what, size_t place, const char* end) {
+    Report(std::string("the ") + what + " of " + source_.PlaceName() + " " + std::to_string(place) +
+           " has no " + end);
+  };
+  if (tablePlace_ != 0) report("table", tablePlace_, "ENDTAB");
+  tablePlace_ = 0;
+  if (blockPlace_ == 0) return;
+  report("block", blockPlace_, "ENDBLK");
+  blockPlace_ = 0;
   visitor_.OnBlockEnd();
-  CollectObject();
 }
 
-void StructureReader::ReadEntities() {
-  reader_.SetValueCheck(ValueCheck::kCoordinates);
-  for (Advance(); !AtSectionEnd();) {
-    if (group_.code != kTypeCode) throw DxfFault{group_.line, "an entity, group 0, should stand here"};
-    if (AtStart("BLOCK") || AtStart("ENDBLK")) FailOutside("the section BLOCKS");
-    CollectObject();
-    visitor_.OnEntity(object_);
+void StructureReader::ReadStrayGroups() {
+  const bool isVariable = group_.code == kVariableCode && group_.Value().starts_with('$');
+  const auto place = group_.CodePlace();
+  if (section_ == Section::kHeader && group_.code == kVariableCode) {
+    HandOver(&DxfVisitor::OnVariable, true);
+    return;
   }
-  visitor_.OnEntitiesEnd();
-}
-
-// Objects are of any form, and most of them nobody looks into.
-void StructureReader::ReadObjects() {
-  reader_.SetValueCheck(ValueCheck::kNone);
-  for (Advance(); !AtSectionEnd();) {
-    reader_.SetValueCheck(AtStart("LAYOUT") ? ValueCheck::kNumber : ValueCheck::kNone);
-    if (group_.code == kTypeCode) {
-      CollectObject();
-      visitor_.OnObject(object_);
-    } else {
-      Advance();
+  if (section_ == Section::kNone) {
+    faults_.Report({place, "group " + std::to_string(group_.code) + " stands outside of any section"});
+    if (group_.code == kNameCode && SectionOf(group_.Value()) != Section::kOther) {
+      EnterSection(SectionOf(group_.Value()), group_.Value());
+    } else if (isVariable) {
+      EnterSection(Section::kHeader, NameOf(Section::kHeader));
+      return;
     }
+  } else if (section_ == Section::kHeader) {
+    faults_.Report({place, "a variable's name, group 9, should stand here"});
+  } else if (section_ == Section::kEntities) {
+    faults_.Report({place, "an entity, group 0, should stand here"});
+  } else if (section_ == Section::kTables || section_ == Section::kBlocks) {
+    faults_.Report({place, "group " + std::to_string(group_.code) + " stands outside of any " +
+                               (section_ == Section::kTables ? "table" : "block")});
   }
-}
-
-void StructureReader::SkipSection() {
-  reader_.SetValueCheck(ValueCheck::kNone);
+  const auto isAtNext = [this] {
+    return group_.code == kTypeCode || (section_ == Section::kHeader && group_.code == kVariableCode);
+  };
   do {
     Advance();
-  } while (!AtSectionEnd());
+  } while (!atEnd_ && !isAtNext());
 }
 
-void StructureReader::Advance() {
-  if (reader_.Next(group_)) return;
-  const std::string where = section_.empty() ? "" : " within the section " + Quoted(section_);
-  throw DxfFault{reader_.Line(), "the file is cut off: it ends here" + where + ", without EOF"};
+// The section that an object of the type belongs to. Reports when that is not the one at hand, and enters it,
+// but for a block that is not over yet.
+StructureReader::Section StructureReader::Settle(std::string_view type) {
+  const bool isPlotted = IsPlottedType(type);
+  if (isPlotted && (section_ == Section::kEntities || blockPlace_ != 0)) {
+    isAstray_ = false;
+    return section_;
+  }
+  const bool isBlock = IsOneOf(type, kBlockTypes);
+  // Of what is within the outline, the strict reading knows no more than that blocks have a section.
+  const bool isWithin = tablePlace_ != 0 || blockPlace_ != 0 || section_ == Section::kObjects ||
+                        section_ == Section::kOther || (section_ == Section::kEntities && !isBlock);
+  if (faults_.IsStrict() && isWithin) return section_;
+  Section home = section_;
+  if (IsOneOf(type, kTableTypes)) home = Section::kTables;
+  if (isBlock) home = Section::kBlocks;
+  if (IsOneOf(type, kObjectTypes)) home = Section::kObjects;
+  if (isPlotted && section_ != Section::kBlocks) home = Section::kEntities;
+
+  std::string outside;
+  if (section_ == Section::kNone) {
+    outside = "any section";
+  } else if (section_ == Section::kTables && home == section_ && tablePlace_ == 0 && type != "TABLE") {
+    outside = "any table";
+  } else if (section_ == Section::kBlocks && home == section_ && blockPlace_ == 0 && type != "BLOCK") {
+    outside = "any block";
+  } else if (home != section_) {
+    outside = std::string("the section ").append(NameOf(home));
+  }
+  if (!outside.empty() && !isAstray_) Report(Quoted(type) + " stands outside of " + outside);
+  if (home != section_ && blockPlace_ == 0) {
+    CloseTableOrBlock();
+    LeaveSection();
+    EnterSection(home, NameOf(home));
+  }
+  isAstray_ = !outside.empty();
+  return home;
+}
+
+void StructureReader::ReadObject(std::string_view type) {
+  if (type == "TABLE" || type == "BLOCK") CloseTableOrBlock();
+  switch (Settle(type)) {
+    case Section::kTables:
+      if (type == "TABLE" || type == "ENDTAB") {
+        tablePlace_ = type == "TABLE" ? group_.place : 0;
+        HandOver(nullptr, true);
+      } else {
+        HandOver(&DxfVisitor::OnTableEntry, true);
+      }
+      break;
+    case Section::kBlocks:
+      if (type == "BLOCK") {
+        blockPlace_ = group_.place;
+        HandOver(&DxfVisitor::OnBlock, true);
+      } else if (type == "ENDBLK") {
+        if (blockPlace_ != 0) visitor_.OnBlockEnd();
+        blockPlace_ = 0;
+        HandOver(nullptr, true);
+      } else {
+        HandOver(blockPlace_ != 0 ? &DxfVisitor::OnEntity : nullptr, IsPolylineMark(type));
+      }
+      break;
+    case Section::kEntities:
+      HandOver(&DxfVisitor::OnEntity, IsPolylineMark(type));
+      break;
+    case Section::kObjects:
+      // Objects are of any form, and most of them nobody looks into.
+      source_.SetValueCheck(type == "LAYOUT" ? ValueCheck::kNumber : ValueCheck::kNone);
+      HandOver(&DxfVisitor::OnObject, true);
+      source_.SetValueCheck(check_);
+      break;
+    default:
+      HandOver(nullptr, true);
+  }
+}
+
+void StructureReader::HandOver(Visit visit, bool isOfUseInPart) {
+  CollectObject();
+  if (damage_ && !isDamageSlight_ && !isOfUseInPart) {
+    faults_.ReportLeftOut(*std::exchange(damage_, std::nullopt), object_.type);
+    return;
+  }
+  ReportDamage();
+  if (visit == nullptr) return;
+  try {
+    (visitor_.*visit)(object_);
+  } catch (const DxfFault& fault) {
+    faults_.ReportLeftOut(fault, object_.type);
+  }
 }
 
 void StructureReader::CollectObject() {
-  object_.type = group_.value;
-  object_.line = group_.ValueLine();
+  ReportDamage();
+  object_.type = group_.Value();
+  object_.place = group_.place;
   object_.groups.clear();
   object_.extended.clear();
   object_.dictionary = {};
   ForeignDataFilter filter;
-  const bool inHeader = section_ == "HEADER";  // elsewhere group 9 is a text like others
-  for (Advance(); group_.code != kTypeCode && !(inHeader && group_.code == kVariableCode); Advance()) {
-    if (group_.code >= kFirstExtendedCode) {
-      object_.extended.push_back(group_);
-    } else if (filter.Keeps(group_)) {
-      object_.groups.push_back(group_);
-    } else if (filter.IsDictionary(group_)) {
-      object_.dictionary = group_.value;
+  const int end = section_ == Section::kHeader ? kVariableCode : kTypeCode;  // elsewhere group 9 is a text
+  // Each group is read where it stays; a copy would wait for what has just been written.
+  while (true) {
+    Group& group = object_.groups.emplace_back();
+    Advance(group);
+    if (group.code == kTypeCode || group.code == end) break;
+    if (group.code >= kFirstExtendedCode) {
+      object_.extended.push_back(group);
+    } else if (filter.Keeps(group)) {
+      continue;
+    } else if (filter.IsDictionary(group)) {
+      object_.dictionary = group.Value();
     }
+    object_.groups.pop_back();
+  }
+  group_ = object_.groups.back();
+  object_.groups.pop_back();
+}
+
+void StructureReader::Advance(Group& group) {
+  using Step = GroupSource::Step;
+  for (Step step = source_.Next(group); step != Step::kGroup; step = source_.Next(group)) {
+    if (step == Step::kEnd) {
+      group = {};
+      atEnd_ = true;
+      const std::string where =
+          section_ == Section::kNone ? "" : " within the section " + Quoted(sectionName_);
+      faults_.Report({source_.Place(), "the file is cut off: it ends here" + where + ", without EOF"});
+      return;
+    }
+    // A whole number is hardly ever what makes up an entity.
+    NoteDamage(step == Step::kBadValue ? FormOf(group.code) != ValueForm::kReal : source_.SkipDamage());
   }
 }
 
-bool StructureReader::AtSectionEnd() const {
-  if (AtStart("ENDSEC")) return true;
-  if (AtStart("SECTION") || AtStart("EOF")) {
-    Fail("the section " + Quoted(section_) + " of line " + std::to_string(sectionLine_) + " has no ENDSEC");
-  }
-  return false;
+void StructureReader::NoteDamage(bool isSlight) {
+  if (faults_.IsStrict()) throw source_.Fault();
+  if (!damage_) isDamageSlight_ = true;
+  if (!damage_) damage_ = source_.Fault();
+  isDamageSlight_ = isDamageSlight_ && isSlight;
 }
 
-void StructureReader::Fail(const std::string& message) const { throw DxfFault{group_.ValueLine(), message}; }
-
-void StructureReader::FailOutside(const std::string& place) const {
-  if (group_.code == kTypeCode) Fail(Quoted(group_.value) + " stands outside of " + place);
-  throw DxfFault{group_.line, "group " + std::to_string(group_.code) + " stands outside of " + place};
+void StructureReader::ReportDamage() {
+  if (damage_) faults_.Report(*std::exchange(damage_, std::nullopt));
 }
 
 }  // namespace hdiplot

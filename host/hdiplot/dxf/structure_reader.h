@@ -1,17 +1,19 @@
-// Walks through the sections, tables and blocks of a DXF, checks that they are properly nested, and hands
-// over what stands in them.
+// Walks through the sections, tables and blocks of a DXF and hands over what stands in them. Where they are
+// not properly nested it reports that, and tells by its type where an object belongs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "host/hdiplot/dxf/dxf_object.h"
-#include "host/hdiplot/dxf/group_reader.h"
+#include "host/hdiplot/dxf/group_source.h"
+#include "host/hdiplot/progress.h"
 
 namespace hdiplot {
 
-// Receives the objects in the order of the file. An object is good during the call only. Everything may throw
-// DxfFault.
+// Receives the objects in the order of the file. An object is good during the call only. What throws DxfFault
+// leaves the object out.
 class DxfVisitor {
  public:
   virtual ~DxfVisitor() = default;
@@ -27,39 +29,62 @@ class DxfVisitor {
 
 class StructureReader {
  public:
-  StructureReader(std::string_view text, DxfVisitor& visitor);
+  // All of them have to outlive the reader. Progress counts bytes of the file.
+  StructureReader(GroupSource& source, DxfVisitor& visitor, FaultLog& faults, Progress& progress);
 
-  // Reads up to the group 0 EOF. Throws DxfFault.
+  // Reads up to the group 0 EOF. Throws DxfFault when the log is strict.
   void Read();
 
  private:
-  void ReadSection();
-  void ReadHeader();
-  void ReadTables();
-  void ReadTable();
-  void ReadBlocks();
-  void ReadBlock();
-  void ReadEntities();
-  void ReadObjects();
-  void SkipSection();
+  enum class Section : uint8_t { kNone, kHeader, kTables, kBlocks, kEntities, kObjects, kOther };
 
-  // Takes the next group; the end of the text is a fault.
-  void Advance();
-  // Collects the object whose first group is at hand; the next object's is at hand afterwards.
+  static Section SectionOf(std::string_view name);
+  static std::string_view NameOf(Section section);
+
+  void ReadNext();
+  void ReadObject(std::string_view type);
+  void ReadStrayGroups();
+  void BeginSection();
+  // `place` is that of the mark of the section, if it has one.
+  void EnterSection(Section section, std::string_view name, size_t place = 0);
+  void LeaveSection();
+  void CloseSection();
+  void CloseTableOrBlock();
+  Section Settle(std::string_view type);
+  bool EndsAtMark();
+
+  using Visit = void (DxfVisitor::*)(const DxfObject&);
+  // Collects the object at hand and hands it over. Of one that is damaged, what could be read is handed over
+  // when it is of use in part; else it is left out.
+  void HandOver(Visit visit, bool isOfUseInPart);
   void CollectObject();
-  bool AtStart(std::string_view type) const { return group_.code == 0 && group_.value == type; }
-  // The section's end, or a fault for what cannot follow before it.
-  bool AtSectionEnd() const;
-  // Faults at the value of the group at hand, or at its code when that is not 0.
-  [[noreturn]] void Fail(const std::string& message) const;
-  [[noreturn]] void FailOutside(const std::string& place) const;
 
-  GroupReader reader_;
+  // Takes the next group that can be used; at the end one of code 0 without a value.
+  void Advance(Group& group);
+  void Advance() { Advance(group_); }
+  void NoteDamage(bool isSlight);
+  void ReportDamage();
+  [[nodiscard]] bool AtStart(std::string_view type) const {
+    return group_.code == 0 && group_.Value() == type;
+  }
+  void Report(std::string message) { faults_.Report({group_.place, std::move(message)}); }
+
+  GroupSource& source_;
   DxfVisitor& visitor_;
+  FaultLog& faults_;
+  Progress& progress_;
   Group group_;
+  bool atEnd_ = false;
   DxfObject object_;
-  std::string_view section_;  // empty outside of sections
-  size_t sectionLine_ = 0;
+  std::optional<DxfFault> damage_;  // the first of the object at hand, not yet reported
+  bool isDamageSlight_ = true;
+  Section section_ = Section::kNone;
+  ValueCheck check_ = ValueCheck::kNumber;  // the section's
+  std::string sectionName_;
+  size_t sectionPlace_ = 0;
+  size_t tablePlace_ = 0;  // of the table that is open, 0 without one; the same of the next
+  size_t blockPlace_ = 0;
+  bool isAstray_ = false;  // objects without a place have been reported, and there was no other since
 };
 
 }  // namespace hdiplot

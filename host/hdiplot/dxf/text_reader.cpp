@@ -9,6 +9,7 @@
 
 #include "host/hdiplot/ascii_case.h"
 #include "host/hdiplot/dxf/ocs.h"
+#include "host/hdiplot/dxf/table_reader.h"
 
 namespace hdiplot {
 namespace {
@@ -147,7 +148,7 @@ std::optional<SeenAxes> AxesOfMText(const DxfObject& object, const Ocs& plane) {
   double rotation = 0;
   bool hasDirection = false;
   for (const Group& group : object.groups) {
-    if (group.code == 50) rotation = group.real;
+    if (group.code == 50) rotation = group.number;
     if (group.code == 11 || group.code == 50) hasDirection = group.code == 11;
   }
   const Vec3 direction = {object.Real(11, 0), object.Real(21, 0), object.Real(31, 0)};
@@ -170,14 +171,13 @@ bool CutLongText(std::string& utf8) {
 }
 
 std::optional<TextReader::NamedStyle> TextReader::ReadStyle(const DxfObject& entry) const {
-  constexpr int kName[] = {2};
-  entry.Require(kName);
   const uint64_t flags = FlagsOf(entry, 70);
-  NamedStyle named{UpperCase(names_.Decode(*entry.Find(2))), {}};
+  const NameDecoder& names = names_.Decoder();
+  NamedStyle named{UpperCase(NameOf(entry, names)), {}};
   if ((flags & kShapeFile) != 0 || named.name.empty()) return {};
   TextStyle& style = named.style;
-  if (const Group* file = entry.Find(3); file && !file->value.empty()) style.fontFile = names_.Decode(*file);
-  if (const Group* file = entry.Find(4)) style.bigFontFile = names_.Decode(*file);
+  if (const Group* file = entry.Find(3); file && !file->Value().empty()) style.fontFile = names.Decode(*file);
+  if (const Group* file = entry.Find(4)) style.bigFontFile = names.Decode(*file);
   style.height = std::max(entry.Real(40, 0), 0.0);
   style.vertical = (flags & kVertical) != 0;
   ReadForm(entry, 50, style);
@@ -186,8 +186,8 @@ std::optional<TextReader::NamedStyle> TextReader::ReadStyle(const DxfObject& ent
     return name.code == 1000 && flag.code == 1071;
   });
   if (family == entry.extended.end()) return named;
-  const auto familyFlags = static_cast<uint64_t>(std::next(family)->integer);
-  style.family = names_.Decode(*family);
+  const auto familyFlags = static_cast<uint64_t>(std::next(family)->Integer());
+  style.family = names.Decode(*family);
   style.bold = (familyFlags & kBold) != 0;
   style.italic = (familyFlags & kItalic) != 0;
   return named;
@@ -198,7 +198,7 @@ std::optional<TextEntity> TextReader::ReadText(const DxfObject& object, bool inB
   const Group* shown = ShownText(object, inBlock);
   if (!shown) return {};
   TextEntity text;
-  text.text = names_.DecodeText(shown->raw, Backslash::kItself);
+  text.text = names_.Decoder().DecodeText(shown->Raw(), Backslash::kItself);
   const Ocs plane = Ocs::Of(object);
   const Placing placing = PlacingOf(object);
   const auto axes = SeenIn(plane, placing.right);
@@ -225,10 +225,10 @@ std::optional<MTextEntity> TextReader::ReadMText(const DxfObject& object) const 
   // Long texts are cut into pieces without regard to characters.
   std::string raw;
   for (const Group& group : object.groups) {
-    if (group.code == 1 || group.code == 3) raw += group.raw;
+    if (group.code == 1 || group.code == 3) raw += group.Raw();
   }
   MTextEntity text;
-  text.text = names_.DecodeText(raw, Backslash::kStartsCode);
+  text.text = names_.Decoder().DecodeText(raw, Backslash::kStartsCode);
   const auto axes = AxesOfMText(object, Ocs::Of(object));
   if (text.text.empty() || !axes) return {};
   text.style = StyleOf(object);
@@ -247,9 +247,9 @@ std::optional<MTextEntity> TextReader::ReadMText(const DxfObject& object) const 
   return text;
 }
 
-std::string TextReader::StyleOf(const DxfObject& object) const {
+Name TextReader::StyleOf(const DxfObject& object) const {
   const Group* style = object.Find(7);
-  return style && !style->value.empty() ? UpperCase(names_.Decode(*style)) : "STANDARD";
+  return style && !style->Value().empty() ? names_.UpperCaseOf(*style) : Name(&kStandardStyle);
 }
 
 // A text without a height has that of its style, where the style has one.
@@ -257,7 +257,7 @@ double TextReader::HeightOf(const DxfObject& object, const std::string& style) c
   const double height = object.Real(40, 0);
   if (height > 0) return height;
   auto found = styles_.find(style);
-  if (found == styles_.end()) found = styles_.find("STANDARD");
+  if (found == styles_.end()) found = styles_.find(kStandardStyle);
   return found != styles_.end() && found->second.height > 0 ? found->second.height : 1;
 }
 

@@ -7,7 +7,7 @@
 
 #include "host/hdiplot/dxf/drawing.h"
 #include "host/hdiplot/dxf/dxf_object.h"
-#include "host/hdiplot/dxf/name_decoder.h"
+#include "host/hdiplot/dxf/name_cache.h"
 
 namespace hdiplot {
 
@@ -20,7 +20,7 @@ inline constexpr size_t kLongestText = 1 << 18;
 class TextReader {
  public:
   // Both have to outlive the reader. The styles are those read so far, by upper-case name.
-  TextReader(const NameDecoder& names, const std::map<std::string, TextStyle>& styles)
+  TextReader(NameCache& names, const std::map<std::string, TextStyle>& styles)
       : names_(names), styles_(styles) {}
 
   // All of these throw DxfFault for an object that makes no sense.
@@ -37,10 +37,10 @@ class TextReader {
   std::optional<MTextEntity> ReadMText(const DxfObject& object) const;
 
  private:
-  std::string StyleOf(const DxfObject& object) const;
+  Name StyleOf(const DxfObject& object) const;
   double HeightOf(const DxfObject& object, const std::string& style) const;
 
-  const NameDecoder& names_;
+  NameCache& names_;
   const std::map<std::string, TextStyle>& styles_;
 };
 

@@ -139,7 +139,7 @@ void EntityPlotter::Draw(const FaceEntity& face) {
 
 // The border. An outline that is not a rectangle is an entity itself.
 void EntityPlotter::Draw(const ViewportEntity& viewport) {
-  if (!viewport.clip.edges.empty() || !viewport.clip.polyline.vertices.empty()) return;
+  if (!viewport.clip.empty()) return;
   UseStyle();
   points_.clear();
   for (const Vec2& p : FrameOf(viewport)) points_.push_back(map_(p));

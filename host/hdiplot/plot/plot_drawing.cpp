@@ -85,7 +85,7 @@ void PlotSink::EndLink() {
 // What is seen through the viewport, on the layout. An outline that encloses nothing is none.
 Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
   HatchEntity area;
-  area.loops = {viewport.clip};
+  area.loops = viewport.clip;
   const std::vector<Ring> rings = BoundaryRings(area, tolerance);
   Box box;
   for (const Vec2& p : rings.empty() ? Ring() : rings.front()) box.Add(p);

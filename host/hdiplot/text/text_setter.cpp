@@ -10,8 +10,6 @@ namespace hdiplot {
 
 namespace {
 
-constexpr const char* kStandardStyle = "STANDARD";
-
 // Whether there are bytes that begin the letters from U+0600 to U+06FF.
 bool HasArabic(const std::string& text) {
   return std::ranges::any_of(text, [](char c) { return c >= '\xD8' && c <= '\xDB'; });
@@ -50,7 +48,7 @@ std::string TextSetter::Joined(const std::string& text, const TextStyle& style) 
 
 const TextStyle& TextSetter::StyleOf(const std::string& name) const {
   static const TextStyle kBuiltIn;
-  for (const std::string& candidate : {name, std::string(kStandardStyle)}) {
+  for (const std::string& candidate : {name, kStandardStyle}) {
     const auto found = drawing_.textStyles.find(candidate);
     if (found != drawing_.textStyles.end()) return found->second;
   }

@@ -1,5 +1,5 @@
 // Loading, and telling a DXF from what is often taken for one.
-#include "host/hdiplot/dxf/dxf_text.h"
+#include "host/hdiplot/dxf/dxf_file.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "host/hdiplot/dxf/group_reader.h"
+#include "host/hdiplot/dxf/binary_groups.h"
+#include "host/hdiplot/dxf/text_groups.h"
 #include "host/hdiplot/errors.h"
 #include "host/hdiplot/system/files.h"
 
@@ -55,41 +56,43 @@ std::string ReadWhole(const std::filesystem::path& file) {
   return text;
 }
 
-// A DXF starts with the group code of a section or of a comment.
-bool StartsLikeDxf(std::string_view firstLine) {
-  const size_t first = firstLine.find_first_not_of(" \t");
-  const size_t last = firstLine.find_last_not_of(" \t");
-  if (first == std::string_view::npos) return false;
-  const std::string_view code = firstLine.substr(first, last - first + 1);
+// A text DXF starts with the group code of a section or of a comment.
+bool StartsLikeDxf(std::string_view text) {
+  const std::string_view code = Trimmed(text.substr(0, text.find_first_of("\r\n")));
   return code == "0" || code == "999";
+}
+
+bool HoldsObjects(std::string_view text) {
+  TextGroups groups(text);
+  groups.SkipDamage();
+  return groups.Position() < text.size();
 }
 
 }  // namespace
 
-std::string LoadDxfText(const std::filesystem::path& file) {
-  std::string text = ReadWhole(file);
-  if (text.empty()) throw FileError(file, 0, "the file is empty");
+std::string LoadDxf(const std::filesystem::path& file, bool isStrict) {
+  std::string bytes = ReadWhole(file);
+  if (bytes.empty()) throw FileError(file, 0, "the file is empty");
   for (const Signature& other : kOtherFiles) {
-    if (text.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
+    if (bytes.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
   }
-  if (text.starts_with("\xef\xbb\xbf")) text.erase(0, 3);
-  const std::string_view firstLine = std::string_view(text).substr(0, text.find_first_of("\r\n"));
-  if (firstLine.ends_with(" Binary DXF")) {
-    throw FileError(
-        file, 0,
-        "this is a binary DXF, only text ones are read; save the drawing again as a text (ASCII) DXF");
-  }
-  if (!StartsLikeDxf(firstLine)) {
+  if (IsBinaryDxf(bytes)) return bytes;
+  if (bytes.starts_with("\xef\xbb\xbf")) bytes.erase(0, 3);
+  if (!StartsLikeDxf(bytes) && (isStrict || !HoldsObjects(bytes))) {
+    const std::string firstLine = bytes.substr(0, bytes.find_first_of("\r\n"));
     throw FileError(file, 1,
                     "this is no DXF: the group code 0 should stand here, but it is " + Quoted(firstLine));
   }
-  if (const size_t zero = text.find('\0'); zero != std::string::npos) {
-    const auto end = text.begin() + static_cast<std::ptrdiff_t>(zero);
-    const auto lineEnds = std::count(text.begin(), end, text.find('\n') == std::string::npos ? '\r' : '\n');
+  const size_t zero = isStrict ? bytes.find('\0') : std::string::npos;
+  if (zero != std::string::npos) {
+    const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(zero);
+    const auto lineEnds = std::count(bytes.begin(), end, bytes.find('\n') == std::string::npos ? '\r' : '\n');
     throw FileError(file, static_cast<size_t>(lineEnds) + 1,
                     "there is a zero byte here, so this is no text DXF");
   }
-  return text;
+  return bytes;
 }
+
+bool LooksLikeDxf(std::string_view start) { return IsBinaryDxf(start) || StartsLikeDxf(start); }
 
 }  // namespace hdiplot

@@ -1,0 +1,21 @@
+// The shapes of entities of one object whose groups can stand in any order: lines, arcs, points and the like,
+// INSERT and LEADER.
+#pragma once
+
+#include <string_view>
+
+#include "host/hdiplot/dxf/drawing.h"
+#include "host/hdiplot/dxf/dxf_object.h"
+#include "host/hdiplot/dxf/name_decoder.h"
+
+namespace hdiplot {
+
+using ShapeReader = Shape (*)(const DxfObject& entity);
+
+// Null for other types of entity. The reader throws DxfFault for an entity that has no shape.
+[[nodiscard]] ShapeReader FindShapeReader(std::string_view type);
+
+// Throws DxfFault likewise.
+[[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, const NameDecoder& names);
+
+}  // namespace hdiplot
