@@ -33,7 +33,7 @@ TEST(Broken, FilesThatAreNoDxf) {
        "1: this is no DXF: the group code 0 should stand here, but it is \"Dear reader,\""},
       {"\x93\x17\xfa\0\x02"s, "1: this is no DXF: "},
       {"\n\n\n", "1: this is no DXF: "},
-      {Groups("0 SECTION|2 ENTITIES|0 LINE") + "10\n1\0\n"s, "8: there is a zero byte here"},
+      {Groups("0 SECTION|2 ENTITIES|0 LINE") + "10\n1\0\n"s, "8: group 10 takes a number"},
       {Groups("0 SECTION|2 ENTITIES|0 LINE|8 A") + "10\n",
        "9: the file ends after the group code 10, without a value"},
       {Groups("0 SECTION|2 ENTITIES|0 LINE|8 A") + "  ", "9: the file is cut off: "},

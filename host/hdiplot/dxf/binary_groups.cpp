@@ -121,8 +121,9 @@ bool BinaryGroups::SkipDamage() {
     int code = 0;
     const bool isStart = TakeCode(code) && (code == 0 || code == 9);
     const std::string_view name = file_.substr(at_, kLongestName);
+    const size_t end = name.find('\0');
     at_ = start;
-    if (isStart && StartsObject(code, name.substr(0, name.find('\0')))) break;
+    if (isStart && end != std::string_view::npos && StartsObject(code, name.substr(0, end))) break;
   }
   return false;
 }

@@ -115,8 +115,6 @@ void DrawingBuilder::ReadEntity(const DxfObject& entity) {
   if (block_.empty()) Count(entity.type, attributes);
   if (const ShapeReader read = FindShapeReader(entity.type)) {
     AddEntity(attributes, read(entity));
-  } else if (entity.type == "LWPOLYLINE") {
-    AddEntity(attributes, ReadLwPolyline(entity));
   } else if (IsText(entity.type)) {
     AddText(entity, attributes);
   } else if (entity.type == "INSERT") {
@@ -125,10 +123,6 @@ void DrawingBuilder::ReadEntity(const DxfObject& entity) {
     polyline_.emplace(OpenPolyline{PolylineBuilder(entity), attributes});
   } else if (entity.type == "HATCH") {
     AddHatch(entity, attributes);
-  } else if (entity.type == "IMAGE") {
-    AddEntity(attributes, ReadImage(entity));
-  } else if (entity.type == "WIPEOUT") {
-    AddEntity(attributes, ReadWipeout(entity));
   } else if (entity.type == "VIEWPORT") {
     AddViewport(entity, attributes);
   } else if (entity.type == "DIMENSION") {

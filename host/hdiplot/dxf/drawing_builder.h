@@ -13,23 +13,24 @@
 #include "host/hdiplot/dxf/field_links.h"
 #include "host/hdiplot/dxf/name_cache.h"
 #include "host/hdiplot/dxf/polyline_reader.h"
-#include "host/hdiplot/dxf/structure_reader.h"
 #include "host/hdiplot/dxf/text_reader.h"
 
 namespace hdiplot {
 
-class DrawingBuilder : public DxfVisitor {
+// Takes the objects in the order of the file. An object is good during the call only. What throws DxfFault
+// has not taken the object.
+class DrawingBuilder {
  public:
   // The log has to outlive the builder.
   explicit DrawingBuilder(FaultLog& faults);
 
-  void OnVariable(const DxfObject& variable) override;
-  void OnTableEntry(const DxfObject& entry) override;
-  void OnBlock(const DxfObject& block) override;
-  void OnBlockEnd() override;
-  void OnEntity(const DxfObject& entity) override;
-  void OnEntitiesEnd() override;
-  void OnObject(const DxfObject& object) override;
+  void OnVariable(const DxfObject& variable);
+  void OnTableEntry(const DxfObject& entry);  // of any table; the type tells which
+  void OnBlock(const DxfObject& block);       // the entities up to OnBlockEnd belong to it
+  void OnBlockEnd();
+  void OnEntity(const DxfObject& entity);  // also VERTEX, ATTRIB and SEQEND
+  void OnEntitiesEnd();                    // the end of the ENTITIES section
+  void OnObject(const DxfObject& object);  // of the section OBJECTS; numbers are read of LAYOUT only
 
   // The drawing, after the last object. Throws DxfFault when the log is strict.
   Drawing Finish();

@@ -83,13 +83,6 @@ std::string LoadDxf(const std::filesystem::path& file, bool isStrict) {
     throw FileError(file, 1,
                     "this is no DXF: the group code 0 should stand here, but it is " + Quoted(firstLine));
   }
-  const size_t zero = isStrict ? bytes.find('\0') : std::string::npos;
-  if (zero != std::string::npos) {
-    const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(zero);
-    const auto lineEnds = std::count(bytes.begin(), end, bytes.find('\n') == std::string::npos ? '\r' : '\n');
-    throw FileError(file, static_cast<size_t>(lineEnds) + 1,
-                    "there is a zero byte here, so this is no text DXF");
-  }
   return bytes;
 }
 

@@ -8,8 +8,7 @@
 namespace hdiplot {
 
 // The bytes of a binary DXF, or the text of one without a byte order mark. Throws FileError for a file that
-// cannot be read, is empty, or is something else; strict: for text that does not start like a DXF or holds
-// zero bytes, too.
+// cannot be read, is empty, or is something else; strict: for text that does not start like a DXF, too.
 std::string LoadDxf(const std::filesystem::path& file, bool isStrict);
 
 // Whether what a file starts with is of a DXF.

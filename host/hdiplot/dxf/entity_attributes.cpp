@@ -12,13 +12,11 @@ namespace {
 
 constexpr int64_t kHeaviestLine = 10000;  // a decimetre; the weights in use end at 2.11 mm
 
-enum class ColorSign { kInvalid, kMeansOff };
-
-EntityColor IndexedColor(int64_t index, EntityColor fallback, ColorSign sign) {
-  if (sign == ColorSign::kMeansOff) index = std::abs(index);
-  if (sign == ColorSign::kInvalid && index == 0) return {EntityColor::Kind::kByBlock, fallback.value};
+// 0 for by block, 256 for by layer.
+EntityColor IndexedColor(int64_t index) {
+  if (index == 0) return {EntityColor::Kind::kByBlock};
   if (index >= 1 && index <= 255) return {EntityColor::Kind::kIndex, static_cast<uint32_t>(index)};
-  return fallback;
+  return {};
 }
 
 EntityColor TrueColor(const Group& group) {
@@ -57,12 +55,10 @@ int PlottedLineWeight(int64_t weight, int fallback) {
   return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int>(weight) : fallback;
 }
 
-EntityColor LayerColorOf(const DxfObject& object, EntityColor fallback) {
-  if (const Group* color = object.Find(420)) {
-    return TrueColor(*color);
-  }
-  const Group* index = object.Find(62);
-  return index ? IndexedColor(index->Integer(), fallback, ColorSign::kMeansOff) : fallback;
+EntityColor LayerColorOf(const DxfObject& entry, EntityColor fallback) {
+  if (const Group* color = entry.Find(420)) return TrueColor(*color);
+  const EntityColor color = IndexedColor(std::abs(entry.Integer(62, 0)));
+  return color.kind == EntityColor::Kind::kIndex ? color : fallback;
 }
 
 uint8_t LayerAlphaOf(const DxfObject& entry) {
@@ -90,7 +86,7 @@ Attributes AttributesOf(const DxfObject& entity, NameCache& names) {
         attributes.visible = group.number == 0;
         break;
       case 62:
-        attributes.color = IndexedColor(group.Integer(), {}, ColorSign::kInvalid);
+        attributes.color = IndexedColor(group.Integer());
         break;
       case 67:
         attributes.paperSpace = group.number != 0;

@@ -12,8 +12,7 @@
 namespace hdiplot {
 
 // Something is wrong at a place of the DXF: a line of text, or the number of a byte in a binary file, both
-// from
-// 1. Thrown inside the reader only; ReadDxf adds the file's name.
+// from 1. Thrown inside the reader only; ReadDxf adds the file's name.
 struct DxfFault {
   size_t place;
   std::string message;

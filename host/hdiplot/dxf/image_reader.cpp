@@ -84,7 +84,7 @@ int Percent(const DxfObject& object, int code, int fallback) {
 
 std::string ImageKey(const Group& handle) { return UpperCase(handle.Value()); }
 
-ImageEntity ReadImage(const DxfObject& object) {
+Shape ReadImage(const DxfObject& object) {
   const Frame frame = FrameOf(object);
   const auto flags = static_cast<uint64_t>(object.Integer(70, kShown));
   ImageEntity image;
@@ -104,7 +104,7 @@ ImageEntity ReadImage(const DxfObject& object) {
   return image;
 }
 
-WipeoutEntity ReadWipeout(const DxfObject& object) {
+Shape ReadWipeout(const DxfObject& object) {
   const Frame frame = FrameOf(object);
   WipeoutEntity wipeout;
   const std::vector<Vec2> polygon = PolygonOf(object);

@@ -10,9 +10,9 @@ namespace hdiplot {
 [[nodiscard]] std::string ImageKey(const Group& handle);
 
 // Throws DxfFault for an object that makes no sense, as the next.
-[[nodiscard]] ImageEntity ReadImage(const DxfObject& object);
+[[nodiscard]] Shape ReadImage(const DxfObject& object);
 
 // All of its frame where it has no polygon.
-[[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& object);
+[[nodiscard]] Shape ReadWipeout(const DxfObject& object);
 
 }  // namespace hdiplot

@@ -1,4 +1,4 @@
-// Code pages as the system has them, UTF-8 checked by hand, and the escapes \U+XXXX and \M+NXXXX.
+// Code pages as the system has them, and the escapes \U+XXXX and \M+NXXXX.
 #include "host/hdiplot/dxf/name_decoder.h"
 
 #include <algorithm>
@@ -8,71 +8,17 @@
 #include <utility>
 
 #include "host/hdiplot/system/code_pages.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 namespace {
-
-constexpr uint32_t kReplacement = 0xfffd;
-
-void AppendUtf8(uint32_t unit, std::string& text) {
-  const auto tail = [&](int shift) { text += static_cast<char>(0x80 | ((unit >> shift) & 0x3f)); };
-  if (unit < 0x80) {
-    text += static_cast<char>(unit);
-  } else if (unit < 0x800) {
-    text += static_cast<char>(0xc0 | (unit >> 6));
-    tail(0);
-  } else if (unit < 0x10000) {
-    text += static_cast<char>(0xe0 | (unit >> 12));
-    tail(6);
-    tail(0);
-  } else {
-    text += static_cast<char>(0xf0 | (unit >> 18));
-    tail(12);
-    tail(6);
-    tail(0);
-  }
-}
-
-// The length of the well-formed UTF-8 sequence at the start, 0 if there is none (Unicode, table 3-7).
-size_t Utf8Length(std::string_view text) {
-  const auto byte = [&](size_t i) -> unsigned { return static_cast<unsigned char>(text[i]); };
-  const unsigned lead = byte(0);
-  if (lead < 0x80) return 1;
-  if (lead < 0xc2 || lead > 0xf4) return 0;
-  const size_t length = lead < 0xe0 ? 2 : lead < 0xf0 ? 3 : 4;
-  if (text.size() < length) return 0;
-  const unsigned low = lead == 0xe0 ? 0xa0 : lead == 0xf0 ? 0x90 : 0x80;
-  const unsigned high = lead == 0xed ? 0x9f : lead == 0xf4 ? 0x8f : 0xbf;
-  if (byte(1) < low || byte(1) > high) return 0;
-  for (size_t i = 2; i < length; ++i) {
-    if ((byte(i) & 0xc0) != 0x80) return 0;
-  }
-  return length;
-}
 
 bool IsAscii(std::string_view text) {
   return std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const size_t length = Utf8Length(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
-
-std::string RepairedUtf8(std::string_view text) {
-  std::string repaired;
-  while (!text.empty()) {
-    const size_t length = Utf8Length(text);
-    if (length == 0) AppendUtf8(kReplacement, repaired);
-    repaired += text.substr(0, length);
-    text.remove_prefix(length == 0 ? 1 : length);
-  }
-  return repaired;
-}
+// With U+FFFD for what is not well-formed.
+std::string RepairedUtf8(std::string_view text) { return hdi::ToUtf8(hdi::ToUtf16(text)); }
 
 constexpr const char* kJohab = "CP1361";
 
@@ -151,16 +97,11 @@ Escape UnicodeEscapeAt(std::string_view text) {
   constexpr size_t kLength = 7;
   const auto first = EscapedUnit(text);
   if (!first) return {};
-  Escape escape{kLength, {}};
-  uint32_t unit = *first;
+  std::u16string units(1, *first >= 0x20 ? static_cast<char16_t>(*first) : u'\ufffd');
   const uint32_t second = EscapedUnit(text.substr(kLength)).value_or(0);
-  if (unit >= 0xd800 && unit < 0xdc00 && second >= 0xdc00 && second < 0xe000) {
-    unit = 0x10000 + ((unit - 0xd800) << 10) + (second - 0xdc00);
-    escape.length += kLength;
-  }
-  const bool usable = unit >= 0x20 && (unit < 0xd800 || unit > 0xdfff);
-  AppendUtf8(usable ? unit : kReplacement, escape.character);
-  return escape;
+  const bool isPair = *first >= 0xd800 && *first < 0xdc00 && second >= 0xdc00 && second < 0xe000;
+  if (isPair) units += static_cast<char16_t>(second);
+  return {units.size() * kLength, hdi::ToUtf8(units)};
 }
 
 // \M+NXXXX, one or two bytes of the code page with the number N.
@@ -232,8 +173,8 @@ void NameDecoder::SetCodePage(std::string_view codePage) {
 // Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions.
 std::string NameDecoder::ToUtf8(std::string_view raw) const {
   if (IsAscii(raw)) return std::string(raw);
-  if ((utf8_ || mayBeUtf8_) && IsUtf8(raw)) return std::string(raw);
-  return utf8_ ? RepairedUtf8(raw) : Converted(raw, codePage_);
+  std::string utf8 = RepairedUtf8(raw);
+  return utf8_ || (mayBeUtf8_ && utf8 == raw) ? utf8 : Converted(raw, codePage_);
 }
 
 std::string NameDecoder::Decode(std::string_view raw) const {

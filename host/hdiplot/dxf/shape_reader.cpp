@@ -9,7 +9,9 @@
 #include <utility>
 
 #include "host/hdiplot/ascii_case.h"
+#include "host/hdiplot/dxf/image_reader.h"
 #include "host/hdiplot/dxf/ocs.h"
+#include "host/hdiplot/dxf/polyline_reader.h"
 #include "host/hdiplot/dxf/spline_check.h"
 
 namespace hdiplot {
@@ -169,10 +171,10 @@ int CopiesOf(const DxfObject& insert, int code) {
 
 ShapeReader FindShapeReader(std::string_view type) {
   constexpr std::pair<std::string_view, ShapeReader> kReaders[] = {
-      {"LINE", ReadLine},       {"ARC", ReadArc},       {"CIRCLE", ReadCircle}, {"POINT", ReadPoint},
-      {"ELLIPSE", ReadEllipse}, {"SOLID", ReadSolid},   {"TRACE", ReadSolid},   {"3DFACE", ReadFace},
-      {"SPLINE", ReadSpline},   {"LEADER", ReadLeader},
-  };
+      {"LINE", ReadLine},      {"LWPOLYLINE", ReadLwPolyline}, {"ARC", ReadArc},       {"CIRCLE", ReadCircle},
+      {"POINT", ReadPoint},    {"ELLIPSE", ReadEllipse},       {"SOLID", ReadSolid},   {"TRACE", ReadSolid},
+      {"3DFACE", ReadFace},    {"SPLINE", ReadSpline},         {"LEADER", ReadLeader}, {"IMAGE", ReadImage},
+      {"WIPEOUT", ReadWipeout}};
   const auto found = std::ranges::find(kReaders, type, &std::pair<std::string_view, ShapeReader>::first);
   return found == std::end(kReaders) ? nullptr : found->second;
 }

@@ -1,4 +1,4 @@
-// The shapes of entities of one object whose groups can stand in any order: lines, arcs, points and the like,
+// The shapes of entities of one object whose groups can stand in any order: lines, arcs, images and the like,
 // INSERT and LEADER.
 #pragma once
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <utility>
 
-#include "host/hdiplot/dxf/entity_types.h"
+#include "host/hdiplot/dxf/shape_reader.h"
 
 namespace hdiplot {
 namespace {
@@ -19,6 +19,11 @@ constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE",
                                             "VPORT", "VIEW",   "UCS",   "APPID", "DIMSTYLE"};
 constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
 constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF"};
+
+// With the shapes, what is plotted.
+constexpr std::string_view kOtherEntities[] = {"INSERT",   "TEXT",     "MTEXT",    "ATTRIB",
+                                               "ATTDEF",   "HATCH",    "VERTEX",   "SEQEND",
+                                               "POLYLINE", "VIEWPORT", "DIMENSION"};
 
 template <typename Types>
 bool IsOneOf(std::string_view type, const Types& types) {
@@ -51,9 +56,9 @@ class ForeignDataFilter {
 
 }  // namespace
 
-StructureReader::StructureReader(GroupSource& source, DxfVisitor& visitor, FaultLog& faults,
+StructureReader::StructureReader(GroupSource& source, DrawingBuilder& builder, FaultLog& faults,
                                  Progress& progress)
-    : source_(source), visitor_(visitor), faults_(faults), progress_(progress) {
+    : source_(source), builder_(builder), faults_(faults), progress_(progress) {
   object_.faults = &faults;
 }
 
@@ -79,7 +84,7 @@ void StructureReader::Read() {
     progress_.Advance(source_.Position());
   }
   ReportDamage();
-  if (blockPlace_ != 0) visitor_.OnBlockEnd();
+  if (blockPlace_ != 0) builder_.OnBlockEnd();
   LeaveSection();
 }
 
@@ -140,7 +145,7 @@ void StructureReader::EnterSection(Section section, std::string_view name, size_
 }
 
 void StructureReader::LeaveSection() {
-  if (section_ == Section::kEntities) visitor_.OnEntitiesEnd();
+  if (section_ == Section::kEntities) builder_.OnEntitiesEnd();
   EnterSection(Section::kNone, {});
 }
 
@@ -163,15 +168,19 @@ void StructureReader::CloseTableOrBlock() {
   tablePlace_ = 0;
   if (blockPlace_ == 0) return;
   report("block", blockPlace_, "ENDBLK");
+  EndBlock();
+}
+
+void StructureReader::EndBlock() {
   blockPlace_ = 0;
-  visitor_.OnBlockEnd();
+  builder_.OnBlockEnd();
 }
 
 void StructureReader::ReadStrayGroups() {
   const bool isVariable = group_.code == kVariableCode && group_.Value().starts_with('$');
   const auto place = group_.CodePlace();
   if (section_ == Section::kHeader && group_.code == kVariableCode) {
-    HandOver(&DxfVisitor::OnVariable, true);
+    HandOver(&DrawingBuilder::OnVariable, true);
     return;
   }
   if (section_ == Section::kNone) {
@@ -198,10 +207,10 @@ void StructureReader::ReadStrayGroups() {
   } while (!atEnd_ && !isAtNext());
 }
 
-// The section that an object of the type belongs to. Reports when that is not the one at hand, and enters it,
-// but for a block that is not over yet.
+// The section that an object of the type belongs to. Reports when that is not the one at hand, and enters it
+// unless something else is to be expected next: the rest of a block, or entities behind a block's mark.
 StructureReader::Section StructureReader::Settle(std::string_view type) {
-  const bool isPlotted = IsPlottedType(type);
+  const bool isPlotted = FindShapeReader(type) != nullptr || IsOneOf(type, kOtherEntities);
   if (isPlotted && (section_ == Section::kEntities || blockPlace_ != 0)) {
     isAstray_ = false;
     return section_;
@@ -228,7 +237,8 @@ StructureReader::Section StructureReader::Settle(std::string_view type) {
     outside = std::string("the section ").append(NameOf(home));
   }
   if (!outside.empty() && !isAstray_) Report(Quoted(type) + " stands outside of " + outside);
-  if (home != section_ && blockPlace_ == 0) {
+  const bool isAmongEntities = isBlock && section_ == Section::kEntities;
+  if (home != section_ && blockPlace_ == 0 && !isAmongEntities) {
     CloseTableOrBlock();
     LeaveSection();
     EnterSection(home, NameOf(home));
@@ -239,34 +249,35 @@ StructureReader::Section StructureReader::Settle(std::string_view type) {
 
 void StructureReader::ReadObject(std::string_view type) {
   if (type == "TABLE" || type == "BLOCK") CloseTableOrBlock();
+  const bool isPolylineMark = type == "POLYLINE" || type == "SEQEND";  // which hold others together
   switch (Settle(type)) {
     case Section::kTables:
       if (type == "TABLE" || type == "ENDTAB") {
         tablePlace_ = type == "TABLE" ? group_.place : 0;
         HandOver(nullptr, true);
       } else {
-        HandOver(&DxfVisitor::OnTableEntry, true);
+        HandOver(&DrawingBuilder::OnTableEntry, true);
       }
       break;
     case Section::kBlocks:
       if (type == "BLOCK") {
         blockPlace_ = group_.place;
-        HandOver(&DxfVisitor::OnBlock, true);
+        const bool isBlock = HandOver(&DrawingBuilder::OnBlock, true);
+        if (!isBlock && section_ != Section::kBlocks) EndBlock();  // what follows is not its content
       } else if (type == "ENDBLK") {
-        if (blockPlace_ != 0) visitor_.OnBlockEnd();
-        blockPlace_ = 0;
+        if (blockPlace_ != 0) EndBlock();
         HandOver(nullptr, true);
       } else {
-        HandOver(blockPlace_ != 0 ? &DxfVisitor::OnEntity : nullptr, IsPolylineMark(type));
+        HandOver(blockPlace_ != 0 ? &DrawingBuilder::OnEntity : nullptr, isPolylineMark);
       }
       break;
     case Section::kEntities:
-      HandOver(&DxfVisitor::OnEntity, IsPolylineMark(type));
+      HandOver(&DrawingBuilder::OnEntity, isPolylineMark);
       break;
     case Section::kObjects:
       // Objects are of any form, and most of them nobody looks into.
       source_.SetValueCheck(type == "LAYOUT" ? ValueCheck::kNumber : ValueCheck::kNone);
-      HandOver(&DxfVisitor::OnObject, true);
+      HandOver(&DrawingBuilder::OnObject, true);
       source_.SetValueCheck(check_);
       break;
     default:
@@ -274,18 +285,20 @@ void StructureReader::ReadObject(std::string_view type) {
   }
 }
 
-void StructureReader::HandOver(Visit visit, bool isOfUseInPart) {
+bool StructureReader::HandOver(Visit visit, bool isOfUseInPart) {
   CollectObject();
   if (damage_ && !isDamageSlight_ && !isOfUseInPart) {
     faults_.ReportLeftOut(*std::exchange(damage_, std::nullopt), object_.type);
-    return;
+    return false;
   }
   ReportDamage();
-  if (visit == nullptr) return;
+  if (visit == nullptr) return false;
   try {
-    (visitor_.*visit)(object_);
+    (builder_.*visit)(object_);
+    return true;
   } catch (const DxfFault& fault) {
     faults_.ReportLeftOut(fault, object_.type);
+    return false;
   }
 }
 

@@ -6,31 +6,16 @@
 #include <string>
 #include <string_view>
 
-#include "host/hdiplot/dxf/dxf_object.h"
+#include "host/hdiplot/dxf/drawing_builder.h"
 #include "host/hdiplot/dxf/group_source.h"
 #include "host/hdiplot/progress.h"
 
 namespace hdiplot {
 
-// Receives the objects in the order of the file. An object is good during the call only. What throws DxfFault
-// leaves the object out.
-class DxfVisitor {
- public:
-  virtual ~DxfVisitor() = default;
-  virtual void OnVariable(const DxfObject& variable) = 0;
-  virtual void OnTableEntry(const DxfObject& entry) = 0;  // of any table; the type tells which
-  virtual void OnBlock(const DxfObject& block) = 0;       // the entities up to OnBlockEnd belong to it
-  virtual void OnBlockEnd() = 0;
-  virtual void OnEntity(const DxfObject& entity) = 0;  // also VERTEX, ATTRIB and SEQEND
-  virtual void OnEntitiesEnd() = 0;                    // the end of the ENTITIES section
-  virtual void OnObject(
-      const DxfObject& object) = 0;  // of the section OBJECTS; numbers are read of LAYOUT only
-};
-
 class StructureReader {
  public:
   // All of them have to outlive the reader. Progress counts bytes of the file.
-  StructureReader(GroupSource& source, DxfVisitor& visitor, FaultLog& faults, Progress& progress);
+  StructureReader(GroupSource& source, DrawingBuilder& builder, FaultLog& faults, Progress& progress);
 
   // Reads up to the group 0 EOF. Throws DxfFault when the log is strict.
   void Read();
@@ -50,13 +35,14 @@ class StructureReader {
   void LeaveSection();
   void CloseSection();
   void CloseTableOrBlock();
+  void EndBlock();
   Section Settle(std::string_view type);
   bool EndsAtMark();
 
-  using Visit = void (DxfVisitor::*)(const DxfObject&);
+  using Visit = void (DrawingBuilder::*)(const DxfObject&);
   // Collects the object at hand and hands it over. Of one that is damaged, what could be read is handed over
-  // when it is of use in part; else it is left out.
-  void HandOver(Visit visit, bool isOfUseInPart);
+  // when it is of use in part; else it is left out. Whether it was taken.
+  bool HandOver(Visit visit, bool isOfUseInPart);
   void CollectObject();
 
   // Takes the next group that can be used; at the end one of code 0 without a value.
@@ -70,7 +56,7 @@ class StructureReader {
   void Report(std::string message) { faults_.Report({group_.place, std::move(message)}); }
 
   GroupSource& source_;
-  DxfVisitor& visitor_;
+  DrawingBuilder& builder_;
   FaultLog& faults_;
   Progress& progress_;
   Group group_;
