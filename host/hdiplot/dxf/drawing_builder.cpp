@@ -194,11 +194,11 @@ void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attribu
 
 void DrawingBuilder::AddText(const DxfObject& object, Attributes attributes) {
   if (object.type == "MTEXT") {
-    AddReadText(object, std::move(attributes), texts_.ReadMText(object), Backslash::kStartsCode);
+    AddReadText(object, attributes, texts_.ReadMText(object), Backslash::kStartsCode);
     return;
   }
   if (object.type == "ATTRIB" && insert_) TakeFromInsert(attributes);
-  AddReadText(object, std::move(attributes), texts_.ReadText(object, !block_.empty()), Backslash::kItself);
+  AddReadText(object, attributes, texts_.ReadText(object, !block_.empty()), Backslash::kItself);
 }
 
 template <typename Text>

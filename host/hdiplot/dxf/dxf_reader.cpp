@@ -44,7 +44,7 @@ Drawing ReadDxf(const std::filesystem::path& file, Strictness strictness, Progre
     DrawingBuilder builder(faults);
     StructureReader(*source, builder, faults, progress).Read();
     Drawing drawing = builder.Finish();
-    if (faults.Count() > 0 && IsEmpty(drawing)) throw faults.First().front();
+    if (faults.Count() > 0 && IsEmpty(drawing)) throw DxfFault(faults.First().front());
     drawing.name = PathText(file.filename());
     drawing.folder = file.parent_path();
     for (const DxfFault& fault : faults.First()) {

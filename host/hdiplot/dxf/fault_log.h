@@ -19,7 +19,7 @@ class FaultLog {
 
   // Throws the fault when strict. Only the first ones are kept.
   void Report(DxfFault fault) {
-    if (isStrict_) throw fault;
+    if (isStrict_) throw DxfFault(std::move(fault));
     if (first_.size() < kMostKept) first_.push_back(std::move(fault));
     ++count_;
   }

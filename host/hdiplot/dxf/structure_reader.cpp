@@ -346,7 +346,7 @@ void StructureReader::Advance(Group& group) {
 }
 
 void StructureReader::NoteDamage(bool isSlight) {
-  if (faults_.IsStrict()) throw source_.Fault();
+  if (faults_.IsStrict()) throw DxfFault(source_.Fault());
   if (!damage_) isDamageSlight_ = true;
   if (!damage_) damage_ = source_.Fault();
   isDamageSlight_ = isDamageSlight_ && isSlight;
