@@ -4,7 +4,7 @@
 Prints the median time from start to end of the process, its highest peak of memory (resident) and the size of
 the PDF; a peak below some 20 MB shows as that of this script. The runs are interleaved. A program that is not
 installed is left out; one that takes longer than the limit is stopped and not run again on that drawing.
-"hdiplot --list" only reads the drawing.
+"hdiplot --list" only reads the drawing. hdiplot and LibreCAD fit drawings to A4.
 """
 
 import argparse
@@ -89,8 +89,7 @@ def add_inserts(drawing, rng, count):
 
 def add_hatches(drawing, rng, count):
     """Polygons of eight corners in ANSI31: LibreCAD draws patterns of its own only, by their names."""
-    spacing = 3.175 * math.sqrt(0.5)
-    pattern = ("ANSI31", [(45, (0, 0), (-spacing, spacing), [])])
+    pattern = ("ANSI31", [(45, (0, 0), (-1, 1), [])])
     for _ in range(count):
         x, y = somewhere(rng)
         corners = [(rng.uniform(5, 15), k * math.pi / 4) for k in range(8)]
@@ -149,14 +148,13 @@ class Score:
 
 
 def contestants(hdiplot):
-    """hdiplot, the reading of it, and the programs that are installed."""
+    """hdiplot, its reading alone, and the other programs that are installed."""
     lineup = [
-        Contestant("hdiplot", [hdiplot, "-q", "--paper", "A3", "-o", "{pdf}", "{dxf}"]),
+        Contestant("hdiplot", [hdiplot, "-q", "-o", "{pdf}", "{dxf}"]),
         Contestant("hdiplot --list", [hdiplot, "--list", "{dxf}"]),
     ]
-    paper = f"{WIDTH:g}x{HEIGHT:g}"
     peers = [  # LibreCAD takes no name of a file for a single drawing
-        Contestant("librecad", ["librecad", "dxf2pdf", "-a", "-p", paper, "-t", "{folder}", "{dxf}"]),
+        Contestant("librecad", ["librecad", "dxf2pdf", "-a", "-t", "{folder}", "{dxf}"]),
         Contestant("ezdxf", ["ezdxf", "draw", "-o", "{pdf}", "{dxf}"]),
     ]
     for peer in peers:
@@ -232,6 +230,8 @@ def main():
     options = parser.parse_args()
     if options.runs < 1 or options.scale <= 0 or options.limit <= 0:
         parser.error("--runs, --scale and --limit are above 0")
+    if shutil.which(options.hdiplot) is None:
+        parser.error(f"there is no program {options.hdiplot}")
     lineup = contestants(options.hdiplot)
     with tempfile.TemporaryDirectory() as temporary:
         folder = options.keep or pathlib.Path(temporary)
