@@ -1,8 +1,8 @@
 // A DXF drawing, read and plotted on a device that takes every call and shows no text, so that texts come as
 // strokes and outlines too.
-#include "host/hdiplot/dxf/dxf_reader.h"
-#include "host/hdiplot/errors.h"
-#include "host/hdiplot/plot/plot_drawing.h"
+#include "hdiplot/dxf/dxf_reader.h"
+#include "hdiplot/plot/plot_drawing.h"
+#include "hdiplot/system/errors.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/hdiplot/plain_driver.h"

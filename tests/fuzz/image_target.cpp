@@ -1,7 +1,7 @@
 // An image file of any format. What can be read of it must be as large as its header says, with pixels that
 // the raster can show.
-#include "host/hdiplot/errors.h"
-#include "host/hdiplot/image/image_file.h"
+#include "hdiplot/image/image_file.h"
+#include "hdiplot/system/errors.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/memory_file.h"
 

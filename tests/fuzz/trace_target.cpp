@@ -1,11 +1,11 @@
 // A trace, read and played through the driver into a PDF. A trace that can be read must end in a file that is
 // whole.
 #include "driver/pdf_driver.h"
-#include "host/hdiplot/errors.h"
-#include "host/hdiplot/job.h"
-#include "host/hdiplot/options.h"
-#include "host/hdiplot/trace_player.h"
-#include "host/hdiplot/trace_reader.h"
+#include "hdiplot/command/job.h"
+#include "hdiplot/command/options.h"
+#include "hdiplot/system/errors.h"
+#include "hdiplot/trace/trace_player.h"
+#include "hdiplot/trace/trace_reader.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/support/scratch.h"

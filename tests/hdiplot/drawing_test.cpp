@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/hdiplot/image/image_file.h"
+#include "hdiplot/image/image_file.h"
 #include "tests/hdiplot/command.h"
 #include "tests/support/rows.h"
 

@@ -1,9 +1,9 @@
 // Names in any case, and patterns of them.
-#include "host/hdiplot/names.h"
+#include "hdiplot/system/names.h"
 
 #include <gtest/gtest.h>
 
-#include "host/hdiplot/plot/wildcard.h"
+#include "hdiplot/system/wildcard.h"
 
 namespace hdiplot {
 namespace {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/hdiplot/options.h"
+#include "hdiplot/command/options.h"
 
 namespace hdiplot {
 namespace {

@@ -1,9 +1,9 @@
 // The raster object as the driver meets it.
-#include "host/hdiplot/raster.h"
+#include "hdiplot/device/raster.h"
 
 #include <gtest/gtest.h>
 
-#include "host/hdiplot/image/image_file.h"
+#include "hdiplot/image/image_file.h"
 #include "tests/support/scratch.h"
 
 namespace hdiplot {

@@ -1,12 +1,12 @@
 // Reading traces: what is refused, where, and with which words.
-#include "host/hdiplot/trace_reader.h"
+#include "hdiplot/trace/trace_reader.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "host/hdiplot/errors.h"
+#include "hdiplot/system/errors.h"
 #include "tests/support/rows.h"
 #include "tests/support/scratch.h"
 

@@ -1,0 +1,62 @@
+// The command line.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hdiplot/dxf/dxf_reader.h"
+#include "hdiplot/plot/plot_options.h"
+#include "hdiplot/system/progress.h"
+
+namespace hdiplot {
+
+enum class ExitStatus : int {
+  kDone = 0,
+  kPartlyDone = 1,  // plotted, but some drawings, parts of them or images failed, or the record, the preview
+                    // or the output of text could not be written
+  kNothingDone = 2,
+};
+
+enum class Verbosity { kQuiet, kNormal, kVerbose };
+
+[[nodiscard]] inline ProgressDisplay ProgressFor(Verbosity verbosity) {
+  return verbosity == Verbosity::kQuiet ? ProgressDisplay::kOff : ProgressDisplay::kAuto;
+}
+
+struct CommandLine {
+  std::vector<std::filesystem::path> inputs;  // drawings, or one trace
+  bool isTrace = false;
+  bool listPapers = false;            // and nothing else; no inputs then
+  bool list = false;                  // tell what is in the drawings, and plot nothing
+  std::optional<std::string> output;  // of a drawing to be plotted always there
+  std::optional<std::filesystem::path> record;
+  std::optional<std::filesystem::path> preview;  // a picture of the first page
+  int previewDpi = 100;
+  bool results = false;
+  Strictness strictness = Strictness::kForgiving;  // towards drawings
+  PlotOptions plot;                                // of drawings
+  std::string device;                              // empty: the trace's, or the first
+  std::filesystem::path module;
+  std::string compression;  // empty: the device's setting
+  bool open = false;
+  Verbosity verbosity = Verbosity::kNormal;
+};
+
+struct ParsedArguments {
+  std::optional<CommandLine> commandLine;  // none: there is nothing left to do
+  ExitStatus status = ExitStatus::kDone;   // for that case
+};
+
+// Prints the help, the version, or one message about what is wrong with the arguments.
+[[nodiscard]] ParsedArguments ParseArguments(int argc, const char* const* argv);
+
+// The values of single options; each throws std::invalid_argument with what is wrong.
+[[nodiscard]] PaperChoice ParsePaper(const std::string& text);
+[[nodiscard]] Margins ParseMargins(const std::string& text);
+[[nodiscard]] double ParseScale(const std::string& text);  // N of 1:N
+[[nodiscard]] Rgb ParseColor(const std::string& text);
+
+}  // namespace hdiplot

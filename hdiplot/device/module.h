@@ -1,0 +1,54 @@
+// The driver module at run time: loading it, and the drivers that it makes.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hdiplot/system/shared_library.h"
+#include "platform/border.h"
+
+namespace hdiplot {
+
+// $HDI_MODULE, else PDF.hdi beside the executable.
+[[nodiscard]] std::filesystem::path DefaultModulePath();
+
+// A loaded module with all its drivers. The destructor has the module release them and unloads it.
+class Module {
+ public:
+  // Throws FileError when the file is no driver module or makes no driver.
+  explicit Module(std::filesystem::path file);
+  Module(const Module&) = delete;
+  Module& operator=(const Module&) = delete;
+  ~Module();
+
+  // The driver whose GetName is `name`, or the first one for an empty name. Throws FileError with the names
+  // that there are when there is no such driver.
+  [[nodiscard]] hdi::HT_Driver& Driver(std::u16string_view name) const;
+
+ private:
+  // Receives the drivers. The module calls AddDriver for each that it makes and RemoveDriver with the address
+  // of each that it has destroyed.
+  class DriverList final : public hdi::HostDriverList {
+   public:
+    DriverList() = default;
+    DriverList(const DriverList&) = delete;
+    DriverList& operator=(const DriverList&) = delete;
+    virtual ~DriverList() = default;  // behind the border's operations
+
+    void HostOwn() override {}
+    void AddDriver(hdi::HT_Driver* driver) override { drivers.push_back(driver); }
+    void RemoveDriver(hdi::HT_Driver* driver) override { std::erase(drivers, driver); }
+
+    std::vector<hdi::HT_Driver*> drivers;  // in the module's order
+  };
+
+  std::filesystem::path file_;
+  std::optional<SharedLibrary> library_;
+  hdi::ItDriverFunction* itDriver_ = nullptr;
+  DriverList list_;
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,229 @@
+// The order is: name and flags; the number of boundary paths (91) and the paths; the number of pattern lines
+// (78) and the lines. A path is a polyline, or a number of edges (93), and ends in the handles of the objects
+// that it came from (97, 330). Handles may be missing. What a gradient is follows last.
+#include "hdiplot/dxf/hatch_reader.h"
+
+#include <cmath>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hdiplot/dxf/gradient_reader.h"
+#include "hdiplot/dxf/spline_check.h"
+#include "hdiplot/geometry/ocs.h"
+
+namespace hdiplot {
+namespace {
+
+constexpr uint64_t kPathIsPolyline = 2;
+
+class HatchReader {
+ public:
+  explicit HatchReader(const DxfObject& object)
+      : object_(object), left_(object.groups), plane_(Ocs::Of(object)), elevation_(object.Real(30, 0)) {}
+
+  HatchEntity Read() {
+    HatchEntity hatch;
+    hatch.solid = object_.Integer(70, 0) != 0;
+    while (!left_.empty() && !At(91)) Next();
+    const Group& paths = Take(91);
+    while (At(92)) hatch.loops.push_back(ReadPath());
+    object_.CheckCount(&paths, hatch.loops.size());
+    if (!hatch.solid) {
+      hatch.lines = ReadPattern();
+    } else if (object_.Integer(450, 0) == 1) {
+      hatch.gradient = ReadGradient(object_, plane_);
+    }
+    return hatch;
+  }
+
+ private:
+  bool At(int code) const { return !left_.empty() && left_.front().code == code; }
+
+  const Group& Next() {
+    const Group& group = left_.front();
+    left_ = left_.subspan(1);
+    return group;
+  }
+
+  // Of what the entity ends in.
+  size_t EndPlace() const { return object_.groups.empty() ? object_.place : object_.groups.back().place; }
+
+  const Group& Take(int code) {
+    if (At(code)) return Next();
+    const std::string wanted = "group " + std::to_string(code);
+    if (left_.empty()) throw DxfFault{EndPlace(), "HATCH ends where " + wanted + " should stand"};
+    throw DxfFault{left_.front().CodePlace(), "HATCH has group " + std::to_string(left_.front().code) +
+                                                  " where " + wanted + " should stand"};
+  }
+
+  double TakeReal(int code) { return Take(code).number; }
+
+  Vec2 TakePoint(int codeX, int codeY) {
+    const double x = TakeReal(codeX);
+    return {x, TakeReal(codeY)};
+  }
+
+  Vec2 TakePoint(int codeX) { return TakePoint(codeX, codeX + 10); }
+
+  std::vector<double> TakeReals(int code) {
+    std::vector<double> reals;
+    while (At(code)) reals.push_back(Next().number);
+    return reals;
+  }
+
+  HatchLoop ReadPath() {
+    HatchLoop loop;
+    const auto flags = static_cast<uint64_t>(Take(92).Integer());
+    if ((flags & kPathIsPolyline) != 0) {
+      loop.polyline = ReadPolylinePath();
+    } else {
+      const Group& edges = Take(93);
+      while (At(72)) loop.edges.push_back(ReadEdge());
+      object_.CheckCount(&edges, loop.edges.size());
+    }
+    while (At(97) || At(330)) Next();
+    return loop;
+  }
+
+  PolylineEntity ReadPolylinePath() {
+    PolylineEntity polyline;
+    polyline.closed = true;  // a boundary is, even where group 73 says otherwise
+    while (At(72) || At(73)) Next();
+    const Group& vertices = Take(93);
+    while (At(10)) {
+      PolyVertex vertex;
+      vertex.point = TakePoint(10);
+      if (At(42)) vertex.bulge = Next().number;
+      polyline.vertices.push_back(vertex);
+    }
+    object_.CheckCount(&vertices, polyline.vertices.size());
+    return plane_.ProjectPolyline(std::move(polyline), elevation_);
+  }
+
+  HatchEdge ReadEdge() {
+    const Group& type = Take(72);
+    switch (type.Integer()) {
+      case 1:
+        return ReadLineEdge();
+      case 2:
+        return ReadArcEdge();
+      case 3:
+        return ReadEllipseEdge();
+      case 4:
+        return ReadSplineEdge();
+      default:
+        throw DxfFault{type.place, "HATCH has no edges of the type " + std::to_string(type.Integer())};
+    }
+  }
+
+  HatchEdge ReadLineEdge() {
+    const Vec2 start = TakePoint(10);
+    const Vec2 end = TakePoint(11);
+    return LineEntity{plane_.Project(start, elevation_), plane_.Project(end, elevation_)};
+  }
+
+  // Angles are written as if the edge ran counter-clockwise, and mirrored when it does not.
+  Sweep TakeSweep() {
+    const double start = Radians(TakeReal(50));
+    const double end = Radians(TakeReal(51));
+    const bool counterClockwise = !At(73) || Take(73).Integer() != 0;
+    const Sweep sweep = NormalizedSweep(start, end);
+    return counterClockwise ? sweep : Sweep{-sweep.start, -sweep.end};
+  }
+
+  HatchEdge ReadArcEdge() {
+    const Vec2 center = TakePoint(10);
+    const double radius = TakeReal(40);
+    const Sweep sweep = TakeSweep();
+    return plane_.ProjectArc(center, elevation_, radius, sweep);
+  }
+
+  HatchEdge ReadEllipseEdge() {
+    const Vec2 center = TakePoint(10);
+    const Vec2 major = TakePoint(11);
+    const double ratio = TakeReal(40);
+    const Sweep sweep = TakeSweep();
+    return EllipseFromDiameters(plane_.Project(center, elevation_), plane_.Project(major),
+                                plane_.Project(Vec2{-major.y * ratio, major.x * ratio}), sweep);
+  }
+
+  HatchEdge ReadSplineEdge() {
+    SplineEntity spline;
+    const Group& degree = Take(94);
+    if (degree.Integer() < 1 || degree.Integer() > 25) {
+      throw DxfFault{degree.place, "a spline cannot have this degree"};
+    }
+    spline.degree = static_cast<int>(degree.Integer());
+    while (At(73) || At(74)) Next();
+    const Group& knots = Take(95);
+    const Group& controlPoints = Take(96);
+    spline.knots = TakeReals(40);
+    while (At(10)) {
+      spline.controlPoints.push_back(plane_.Project(TakePoint(10), elevation_));
+      if (At(42)) spline.weights.push_back(Next().number);
+    }
+    object_.CheckCount(&knots, spline.knots.size());
+    object_.CheckCount(&controlPoints, spline.controlPoints.size());
+    SkipFitData();
+    CompleteSpline(spline, degree.place);
+    return spline;
+  }
+
+  // Newer files have the fit points' number here, under the code that counts source objects after the path.
+  void SkipFitData() {
+    const bool isFitCount = At(97) && left_.size() > 1 &&
+                            (left_[1].code == 11 ||
+                             (left_.front().Integer() == 0 && left_[1].code != 330 && left_[1].code != 92));
+    if (!isFitCount) return;
+    Next();
+    for (const int code : {11, 12, 13}) {
+      while (At(code)) TakePoint(code);
+    }
+  }
+
+  std::vector<HatchPatternLine> ReadPattern() {
+    std::vector<HatchPatternLine> lines;
+    while (!left_.empty() && !At(78)) Next();
+    if (left_.empty()) return lines;
+    const Group& count = Next();
+    size_t counted = 0;
+    for (; At(53); ++counted) {
+      HatchPatternLine line;
+      line.angle = Radians(TakeReal(53));
+      line.base = TakePoint(43, 44);
+      line.offset = TakePoint(45, 46);
+      const Group& dashes = Take(79);
+      line.dashes = TakeReals(49);
+      object_.CheckCount(&dashes, line.dashes.size());
+      if (Project(line)) lines.push_back(std::move(line));
+    }
+    object_.CheckCount(&count, counted);
+    return lines;
+  }
+
+  // False for lines that are seen end on.
+  bool Project(HatchPatternLine& line) const {
+    const Vec2 direction = plane_.Project(Vec2{std::cos(line.angle), std::sin(line.angle)});
+    const double stretch = std::hypot(direction.x, direction.y);
+    if (stretch < 1e-6) return false;
+    if (plane_.GetKind() != Ocs::Kind::kWorld) line.angle = std::atan2(direction.y, direction.x);
+    line.base = plane_.Project(line.base, elevation_);
+    line.offset = plane_.Project(line.offset);
+    for (double& dash : line.dashes) dash *= stretch;
+    return true;
+  }
+
+  const DxfObject& object_;
+  std::span<const Group> left_;
+  Ocs plane_;
+  double elevation_;
+};
+
+}  // namespace
+
+HatchEntity ReadHatch(const DxfObject& object) { return HatchReader(object).Read(); }
+
+}  // namespace hdiplot

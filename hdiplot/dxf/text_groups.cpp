@@ -1,0 +1,116 @@
+// Lines, group codes and numbers. Numbers are read with std::from_chars: no locale, no allocation.
+#include "hdiplot/dxf/text_groups.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace hdiplot {
+namespace {
+
+constexpr int kNoCode = -1;
+
+int ParseCode(std::string_view text) {
+  int code = text.empty() ? kNoCode : 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9' || code > kHighestCode) return kNoCode;
+    code = code * 10 + (c - '0');
+  }
+  return code <= kHighestCode ? code : kNoCode;
+}
+
+// Reads the whole of the text as a number; what is none is not a number. std::from_chars knows no plus sign,
+// and calls what is too small for a double out of range just like what is too large.
+double ParseNumber(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (end != text.data() + text.size() || error == std::errc::invalid_argument) {
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+  if (error == std::errc{}) return number;
+  const size_t exponent = std::min(text.find_first_of("eE"), text.size() - 1);
+  return text.substr(exponent + 1).starts_with('-') ? 0.0 : std::numeric_limits<double>::infinity();
+}
+
+}  // namespace
+
+GroupSource::Step TextGroups::Next(Group& group) {
+  do {
+    std::string_view content;
+    if (!NextLine(content, false)) return Step::kEnd;
+    const std::string_view written = Trimmed(content);
+    group.code = ParseCode(written);
+    if (group.code == kNoCode) {
+      if (written.empty() && Trimmed(text_.substr(std::min(cursor_.at, text_.size()))).empty())
+        return Step::kEnd;
+      return Fail(
+          Step::kBadCode, cursor_.line,
+          "a group code, a whole number from 0 to 1071, should stand here, but it is " + Quoted(written));
+    }
+    if (!NextLine(content, true)) {
+      return Fail(Step::kBadCode, cursor_.line,
+                  "the file ends after the group code " + std::to_string(group.code) + ", without a value");
+    }
+    group.text = content.data();
+    group.length = static_cast<uint32_t>(content.size());
+  } while (group.code == kComment);
+  group.place = cursor_.line;
+  if (!IsPossibleStart(group)) return FailAtStart(group);
+  if (group.code == 0 || group.code == 9) object_ = cursor_;
+  if (check_ == ValueCheck::kNone || !IsNumber(FormOf(group.code))) return Step::kGroup;
+  const std::string_view value = group.Value();
+  group.number = ParseNumber(value);
+  if (IsUsable(group.code, group.number, check_)) return Step::kGroup;
+  return Fail(Step::kBadValue, group.place, NumberProblem(group.code, group.number, value));
+}
+
+// Lines are short, so that a search for their end costs more to begin than to do by hand.
+bool TextGroups::NextLine(std::string_view& content, bool isValue) {
+  if (cursor_.at >= text_.size()) return false;
+  size_t end = cursor_.at;
+  size_t next = 0;
+  for (; end < text_.size() && next == 0; ++end) {
+    if (static_cast<unsigned char>(text_[end]) > '\r') continue;
+    if (text_[end] == '\n') {
+      next = end + 1;
+    } else if (text_[end] == '\r') {
+      const bool isPair = end + 1 < text_.size() && text_[end + 1] == '\n';
+      next = isPair ? end + 2 : BehindReturn(end, isValue);
+    }
+  }
+  if (next != 0) --end;
+  content = text_.substr(cursor_.at, end - cursor_.at);
+  cursor_ = {next != 0 ? next : end, cursor_.line + 1};
+  return true;
+}
+
+// Where the next line starts behind a carriage return, if that ends one; else 0. One alone does so where a
+// group code follows; others are part of a text.
+size_t TextGroups::BehindReturn(size_t at, bool isValue) const {
+  constexpr size_t kLongestCode = 20;  // with blanks
+  const size_t behind = std::min(text_.find_first_not_of('\r', at), text_.size());
+  if (behind == text_.size() || text_[behind] == '\n') return behind + 1;
+  const std::string_view rest = text_.substr(at + 1, kLongestCode);
+  const size_t end = rest.find_first_of("\r\n");
+  const bool isCode = end != std::string_view::npos && ParseCode(Trimmed(rest.substr(0, end))) != kNoCode;
+  return isCode || !isValue ? at + 1 : 0;
+}
+
+bool TextGroups::SkipDamage() {
+  const size_t faultLine = cursor_.line;
+  cursor_ = object_;
+  std::string_view code;
+  std::string_view value;
+  for (Cursor before = cursor_; NextLine(code, false); before = cursor_) {
+    const int number = ParseCode(Trimmed(code));
+    if (number != 0 && number != 9) continue;
+    const Cursor behind = cursor_;
+    const bool starts = NextLine(value, true) && StartsObject(number, Trimmed(value));
+    cursor_ = starts ? before : behind;
+    if (starts) return before.line == faultLine;
+  }
+  return false;
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,75 @@
+// Arcs of ellipses and cubic curves: their images under affine maps, their boxes, and what the device draws
+// of them.
+#pragma once
+
+#include <array>
+#include <numbers>
+#include <optional>
+#include <vector>
+
+#include "hdiplot/geometry/transform.h"
+
+namespace hdiplot {
+
+inline constexpr double kWholeTurn = 2 * std::numbers::pi;
+
+// centre + u cos t + v sin t for t from start to end, in either direction. u and v are any two vectors, so
+// that every affine image of an arc is one again.
+struct ConicArc {
+  Vec2 center;
+  Vec2 u;
+  Vec2 v;
+  double start = 0;
+  double end = 0;
+
+  [[nodiscard]] Vec2 At(double t) const { return center + u * std::cos(t) + v * std::sin(t); }
+  [[nodiscard]] Vec2 DerivativeAt(double t) const { return v * std::cos(t) - u * std::sin(t); }
+  [[nodiscard]] double Span() const { return end - start; }
+  // No less than the larger half axis, and no more than sqrt(2) of it.
+  [[nodiscard]] double Reach() const { return std::sqrt(Dot(u, u) + Dot(v, v)); }
+};
+
+[[nodiscard]] ConicArc ConicOf(const ArcEntity& arc);
+[[nodiscard]] ConicArc ConicOf(const EllipseEntity& ellipse);
+
+// The arc of a polyline's segment. None when the segment is straight, or so nearly that it shows nowhere.
+[[nodiscard]] std::optional<ConicArc> BulgeArc(Vec2 from, Vec2 to, double bulge);
+
+[[nodiscard]] ConicArc Transformed(const ConicArc& arc, const Affine& map);
+
+void AddToBox(const ConicArc& arc, Box& box);
+
+// An arc in terms of its ellipse's axes, angles as values of the ellipse's parameter; seen with Y up.
+struct AxisArc {
+  double radiusA = 0;
+  double radiusB = 0;
+  double rotation = 0;
+  double start = 0;
+  double end = 0;  // above `start`
+};
+
+// The axes and angles of an arc whose plane has Y pointing down, as seen on paper. An arc that the map before
+// has mirrored comes out with its ends exchanged.
+[[nodiscard]] AxisArc AxesOnPaper(const ConicArc& arc);
+
+struct Cubic {
+  std::array<Vec2, 4> points;
+
+  [[nodiscard]] Vec2 At(double t) const {
+    const double s = 1 - t;
+    return points[0] * (s * s * s) + points[1] * (3 * s * s * t) + points[2] * (3 * s * t * t) +
+           points[3] * (t * t * t);
+  }
+};
+
+// Appends cubic curves that follow the arc from its start to its end and stay within `tolerance` of it.
+void AppendCubics(const ConicArc& arc, double tolerance, std::vector<Cubic>& cubics);
+
+void AddToBox(const Cubic& cubic, Box& box);
+
+// Append points along the curve behind its first one, the last one included, so that the polyline through
+// them stays within `tolerance`.
+void AppendFlattened(const ConicArc& arc, double tolerance, std::vector<Vec2>& points);
+void AppendFlattened(const Cubic& cubic, double tolerance, std::vector<Vec2>& points);
+
+}  // namespace hdiplot

@@ -1,0 +1,16 @@
+// Splines as sequences of cubic curves.
+#pragma once
+
+#include <vector>
+
+#include "hdiplot/geometry/curves.h"
+
+namespace hdiplot {
+
+// Appends the cubic curves of `spline`, one behind the other. They are the spline itself when its degree is
+// at most 3 and it has no weights, and stay within about `tolerance` of it otherwise. A spline without
+// control points is the smooth curve through its fit points. One whose knots do not go with its control
+// points is drawn as the polygon of its control points, so that a faulty file still shows something.
+void AppendCubics(const SplineEntity& spline, double tolerance, std::vector<Cubic>& cubics);
+
+}  // namespace hdiplot

@@ -1,0 +1,335 @@
+#include "hdiplot/plot/canvas.h"
+
+#include <array>
+#include <cassert>
+
+#include "hdiplot/plot/line_types.h"
+#include "platform/unicode.h"
+
+namespace hdiplot {
+
+namespace {
+
+// Of an annotation (ISO 32000-1:2008, 12.5.3). Neither to be printed, as its words stand on the paper
+// already; nor hidden, as then it would show under no pointer and be found by no search; nor locked, so that
+// a reader's user can delete it.
+constexpr uint32_t kCommentFlags = 0;
+
+hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
+
+struct Segment {
+  Vec2 from;
+  Vec2 to;
+};
+
+// The part of `segment` with `coordinate` from -limit to limit; none when it lies beyond.
+std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate, double limit) {
+  const double from = segment.from.*coordinate;
+  const double to = segment.to.*coordinate;
+  if ((from > limit && to > limit) || (from < -limit && to < -limit)) return std::nullopt;
+  const auto within = [&](Vec2 p) {
+    const double bound = std::clamp(p.*coordinate, -limit, limit);
+    if (p.*coordinate == bound) return p;
+    Vec2 at = Between(segment.from, segment.to, (bound - from) / (to - from));
+    at.*coordinate = bound;
+    return at;
+  };
+  return Segment{within(segment.from), within(segment.to)};
+}
+
+ClipRing RingAround(const Box& box) {
+  return {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
+}
+
+Box BoxOf(const ClipArea& area) {
+  Box box;
+  for (const ClipRing& ring : area) {
+    for (const Vec2& p : ring) box.Add(p);
+  }
+  return box;
+}
+
+ClipRing SheetRing(const Sheet& sheet) {
+  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
+}
+
+std::vector<hdi::HT_Double_Point> SheetCorners(const Sheet& sheet) {
+  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
+}
+
+// Of an area that nothing on the sheet sticks out of.
+std::vector<hdi::HT_Double_Point> CornersAround(const Sheet& sheet) {
+  const double right = 2 * sheet.width;
+  const double down = 2 * sheet.height;
+  return {{-sheet.width, -sheet.height}, {right, -sheet.height}, {right, down}, {-sheet.width, down}};
+}
+
+}  // namespace
+
+void Canvas::UseStroke(const Stroke& stroke) {
+  if (stroke_ == stroke) return;
+  Pen pen;
+  pen.color = stroke.color;
+  pen.width = stroke.width;
+  pen.style = hdi::kPenGeometric;
+  pen.style |= stroke.ends == LineEnds::kRound ? hdi::kPenCapRound | hdi::kPenJoinRound
+                                               : hdi::kPenCapFlat | hdi::kPenJoinMiter;
+  if (stroke.lineType != nullptr) {
+    // A dash without a length shows by its round ends only.
+    const uint32_t shortestDash = stroke.ends == LineEnds::kRound ? 0 : 1;
+    pen.entries = PenDashes(stroke.lineType->dashes, stroke.lineTypeScale, shortestDash);
+  }
+  pen.style |= pen.entries.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
+  SetPen(pen);
+  stroke_ = stroke;
+}
+
+void Canvas::UseFill(Rgb color) {
+  if (!pen_ || !(pen_->color == color) || !pen_->entries.empty()) {
+    Pen pen;
+    pen.color = color;
+    SetPen(pen);
+  }
+  if (brush_ == color) return;
+  device_.SetBrush({color});
+  brush_ = color;
+}
+
+// The part of the area within the box of the clip; empty when the rest of it is not plottable.
+Box Canvas::Seen(const Box& area) const {
+  Box seen = area;
+  if (!clips_.empty()) {
+    const Box view = BoxOf(clips_.back());
+    seen.low = {std::max(area.low.x, view.low.x), std::max(area.low.y, view.low.y)};
+    seen.high = {std::min(area.high.x, view.high.x), std::min(area.high.y, view.high.y)};
+  }
+  const bool isThere = seen.low.x <= seen.high.x && seen.low.y <= seen.high.y;
+  return isThere && IsPlottable(seen.low) && IsPlottable(seen.high) ? seen : Box{};
+}
+
+void Canvas::SetPen(const Pen& pen) {
+  stroke_.reset();
+  if (pen_ == pen) return;
+  device_.SetPen(pen);
+  pen_ = pen;
+}
+
+void Canvas::UseLayer(const std::u16string& name) {
+  if (layer_ == name) return;
+  device_.SetLayer(name);
+  layer_ = name;
+}
+
+void Canvas::UseAlpha(uint8_t alpha) {
+  if (alpha_ == alpha) return;
+  device_.SetAlpha(alpha);
+  alpha_ = alpha;
+}
+
+void Canvas::BeginLink(const std::string& target) { device_.BeginLink(hdi::ToUtf16(target)); }
+
+// Nothing is seen of what is drawn for it.
+void Canvas::LinkArea(const std::string& target, const Box& area) {
+  const Box seen = Seen(area);
+  if (seen.Empty()) return;
+  UseAlpha(0);
+  UseFill({});
+  BeginLink(target);
+  BeginRing();
+  for (const Vec2& p : RingAround(seen)) RingPoint(p);
+  FillRings(hdi::kFillWinding);
+  EndLink();
+}
+
+void Canvas::Comment(const std::u16string& text, const Box& whole) {
+  const Box area = Seen(whole);
+  if (area.Empty()) return;
+  const auto down = [](double dots) { return static_cast<int32_t>(std::floor(dots)); };
+  const auto up = [](double dots) { return static_cast<int32_t>(std::ceil(dots)); };
+  const std::array<int32_t, 4> rect{down(area.low.x), up(area.high.x), down(area.low.y), up(area.high.y)};
+  device_.ShxComment(text, rect, kCommentFlags);
+}
+
+void Canvas::Dot(Vec2 at) {
+  if (!IsPlottable(at)) {
+    NoteMissing();
+    return;
+  }
+  const hdi::HT_Double_Point point = HostPoint(at);
+  device_.Polyline({&point, 1});
+}
+
+void Canvas::Line(Vec2 from, Vec2 to) {
+  std::optional<Segment> line = Segment{from, to};
+  if (!IsPlottable(from) || !IsPlottable(to)) {
+    line = IsFinite(to - from) ? Clipped(*line, &Vec2::x, kFarthest) : std::nullopt;
+    if (line) line = Clipped(*line, &Vec2::y, kFarthest);
+  }
+  if (!line) {
+    NoteMissing();
+    return;
+  }
+  const std::array<hdi::HT_Double_Point, 2> points{HostPoint(line->from), HostPoint(line->to)};
+  device_.Polyline(points);
+}
+
+void Canvas::Polyline(std::span<const Vec2> points) {
+  if (!std::ranges::all_of(points, [](Vec2 p) { return IsPlottable(p); })) {
+    for (size_t i = 1; i < points.size(); ++i) Line(points[i - 1], points[i]);
+    if (points.size() == 1) NoteMissing();
+    return;
+  }
+  points_.clear();
+  for (const Vec2& p : points) points_.push_back(HostPoint(p));
+  if (!points_.empty()) device_.Polyline(points_);
+}
+
+void Canvas::Arc(const ConicArc& arc) {
+  if (!IsPlottable(arc)) {
+    NoteMissing();
+    return;
+  }
+  const AxisArc axes = AxesOnPaper(arc);
+  device_.Arc(HostPoint(arc.center), axes.radiusA, axes.radiusB, axes.rotation, axes.start, axes.end);
+}
+
+void Canvas::BeginPath(Vec2 at) {
+  points_.assign(1, HostPoint(at));
+  pathPart_ = PathPart::kNone;
+}
+
+void Canvas::LineTo(Vec2 to) {
+  if (pathPart_ == PathPart::kCurves) FlushPathPart();
+  pathPart_ = PathPart::kLines;
+  points_.push_back(HostPoint(to));
+}
+
+void Canvas::CurveTo(Vec2 control1, Vec2 control2, Vec2 to) {
+  if (pathPart_ == PathPart::kLines) FlushPathPart();
+  pathPart_ = PathPart::kCurves;
+  for (const Vec2& p : {control1, control2, to}) points_.push_back(HostPoint(p));
+}
+
+void Canvas::EndPath() { FlushPathPart(); }
+
+void Canvas::FlushPathPart() {
+  assert(!points_.empty());
+  if (pathPart_ == PathPart::kLines) device_.Polyline(points_);
+  if (pathPart_ == PathPart::kCurves) device_.PolyBezier(points_);
+  points_.assign(1, hdi::HT_Double_Point(points_.back()));
+  pathPart_ = PathPart::kNone;
+}
+
+Vec2 Canvas::OnWholeDot(Vec2 p) const {
+  if (!sheet_.wholeDots) return p;
+  return {std::round(p.x), sheet_.mappedHeight - std::round(sheet_.mappedHeight - p.y)};
+}
+
+void Canvas::ClipToSheet() {
+  clips_ = {{SheetRing(sheet_)}};
+  SetClip(clips_.back());
+}
+
+ClipArea Canvas::WithinClips(const ClipArea& area) const {
+  ClipArea within = clips_.empty() ? area : Common(area, clips_.back());
+  std::erase_if(within, [](const ClipRing& ring) { return ring.size() < 3; });
+  return within;
+}
+
+bool Canvas::ClipTo(const ClipArea& area) {
+  const ClipArea within = WithinClips(area);
+  if (!within.empty()) SetClip(within);
+  return !within.empty();
+}
+
+void Canvas::Unclip() { SetClip(clips_.empty() ? ClipArea() : clips_.back()); }
+
+bool Canvas::BeginView(const ClipArea& area) {
+  ClipArea within = WithinClips(area);
+  if (within.empty()) return false;
+  clips_.push_back(std::move(within));
+  Unclip();
+  return true;
+}
+
+void Canvas::EndView() {
+  clips_.pop_back();
+  Unclip();
+}
+
+// The driver takes the first clip of a page for the page's own, and any later one for a clip.
+void Canvas::SetClip(const ClipArea& area) {
+  const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
+  if (!hasPageClip_) device_.SetClip(page);
+  hasPageClip_ = true;
+  std::vector<std::vector<hdi::HT_Double_Point>> polygons;
+  for (const ClipRing& ring : area) {
+    polygons.emplace_back();
+    for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
+  }
+  if (polygons.empty()) polygons.push_back(CornersAround(sheet_));
+  device_.SetClip(polygons);
+}
+
+void Canvas::BeginRing() {
+  CloseRing();
+  if (ringCount_ == rings_.size()) rings_.emplace_back();
+  rings_[ringCount_++].clear();
+}
+
+void Canvas::RingPoint(Vec2 p) {
+  if (IsPlottable(p)) {
+    rings_[ringCount_ - 1].push_back(HostPoint(p));
+  } else {
+    NoteMissing();
+  }
+}
+
+// Rings repeat their first point: the driver closes only the last subpath of an area.
+void Canvas::CloseRing() {
+  if (ringCount_ == 0) return;
+  auto& ring = rings_[ringCount_ - 1];
+  if (ring.size() < 2) {
+    --ringCount_;
+    return;
+  }
+  const hdi::HT_Double_Point first = ring.front();
+  if (ring.back().x != first.x || ring.back().y != first.y) ring.push_back(first);
+}
+
+void Canvas::FillRings(uint32_t fillMode) {
+  CloseRing();
+  if (ringCount_ > 0) {
+    UseFillMode(fillMode);
+    device_.PolyPolygon({rings_.data(), ringCount_});
+  }
+  ringCount_ = 0;
+}
+
+void Canvas::UseFillMode(uint32_t mode) {
+  if (fillMode_ != mode) device_.SetFillMode(mode);
+  fillMode_ = mode;
+}
+
+void Canvas::BeginArea() {
+  UseFillMode(hdi::kFillWinding);
+  device_.BeginPath();
+}
+
+void Canvas::AreaCurve(std::span<const Vec2> points) {
+  points_.clear();
+  for (const Vec2& p : points) points_.push_back(HostPoint(p));
+  device_.PolyBezier(points_);
+}
+
+void Canvas::FillArea() {
+  device_.EndPath();
+  device_.FillPath();
+}
+
+bool Canvas::Text(const DeviceText& text) {
+  return device_.Text(text.font, HostPoint(text.at), text.text, text.advances, text.height, text.oblique,
+                      text.trackingFactor, text.widthFactor) != 0;
+}
+
+}  // namespace hdiplot

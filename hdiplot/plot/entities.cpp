@@ -1,0 +1,224 @@
+#include "hdiplot/plot/entities.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "hdiplot/geometry/splines.h"
+#include "hdiplot/plot/gradient.h"
+#include "hdiplot/plot/hatch_pattern.h"
+#include "hdiplot/plot/walk.h"
+
+namespace hdiplot {
+
+namespace {
+
+constexpr double kSplineTolerance = 0.05;    // dots
+constexpr double kBoundaryTolerance = 0.25;  // dots
+constexpr double kNarrowestBand = 0.35;      // millimetres; a pixel of a reader that shows 72 an inch
+
+}  // namespace
+
+void EntityPlotter::Plot(const Shape& shape, const Affine& map, const Style& style) {
+  map_ = map;
+  style_ = &style;
+  std::visit([this](const auto& form) { Draw(form); }, shape);
+}
+
+Stroke EntityPlotter::StrokeOf(const Style& style) const {
+  const double millimetres = style.lineWeight / 100.0;
+  return {style.color, Canvas::PenWidth(millimetres * canvas_.GetSheet().dotsPerMillimetre), LineEnds::kRound,
+          style.lineType, style.lineTypeScale * scale_.dotsPerLineTypeUnit};
+}
+
+void EntityPlotter::Draw(const LineEntity& line) {
+  UseStyle();
+  canvas_.Line(map_(line.start), map_(line.end));
+}
+
+void EntityPlotter::Draw(const PolylineEntity& polyline) {
+  polylines_.Plot(polyline, map_, StrokeOf(*style_));
+}
+
+void EntityPlotter::Draw(const MeshEntity& mesh) {
+  UseStyle();
+  for (const auto& edge : mesh.edges) {
+    points_.clear();
+    for (const Vec2& p : edge) points_.push_back(map_(p));
+    canvas_.Polyline(points_);
+  }
+}
+
+void EntityPlotter::Draw(const ArcEntity& arc) {
+  UseStyle();
+  canvas_.Arc(Transformed(ConicOf(arc), map_));
+}
+
+void EntityPlotter::Draw(const EllipseEntity& ellipse) {
+  UseStyle();
+  canvas_.Arc(Transformed(ConicOf(ellipse), map_));
+}
+
+void EntityPlotter::Draw(const SplineEntity& spline) {
+  cubics_.clear();
+  AppendCubics(spline, kSplineTolerance / map_.LargestScale(), cubics_);
+  for (Cubic& cubic : cubics_) {
+    for (Vec2& p : cubic.points) {
+      p = map_(p);
+      if (!Canvas::IsPlottable(p)) {
+        canvas_.NoteMissing();
+        return;
+      }
+    }
+  }
+  UseStyle();
+  for (size_t i = 0; i < cubics_.size(); ++i) {
+    const auto& p = cubics_[i].points;
+    // A spline jumps at a knot that as many others coincide with as its order allows.
+    const bool goesOn = i > 0 && Length(p[0] - cubics_[i - 1].points[3]) <= kSplineTolerance;
+    if (i > 0 && !goesOn) canvas_.EndPath();
+    if (!goesOn) canvas_.BeginPath(p[0]);
+    canvas_.CurveTo(p[1], p[2], p[3]);
+  }
+  if (!cubics_.empty()) canvas_.EndPath();
+}
+
+void EntityPlotter::Draw(const PointEntity& point) {
+  UseStyle();
+  DrawPointFigure(map_(point.point));
+}
+
+// A figure in the low bits of the mode, a circle and a square around it in two higher ones.
+void EntityPlotter::DrawPointFigure(Vec2 at) {
+  constexpr int kFigure = 0xF;
+  constexpr int kCircle = 0x20;
+  constexpr int kSquare = 0x40;
+  const double size = scale_.pointSize;
+  const double half = size / 2;
+  const auto through = [&](Vec2 arm) { canvas_.Line(at - arm, at + arm); };
+  switch (scale_.pointMode & kFigure) {
+    case 1:
+      break;
+    case 2:
+      through({size, 0});
+      through({0, size});
+      break;
+    case 3:
+      through({size, size});
+      through({size, -size});
+      break;
+    case 4:
+      canvas_.Line(at, at + Vec2{0, -half});
+      break;
+    default:
+      canvas_.Dot(at);
+  }
+  if (scale_.pointMode & kCircle) canvas_.Arc({at, {half, 0}, {0, half}, 0, kWholeTurn});
+  if (scale_.pointMode & kSquare) {
+    const Vec2 corner{half, half};
+    const Vec2 other{half, -half};
+    points_ = {at - corner, at + other, at + corner, at - other, at - corner};
+    canvas_.Polyline(points_);
+  }
+}
+
+void EntityPlotter::Draw(const SolidEntity& solid) {
+  canvas_.UseFill(style_->color);
+  canvas_.BeginRing();
+  for (const Vec2& p : solid.corners) canvas_.RingPoint(map_(p));
+  canvas_.FillRings(hdi::kFillAlternate);
+}
+
+void EntityPlotter::Draw(const FaceEntity& face) {
+  UseStyle();
+  const size_t count = face.corners.size();
+  for (size_t i = 0; i < std::min(count, face.edgeVisible.size()); ++i) {
+    if (face.edgeVisible[i]) canvas_.Line(map_(face.corners[i]), map_(face.corners[(i + 1) % count]));
+  }
+}
+
+// The border. An outline that is not a rectangle is an entity itself.
+void EntityPlotter::Draw(const ViewportEntity& viewport) {
+  if (!viewport.clip.empty()) return;
+  UseStyle();
+  points_.clear();
+  for (const Vec2& p : FrameOf(viewport)) points_.push_back(map_(p));
+  points_.push_back(points_.front());
+  canvas_.Polyline(points_);
+}
+
+void EntityPlotter::Draw(const TextEntity& text) { DrawText(texts_.Set(text)); }
+
+void EntityPlotter::Draw(const MTextEntity& text) { DrawText(texts_.Set(text)); }
+
+void EntityPlotter::DrawText(const TextBlock& block) {
+  textPlotter_.Plot(block, map_, *style_, StrokeOf(*style_).width);
+}
+
+void EntityPlotter::Draw(const HatchEntity& hatch) {
+  const double tolerance = kBoundaryTolerance / map_.LargestScale();
+  const std::vector<Ring> rings = BoundaryRings(hatch, tolerance);
+  if (rings.empty()) return;
+  if (hatch.gradient) {
+    FillGradient(*hatch.gradient, rings, tolerance);
+  } else if (hatch.solid) {
+    FillHatch(rings, style_->color);
+  } else {
+    DrawPattern(hatch, rings);
+  }
+}
+
+void EntityPlotter::FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings,
+                                 double tolerance) {
+  const std::vector<Rgb> colors = BandColors(gradient, *style_, MostBands(rings));
+  const std::vector<Ring> outlines = NestedOutlines(gradient, rings, colors.size(), tolerance);
+  if (outlines.size() > 1) {
+    FillBands(canvas_, {colors, outlines, IsOpaque()}, rings, map_);
+  } else {
+    FillHatch(rings, colors.front());
+  }
+}
+
+// Where the paper shows through, it shows less where readers widen narrow bands to a pixel.
+size_t EntityPlotter::MostBands(const std::vector<Ring>& rings) const {
+  if (IsOpaque()) return std::numeric_limits<size_t>::max();
+  Box box;
+  for (const Ring& ring : rings) {
+    for (const Vec2& p : ring) box.Add(map_(p));
+  }
+  const double way = std::max(box.Width(), box.Height()) / 2;  // of the forms that begin in the middle
+  const double narrowest = kNarrowestBand * canvas_.GetSheet().dotsPerMillimetre;
+  return static_cast<size_t>(std::fmax(std::fmin(way / narrowest, 1000), 2));
+}
+
+void EntityPlotter::FillHatch(const std::vector<Ring>& rings, Rgb color) {
+  canvas_.UseFill(color);
+  for (const Ring& ring : rings) {
+    canvas_.BeginRing();
+    for (const Vec2& p : ring) canvas_.RingPoint(map_(p));
+  }
+  canvas_.FillRings(hdi::kFillAlternate);
+}
+
+void EntityPlotter::DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings) {
+  Stroke stroke = StrokeOf(*style_);
+  stroke.lineType = nullptr;
+  canvas_.UseStroke(stroke);
+  // Lines of half a pen's width from each other, or dashes of that length, leave no paper to be seen.
+  const double unit = 1 / map_.LargestScale();
+  PatternLimits limits;
+  limits.closestLines = std::max(1.0, stroke.width / 2.0) * unit;
+  limits.shortestPattern = std::max(2.0, stroke.width / 2.0) * unit;
+  PatternCutter cutter(rings, limits);
+  for (const HatchPatternLine& family : hatch.lines) {
+    for (const PatternPiece& piece : cutter.Cut(family)) {
+      if (piece.from == piece.to) {
+        canvas_.Dot(map_(piece.from));
+      } else {
+        canvas_.Line(map_(piece.from), map_(piece.to));
+      }
+    }
+  }
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,67 @@
+// The lines of a hatch pattern, cut to the boundary of the hatch.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "hdiplot/plot/hatch_boundary.h"
+
+namespace hdiplot {
+
+// What keeps a pattern from becoming more lines than paper shows or memory holds. Where lines lie closer than
+// `closestLines`, only every second, third or so is drawn; the same where a family comes to more than
+// `mostPieces`. Dashes whose pattern is shorter than `shortestPattern` are drawn as continuous lines.
+struct PatternLimits {
+  double closestLines = 0;  // drawing units, as the next
+  double shortestPattern = 0;
+  uint64_t mostPieces = 400'000;
+};
+
+struct PatternPiece {  // a dash; a dot when both are the same
+  Vec2 from;
+  Vec2 to;
+};
+
+// Cuts families of lines to one boundary by the even-odd rule. Keeps its memory from one family to the next.
+class PatternCutter {
+ public:
+  // Refers to `rings`. All in drawing units.
+  PatternCutter(const std::vector<Ring>& rings, const PatternLimits& limits)
+      : rings_(rings), limits_(limits) {}
+
+  // The pieces of `family` within the boundary, line by line; valid until the next call.
+  const std::vector<PatternPiece>& Cut(const HatchPatternLine& family);
+
+ private:
+  struct Crossing {  // of the boundary and line number `line`
+    int64_t line;
+    double along;
+  };
+
+  // A family in coordinates of its own, `along` its lines and `across` them.
+  struct Frame {
+    Vec2 direction;
+    Vec2 origin;
+    double spacing = 0;  // across, from one line to the next; above 0
+    double shift = 0;    // along, from one line to the next
+    [[nodiscard]] double Along(Vec2 p) const { return Dot(p - origin, direction); }
+    [[nodiscard]] double Across(Vec2 p) const { return Cross(direction, p - origin); }
+    [[nodiscard]] Vec2 At(int64_t line, double along) const {
+      return origin + direction * along + TurnedLeft(direction) * (static_cast<double>(line) * spacing);
+    }
+  };
+
+  [[nodiscard]] static Frame FrameOf(const HatchPatternLine& family);
+  [[nodiscard]] int64_t LineStep(const Frame& frame) const;
+  void FindCrossings(const Frame& frame, int64_t step);
+  void Thin(const std::vector<double>& dashes, double period, int64_t step);
+  void CutLine(const Frame& frame, const std::vector<double>& dashes, double period, int64_t line,
+               double from, double to);
+
+  const std::vector<Ring>& rings_;
+  PatternLimits limits_;
+  std::vector<Crossing> crossings_;
+  std::vector<PatternPiece> pieces_;
+};
+
+}  // namespace hdiplot

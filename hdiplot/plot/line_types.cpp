@@ -1,0 +1,53 @@
+#include "hdiplot/plot/line_types.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace hdiplot {
+
+namespace {
+
+bool IsGap(double element) { return element < 0; }
+
+// The pattern from a dash behind a gap on, neighbours of one kind added up. `dashes` holds both kinds.
+std::vector<double> Alternating(const std::vector<double>& dashes) {
+  const size_t count = dashes.size();
+  size_t start = 0;
+  while (IsGap(dashes[start]) || !IsGap(dashes[(start + count - 1) % count])) ++start;
+  std::vector<double> lengths;
+  for (size_t i = 0; i < count; ++i) {
+    const double element = dashes[(start + i) % count];
+    const bool continues = i > 0 && IsGap(element) == (lengths.size() % 2 == 0);
+    if (continues) {
+      lengths.back() += std::abs(element);
+    } else {
+      lengths.push_back(std::abs(element));
+    }
+  }
+  return lengths;
+}
+
+}  // namespace
+
+std::vector<uint32_t> PenDashes(const std::vector<double>& dashes, double scale, uint32_t shortestDash) {
+  double length = 0;
+  for (const double element : dashes) length += std::abs(element) * scale;
+  // The upper bound keeps the entries within 32 bits.
+  if (!(length >= kShortestPattern && length < 1e9)) return {};
+  const auto gaps = std::count_if(dashes.begin(), dashes.end(), IsGap);
+  if (gaps == 0 || gaps == static_cast<std::ptrdiff_t>(dashes.size())) return {};
+
+  std::vector<uint32_t> entries;
+  double end = 0;       // of the element, exactly
+  int64_t written = 0;  // of the entries so far
+  for (const double element : Alternating(dashes)) {
+    end += element * scale;
+    const int64_t shortest = entries.size() % 2 == 0 ? shortestDash : 1;
+    const int64_t entry = std::max<int64_t>(std::llround(end) - written, shortest);
+    entries.push_back(static_cast<uint32_t>(entry));
+    written += entry;
+  }
+  return entries;
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,83 @@
+#include "hdiplot/plot/page_setup.h"
+
+namespace hdiplot {
+
+namespace {
+
+// Indexes of the device's capabilities.
+constexpr int32_t kPrintableWidth = 8;
+constexpr int32_t kPrintableHeight = 10;
+constexpr int32_t kDotsPerInchAcross = 88;
+
+constexpr double kMillimetresPerInch = 25.4;
+
+// The factor at which `extents` take up the whole of the sheet in one direction. Infinite without an extent,
+// which a mere rounding error is none of.
+double FittingScale(const Box& extents, const Sheet& sheet) {
+  const double noise = kRoundingNoise * extents.Magnitude();
+  const auto factor = [noise](double dots, double extent) { return dots / (extent > noise ? extent : 0); };
+  return std::min(factor(sheet.width, extents.Width()), factor(sheet.height, extents.Height()));
+}
+
+}  // namespace
+
+Sheet MakeSheet(PlotDevice& device) {
+  Sheet sheet;
+  // Margins wider than the paper give negative answers; a dot is left to plot on.
+  const auto dots = [&](int32_t index) { return std::max(static_cast<int32_t>(device.GetCaps(index)), 1); };
+  sheet.width = dots(kPrintableWidth);
+  sheet.height = dots(kPrintableHeight);
+  const uint32_t dotsPerInch = device.GetCaps(kDotsPerInchAcross);
+  sheet.dotsPerMillimetre = dotsPerInch / kMillimetresPerInch;
+  // Read behind the queries, which bring the record up to date.
+  const hdi::DriverDevMode& record = *device.Driver().GetDevModePointer();
+  const int32_t height = record.paperHeight - record.marginTop - record.marginBottom;
+  sheet.mappedHeight = height * static_cast<double>(dotsPerInch) / hdi::kTenthsPerInch;
+  sheet.wholeDots = record.keepFractions == 0;
+  return sheet;
+}
+
+Orientation BestOrientation(const DrawingPart& part, const PlotOptions& options, const Sheet& portrait,
+                            const Sheet& landscape) {
+  if (options.orientation != Orientation::kFit) return options.orientation;
+  const Box extents = PageExtents(part);
+  return FittingScale(extents, landscape) > FittingScale(extents, portrait) ? Orientation::kLandscape
+                                                                            : Orientation::kPortrait;
+}
+
+bool HasOwnSheet(const Layout* layout, const PlotOptions& options) {
+  const bool isAskedFor = !options.paper.name.empty() || options.paper.sizeMillimetres;
+  return layout != nullptr && layout->sheet && !isAskedFor;
+}
+
+Box PageExtents(const DrawingPart& part) {
+  if (part.layout == nullptr || !part.layout->sheet) return part.extents;
+  const LayoutSheet& sheet = *part.layout->sheet;
+  const double unit = 1 / part.layout->millimetresPerUnit;
+  const Vec2 low = part.layout->origin * -unit;
+  Box box;
+  box.Add(low);
+  box.Add(low + Vec2{sheet.width - sheet.left - sheet.right, sheet.height - sheet.top - sheet.bottom} * unit);
+  return box;
+}
+
+Affine LayoutToDots(const Layout& layout, const Sheet& sheet) {
+  const double scale = layout.millimetresPerUnit * sheet.dotsPerMillimetre;
+  const Vec2 origin = layout.origin * sheet.dotsPerMillimetre;
+  return Affine::Translation({origin.x, sheet.mappedHeight - origin.y}) * Affine::Scaling(scale, -scale);
+}
+
+Affine DrawingToDots(const Box& extents, double millimetresPerUnit, const PlotOptions& options,
+                     const Sheet& sheet) {
+  if (extents.Empty()) return {};
+  const double trueSize = millimetresPerUnit * sheet.dotsPerMillimetre;
+  const double fitting = FittingScale(extents, sheet);
+  const double scale = options.scale            ? trueSize / *options.scale
+                       : std::isfinite(fitting) ? fitting
+                                                : trueSize;
+  const Vec2 middle = Between(extents.low, extents.high, 0.5);
+  return Affine::Translation({sheet.width / 2, sheet.height / 2}) * Affine::Scaling(scale, -scale) *
+         Affine::Translation(middle * -1);
+}
+
+}  // namespace hdiplot

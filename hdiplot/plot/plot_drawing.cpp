@@ -1,0 +1,189 @@
+#include "hdiplot/plot/plot_drawing.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hdiplot/plot/entities.h"
+#include "hdiplot/plot/shape_meter.h"
+
+namespace hdiplot {
+
+namespace {
+
+bool IsClipped(const Shape& shape) {
+  const auto* image = std::get_if<ImageEntity>(&shape);
+  const auto* hatch = std::get_if<HatchEntity>(&shape);
+  return (image != nullptr && !image->clip.empty()) || (hatch != nullptr && hatch->gradient);
+}
+
+class PlotSink final : public ShapeSink {
+ public:
+  PlotSink(const Drawing& drawing, FontBook& fonts, ImageBook& images, Canvas& canvas,
+           const ShapeScale& scale, Progress& progress)
+      : drawing_(drawing),
+        canvas_(canvas),
+        scale_(scale),
+        plotter_(canvas, scale, drawing, fonts, images),
+        linked_(drawing, fonts),
+        progress_(progress) {}
+
+  void Put(const Shape& shape, const Affine& map, const Style& style) override {
+    canvas_.UseLayer(style.layer->name);
+    canvas_.UseAlpha(style.alpha);
+    plotter_.Plot(shape, map, style);
+    if (canvas_.TakeMissing()) ++tooFarOff_;
+    if (cutLink_) linked_.Add(shape, map);
+  }
+  void BeginLink(const std::string& target, const Shape& shape) override;
+  void EndLink() override;
+  void Done(size_t entities) override { progress_.Advance(entities); }
+  bool BeginViewport(const ViewportEntity& viewport, const Affine& map) override;
+  void EndViewport() override {
+    plotter_.SetScale(scale_);
+    canvas_.EndView();
+    isInView_ = false;
+  }
+
+  [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
+  // Dots a unit of the model in each viewport so far.
+  [[nodiscard]] const std::vector<double>& ViewScales() const { return viewScales_; }
+
+ private:
+  const Drawing& drawing_;
+  Canvas& canvas_;
+  ShapeScale scale_;
+  std::vector<double> viewScales_;
+  EntityPlotter plotter_;
+  ShapeMeter linked_;
+  Progress& progress_;
+  bool isInView_ = false;
+  std::optional<std::string> cutLink_;  // the target of an open link of what is clipped
+  uint64_t tooFarOff_ = 0;
+};
+
+// The driver measures what a link covers without regard to clips, so those of what is clipped are for areas.
+void PlotSink::BeginLink(const std::string& target, const Shape& shape) {
+  if (isInView_ || IsClipped(shape)) {
+    cutLink_ = target;
+    linked_.Clear();
+  } else {
+    canvas_.BeginLink(target);
+  }
+}
+
+void PlotSink::EndLink() {
+  if (cutLink_) {
+    canvas_.LinkArea(*cutLink_, linked_.Extents());
+    cutLink_.reset();
+  } else {
+    canvas_.EndLink();
+  }
+}
+
+// What is seen through the viewport, on the layout. An outline that encloses nothing is none.
+Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
+  HatchEntity area;
+  area.loops = viewport.clip;
+  const std::vector<Ring> rings = BoundaryRings(area, tolerance);
+  Box box;
+  for (const Vec2& p : rings.empty() ? Ring() : rings.front()) box.Add(p);
+  const bool isOutline = !box.Empty() && std::min(box.Width(), box.Height()) > tolerance;
+  return isOutline ? rings.front() : FrameOf(viewport);
+}
+
+// In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
+double PointSizeInDots(double size, double dotsPerUnit, const Sheet& sheet) {
+  if (size > 0) return size * dotsPerUnit;
+  return (size < 0 ? -size : 5) / 100 * sheet.height;
+}
+
+ShapeScale ScaleOf(const Drawing& drawing, const PlotOptions& options, const Sheet& sheet,
+                   double dotsPerUnit) {
+  ShapeScale scale;
+  scale.dotsPerUnit = dotsPerUnit;
+  scale.dotsPerLineTypeUnit = dotsPerUnit * drawing.lineTypeScale;
+  scale.pointMode = drawing.pointMode;
+  scale.pointSize = PointSizeInDots(drawing.pointSize, dotsPerUnit, sheet);
+  scale.strokeComments = options.strokeComments;
+  scale.greyImages = options.monochrome;
+  if (options.background) scale.paper = *options.background;
+  return scale;
+}
+
+bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) {
+  constexpr double kTolerance = 0.25;  // dots
+  Ring outline = OutlineOf(viewport, kTolerance / map.LargestScale());
+  for (Vec2& p : outline) p = map(p);
+  if (!std::ranges::all_of(outline, [](Vec2 p) { return Canvas::IsPlottable(p); })) {
+    ++tooFarOff_;
+    return false;
+  }
+  if (!canvas_.BeginView({outline})) return false;
+  ShapeScale scale = scale_;
+  scale.dotsPerUnit *= viewport.scale;
+  if (!drawing_.paperLineTypes) scale.dotsPerLineTypeUnit *= viewport.scale;
+  scale.pointSize = PointSizeInDots(drawing_.pointSize, scale.dotsPerUnit, canvas_.GetSheet());
+  plotter_.SetScale(scale);
+  viewScales_.push_back(scale.dotsPerUnit);
+  isInView_ = true;
+  return true;
+}
+
+size_t EntityCountOf(const Drawing& drawing, const Layout* layout) {
+  if (layout == nullptr) return drawing.entities.size();
+  size_t count = 0;
+  ForEachEntity(drawing, *layout, [&count](const Entity&) { ++count; });
+  return count;
+}
+
+// Whether there may be viewports, or other shapes that take clips.
+bool HasClips(const DrawingPart& part) {
+  const Drawing& drawing = *part.drawing;
+  const auto hasClips = [](const auto& block) {
+    return std::ranges::any_of(block.second.entities, IsClipped, &Entity::shape);
+  };
+  return part.layout != nullptr || std::ranges::any_of(drawing.entities, IsClipped, &Entity::shape) ||
+         std::ranges::any_of(drawing.blocks, hasClips);
+}
+
+// A scale of the user's can make a drawing larger than the sheet.
+bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
+  constexpr double kOverhang = 1;  // dots; a drawing that has been fitted may stick out by a rounding error
+  const Vec2 corners[] = {map(extents.low), map(extents.high)};
+  bool fits = true;
+  for (const Vec2& p : corners) {
+    fits = fits && p.x >= -kOverhang && p.x <= sheet.width + kOverhang && p.y >= -kOverhang &&
+           p.y <= sheet.height + kOverhang;
+  }
+  return fits;
+}
+
+}  // namespace
+
+PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet,
+                        FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress) {
+  const Drawing& drawing = *part.drawing;
+  const Layout* layout = part.layout;
+  progress.Start(EntityCountOf(drawing, layout));
+  const double unit = layout != nullptr ? layout->millimetresPerUnit : drawing.millimetresPerUnit;
+  const Affine map = HasOwnSheet(layout, options) ? LayoutToDots(*layout, sheet)
+                                                  : DrawingToDots(PageExtents(part), unit, options, sheet);
+
+  const ShapeScale scale = ScaleOf(drawing, options, sheet, map.LargestScale());
+  Canvas canvas(device, sheet);
+  if (!part.extents.Empty() && !FitsSheet(part.extents, map, sheet)) {
+    canvas.ClipToSheet();
+  } else if (HasClips(part)) {
+    canvas.PrepareClips();
+  }
+  PlotSink sink(drawing, fonts, images, canvas, scale, progress);
+  DrawingWalk walk(drawing, options, sink);
+  walk.Run(map, layout);
+  PlottedPage page{sink.ViewScales(), {walk.Unwalked(), sink.TooFarOff()}};
+  if (page.dotsPerUnit.empty() && !part.extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};
+  return page;
+}
+
+}  // namespace hdiplot

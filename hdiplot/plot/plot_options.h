@@ -1,0 +1,48 @@
+// What the command line asks of a plot, in the user's units. Traces bring their own settings; these are for
+// drawings.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hdiplot/device/plot_device.h"
+
+namespace hdiplot {
+
+struct PaperChoice {
+  std::string name;  // of the driver's paper list, without regard to case; empty: the default, A4
+  std::optional<std::pair<double, double>> sizeMillimetres;  // width and height; goes before the name
+};
+
+enum class Orientation { kFit, kLandscape, kPortrait };
+
+struct Margins {  // millimetres
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+};
+
+struct PlotOptions {
+  PaperChoice paper;
+  Orientation orientation = Orientation::kFit;
+  std::optional<Margins> margins;  // none: the paper's own
+  std::optional<double> scale;     // N of 1:N, drawing millimetres on a millimetre of paper; none: fit
+  std::string layout;              // "model", "all", or a layout's name; empty: see PagesOf
+  int dpi = 600;
+  bool keepFractions = false;  // of dots, in coordinates
+  bool monochrome = false;
+  std::optional<Rgb> background;
+  std::vector<std::string> layers;      // wildcards * and ?, without regard to case; empty: every layer
+  std::vector<std::string> skipLayers;  // the same; goes before `layers`
+  std::optional<std::filesystem::path> fontMap;
+  bool textAsGeometry = false;
+  bool keepLayers = true;       // the PDF has the drawing's layers, which a reader switches
+  bool keepLinks = true;        // of the drawing's entities
+  bool strokeComments = false;  // texts in strokes have their words in comments
+};
+
+}  // namespace hdiplot

@@ -1,0 +1,133 @@
+#include "hdiplot/plot/walk.h"
+
+#include <algorithm>
+
+namespace hdiplot {
+
+Affine ModelToSheet(const ViewportEntity& viewport) {
+  return Affine::Translation(viewport.center) * Affine::Scaling(viewport.scale, viewport.scale) *
+         Affine::Translation(viewport.viewCenter * -1) * Affine::Rotation(viewport.twist) *
+         Affine::Translation(viewport.target * -1);
+}
+
+std::vector<Vec2> FrameOf(const ViewportEntity& viewport) {
+  const Vec2 half{viewport.width / 2, viewport.height / 2};
+  const Vec2 other{half.x, -half.y};
+  return {viewport.center - half, viewport.center + other, viewport.center + half, viewport.center - other};
+}
+
+DrawingWalk::DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink)
+    : drawing_(drawing), sink_(sink), options_(options), sheetStyles_(drawing, options) {}
+
+void DrawingWalk::Run(const Affine& map, const Layout* layout) {
+  size_t done = 0;
+  if (layout == nullptr) {
+    for (const Entity& entity : drawing_.entities) {
+      if (!entity.attributes.paperSpace) Visit(entity, map, nullptr);
+      sink_.Done(++done);
+    }
+    return;
+  }
+  ForEachEntity(drawing_, *layout, [&](const Entity& entity) {
+    VisitOnSheet(entity, map);
+    sink_.Done(++done);
+  });
+}
+
+// A viewport shows the model even where its layer, which is that of its border, does not plot.
+void DrawingWalk::VisitOnSheet(const Entity& entity, const Affine& map) {
+  const auto* viewport = std::get_if<ViewportEntity>(&entity.shape);
+  const bool isSeen = viewport != nullptr && viewport->showsModel && entity.attributes.visible;
+  if (isSeen && sink_.BeginViewport(*viewport, map)) {
+    StyleResolver styles(drawing_, options_, viewport->frozenLayers);
+    styles_ = &styles;
+    VisitModel(map * ModelToSheet(*viewport));
+    styles_ = &sheetStyles_;
+    sink_.EndViewport();
+  }
+  Visit(entity, map, nullptr);
+}
+
+void DrawingWalk::VisitModel(const Affine& map) {
+  for (const Entity& entity : drawing_.entities) {
+    if (!entity.attributes.paperSpace) Visit(entity, map, nullptr);
+  }
+}
+
+void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* insert) {
+  if (!entity.attributes.visible) return;
+  const Style style = styles_->Resolve(entity.attributes, insert);
+  // A layer that is off does not hide what a block has on other layers; a frozen one does.
+  const bool isInsert = std::holds_alternative<InsertEntity>(entity.shape);
+  if (isInsert ? style.layer->frozen : !style.layer->plotted) return;
+  if (isLinked_ || entity.attributes.link.empty()) {
+    VisitShown(entity, map, style);
+    return;
+  }
+  isLinked_ = true;
+  sink_.BeginLink(entity.attributes.link, entity.shape);
+  VisitShown(entity, map, style);
+  sink_.EndLink();
+  isLinked_ = false;
+}
+
+void DrawingWalk::VisitShown(const Entity& entity, const Affine& map, const Style& style) {
+  if (const auto* insert = std::get_if<InsertEntity>(&entity.shape)) {
+    VisitInsert(*insert, map, style);
+  } else {
+    sink_.Put(entity.shape, map, style);
+  }
+}
+
+void DrawingWalk::VisitInsert(const InsertEntity& insert, const Affine& map, const Style& style) {
+  const auto found = drawing_.blocks.find(insert.block);
+  if (found == drawing_.blocks.end() || IsOpen(found->second)) return;
+  if (open_.size() == kDeepestInsert) {
+    ++unwalked_.tooDeep;
+    return;
+  }
+  open_.push_back(&found->second);
+  VisitCopies(insert, found->second, map, style);
+  open_.pop_back();
+  if (open_.empty() && isCutOff_) {
+    ++unwalked_.cutOff;
+    isCutOff_ = false;
+  }
+}
+
+void DrawingWalk::VisitCopies(const InsertEntity& insert, const Block& block, const Affine& map,
+                              const Style& style) {
+  const Affine mirror = insert.mirrored ? Affine::Scaling(-1, 1) : Affine{};
+  // The array's columns and rows turn with the insert and are not scaled.
+  const Affine place = map * mirror * Affine::Translation(insert.at) * Affine::Rotation(insert.rotation);
+  const Affine form =
+      Affine::Scaling(insert.scaleX, insert.scaleY) * Affine::Translation({-block.base.x, -block.base.y});
+  for (int row = 0; row < std::max(insert.rows, 1); ++row) {
+    for (int column = 0; column < std::max(insert.columns, 1); ++column) {
+      if (!TakeFromBlocks()) return;  // an empty block takes time, too
+      const Vec2 offset{column * insert.columnSpacing, row * insert.rowSpacing};
+      VisitBlock(block, place * Affine::Translation(offset) * form, style);
+    }
+  }
+}
+
+// Whether one more is within the bound.
+bool DrawingWalk::TakeFromBlocks() {
+  isCutOff_ = isCutOff_ || leftFromBlocks_ == 0;
+  if (leftFromBlocks_ == 0) return false;
+  --leftFromBlocks_;
+  return true;
+}
+
+void DrawingWalk::VisitBlock(const Block& block, const Affine& map, const Style& style) {
+  for (const Entity& entity : block.entities) {
+    if (!TakeFromBlocks()) return;
+    Visit(entity, map, &style);
+  }
+}
+
+bool DrawingWalk::IsOpen(const Block& block) const {
+  return std::find(open_.begin(), open_.end(), &block) != open_.end();
+}
+
+}  // namespace hdiplot

@@ -1,0 +1,70 @@
+#include "hdiplot/system/process.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+// Needs what stands above.
+#include <shellapi.h>
+
+// Of the system's headers, which would rename our own function.
+#undef SetEnvironmentVariable
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/environment.h"
+#include "platform/unicode.h"
+#include "platform/windows/wide.h"
+
+namespace hdiplot {
+
+namespace {
+
+// The console goes on when the process has ended.
+UINT& CodePageBefore() {
+  static UINT codePage = 0;
+  return codePage;
+}
+
+void HaveConsoleTakeUtf8() {
+  CodePageBefore() = GetConsoleOutputCP();
+  if (CodePageBefore() == 0) return;  // there is no console
+  SetConsoleOutputCP(CP_UTF8);
+  std::atexit([] { SetConsoleOutputCP(CodePageBefore()); });
+}
+
+}  // namespace
+
+void PrepareProcess() {
+  for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+  HaveConsoleTakeUtf8();
+  // A drive without a disk, or a module without what it needs, is an error of the call and shows no box.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+}
+
+std::vector<std::string> CommandLineWords(int argc, const char* const* argv) {
+  int count = 0;
+  wchar_t** units = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (units == nullptr) return {argv, argv + argc};
+  std::vector<std::string> words;
+  for (int i = 0; i < count; ++i) words.push_back(hdi::ToUtf8(hdi::Units(units[i])));
+  LocalFree(units);
+  return words;
+}
+
+std::filesystem::path ExecutableFile() { return hdi::Wide(hdi::ProcessFileName()); }
+
+void SetEnvironmentVariable(const std::string& name, const std::string& value) {
+  SetEnvironmentVariableW(hdi::Wide(hdi::ToUtf16(name)), hdi::Wide(hdi::ToUtf16(value)));
+}
+
+std::string ProcessNumber() { return std::to_string(GetCurrentProcessId()); }
+
+bool StandardErrorIsTerminal() {
+  void* console = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  return GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+}  // namespace hdiplot

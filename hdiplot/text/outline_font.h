@@ -1,0 +1,56 @@
+// A font with outlines, to measure and to draw with.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "hdiplot/text/text_block.h"
+#include "hdiplot/text/unit_table.h"
+#include "platform/font_faces.h"
+
+namespace hdiplot {
+
+// A face, and for characters that it lacks the faces that the driver takes for them, at the same size. Not
+// for several threads.
+class OutlineFont final : public TextFont {
+ public:
+  // The face that `font` selects.
+  OutlineFont(const hdi::FontFace& face, const hdi::LOGFONTW& font);
+
+  [[nodiscard]] double Advance(char16_t unit) const override { return Of(unit).advance; }
+  [[nodiscard]] double Ascent() const override { return face_.Ascent() * emSize_; }
+  [[nodiscard]] double Descent() const override { return face_.Descent() * emSize_; }
+
+  [[nodiscard]] const hdi::FontFace& Face() const { return face_; }
+  // Of the face, without size and direction.
+  [[nodiscard]] const hdi::LOGFONTW& Selection() const { return font_; }
+  // An em in heights of capitals.
+  [[nodiscard]] double EmSize() const { return emSize_; }
+  // The face that `unit` is drawn with; null when no face of the system has it.
+  [[nodiscard]] const hdi::FontFace* FaceOf(char16_t unit) const { return Of(unit).face; }
+  // The unit to draw for `unit`: fonts of symbols have theirs in a private range.
+  [[nodiscard]] char16_t Drawn(char16_t unit) const { return Of(unit).drawn; }
+
+  // The outline as the driver draws it, slanted where it does that. Lengths in heights of capitals.
+  [[nodiscard]] const std::vector<hdi::GlyphContour>& Outline(char16_t unit) const;
+
+ private:
+  struct Character {
+    const hdi::FontFace* face;
+    char16_t drawn;
+    double advance;
+  };
+  [[nodiscard]] const Character& Of(char16_t unit) const;
+  [[nodiscard]] Character Find(char16_t unit) const;
+  // Whether the driver slants what it draws with the face.
+  [[nodiscard]] bool IsSlanted(const hdi::FontFace& face) const;
+
+  const hdi::FontFace& face_;
+  hdi::LOGFONTW font_;
+  double emSize_;
+  mutable std::map<const hdi::FontFace*, bool> slanted_;
+  mutable UnitTable<Character> characters_;
+  mutable UnitTable<std::vector<hdi::GlyphContour>> outlines_;
+};
+
+}  // namespace hdiplot

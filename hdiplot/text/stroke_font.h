@@ -1,0 +1,47 @@
+// The fonts of pen strokes that stand for shape fonts: the Hershey fonts, with what they lack drawn here or
+// taken from a font with outlines.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hdiplot/text/outline_font.h"
+#include "hdiplot/text/stroke_glyph.h"
+#include "hdiplot/text/text_block.h"
+#include "hdiplot/text/unit_table.h"
+
+namespace hdiplot {
+
+// Not for several threads.
+class StrokeFont final : public TextFont {
+ public:
+  // A Hershey font by its name, "rowmans". One that is not installed has no strokes. `bigFont`, which may be
+  // null and must outlive this, draws what has no strokes in any of them.
+  StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont);
+
+  [[nodiscard]] static bool Exists(const std::string& hersheyName);
+
+  [[nodiscard]] double Advance(char16_t unit) const override;
+  [[nodiscard]] double Ascent() const override { return ascent_; }
+  [[nodiscard]] double Descent() const override { return descent_; }
+
+  // Null when `unit` has no strokes, so that BigFont draws it.
+  [[nodiscard]] const StrokeGlyph* Strokes(char16_t unit) const;
+  [[nodiscard]] const OutlineFont* BigFont() const { return bigFont_; }
+
+ private:
+  using Alphabet = std::vector<StrokeGlyph>;  // from the space on
+
+  [[nodiscard]] std::unique_ptr<StrokeGlyph> Make(char16_t unit) const;
+  [[nodiscard]] std::unique_ptr<StrokeGlyph> MakeAccented(char16_t unit) const;
+
+  Alphabet own_, latin_, greek_, cyrillic_, transliterated_;
+  const OutlineFont* bigFont_;
+  bool monospaced_;
+  double ascent_ = 1;
+  double descent_ = 0;
+  mutable UnitTable<std::unique_ptr<StrokeGlyph>> glyphs_;
+};
+
+}  // namespace hdiplot
