@@ -72,19 +72,19 @@ TEST(Broken, GroupsAndValues) {
 }
 
 TEST(Broken, Structures) {
-  for (const auto& [groups, message] : rows::Read("hdiplot_dxf/broken_structures.txt")) {
+  for (const auto& [groups, message] : rows::Read("hdiplot/dxf/broken_structures.txt")) {
     EXPECT_EQ(ErrorOf(Groups(groups)), message) << groups;
   }
 }
 
 TEST(Broken, Entities) {
-  for (const auto& [entity, message] : rows::Read("hdiplot_dxf/broken_entities.txt")) {
+  for (const auto& [entity, message] : rows::Read("hdiplot/dxf/broken_entities.txt")) {
     EXPECT_EQ(ErrorOf(File("", "", "", entity)), message) << entity;
   }
 }
 
 TEST(Broken, DrawingsAreReadAsFarAsTheyCanBe) {
-  for (const auto& [groups, expected] : rows::Read("hdiplot_dxf/forgiven.txt")) {
+  for (const auto& [groups, expected] : rows::Read("hdiplot/dxf/forgiven.txt")) {
     const Drawing drawing = dxf_writing::Read(Groups(groups));
     std::string outcome = std::to_string(drawing.entities.size());
     for (const std::string& loss : dxf_writing::LossesOf(Groups(groups))) outcome += "; " + loss;
