@@ -7,6 +7,7 @@
 #include "hdiplot/dxf/hatch_reader.h"
 #include "hdiplot/dxf/image_reader.h"
 #include "hdiplot/dxf/layout_reader.h"
+#include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/shape_reader.h"
 #include "hdiplot/dxf/table_reader.h"
 #include "hdiplot/system/ascii_case.h"
@@ -169,7 +170,7 @@ void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attrib
   insert_.reset();
   if (entity.Integer(66, 0) != 0) insert_ = attributes;
   // A block turned out of the drawing's plane cannot be expressed by scales and a rotation.
-  if (entity.type == "INSERT" && Ocs::Of(entity).GetKind() == Ocs::Kind::kTilted) {
+  if (entity.type == "INSERT" && PlaneOf(entity).GetKind() == Ocs::Kind::kTilted) {
     CountSkipped(entity.type, attributes);
     return;
   }

@@ -69,9 +69,9 @@ std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& pla
   gradient.form = FormOf(name);
   gradient.inverted = isInverted;
 
-  const double angle = hatch.Real(460, 0);
-  gradient.right = plane.Project(Vec2{std::cos(angle), std::sin(angle)});
-  gradient.up = plane.Project(Vec2{-std::sin(angle), std::cos(angle)});
+  const Vec2 right = Direction(hatch.Real(460, 0));
+  gradient.right = plane.Project(right);
+  gradient.up = plane.Project(TurnedLeft(right));
   return gradient;
 }
 

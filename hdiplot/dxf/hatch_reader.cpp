@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "hdiplot/dxf/gradient_reader.h"
+#include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/spline_check.h"
-#include "hdiplot/geometry/ocs.h"
 
 namespace hdiplot {
 namespace {
@@ -22,7 +22,7 @@ constexpr uint64_t kPathIsPolyline = 2;
 class HatchReader {
  public:
   explicit HatchReader(const DxfObject& object)
-      : object_(object), left_(object.groups), plane_(Ocs::Of(object)), elevation_(object.Real(30, 0)) {}
+      : object_(object), left_(object.groups), plane_(PlaneOf(object)), elevation_(object.Real(30, 0)) {}
 
   HatchEntity Read() {
     HatchEntity hatch;
@@ -100,7 +100,7 @@ class HatchReader {
       polyline.vertices.push_back(vertex);
     }
     object_.CheckCount(&vertices, polyline.vertices.size());
-    return plane_.ProjectPolyline(std::move(polyline), elevation_);
+    return ProjectPolyline(plane_, std::move(polyline), elevation_);
   }
 
   HatchEdge ReadEdge() {
@@ -138,7 +138,7 @@ class HatchReader {
     const Vec2 center = TakePoint(10);
     const double radius = TakeReal(40);
     const Sweep sweep = TakeSweep();
-    return plane_.ProjectArc(center, elevation_, radius, sweep);
+    return ProjectArc(plane_, center, elevation_, radius, sweep);
   }
 
   HatchEdge ReadEllipseEdge() {
@@ -146,8 +146,8 @@ class HatchReader {
     const Vec2 major = TakePoint(11);
     const double ratio = TakeReal(40);
     const Sweep sweep = TakeSweep();
-    return EllipseFromDiameters(plane_.Project(center, elevation_), plane_.Project(major),
-                                plane_.Project(Vec2{-major.y * ratio, major.x * ratio}), sweep);
+    return OnPrincipalAxes({plane_.Project(center, elevation_), plane_.Project(major),
+                            plane_.Project(TurnedLeft(major) * ratio), sweep.start, sweep.end});
   }
 
   HatchEdge ReadSplineEdge() {
@@ -206,7 +206,7 @@ class HatchReader {
 
   // False for lines that are seen end on.
   bool Project(HatchPatternLine& line) const {
-    const Vec2 direction = plane_.Project(Vec2{std::cos(line.angle), std::sin(line.angle)});
+    const Vec2 direction = plane_.Project(Direction(line.angle));
     const double stretch = std::hypot(direction.x, direction.y);
     if (stretch < 1e-6) return false;
     if (plane_.GetKind() != Ocs::Kind::kWorld) line.angle = std::atan2(direction.y, direction.x);

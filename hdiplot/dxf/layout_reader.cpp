@@ -5,10 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
-#include "hdiplot/geometry/ocs.h"
+#include "hdiplot/geometry/curves.h"
 #include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
@@ -106,7 +105,6 @@ View ViewOf(const DxfObject& viewport) {
 // twist, height and center as numbers; flags; and at its end the names of frozen layers. The twist is in
 // radians; but some programs put degrees there.
 View OldViewOf(const DxfObject& viewport, const NameDecoder& names) {
-  constexpr double kWholeTurn = 2 * std::numbers::pi;
   const std::span<const Group> data = viewport.ExtendedOf("ACAD");
   View view;
   if (std::ranges::find(data, "MVIEW", &Group::Value) == data.end()) return view;

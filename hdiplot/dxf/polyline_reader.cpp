@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "hdiplot/dxf/object_plane.h"
+
 namespace hdiplot {
 namespace {
 
@@ -57,7 +59,7 @@ Shape ReadLwPolyline(const DxfObject& object) {
     throw DxfFault{object.place, "LWPOLYLINE has vertices with only one coordinate"};
   }
   object.CheckCount(object.Find(90), polyline.vertices.size());
-  return Ocs::Of(object).ProjectPolyline(std::move(polyline), object.Real(38, 0));
+  return ProjectPolyline(PlaneOf(object), std::move(polyline), object.Real(38, 0));
 }
 
 PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
@@ -67,7 +69,7 @@ PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
   countM_ = polyline.Integer(isSmooth ? 73 : 71, 0);
   countN_ = polyline.Integer(isSmooth ? 74 : 72, 0);
   if (Has(kInSpace | kMesh | kPolyface)) return;  // in world coordinates, without widths
-  plane_ = Ocs::Of(polyline);
+  plane_ = PlaneOf(polyline);
   elevation_ = polyline.Real(30, 0);
   startWidth_ = polyline.Real(40, 0);
   endWidth_ = polyline.Real(41, 0);
@@ -98,7 +100,7 @@ void PolylineBuilder::AddVertex(const DxfObject& vertex) {
 Shape PolylineBuilder::Finish() const {
   if (Has(kPolyface)) return Polyface();
   if (Has(kMesh)) return MeshGrid();
-  return plane_.ProjectPolyline(outline_, elevation_);
+  return ProjectPolyline(plane_, outline_, elevation_);
 }
 
 // Lines along both directions.

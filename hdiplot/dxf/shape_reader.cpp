@@ -4,20 +4,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <string>
 #include <utility>
 
 #include "hdiplot/dxf/image_reader.h"
+#include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/polyline_reader.h"
 #include "hdiplot/dxf/spline_check.h"
-#include "hdiplot/geometry/ocs.h"
 #include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
 
-constexpr double kWholeTurn = 2 * std::numbers::pi;
 constexpr uint64_t kSplineClosed = 1;
 constexpr int64_t kCurved = 1;
 constexpr int64_t kMostCopies = 32767;  // in one direction of an INSERT's array
@@ -75,7 +73,7 @@ double RadiusOf(const DxfObject& entity) {
 
 Shape ReadCircle(const DxfObject& entity) {
   const Vec2 center = NeededPoint(entity, 10);
-  return Ocs::Of(entity).ProjectArcEntity(center, entity.Real(30, 0), RadiusOf(entity), {0, kWholeTurn});
+  return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), RadiusOf(entity), {0, kWholeTurn});
 }
 
 Shape ReadArc(const DxfObject& entity) {
@@ -83,7 +81,7 @@ Shape ReadArc(const DxfObject& entity) {
   const double radius = RadiusOf(entity);
   const double start = NeededReal(entity, 50);
   const Sweep sweep = NormalizedSweep(Radians(start), Radians(NeededReal(entity, 51)));
-  return Ocs::Of(entity).ProjectArcEntity(center, entity.Real(30, 0), radius, sweep);
+  return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), radius, sweep);
 }
 
 Shape ReadEllipse(const DxfObject& entity) {
@@ -91,9 +89,9 @@ Shape ReadEllipse(const DxfObject& entity) {
   (void)NeededPoint(entity, 11);
   const double ratio = NeededReal(entity, 40);
   const Vec3 major = PointOf(entity, 11);
-  const Vec3 minor = Ocs::Of(entity).MinorDirection(major);
-  return EllipseFromDiameters(center, {major.x, major.y}, {minor.x * ratio, minor.y * ratio},
-                              NormalizedSweep(entity.Real(41, 0), entity.Real(42, kWholeTurn)));
+  const Vec3 minor = PlaneOf(entity).MinorDirection(major);
+  const Sweep sweep = NormalizedSweep(entity.Real(41, 0), entity.Real(42, kWholeTurn));
+  return OnPrincipalAxes({center, Flat(major), Flat(minor) * ratio, sweep.start, sweep.end});
 }
 
 // Three corners are written as four, the last one twice, or without the fourth.
@@ -105,13 +103,12 @@ std::vector<Vec2> CornersOf(const DxfObject& entity, const Ocs& plane) {
   }
   const Vec3 third = PointOf(entity, 12);
   const Vec3 fourth = PointOf(entity, 13);
-  const bool isThird = fourth.x == third.x && fourth.y == third.y && fourth.z == third.z;
-  if (!isThird && entity.Find(13)) corners.push_back(plane.Project(fourth));
+  if (fourth != third && entity.Find(13)) corners.push_back(plane.Project(fourth));
   return corners;
 }
 
 Shape ReadSolid(const DxfObject& entity) {
-  SolidEntity solid{CornersOf(entity, Ocs::Of(entity))};
+  SolidEntity solid{CornersOf(entity, PlaneOf(entity))};
   if (solid.corners.size() == 4) std::swap(solid.corners[2], solid.corners[3]);  // written in a Z
   return solid;
 }
@@ -188,7 +185,7 @@ InsertEntity ReadInsert(const DxfObject& entity, const NameDecoder& names) {
   insert.scaleX = entity.Real(41, 1);
   insert.scaleY = entity.Real(42, 1);
   insert.rotation = Radians(entity.Real(50, 0));
-  insert.mirrored = Ocs::Of(entity).GetKind() == Ocs::Kind::kMirrored;
+  insert.mirrored = PlaneOf(entity).GetKind() == Ocs::Kind::kMirrored;
   insert.columns = CopiesOf(entity, 70);
   insert.rows = CopiesOf(entity, 71);
   insert.columnSpacing = entity.Real(44, 0);

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/table_reader.h"
-#include "hdiplot/geometry/ocs.h"
 #include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
@@ -54,10 +54,6 @@ void ReadForm(const DxfObject& object, int obliqueCode, Lettering& lettering) {
   lettering.oblique = Radians(std::clamp(oblique, -kSteepest, kSteepest));
 }
 
-Vec2 Direction(double angle) { return {std::cos(angle), std::sin(angle)}; }
-
-Vec2 LeftOf(Vec2 direction) { return {-direction.y, direction.x}; }
-
 // The axes of a text as they are seen from above, and what is left of its lengths along them.
 struct SeenAxes {
   Vec2 right, up;
@@ -67,7 +63,7 @@ struct SeenAxes {
 
 // Nothing when the text is seen edge-on. Unit vectors in space are given.
 std::optional<SeenAxes> Seen(Vec2 right, Vec2 up) {
-  if (!(std::fabs(right.x * up.y - right.y * up.x) > kEdgeOn)) return {};
+  if (!(std::fabs(Cross(right, up)) > kEdgeOn)) return {};
   SeenAxes seen;
   seen.along = std::hypot(right.x, right.y);
   seen.across = std::hypot(up.x, up.y);
@@ -79,7 +75,7 @@ std::optional<SeenAxes> Seen(Vec2 right, Vec2 up) {
 // In a plane that is not tilted, the axes stay as they are to the last bit.
 std::optional<SeenAxes> SeenIn(const Ocs& plane, Vec2 right) {
   const Vec2 seenRight = plane.Project(right);
-  const Vec2 seenUp = plane.Project(LeftOf(right));
+  const Vec2 seenUp = plane.Project(TurnedLeft(right));
   if (plane.GetKind() == Ocs::Kind::kTilted) return Seen(seenRight, seenUp);
   return SeenAxes{seenRight, seenUp};
 }
@@ -152,11 +148,11 @@ std::optional<SeenAxes> AxesOfMText(const DxfObject& object, const Ocs& plane) {
     if (group.code == 11 || group.code == 50) hasDirection = group.code == 11;
   }
   const Vec3 direction = {object.Real(11, 0), object.Real(21, 0), object.Real(31, 0)};
-  const double length = std::hypot(direction.x, direction.y, direction.z);
+  const double length = Length(direction);
   if (!hasDirection || !(length > 0)) return SeenIn(plane, Direction(Radians(rotation)));
-  const Vec3 up = plane.MinorDirection({direction.x / length, direction.y / length, direction.z / length});
+  const Vec3 up = plane.MinorDirection(direction / length);
   const Vec3 left = plane.MinorDirection(up);  // in the plane, even where the direction is not
-  const double inPlane = std::hypot(up.x, up.y, up.z);
+  const double inPlane = Length(up);
   return Seen({-left.x / inPlane, -left.y / inPlane}, {up.x / inPlane, up.y / inPlane});
 }
 
@@ -199,7 +195,7 @@ std::optional<TextEntity> TextReader::ReadText(const DxfObject& object, bool inB
   if (!shown) return {};
   TextEntity text;
   text.text = names_.Decoder().DecodeText(shown->Raw(), Backslash::kItself);
-  const Ocs plane = Ocs::Of(object);
+  const Ocs plane = PlaneOf(object);
   const Placing placing = PlacingOf(object);
   const auto axes = SeenIn(plane, placing.right);
   if (text.text.empty() || !axes) return {};
@@ -229,7 +225,7 @@ std::optional<MTextEntity> TextReader::ReadMText(const DxfObject& object) const 
   }
   MTextEntity text;
   text.text = names_.Decoder().DecodeText(raw, Backslash::kStartsCode);
-  const auto axes = AxesOfMText(object, Ocs::Of(object));
+  const auto axes = AxesOfMText(object, PlaneOf(object));
   if (text.text.empty() || !axes) return {};
   text.style = StyleOf(object);
   text.place = {object.Real(10, 0), object.Real(20, 0)};

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "hdiplot/geometry/transform.h"
+#include "hdiplot/geometry/points.h"
 
 namespace hdiplot {
 

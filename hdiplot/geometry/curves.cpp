@@ -4,6 +4,11 @@ namespace hdiplot {
 
 namespace {
 
+// A span within this of whole turns is a whole turn. Ends just above a whole turn are often 2 pi written with
+// few digits.
+constexpr double kNoTurn = 1e-9;
+constexpr double kRoundedTurn = 1e-5;
+
 // Bounds the work on a single curve, whatever its size.
 constexpr double kMostPieces = 20000;
 
@@ -38,12 +43,17 @@ void ForEachExtreme(double p0, double p1, double p2, double p3, Use use) {
 
 }  // namespace
 
-ConicArc ConicOf(const ArcEntity& arc) {
-  return {arc.center, {arc.radius, 0}, {0, arc.radius}, arc.startAngle, arc.endAngle};
+Sweep NormalizedSweep(double start, double end) {
+  const double span = end - start;
+  double rest = std::fmod(span, kWholeTurn);
+  if (rest < 0) rest += kWholeTurn;
+  if (rest < kNoTurn || (span > kWholeTurn && rest < kRoundedTurn)) rest = kWholeTurn;
+  if (std::fabs(start) >= 2 * kWholeTurn) start = std::fmod(start, kWholeTurn);
+  return {start, start + rest};
 }
 
-ConicArc ConicOf(const EllipseEntity& ellipse) {
-  return {ellipse.center, ellipse.majorAxis, ellipse.minorAxis, ellipse.startParameter, ellipse.endParameter};
+ConicArc CircularArc(Vec2 center, double radius, Sweep sweep) {
+  return {center, {radius, 0}, {0, radius}, sweep.start, sweep.end};
 }
 
 std::optional<ConicArc> BulgeArc(Vec2 from, Vec2 to, double bulge) {
@@ -56,6 +66,17 @@ std::optional<ConicArc> BulgeArc(Vec2 from, Vec2 to, double bulge) {
   const Vec2 center = Between(from, to, 0.5) + TurnedLeft(chord) * toCenter;
   const Vec2 u = from - center;
   return ConicArc{center, u, TurnedLeft(u), 0, 4 * std::atan(bulge)};
+}
+
+ConicArc OnPrincipalAxes(const ConicArc& arc) {
+  const double product = Dot(arc.u, arc.v);
+  const double difference = Dot(arc.u, arc.u) - Dot(arc.v, arc.v);
+  // The parameter of the longest diameter.
+  const double turn = std::abs(product) <= kRoundingNoise * std::hypot(product, difference) && difference >= 0
+                          ? 0.0
+                          : 0.5 * std::atan2(2 * product, difference);
+  return {arc.center, arc.u * std::cos(turn) + arc.v * std::sin(turn),
+          arc.u * -std::sin(turn) + arc.v * std::cos(turn), arc.start - turn, arc.end - turn};
 }
 
 ConicArc Transformed(const ConicArc& arc, const Affine& map) {

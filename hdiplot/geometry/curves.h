@@ -13,6 +13,18 @@ namespace hdiplot {
 
 inline constexpr double kWholeTurn = 2 * std::numbers::pi;
 
+constexpr double Radians(double degrees) { return degrees * (std::numbers::pi / 180); }
+
+// Where an arc starts and ends, in radians or as an ellipse's parameter.
+struct Sweep {
+  double start = 0;
+  double end = 0;
+};
+
+// The same arc with its end above its start, by at most a whole turn, and its start within two whole turns of
+// 0. An empty sweep becomes a whole turn.
+[[nodiscard]] Sweep NormalizedSweep(double start, double end);
+
 // centre + u cos t + v sin t for t from start to end, in either direction. u and v are any two vectors, so
 // that every affine image of an arc is one again.
 struct ConicArc {
@@ -29,11 +41,12 @@ struct ConicArc {
   [[nodiscard]] double Reach() const { return std::sqrt(Dot(u, u) + Dot(v, v)); }
 };
 
-[[nodiscard]] ConicArc ConicOf(const ArcEntity& arc);
-[[nodiscard]] ConicArc ConicOf(const EllipseEntity& ellipse);
-
+[[nodiscard]] ConicArc CircularArc(Vec2 center, double radius, Sweep sweep);
 // The arc of a polyline's segment. None when the segment is straight, or so nearly that it shows nowhere.
 [[nodiscard]] std::optional<ConicArc> BulgeArc(Vec2 from, Vec2 to, double bulge);
+
+// The same arc with `u` and `v` along the principal axes, `u` the longer one; angles move along.
+[[nodiscard]] ConicArc OnPrincipalAxes(const ConicArc& arc);
 
 [[nodiscard]] ConicArc Transformed(const ConicArc& arc, const Affine& map);
 

@@ -23,7 +23,7 @@ struct PointAndDerivative {
 
 class BSpline {
  public:
-  explicit BSpline(const SplineEntity& spline)
+  explicit BSpline(const Spline& spline)
       : spline_(spline), rational_(spline.weights.size() == spline.controlPoints.size()) {}
 
   [[nodiscard]] bool Sound() const {
@@ -68,7 +68,7 @@ class BSpline {
     return high > low ? (t - low) / (high - low) : 0;
   }
 
-  const SplineEntity& spline_;
+  const Spline& spline_;
   bool rational_;
 };
 
@@ -132,7 +132,7 @@ std::vector<Vec2> NaturalDerivatives(const std::vector<Vec2>& points, const std:
   return derivative;
 }
 
-void AppendFitCurve(const SplineEntity& spline, std::vector<Cubic>& cubics) {
+void AppendFitCurve(const Spline& spline, std::vector<Cubic>& cubics) {
   std::vector<Vec2> points;
   for (const Vec2& p : spline.fitPoints) {
     if (points.empty() || !(p == points.back())) points.push_back(p);
@@ -161,7 +161,7 @@ void AppendFitCurve(const SplineEntity& spline, std::vector<Cubic>& cubics) {
 
 }  // namespace
 
-void AppendCubics(const SplineEntity& spline, double tolerance, std::vector<Cubic>& cubics) {
+void AppendCubics(const Spline& spline, double tolerance, std::vector<Cubic>& cubics) {
   if (spline.controlPoints.empty()) {
     AppendFitCurve(spline, cubics);
     return;

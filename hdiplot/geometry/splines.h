@@ -7,10 +7,19 @@
 
 namespace hdiplot {
 
+struct Spline {
+  int degree = 3;
+  std::vector<double> knots;  // controlPoints.size() + degree + 1
+  std::vector<Vec2> controlPoints;
+  std::vector<double> weights;  // empty: all 1
+  std::vector<Vec2> fitPoints;  // used when there are no control points
+  bool closed = false;
+};
+
 // Appends the cubic curves of `spline`, one behind the other. They are the spline itself when its degree is
 // at most 3 and it has no weights, and stay within about `tolerance` of it otherwise. A spline without
 // control points is the smooth curve through its fit points. One whose knots do not go with its control
 // points is drawn as the polygon of its control points, so that a faulty file still shows something.
-void AppendCubics(const SplineEntity& spline, double tolerance, std::vector<Cubic>& cubics);
+void AppendCubics(const Spline& spline, double tolerance, std::vector<Cubic>& cubics);
 
 }  // namespace hdiplot

@@ -1,23 +1,12 @@
-// Plane geometry of the plotter: vectors, affine maps and boxes.
+// Affine maps of the plane.
 #pragma once
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
-#include "hdiplot/model/drawing.h"
+#include "hdiplot/geometry/points.h"
 
 namespace hdiplot {
-
-[[nodiscard]] inline Vec2 operator+(Vec2 a, Vec2 b) { return {a.x + b.x, a.y + b.y}; }
-[[nodiscard]] inline Vec2 operator-(Vec2 a, Vec2 b) { return {a.x - b.x, a.y - b.y}; }
-[[nodiscard]] inline Vec2 operator*(Vec2 a, double factor) { return {a.x * factor, a.y * factor}; }
-[[nodiscard]] inline double Dot(Vec2 a, Vec2 b) { return a.x * b.x + a.y * b.y; }
-[[nodiscard]] inline double Cross(Vec2 a, Vec2 b) { return a.x * b.y - a.y * b.x; }
-[[nodiscard]] inline double Length(Vec2 a) { return std::sqrt(a.x * a.x + a.y * a.y); }
-[[nodiscard]] inline Vec2 TurnedLeft(Vec2 a) { return {-a.y, a.x}; }
-[[nodiscard]] inline Vec2 Between(Vec2 a, Vec2 b, double part) { return a + (b - a) * part; }
-[[nodiscard]] inline bool IsFinite(Vec2 a) { return std::isfinite(a.x) && std::isfinite(a.y); }
 
 // x' = a x + c y + e, y' = b x + d y + f.
 struct Affine {
@@ -59,28 +48,5 @@ struct Affine {
   const Vec2 origin = outer({inner.e, inner.f});
   return {x.x, x.y, y.x, y.y, origin.x, origin.y};
 }
-
-inline constexpr double kRoundingNoise = 1e-12;  // of the largest coordinate
-
-// The smallest box around what was added; empty before.
-struct Box {
-  Vec2 low{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
-  Vec2 high{-std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
-
-  [[nodiscard]] bool Empty() const { return !(low.x <= high.x); }
-  [[nodiscard]] double Width() const { return Empty() ? 0 : high.x - low.x; }
-  [[nodiscard]] double Height() const { return Empty() ? 0 : high.y - low.y; }
-  // The largest coordinate, whatever its sign. Differences of kRoundingNoise times it are none.
-  [[nodiscard]] double Magnitude() const {
-    return Empty() ? 0 : std::max({std::abs(low.x), std::abs(low.y), std::abs(high.x), std::abs(high.y)});
-  }
-
-  // A point that is not finite is passed over.
-  void Add(Vec2 p, double around = 0) {
-    if (!IsFinite(p)) return;
-    low = {std::min(low.x, p.x - around), std::min(low.y, p.y - around)};
-    high = {std::max(high.x, p.x + around), std::max(high.y, p.y + around)};
-  }
-};
 
 }  // namespace hdiplot

@@ -21,13 +21,11 @@
 #include <variant>
 #include <vector>
 
-namespace hdiplot {
+#include "hdiplot/geometry/curves.h"
+#include "hdiplot/geometry/points.h"
+#include "hdiplot/geometry/splines.h"
 
-struct Vec2 {
-  double x = 0;
-  double y = 0;
-  bool operator==(const Vec2&) const = default;
-};
+namespace hdiplot {
 
 struct EntityColor {
   enum class Kind : uint8_t { kByLayer, kByBlock, kIndex, kTrue };
@@ -107,22 +105,13 @@ struct ArcEntity {  // CIRCLE is an arc from 0 to a whole turn; runs counter-clo
   double endAngle = 0;
 };
 
-struct EllipseEntity {  // a parameter range of centre + major cos t + minor sin t, end above start
-  Vec2 center;
-  Vec2 majorAxis;
-  Vec2 minorAxis;
-  double startParameter = 0;
-  double endParameter = 0;
-};
+[[nodiscard]] inline ConicArc ConicOf(const ArcEntity& arc) {
+  return CircularArc(arc.center, arc.radius, {arc.startAngle, arc.endAngle});
+}
 
-struct SplineEntity {
-  int degree = 3;
-  std::vector<double> knots;  // controlPoints.size() + degree + 1, made by the reader where the file has none
-  std::vector<Vec2> controlPoints;
-  std::vector<double> weights;  // empty: all 1
-  std::vector<Vec2> fitPoints;  // used when there are no control points
-  bool closed = false;
-};
+using EllipseEntity = ConicArc;  // on its principal axes, end above start
+
+using SplineEntity = Spline;
 
 struct PointEntity {
   Vec2 point;

@@ -12,6 +12,7 @@
 #include "hdiplot/device/plot_device.h"
 #include "hdiplot/geometry/clip_area.h"
 #include "hdiplot/geometry/curves.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/page_setup.h"
 
 namespace hdiplot {

@@ -56,7 +56,7 @@ void EntityPlotter::Draw(const ArcEntity& arc) {
 
 void EntityPlotter::Draw(const EllipseEntity& ellipse) {
   UseStyle();
-  canvas_.Arc(Transformed(ConicOf(ellipse), map_));
+  canvas_.Arc(Transformed(ellipse, map_));
 }
 
 void EntityPlotter::Draw(const SplineEntity& spline) {

@@ -1,6 +1,7 @@
 // Draws the shapes of a drawing, one kind after the other.
 #pragma once
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/canvas.h"
 #include "hdiplot/plot/hatch_boundary.h"
 #include "hdiplot/plot/image_plotter.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hdiplot/geometry/transform.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/plot_options.h"
 #include "hdiplot/text/font_book.h"
 

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/canvas.h"
 #include "hdiplot/plot/hatch_boundary.h"
 #include "hdiplot/plot/styles.h"

@@ -22,10 +22,6 @@ void AppendEdge(const ArcEntity& arc, double tolerance, Ring& ring) {
   AppendEdge(ConicOf(arc), tolerance, ring);
 }
 
-void AppendEdge(const EllipseEntity& ellipse, double tolerance, Ring& ring) {
-  AppendEdge(ConicOf(ellipse), tolerance, ring);
-}
-
 void AppendEdge(const SplineEntity& spline, double tolerance, Ring& ring) {
   std::vector<Cubic> cubics;
   AppendCubics(spline, tolerance / 2, cubics);

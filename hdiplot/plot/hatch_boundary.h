@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "hdiplot/geometry/transform.h"
+#include "hdiplot/model/drawing.h"
 
 namespace hdiplot {
 

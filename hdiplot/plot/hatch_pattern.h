@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/hatch_boundary.h"
 
 namespace hdiplot {

@@ -9,6 +9,7 @@
 
 #include "hdiplot/geometry/transform.h"
 #include "hdiplot/image/image_book.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/canvas.h"
 
 namespace hdiplot {

@@ -3,6 +3,7 @@
 
 #include "hdiplot/device/plot_device.h"
 #include "hdiplot/geometry/transform.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/extents.h"
 #include "hdiplot/plot/plot_options.h"
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "hdiplot/geometry/curves.h"
+#include "hdiplot/model/drawing.h"
 
 namespace hdiplot {
 

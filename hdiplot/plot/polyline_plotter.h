@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/canvas.h"
 #include "hdiplot/plot/polyline.h"
 

@@ -38,7 +38,7 @@ void ShapeMeter::AddForm(const LineEntity& line) {
 
 void ShapeMeter::AddForm(const ArcEntity& arc) { AddArc(ConicOf(arc)); }
 
-void ShapeMeter::AddForm(const EllipseEntity& ellipse) { AddArc(ConicOf(ellipse)); }
+void ShapeMeter::AddForm(const EllipseEntity& ellipse) { AddArc(ellipse); }
 
 void ShapeMeter::AddForm(const PointEntity& point) { AddPoint(point.point); }
 

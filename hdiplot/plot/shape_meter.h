@@ -5,6 +5,7 @@
 
 #include "hdiplot/geometry/curves.h"
 #include "hdiplot/geometry/transform.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/text/font_book.h"
 #include "hdiplot/text/text_setter.h"
 

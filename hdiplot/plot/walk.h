@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "hdiplot/geometry/transform.h"
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/styles.h"
 
 namespace hdiplot {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/text/font_book.h"
 #include "hdiplot/text/text_block.h"
 

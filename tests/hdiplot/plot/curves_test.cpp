@@ -38,7 +38,7 @@ TEST(AxesOnPaper, DrawTheSameArcUnderAnyMap) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> any(-2, 2);
   for (int round = 0; round < 500; ++round) {
-    const ConicArc own = ConicOf(ArcEntity{{any(random), any(random)}, 3, any(random), any(random) + 5});
+    const ConicArc own = CircularArc({any(random), any(random)}, 3, {any(random), any(random) + 5});
     const ConicArc arc =
         Transformed(own, {any(random), any(random), any(random), any(random), any(random), any(random)});
     const AxisArc axes = AxesOnPaper(arc);
@@ -58,7 +58,7 @@ TEST(AxesOnPaper, DrawTheSameArcUnderAnyMap) {
 
 TEST(ConicArc, CubicsAndPolylinesKeepTheirTolerance) {
   for (const double radius : {0.3, 40.0, 2500.0, 90000.0}) {
-    const ConicArc arc = ConicOf(ArcEntity{{10, -10}, radius, 0.3, 5.9});
+    const ConicArc arc = CircularArc({10, -10}, radius, {0.3, 5.9});
     std::vector<Cubic> cubics;
     AppendCubics(arc, 0.02, cubics);
     double worst = 0;

@@ -21,7 +21,7 @@ double Basis(const std::vector<double>& knots, size_t i, int degree, double t) {
          (right > 0 ? (knots[i + p + 1] - t) / right * Basis(knots, i + 1, degree - 1, t) : 0);
 }
 
-Vec2 PointOf(const SplineEntity& spline, double t) {
+Vec2 PointOf(const Spline& spline, double t) {
   Vec2 sum;
   double weights = 0;
   for (size_t i = 0; i < spline.controlPoints.size(); ++i) {
@@ -40,7 +40,7 @@ double DistanceToChord(Vec2 p, Vec2 from, Vec2 to) {
 }
 
 // The greatest distance from points of the curve to the cubics, as chords between many points.
-double Departure(const SplineEntity& spline, const std::vector<Cubic>& cubics) {
+double Departure(const Spline& spline, const std::vector<Cubic>& cubics) {
   std::vector<Vec2> drawn;
   for (const Cubic& cubic : cubics) {
     for (int i = 0; i <= 400; ++i) drawn.push_back(cubic.At(i / 400.0));
@@ -60,10 +60,10 @@ double Departure(const SplineEntity& spline, const std::vector<Cubic>& cubics) {
   return worst;
 }
 
-SplineEntity Random(int degree, size_t points, bool clamped, bool rational) {
+Spline Random(int degree, size_t points, bool clamped, bool rational) {
   std::mt19937 random(static_cast<uint32_t>(degree) * 100 + static_cast<uint32_t>(points));
   std::uniform_real_distribution<double> any(0, 10);
-  SplineEntity spline;
+  Spline spline;
   spline.degree = degree;
   for (size_t i = 0; i < points; ++i) {
     spline.controlPoints.push_back({any(random), any(random)});
@@ -82,7 +82,7 @@ SplineEntity Random(int degree, size_t points, bool clamped, bool rational) {
 TEST(Splines, KeepTheToleranceOfTheirDefinition) {
   for (const int degree : {1, 2, 3, 5, 9, -2, -3}) {
     // Rational ones of low degree, and unclamped ones for the negative.
-    const SplineEntity spline = Random(std::abs(degree), 14, degree > 0, degree == 2 || degree == 3);
+    const Spline spline = Random(std::abs(degree), 14, degree > 0, degree == 2 || degree == 3);
     std::vector<Cubic> cubics;
     AppendCubics(spline, 1e-3, cubics);
     EXPECT_LT(Departure(spline, cubics), 2e-3) << degree;
