@@ -1,4 +1,4 @@
-// From a font to its handle: name, characters, bytes, subset, document.
+// Loads, subsets and embeds fonts on first use.
 #include "fonts/font_cache.h"
 
 #include <cstdint>
@@ -30,7 +30,7 @@ const engine::Font* FontCache::GetFontHandle(engine::Document& document, const L
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
-  // A name whose subset was refused once stays without a font.
+  // A null entry stays: a name whose subset the engine refused once never gets a font.
   const auto embedded = fontByName_.find(name);
   return embedded == fontByName_.end() ? nullptr : embedded->second.get();
 }

@@ -1,8 +1,8 @@
-// The fonts of a document: each font of a job goes through the platform and the subsetter once, at the first
-// run that is replayed with it, and every later run finds it by its full name.
+// The embedded fonts of a document. A font is subset and embedded at the first replayed run that uses it;
+// later runs find it by its full name.
 //
-// Nothing is reported. A font that can't be had gives no handle, its runs are left out, and the next run with
-// it tries again.
+// Failures are not reported. A font that cannot be loaded yields no handle, its runs are left out, and the
+// next run with it tries again.
 #pragma once
 
 #include <map>
@@ -22,30 +22,30 @@ class FontCache {
   explicit FontCache(const FontServices& services = SystemFontServices(),
                      CreateFontPackageFunction* (*findSubsetter)() = FindCreateFontPackage);
 
-  // The characters of the whole job, which settle what each subset holds. Before the first run; must outlive
-  // the last.
+  // The characters that the whole job uses in each font; they determine the subsets. Call before the first
+  // run. `charsByName` must outlive the last one.
   void SetCharacters(const FontUsage& charsByName) { charsByName_ = &charsByName; }
 
-  // The document's font for `font`, null if there is none. It belongs to the cache.
+  // Returns the document's font for `font`, owned by the cache, or null if there is none.
   [[nodiscard]] const engine::Font* GetFontHandle(engine::Document& document, const LOGFONTW* font);
 
-  // Whether `font` asks for italics and its face has no slant of its own. The first italic font of a face
-  // name settles the answer for the name.
+  // Returns whether `font` asks for italics while its face is upright. The answer is cached by face name at
+  // the first italic font of that name.
   [[nodiscard]] bool NeedsSyntheticItalic(const LOGFONTW& font);
 
-  // Releases all fonts, after the document has been saved and before it is closed.
+  // Releases all fonts. Call after the document has been saved and before it is closed.
   void Clear();
 
  private:
   using FontsByName = std::map<std::u16string, std::unique_ptr<engine::Font>>;
 
-  // Subsets and embeds the font and enters it under its name. Throws std::bad_alloc, having entered nothing.
+  // Subsets and embeds the font and caches it under `name`. Throws std::bad_alloc, with nothing cached.
   void Embed(engine::Document& document, const LOGFONTW& font, const std::u16string& name,
              const CharacterSet& characters);
 
   const FontServices& services_;
   CreateFontPackageFunction* (*findSubsetter_)();
-  FontsByName fontByName_;  // null for a subset that the engine refused
+  FontsByName fontByName_;  // null if the engine refused the subset
   std::map<std::u16string, bool> italicByFace_;
   const FontUsage* charsByName_ = nullptr;
 };

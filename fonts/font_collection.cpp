@@ -1,4 +1,4 @@
-// A collection's header, its table directories and their tables of names (OpenType, "Font file" and "name").
+// Parses the collection header, the table directories and the name tables (OpenType, "Font file" and "name").
 #include "fonts/font_collection.h"
 
 #include <cstddef>
@@ -12,7 +12,7 @@ constexpr uint16_t kFamilyName = 1;
 constexpr uint32_t kUnicodePlatform = 0;
 constexpr uint32_t kMicrosoftPlatform = 3;
 
-// Reads big-endian numbers one after the other. What lies beyond the end reads as 0.
+// Reads consecutive big-endian numbers. Bytes beyond the end read as 0.
 class Reader {
  public:
   Reader(std::span<const uint8_t> bytes, size_t position) : bytes_(bytes), position_(position) {}
@@ -21,7 +21,7 @@ class Reader {
   uint32_t Read32() { return Read(4); }
   void Skip(size_t count) { position_ += count; }
 
-  // Whether all that has been read was there.
+  // Whether every read so far was within bounds.
   [[nodiscard]] bool Good() const { return good_; }
 
  private:
@@ -41,12 +41,12 @@ class Reader {
   bool good_ = true;
 };
 
-// Offsets in a collection count from its start, those of tables too.
+// All offsets in a collection, table offsets included, are from its start.
 std::optional<size_t> FindNameTable(std::span<const uint8_t> collection, size_t member) {
   Reader reader(collection, member);
   reader.Skip(4);  // version
   const uint16_t tables = reader.Read16();
-  reader.Skip(6);  // help for binary searches
+  reader.Skip(6);  // binary search fields
   for (uint16_t i = 0; i < tables && reader.Good(); ++i) {
     const uint32_t tag = reader.Read32();
     reader.Skip(4);  // checksum
@@ -103,7 +103,8 @@ bool FaceNameMatches(std::span<const uint8_t> bytes, uint32_t platformId, int32_
     return true;
   }
   if (byteLength / 2 != length) return false;
-  // A string of odd length takes in the byte behind it, and that pair must be the zero that ends a face name.
+  // A string of odd length takes in the byte after it; that last pair must then be the zero that terminates
+  // the face name.
   Reader reader(bytes, 0);
   for (int32_t i = 0; i < byteLength; i += 2) {
     const auto index = static_cast<size_t>(i / 2);

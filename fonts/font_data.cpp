@@ -1,4 +1,4 @@
-// Asks the platform for the bytes of fonts.
+// Reads font bytes through the platform's font services.
 #include "fonts/font_data.h"
 
 #include <algorithm>

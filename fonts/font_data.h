@@ -1,4 +1,4 @@
-// The bytes of a font: where they come from, and reading them.
+// Reading the bytes of a font from the platform.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct FreeBlock {
   void operator()(uint8_t* block) const { std::free(block); }
 };
 
-// Bytes in a block from malloc: of a whole font file, of a whole collection, or of a subset. No block: none.
+// A malloc'ed block with a font file, a collection or a subset. A null block means no data.
 struct FontData {
   std::unique_ptr<uint8_t, FreeBlock> block;
   uint32_t size = 0;
@@ -24,21 +24,21 @@ struct FontData {
   [[nodiscard]] std::span<const uint8_t> Bytes() const { return {block.get(), size}; }
 };
 
-// What a font is read from: a file of its own, or a collection of which it is a member.
+// Where a font's bytes come from: a file of its own, or a member of a collection.
 struct FontDataSource {
   bool isSingleFile = false;
-  int32_t memberIndex = -1;  // in a collection, from 0
-  FontData collection;       // which has been read to find the member
+  int32_t memberIndex = -1;  // in the collection, from 0
+  FontData collection;       // already read to find the member
 };
 
-// The face name of a font, which may fill its field to the last unit.
+// Returns the face name of a font. The field need not be terminated if the name fills it.
 [[nodiscard]] std::u16string_view FaceName(const LOGFONTW& font);
 
-// Nothing for a font without outline data, and for one of a collection that does not hold the face.
+// Returns nothing for a font without outline data, and for a collection that does not hold the face.
 [[nodiscard]] std::optional<FontDataSource> ClassifyFontData(const FontServices& services,
                                                              const LOGFONTW& font);
 
-// Reads the whole of a table, kWholeFontFile or kFontCollection. No block when it can't be had.
+// Reads a whole table: kWholeFontFile or kFontCollection. The block is null on failure.
 [[nodiscard]] FontData ReadFontData(const PlatformFont& font, uint32_t table);
 
 }  // namespace hdi

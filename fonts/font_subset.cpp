@@ -1,4 +1,4 @@
-// The one call of the subsetter, with all its arguments.
+// The call of the subsetter with its full argument list.
 #include "fonts/font_subset.h"
 
 #include <cstdlib>
@@ -11,7 +11,7 @@ FontData SubsetFontData(CreateFontPackageFunction* createFontPackage, std::span<
   uint8_t* package = nullptr;
   uint32_t packageSize = 0;
   uint32_t written = 0;
-  // The package alone tells of success: a subsetter may warn in its result and still make one.
+  // Success is a non-null package: a subsetter may return a warning and still make one.
   createFontPackage(bytes.data(), static_cast<uint32_t>(bytes.size()), &package, &packageSize, &written,
                     source.isSingleFile ? kSubsetFlagSubset : kSubsetFlagSubset | kSubsetFlagCollection,
                     source.isSingleFile ? uint16_t{0} : static_cast<uint16_t>(source.memberIndex),

@@ -1,4 +1,4 @@
-// Calls the platform's subsetter.
+// Calls the platform's font subsetter.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace hdi {
 
-// The font of `bytes`, cut down to the characters of `keepList`, which is ascending; no block when there is
-// no subsetter or it makes no subset. `memberIndex` tells the font in a collection.
+// Returns the font in `bytes`, reduced to the characters of `keepList`, which must be ascending. `source`
+// selects the member of a collection. The block is null without a subsetter or if it makes no subset.
 [[nodiscard]] FontData SubsetFontData(CreateFontPackageFunction* createFontPackage,
                                       std::span<const uint8_t> bytes, const FontDataSource& source,
                                       std::span<const uint16_t> keepList);

@@ -1,4 +1,4 @@
-// Single precision throughout but for the trigonometric functions, and for the extent up to its last step.
+// Single precision throughout, except for the trigonometric functions and the extent before its last step.
 #include "fonts/text_geometry.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 namespace hdi {
 namespace {
 
-// The shear of a face that was asked for italics and has none: about 18.7 degrees.
+// The slant given to an upright face that was asked for italics: about 18.7 degrees.
 constexpr float kSyntheticItalicSkew = 0x1.5B4D5Ep-2F;
 
 constexpr double kRightAngle = 1.5707963267948966;
@@ -22,7 +22,8 @@ Matrix ComputeRunMatrix(const TextPlacement& placement, float advance, bool synt
   const float sine = Sine(placement.angle);
   const float cosine = Cosine(placement.angle);
   float shear = Tangent(placement.obliqueAngle);
-  // The text's horizontal scale narrows glyphs and leaves the matrix alone, so the shear follows it here.
+  // The text's horizontal scale narrows glyphs without entering the matrix, so the shear has to follow it
+  // here.
   if (syntheticItalic) shear += placement.widthFactor * kSyntheticItalicSkew;
   return {cosine,
           sine,

@@ -1,25 +1,26 @@
-// Where a run of text stands on the page, and what a text covers.
+// Position and extent of text on the page.
 #pragma once
 
-#include "composition/page_objects.h"
 #include "engine/page.h"
+#include "platform/matrix.h"
 
 namespace hdi {
 
-// How a text lies in the dot space: angles in radians, dots, Y up.
+// Placement of a text in dot space: dots, Y up, angles in radians.
 struct TextPlacement {
   float x;
   float y;
-  float angle;         // of the base line
+  float angle;         // of the baseline
   float obliqueAngle;  // shear to the right
   float widthFactor;
 };
 
-// The text matrix of a run that starts `advance` dots along the base line. It turns and shears and does not
-// scale; `syntheticItalic` adds the shear of a face that was asked for italics and has none.
+// Returns the text matrix of a run that starts `advance` dots along the baseline. It rotates and shears but
+// does not scale; `syntheticItalic` adds the slant of a face that was asked for italics and has none.
 [[nodiscard]] Matrix ComputeRunMatrix(const TextPlacement& placement, float advance, bool syntheticItalic);
 
-// The box around a text of that length and height, from the base line up, in dots relative to its start.
+// Returns the bounding box, in dots relative to the text's start, of a text of this length and height above
+// the baseline. `angle` is in radians.
 [[nodiscard]] engine::Rectangle TextExtent(double advance, double height, double angle);
 
 }  // namespace hdi
