@@ -1,4 +1,4 @@
-// Square annotations with words and without an appearance of their own.
+// Comments are square annotations with contents and no appearance stream.
 #include "document/comments.h"
 
 namespace hdi {
@@ -8,7 +8,8 @@ constexpr std::u16string_view kTitle = u"Orvane SHX Text";
 
 }  // namespace
 
-// An annotation stands outside of the matrix that is laid over the page's content.
+// Annotations are not affected by the matrix that wraps the page's content, so the rectangle is converted to
+// points here.
 void WriteShxComment(engine::Page& page, std::u16string_view text, const CommentRectangle& dots,
                      uint32_t flags, float pointScale, float originX, float originY) {
   const engine::Rectangle points{static_cast<float>(dots.left) * pointScale + originX,

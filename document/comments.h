@@ -1,4 +1,4 @@
-// Comments: what a reader finds where the host has drawn the words of a shape font as lines.
+// Comments with the text of stroke fonts, which the host draws as lines.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +8,14 @@
 
 namespace hdi {
 
-// Dots, as they are recorded.
+// In dots, as recorded.
 struct CommentRectangle {
   int32_t left, right, bottom, top;
 };
 
-// Appends an annotation over the rectangle, with the text up to its first zero unit as its contents. A point
-// of the page is `pointScale` times a dot plus the origin. `flags` are the annotation's (ISO 32000-1:2008,
-// 12.5.3), not looked at.
+// Adds an annotation over the rectangle whose contents are the text up to its first NUL. A page coordinate is
+// `pointScale` times the dot plus the origin, in points. `flags` are the annotation's (ISO 32000-1:2008,
+// 12.5.3), written unchecked.
 void WriteShxComment(engine::Page& page, std::u16string_view text, const CommentRectangle& dots,
                      uint32_t flags, float pointScale, float originX, float originY);
 

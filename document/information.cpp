@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::u16string_view kProducer = u"pdf-ov.hdi";
 
-// The present as "D:YYYYMMDDHHMMSS" (ISO 32000-1:2008, 7.9.4), empty when the clock can't be read.
+// The current time as "D:YYYYMMDDHHMMSS" (ISO 32000-1:2008, 7.9.4), empty if the clock cannot be read.
 std::string CreationDate() {
   const std::time_t now = std::time(nullptr);
   if (now == static_cast<std::time_t>(-1)) return {};

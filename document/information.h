@@ -1,4 +1,4 @@
-// What a new document says about itself.
+// Creates the document and its information dictionary.
 #pragma once
 
 #include <memory>
@@ -8,10 +8,9 @@
 
 namespace hdi {
 
-// An empty document whose information dictionary (ISO 32000-1:2008, 14.3.3) holds "CreationDate", the local
-// time without a zone; "Creator", the application that plots; and "Producer", this driver. Nothing else goes
-// in: the drawing's name does not reach the document. Its streams are compressed by up to `workers` threads
-// beside the caller's.
+// Returns an empty document whose information dictionary (ISO 32000-1:2008, 14.3.3) holds "CreationDate", the
+// local time without a zone; "Creator", the plotting application; and "Producer", this driver. The drawing's
+// name is not included. Up to `workers` threads compress its streams beside the caller's.
 [[nodiscard]] std::unique_ptr<engine::Document> CreateDocument(std::u16string_view creator,
                                                                engine::Compression compression,
                                                                unsigned workers);

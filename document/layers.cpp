@@ -1,4 +1,4 @@
-// Look-up of groups, and their place in the order that readers show.
+// Group look-up, and a group's position in the order that readers show.
 #include "document/layers.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ uint32_t Layers::GetLayerGroup(uint32_t page, std::u16string_view name) {
   if (entry == layers.groups.end()) entry = layers.groups.emplace(name, 0).first;
   if (entry->second == 0) {
     auto& names = layers.sortedNames;
-    // Behind the engine's step nothing may fail.
+    // Reserve first: nothing may fail after the engine's step.
     if (names.size() == names.capacity()) names.reserve(2 * names.size() + 1);
     entry->second = engine::AddOptionalContentGroup(document_, name, LayerOrderIndex(page, name));
     names.insert(std::ranges::lower_bound(names, name), entry->first);
@@ -40,8 +40,8 @@ void Layers::RemoveLast() noexcept {
   lastName_.clear();
 }
 
-// The groups of pages with lower numbers, then the names of this page that sort before. Counted from the end,
-// where the page of a plot stands.
+// The position of a new group: after the groups of lower pages and after this page's smaller names. Counts
+// from the end, where the page being plotted is.
 size_t Layers::LayerOrderIndex(uint32_t page, std::u16string_view name) const {
   size_t index = groupCount_;
   auto layers = pageLayers_.rbegin();

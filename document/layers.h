@@ -1,7 +1,7 @@
 // A drawing's layers as optional content groups, which a reader can switch (ISO 32000-1:2008, 8.11).
 //
-// A group belongs to one page and one name, so that a reader lists a layer once for each page that it occurs
-// on, in the order of the pages and on each page by name.
+// A group belongs to one page and one name. A reader therefore lists a layer once for each page that it
+// occurs on, in page order and by name within a page.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@
 
 namespace hdi {
 
-// The layers of one document, which must outlive them.
+// The layers of one document, which must outlive this object.
 class Layers {
  public:
   explicit Layers(engine::Document& document) : document_(document) {}
@@ -24,15 +24,15 @@ class Layers {
   Layers& operator=(const Layers&) = delete;
   ~Layers() = default;
 
-  // The object number of the group for a layer of the page whose dictionary has the object number `page`;
-  // made and listed in the document when it is new. The name ends at its first zero unit; 0 for an empty one.
-  // The cost does not depend on the number of layers, and is least for the layer asked for last.
-  // Throws std::bad_alloc, having made nothing.
+  // Returns the object number of the group for layer `name` on the page with object number `page`, adding the
+  // group to the document if it is new. The name ends at its first NUL; an empty name gives 0. The cost does
+  // not depend on the number of layers; repeating the last layer is cheapest. Throws std::bad_alloc with the
+  // document unchanged.
   [[nodiscard]] uint32_t GetLayerGroup(uint32_t page, std::u16string_view name);
 
-  // Takes the group that GetLayerGroup has just made, and which nothing refers to, out of the document again.
+  // Removes the group that GetLayerGroup has just added from the document. Nothing may refer to it.
   void RemoveLast() noexcept;
-  // Of all groups.
+  // The number of groups on all pages.
   [[nodiscard]] size_t Count() const { return groupCount_; }
 
  private:
@@ -51,9 +51,9 @@ class Layers {
   std::map<uint32_t, PageLayers> pageLayers_;
   size_t groupCount_ = 0;
 
-  // What was asked for last.
+  // The last call's arguments and result.
   uint32_t lastPage_ = 0;
-  std::u16string lastName_;  // empty: nothing yet
+  std::u16string lastName_;  // empty: no call yet
   uint32_t lastGroup_ = 0;
 };
 

@@ -18,7 +18,7 @@ std::string Component(uint32_t value) {
 
 }  // namespace
 
-// The identity matrix and the blank behind it have no effect and belong to the form.
+// The identity matrix and the extra blank have no effect; they are kept so that output stays byte for byte.
 std::string PageBackgroundContent(uint32_t red, uint32_t green, uint32_t blue, float width, float height) {
   return "q " + Component(red) + " " + Component(green) + " " + Component(blue) + " rg " + "1 0 0 1 0 0 cm " +
          " 0 0 " + engine::NumberText(width) + " " + engine::NumberText(height) + " re f Q";

@@ -1,4 +1,4 @@
-// Which kind of image a raster becomes.
+// Selects the image type for a raster.
 #include "images/image_maker.h"
 
 #include <algorithm>
@@ -20,14 +20,14 @@ struct Raster {
   int32_t height;
 };
 
-// Whether the raster has pixels and its image fits into the 32 bits with which the engine counts its bytes.
+// Whether the raster has pixels and its image's byte count fits in the engine's 32 bits.
 bool HasExtent(const Raster& raster, uint32_t bitsPerPixel) {
   if (raster.width <= 0 || raster.height <= 0) return false;
   return RowLength(raster.width, bitsPerPixel) <=
          std::numeric_limits<uint32_t>::max() / static_cast<size_t>(raster.height);
 }
 
-// Images have sizes of 0 and above alone; what lies below 0 finds no memory.
+// Negative sizes pass: expanding them throws std::bad_alloc.
 bool IsExpandable(const Raster& raster) {
   return raster.width < 0 || raster.height < 0 || HasExtent(raster, 32);
 }
@@ -37,7 +37,7 @@ uint32_t AddImage(engine::Document& document, const Raster& raster, const ColorP
                                planes.alpha.Bytes());
 }
 
-// The raster's rows without the bytes that fill them up to whole words, complemented if asked for.
+// Adds the raster's rows without their padding, complemented if asked for.
 uint32_t AddBitImage(engine::Document& document, const Raster& raster, bool isComplemented) {
   if (!HasExtent(raster, 1)) return 0;
   const size_t rowLength = RowLength(raster.width, 1);

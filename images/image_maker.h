@@ -1,4 +1,4 @@
-// From the host's rasters to images of the document.
+// Makes images of the document from the host's indexed rasters.
 #pragma once
 
 #include <cstdint>
@@ -8,12 +8,14 @@
 
 namespace hdi {
 
-// Whether that is a raster of 8 bits or 1 bit a pixel. Of anything else not even an empty image is placed.
+// Returns whether this is a raster of 1 or 8 bits a pixel. For any other no image object is placed, not even
+// an empty one.
 [[nodiscard]] bool IsIndexedRaster(const uint8_t* bits, const BITMAPINFOHEADER* header);
 
-// Makes the image of such a raster; in memory its palette stands right behind `header`. The object number of
-// the image's stream, 0 for a raster without an extent or of 4 GiB, whose object goes on without pixels.
-// Throws std::bad_alloc, also for a size below 0 of a raster whose palette has to be expanded.
+// Adds the image of such a raster, whose palette follows `header` in memory. Returns the object number of the
+// image stream, or 0 for a raster without extent or of 4 GiB or more; its image object is then written
+// without pixels. Throws std::bad_alloc, also for a negative size of a raster whose palette has to be
+// expanded.
 [[nodiscard]] uint32_t MakeIndexedImage(engine::Document& document, const uint8_t* bits,
                                         const BITMAPINFOHEADER& header, uint8_t opacity);
 

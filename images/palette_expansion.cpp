@@ -1,4 +1,4 @@
-// Opacities come from a table of the 256 scaled alphas, as rasters have far more pixels than that.
+// Opacities are looked up in a table of the 256 scaled alphas, since rasters have far more pixels than that.
 #include "images/palette_expansion.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ size_t PlaneSize(int32_t width, int32_t height, size_t bytesPerPixel) {
   return static_cast<size_t>(width) * static_cast<size_t>(height) * bytesPerPixel;
 }
 
-// `indexOf` gives the palette index of a row's pixel.
+// `indexOf(row, x)` returns the palette index of a pixel.
 template <uint32_t bitsPerPixel, typename IndexOf>
 ColorPlanes Expand(const uint8_t* bits, const uint8_t* palette, int32_t width, int32_t height,
                    uint8_t opacity, IndexOf indexOf) {
@@ -58,7 +58,7 @@ Plane::Plane(int32_t width, int32_t height, size_t bytesPerPixel)
 Plane AlphaPlane(const uint8_t* bits, int32_t width, int32_t height, uint8_t opacity) {
   Plane plane(width, height, 1);
   const AlphaTable alphas = ScaledAlphas(opacity);
-  // Rows of whole words have no gaps.
+  // Rows of 32-bit pixels have no padding.
   uint8_t* alpha = plane.Data();
   for (size_t pixel = 0; pixel < plane.Bytes().size(); ++pixel) alpha[pixel] = alphas[bits[4 * pixel + 3]];
   return plane;

@@ -1,7 +1,6 @@
-// From the host's pixels to the planes of an image: palettes taken apart, opacities worked into the alpha.
+// Converts the host's pixels to image planes: expands palettes and multiplies the alpha by an opacity.
 //
-// A pixel's fourth byte is its alpha, in a palette as in a raster of 32 bits: an entry with 0 there is
-// transparent.
+// The fourth byte of a pixel or palette entry is its alpha: 0 is transparent.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +10,10 @@
 
 namespace hdi {
 
-// The bytes of a picture, in rows without gaps. The memory is never cleared: rasters can be large.
+// The samples of an image in rows without padding. The memory is not cleared: rasters can be large.
 class Plane {
  public:
-  // Throws std::bad_alloc, for a size below 0 too.
+  // Throws std::bad_alloc, also for a negative size.
   Plane(int32_t width, int32_t height, size_t bytesPerPixel);
 
   [[nodiscard]] uint8_t* Data() { return bytes_.get(); }
@@ -30,18 +29,18 @@ struct ColorPlanes {
   Plane alpha;
 };
 
-// The fourth bytes of a raster of 32 bits a pixel under an opacity.
+// Returns the alpha bytes of a 32-bit raster, scaled by an opacity.
 [[nodiscard]] Plane AlphaPlane(const uint8_t* bits, int32_t width, int32_t height, uint8_t opacity);
 
-// The pixels of a raster of 8 bits or of 1 under its palette and an opacity. A palette's entries are blue,
-// green, red, alpha; only those that occur in the raster are read.
+// Expand an 8-bit or 1-bit raster through its palette and scale the alpha by an opacity. Palette entries are
+// blue, green, red, alpha; only entries that the raster uses are read.
 [[nodiscard]] ColorPlanes ExpandBytes(const uint8_t* bits, const uint8_t* palette, int32_t width,
                                       int32_t height, uint8_t opacity);
 [[nodiscard]] ColorPlanes ExpandBits(const uint8_t* bits, const uint8_t* palette, int32_t width,
                                      int32_t height, uint8_t opacity);
 
-// How a raster of one bit a pixel is told: opaque black and white stay one bit, either as they are or
-// complemented; anything else is expanded.
+// How a 1-bit raster is stored: opaque black and white stay one bit, as they are or complemented; anything
+// else is expanded.
 enum class BitPalette : uint8_t { kBlackAndWhite, kWhiteAndBlack, kOther };
 [[nodiscard]] BitPalette KindOfBitPalette(const uint8_t* palette, uint8_t opacity);
 
