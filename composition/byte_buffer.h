@@ -1,4 +1,4 @@
-// A growing run of bytes that is written in place: reserve room, write, say where the writing ended.
+// A growing byte buffer that is written in place: reserve room, write, commit the end.
 #pragma once
 
 #include <cstddef>
@@ -13,15 +13,15 @@ class ByteBuffer {
  public:
   [[nodiscard]] std::string_view View() const { return {data_.get(), size_}; }
   [[nodiscard]] size_t Size() const { return size_; }
-  // Keeps the bytes when the buffer starts anew.
+  // Keeps the bytes alive after StartAnew.
   [[nodiscard]] std::shared_ptr<const char[]> Owner() const { return data_; }
 
-  // Room for `count` bytes behind what stands; valid until the next call. Throws std::bad_alloc.
+  // Returns room for `count` more bytes, valid until the next call. Throws std::bad_alloc.
   [[nodiscard]] char* Reserve(size_t count) {
     if (capacity_ - size_ < count) Grow(count);
     return data_.get() + size_;
   }
-  // `end` is one past the last byte written in the room that Reserve gave.
+  // `end` is one past the last byte written into the room that Reserve returned.
   void Commit(const char* end) { size_ = static_cast<size_t>(end - data_.get()); }
 
   void Append(std::string_view text) {
@@ -30,10 +30,10 @@ class ByteBuffer {
     Commit(out + text.size());
   }
 
-  // Takes back what stands behind the first `size` bytes.
+  // Drops everything after the first `size` bytes.
   void Truncate(size_t size) { size_ = size; }
 
-  // Starts anew in memory of its own, which has room for `capacity` bytes from the first one on.
+  // Starts over with an empty buffer in new memory; the first allocation has room for `capacity` bytes.
   void StartAnew(size_t capacity) {
     firstCapacity_ = capacity;
     data_.reset();

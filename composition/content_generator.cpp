@@ -1,4 +1,4 @@
-// One function for each step of an object: clip, marks, state, transparency, geometry.
+// Writes each object step by step: clip, marked content, state, transparency, geometry.
 #include "composition/content_generator.h"
 
 #include <new>
@@ -20,7 +20,7 @@ bool SameClip(const SharedClip& a, const SharedClip& b) {
   return a->SamePoints(*b);
 }
 
-// What an object writes between two looks at the size is rarely more.
+// Room for what an object usually writes between two size checks.
 constexpr size_t kPieceSlack = size_t{16} << 10;
 
 std::string_view PaintingOperator(FillType fill, bool stroke) {
@@ -131,8 +131,8 @@ void ContentGenerator::WriteHead() {
   state_.hasHead = true;
 }
 
-// "q" stands also before an object without a clip. So taking a clip away opens a level that nothing closes,
-// and the stream ends one "Q" short.
+// "q" is written even before an object without a clip. Removing a clip therefore opens a level that nothing
+// closes, and the stream ends one "Q" short.
 void ContentGenerator::WriteClip(const SharedClip& clip) {
   if (SameClip(clip, state_.clip)) return;
   if (state_.clip != nullptr) out_.Append("Q\n");
@@ -147,8 +147,8 @@ void ContentGenerator::WriteClip(const SharedClip& clip) {
   state_.clip = clip;
 }
 
-// The clip goes first, so a change of clip and layer at one object writes "Q" and "q" inside the earlier
-// mark: the two nestings may cross.
+// The clip is written first, so if clip and layer change at the same object, "Q" and "q" fall inside the
+// previous marked content: the two nestings may cross.
 void ContentGenerator::WriteMarks(uint32_t layer) {
   if (layer == state_.layer) return;
   if (state_.layer != 0) out_.Append("EMC\n");
@@ -204,9 +204,8 @@ void ContentGenerator::WriteDash(const SharedDashes& dashArray, float dashPhase)
   state_.dashPhase = dashPhase;
 }
 
-// A dictionary holds only what differs from the state in which it was first needed, though it is found again
-// by the absolute values: a later object that meets the same values from another state gets the same partial
-// dictionary.
+// A dictionary holds only the entries that differed from the state when it was created, but is looked up by
+// absolute values: a later object with the same values in another state reuses the same partial dictionary.
 void ContentGenerator::WriteTransparency(const ObjectAttributes& attributes) {
   if (attributes.fillAlpha == state_.fillAlpha && attributes.strokeAlpha == state_.strokeAlpha &&
       attributes.blendMode == state_.blendMode) {
@@ -238,7 +237,7 @@ void ContentGenerator::WritePoints(const PathPoints& points) {
   for (size_t at = 0; at < points.size(); PassOn()) at = WritePathPoints(points, at, out_);
 }
 
-// A piece for which there is no memory goes with a later one.
+// Without memory the bytes stay and go with a later piece.
 void ContentGenerator::PassOn() {
   if (sink_ == nullptr || out_.Size() < sink_->PieceSize()) return;
   try {

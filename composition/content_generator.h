@@ -1,13 +1,12 @@
-// The content generator: a page's objects, one after the other, as the bytes of its content stream (ISO
+// The content generator writes page objects, one after the other, to the page's content stream (ISO
 // 32000-1:2008, 7.8.2).
 //
-// All objects stand in one graphic state, and an operator is written only when its value differs from what
-// the stream has set, so that a run of lines in one pen costs nothing but its geometry. The clip is a
-// property of each object: the stream gets clipping operators where it changes between neighbours. An
-// object's bytes are written when it is finished; nothing of it is kept.
+// All objects share one graphics state, and an operator is written only if its value differs from what the
+// stream has set, so a run of lines in one pen costs only its geometry. The clip is a property of each
+// object; clipping operators are written where it changes between neighbours. An object's bytes are written
+// at once and nothing else of it is kept.
 //
-// Knows nothing of the engine: resources are asked for by name through ResourceNames, and what is written
-// goes to a ContentSink.
+// Independent of the engine: resources are named through ResourceNames, and the bytes go to a ContentSink.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +23,7 @@
 
 namespace hdi {
 
-// Entries of a graphics state parameter dictionary (ISO 32000-1:2008, 8.4.5); what is absent is not written.
+// Entries of a graphics state parameter dictionary (ISO 32000-1:2008, 8.4.5). Absent entries are not written.
 struct ExtGStateEntries {
   std::optional<float> fillAlpha;    // ca
   std::optional<float> strokeAlpha;  // CA
@@ -32,18 +31,18 @@ struct ExtGStateEntries {
   bool operator==(const ExtGStateEntries&) const = default;
 };
 
-// Puts resources into the page's dictionary and tells the names that the stream calls them by.
+// Adds resources to the page's dictionary and returns their names in the content stream.
 class ResourceNames {
  public:
-  // A new dictionary with these entries.
+  // Adds a new dictionary with these entries.
   virtual std::string AddExtGState(const ExtGStateEntries& entries) = 0;
-  // The name of an object that is or becomes a resource of its category; the same object gives the same name.
-  // Font 0 is the base font Helvetica.
+  // Return the resource name of an object, adding the resource if needed; the same object always gets the
+  // same name. Font 0 is the standard font Helvetica.
   virtual std::string FontName(uint32_t objectNumber) = 0;
   virtual std::string XObjectName(uint32_t objectNumber) = 0;
   virtual std::string PropertiesName(uint32_t objectNumber) = 0;
 
-  // How many resources have been named, and the way back to the first `count` of them.
+  // The number of resources named, and a way to drop all after the first `count`.
   [[nodiscard]] virtual size_t Count() const = 0;
   virtual void KeepFirst(size_t count) noexcept = 0;
 
@@ -51,15 +50,15 @@ class ResourceNames {
   ~ResourceNames() = default;
 };
 
-// Takes a stream in pieces.
+// Consumes a stream piece by piece.
 class ContentSink {
  public:
-  // From this size on bytes are worth a piece.
+  // The size from which a piece is worth handing over.
   [[nodiscard]] virtual size_t PieceSize() const = 0;
-  // `owner` keeps the bytes. When it throws std::bad_alloc, it has taken nothing.
+  // `owner` keeps the bytes alive. Throws std::bad_alloc, with nothing taken.
   virtual void Take(const std::shared_ptr<const char[]>& owner, std::string_view bytes) = 0;
 
-  // How many bytes have been taken, and the way back to the first `size` of them, which end with a piece.
+  // The number of bytes taken, and a way to drop all after the first `size`, which must be a piece boundary.
   [[nodiscard]] virtual size_t Size() const = 0;
   virtual void KeepFirst(size_t size) noexcept = 0;
 
@@ -69,28 +68,28 @@ class ContentSink {
 
 class ContentGenerator {
  public:
-  // Both must outlive the generator. Without a sink all bytes stay with the generator.
+  // Both must outlive the generator. Without a sink the generator keeps all bytes.
   explicit ContentGenerator(ResourceNames& names, ContentSink* sink = nullptr) : names_(names), sink_(sink) {}
 
-  // Takes all that has been written since its making out of the stream and the names again, unless that is to
-  // be kept. One at a time.
+  // Undoes everything written since its construction, in the stream and the names, unless Keep is called. One
+  // at a time.
   class Attempt;
 
-  // When one throws, what it has written so far stands in the stream.
+  // If one of these throws, what it has written so far stays in the stream; see Attempt.
   void Write(const PathObject& object);
   void Write(const TextObject& object);
   void Write(const ImageObject& object);
 
-  // Ends the stream and returns the bytes that the sink has not got; empty when no object was written.
+  // Ends the stream and returns the bytes not yet handed to the sink; empty if no object was written.
   [[nodiscard]] std::string_view Finish();
-  // Keeps the bytes that Finish has returned.
+  // Keeps the bytes that Finish returned alive.
   [[nodiscard]] std::shared_ptr<const char[]> Owner() const { return out_.Owner(); }
 
  private:
   // What the stream has set so far.
   struct ContentState {
     bool hasHead = false;
-    uint32_t layer = 0;  // the group of the open mark, 0 when none is open
+    uint32_t layer = 0;  // the group of the open marked content, 0 if none is open
     Color fillColor;
     Color strokeColor;
     float lineWidth = 1.0F;
@@ -116,7 +115,7 @@ class ContentGenerator {
   void WriteColorsAndLine(const ObjectAttributes& attributes);
   void WriteDash(const SharedDashes& dashArray, float dashPhase);
   void WriteTransparency(const ObjectAttributes& attributes);
-  // The name of the dictionary for these values; it gets `entries` when it is new.
+  // Returns the name of the dictionary for these values; a new one gets `entries`.
   const std::string& ExtGStateName(const TransparencyKey& values, const ExtGStateEntries& entries);
   void WritePoints(const PathPoints& points);
   void WriteMatrix(const Matrix& matrix);
@@ -124,13 +123,13 @@ class ContentGenerator {
   void WriteNumber(float value, int precision);
   void WritePlainNumber(float value);
   void WriteColor(const Color& color, std::string_view op);
-  // Hands the bytes to the sink when they are enough for a piece.
+  // Hands the bytes to the sink once they are enough for a piece.
   void PassOn();
 
   ResourceNames& names_;
   ContentSink* sink_;
   ByteBuffer out_;
-  std::optional<ByteBuffer> passed_;  // the first bytes that went to the sink since the attempt began
+  std::optional<ByteBuffer> passed_;  // the first bytes handed to the sink since the attempt began
   ContentState state_;
   std::map<TransparencyKey, NamedExtGState> extGStates_;
 };

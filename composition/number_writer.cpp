@@ -1,5 +1,4 @@
-// Both roads of a number: digits of a whole one straight from its integer, those of any other from a decimal
-// of at most nine digits.
+// Whole numbers are written from their integer, all others from a decimal of at most nine digits.
 #include "composition/number_writer.h"
 
 #include <algorithm>
@@ -15,8 +14,8 @@
 namespace hdi {
 namespace {
 
-// Powers of ten as the nearest f64, from 1e-31 to 1e54: f32 values span 1.4e-45 to 3.4e38, and nine digits
-// are taken.
+// Powers of ten as the nearest f64, from 1e-31 to 1e54: f32 values range from 1.4e-45 to 3.4e38, scaled to
+// nine digits.
 constexpr int kLowestPower = -31;
 constexpr int kHighestPower = 54;
 constexpr std::array<double, kHighestPower - kLowestPower + 1> kPowersOfTen = {
@@ -29,22 +28,22 @@ constexpr std::array<double, kHighestPower - kLowestPower + 1> kPowersOfTen = {
 
 double PowerOfTen(int exponent) { return kPowersOfTen[static_cast<size_t>(exponent - kLowestPower)]; }
 
-// More digits than this are not in an f32: ten times 2^24, less one.
+// The largest digits of an f32: ten times 2^24, less one.
 constexpr int32_t kMostSignificant = 0x9FFFFFF;
 
-// A positive value as digits times ten to the power `shift`.
+// A positive value: digits times ten to the power `shift`.
 struct Decimal {
   int32_t digits;
   int shift;
 };
 
-// The form's rounding: one half is added and the fraction cut off.
+// Rounds by adding one half and truncating.
 int32_t RoundHalfUp(double x) { return static_cast<int32_t>(x + 0.5); }
 
-// The power of two above `x`, as frexp gives it. Every f32 but 0 is a normal number once it is widened.
+// The exponent that frexp returns. Every nonzero f32 is a normal f64.
 int BinaryExponent(double x) { return static_cast<int>(std::bit_cast<uint64_t>(x) >> 52 & 0x7FF) - 1022; }
 
-// The floor of `exponent` times log10(2): 78913 / 2^18 is close enough for every exponent of an f32.
+// floor(exponent * log10(2)): 78913 / 2^18 is accurate enough for every exponent of an f32.
 int DecimalExponent(int exponent) { return (exponent * 78913) >> 18; }
 
 Decimal ToDecimal(double x, int precision) {
@@ -115,7 +114,7 @@ char* WriteDecimal(char* out, const Decimal& decimal) {
     *out++ = '.';
     return WriteDigits(WriteZeros(out, decimals - count), digits);
   }
-  // The digits go one place to the right of where they belong; then those before the point move back.
+  // Write the digits one place too far right, then move those before the point back.
   char* const end = WriteDigits(out + 1, digits);
   const int before = count - decimals;
   std::memmove(out, out + 1, static_cast<size_t>(before));
@@ -127,8 +126,8 @@ bool RoundsToZero(float value, int precision) {
   return precision >= 0 && std::fabs(static_cast<double>(value) * PowerOfTen(precision)) < 0.5;
 }
 
-// Rewrites a number of the form [-]d[.ddddd]e+dd: its digits from `out`, its exponent from `exponent` to
-// `end`.
+// Rewrites a number of the form [-]d[.ddddd]e+dd without its exponent. The number starts at `out`; its
+// exponent extends from `exponent` to `end`.
 char* WriteWithoutExponent(char* out, const char* exponent, const char* end) {
   if (*out == '-') ++out;
   std::array<char, 8> digits{};

@@ -1,4 +1,4 @@
-// The page's contents as the sink of its stream.
+// The page's content stream as a ContentSink.
 #pragma once
 
 #include <cstddef>

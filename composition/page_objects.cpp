@@ -1,4 +1,4 @@
-// What makes two clips the same.
+// Comparison of clips.
 #include "composition/page_objects.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// From the generator's requests to the engine's dictionaries.
+// Passes the generator's requests on to the engine's page.
 #include "composition/page_resources.h"
 
 namespace hdi {

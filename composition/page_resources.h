@@ -1,4 +1,4 @@
-// The page's resources under the names that its content stream calls them by.
+// The page's resources as ResourceNames.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The page writer's life: output, document, state and pages.
+// The page writer's output, document, state and pages.
 #include "composition/page_writer.h"
 
 #include <array>
@@ -104,7 +104,7 @@ void PageWriter::ResetPageState() {
   originY_ = 0;
 }
 
-// Without a page, what is drawn leaves no trace.
+// Without a page, nothing drawn has an effect.
 void PageWriter::ClosePage() {
   content_.reset();
   contents_.reset();

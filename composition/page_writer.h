@@ -1,15 +1,15 @@
-// The page writer: the one object between the replay and the engine.
+// The page writer: the only object between the replay and the engine.
 //
-// It owns the document and the open page, and it holds the graphic state that the command list changes step
-// by step. Page objects have no current colour of their own, so the values in force are stamped on each
-// object at the moment it is finished; the object's bytes go into the page's stream at once and the object is
-// gone. Everything is in dots of the page's dot space. The only scaling is the matrix that FinishPage lays
-// over the page: a point of the page is `pointScale` times a dot plus the origin.
+// It owns the document and the open page, and holds the graphics state that records change step by step. Page
+// objects have no current colour, so the current values are copied to each object when it is finished; the
+// object's bytes then go into the page's stream at once. Everything is in dots of the page's dot space. The
+// only scaling is the matrix that FinishPage wraps around the page: a page coordinate is `pointScale` times
+// the dot plus the origin, in points.
 //
-// An operation that throws std::bad_alloc has changed nothing, in the writer or in the document; a step that
-// ends the path has ended it. A font that has been embedded stays.
+// An operation that throws std::bad_alloc leaves the writer and the document unchanged, except that one which
+// ends the path still ends it, and that a font already embedded stays.
 //
-// Nothing is reported. Without a page or a path, operations do nothing.
+// Failures are not reported. Operations without a page or a path do nothing.
 #pragma once
 
 #include <cstdint>
@@ -36,13 +36,13 @@
 
 namespace hdi {
 
-// How boxes in points come out.
+// Rounding of boxes in points.
 enum class Bounds : uint8_t { kWholePoints, kExact };
 
-// Invisible text can be searched and selected under what the host draws in its place.
+// Invisible text makes what the host draws over it searchable and selectable.
 enum class TextVisibility : uint8_t { kVisible, kInvisible };
 
-// Where an image lies: its lower left corner and its size, in dots.
+// Lower left corner and size of an image, in dots.
 struct ImageBox {
   double x;
   double y;
@@ -55,50 +55,51 @@ class PageWriter final : private engine::BlockSink {
   PageWriter();
   PageWriter(const PageWriter&) = delete;
   PageWriter& operator=(const PageWriter&) = delete;
-  // Closes what is still open, the output last.
+  // Closes everything still open, the output last.
   ~PageWriter() = default;
 
-  // Opens the output: an existing file is removed first, and one that can't be removed is a failure.
+  // Opens the output. Removes an existing file first; returns false if it cannot be removed or the output not
+  // opened.
   [[nodiscard]] bool OpenOutput(const std::u16string& path);
-  // Makes the document, in place of one that is there; pages may begin. There is none when it throws. Up to
-  // `workers` threads compress its streams beside the caller's.
+  // Starts a new document, replacing an existing one; pages may begin. If it throws, there is no document. Up
+  // to `workers` threads compress its streams beside the caller's.
   void StartDocument(std::u16string_view creator,
                      engine::Compression compression = engine::Compression::kNormal,
                      unsigned workers = engine::DefaultWorkers());
-  // Saves the document into the output. A full disk is silent; any other failure of the output throws
+  // Saves the document to the output. A full disk is not reported; any other failure of the output throws
   // std::system_error.
   void Save();
 
-  // State setters only store. What they set counts for the next object finished and, but for the origin, from
-  // page to page. Cap and join codes that the operators J and j don't know count as 0, a negative width as 1.
+  // Setters only store. A value applies to the objects finished after it and, except for the origin, carries
+  // over to later pages. Unknown cap and join codes (operators J and j) count as 0, a negative width as 1.
   void SetLineWidth(float width) { path_.attributes.lineWidth = width < 0 ? 1.0F : width; }
   void SetLineCap(uint32_t cap) { path_.attributes.lineCap = LineCode(cap); }
   void SetLineJoin(uint32_t join) { path_.attributes.lineJoin = LineCode(join); }
-  // Both colours carry the blend mode of the paths that follow.
+  // Either call sets the blend mode of the paths that follow.
   void SetStrokeColor(Color color, BlendMode mode);
   void SetFillColor(Color color, BlendMode mode);
-  // Lengths in points, as pens give them; none for a solid line.
+  // Lengths in points, as pens give them; empty for a solid line.
   void SetDashArray(std::vector<float> points);
   void SetAlpha(uint8_t alpha) { alpha_ = alpha; }
   [[nodiscard]] uint8_t Alpha() const { return alpha_; }
-  // Once set, the background stays for all pages that follow.
+  // Applies to all pages that follow.
   void SetBackground(Color color);
-  // Offset of the dot space on the page, in points.
+  // Offset of dot space on the page, in points.
   void SetOrigin(float x, float y);
-  // Dots per inch, above 0. Before the first page; a dash array that has been set keeps its lengths in dots.
+  // Dots per inch, above 0. Call before the first page; a dash array already set keeps its lengths in dots.
   void SetPointScale(int32_t dotsPerInch);
   void SetBounds(Bounds bounds) { bounds_ = bounds; }
-  // The divisor that the host gives for the drawing's scale. Stored for the page's measure.
+  // The host's divisor for the scale of the drawing. Used for the page's measure.
   void SetLineScale(double scale) { lineScale_ = scale; }
 
-  // Pages. `pageNumber` counts from 1; the size is in points. What is still open is thrown away, and the clip
-  // and the origin start anew.
+  // `pageNumber` counts from 1; the size is in points. Discards a page that is still open and resets clip and
+  // origin.
   void BeginPage(uint32_t pageNumber, double width, double height);
-  // Gives the open page its measure for that resolution, which comes with its contents.
+  // Sets the open page's measure for that resolution. Written by FinishPage.
   void SetPageScaleInfo(int32_t dotsPerInch);
   void FinishPage();
 
-  // The path under construction. Lines and curves before the first move are dropped.
+  // The path under construction. Lines and curves before the first MoveTo are dropped.
   void MoveTo(float x, float y) { path_.points.push_back({x, y, PointType::kMove, false}); }
   void LineTo(float x, float y) {
     if (!path_.points.empty()) path_.points.push_back({x, y, PointType::kLine, false});
@@ -110,42 +111,42 @@ class PageWriter final : private engine::BlockSink {
                                              {x3, y3, PointType::kBezier, false}});
   }
 
-  // Paint the path and end it. Fill modes: 1 even-odd, 2 nonzero winding.
+  // These paint the path and end it. Fill modes: 1 even-odd, 2 nonzero winding.
   void StrokePath();
-  // An opaque fill in any mode but winding is closed and outlined with a line of width 0 in the stroke
+  // An opaque fill in any mode but winding is closed and outlined with a zero-width line in the stroke
   // colour.
   void FillPath(uint32_t fillMode);
   void FillAndStrokePath(uint32_t fillMode);
 
-  // Makes the path the clip of all objects that follow on the page, in place of the one before. No path: no
-  // clip.
+  // Makes the path the clip of all later objects on the page, replacing the previous one. Without a path,
+  // removes the clip.
   void MakeClipFromPath();
-  // Kept and never applied: the page's own extent stands in for the first clip of a page.
+  // Stored but never applied: the first clip of a page is the page itself.
   void SetPageClipRect(const engine::Rectangle& rect) { pageClipRect_ = rect; }
 
-  // The characters that the job plots in each font. Before the first text; must outlive the last.
+  // The characters that the job uses in each font. Call before the first text; must outlive the last.
   void SetCharacters(const FontUsage& fontUsage) { fonts_.SetCharacters(fontUsage); }
 
-  // Writes a text whose base line starts at x, y: each run as a text object that shows all its characters at
-  // once. Advances only move the next run and size the link's area; within a run the font's own widths count.
-  // The text's colour is the fill colour. A run whose font can't be had is left out.
+  // Writes a text whose baseline starts at x, y, as one text object a run. Advances only position the next
+  // run and size the link area; within a run the font's own widths apply. The text's colour is the fill
+  // colour. A run whose font cannot be loaded is left out.
   void WriteTextRuns(const HT_Text& text, float x, float y, const TextShapeData& shape,
                      TextVisibility visibility);
 
-  // Places a raster of 8 bits or 1 bit a pixel in a box given in dots, under the opacity in force; what has
-  // no such bit count, or no bits, is left out. In memory its palette stands right behind `header`.
+  // Places a raster of 1 or 8 bits a pixel, whose palette follows `header` in memory, under the current
+  // opacity. The box is in dots. Ignores other bit counts and rasters without bits.
   void PlaceIndexedBitmap(const uint8_t* bits, const BITMAPINFOHEADER* header, const ImageBox& box);
-  // Places a JPEG with the opacities of its pixels, none for an opaque one.
+  // Places a JPEG; `plane` holds the pixels' opacities and is empty for an opaque image.
   void PlaceJpeg(std::span<const uint8_t> jpeg, std::span<const uint8_t> plane, const ImageBox& box);
 
-  // The layer that the next objects belong to; none for an empty name. Kept from page to page.
+  // The layer of later objects; empty for none. Carries over to later pages.
   void SetCurrentLayer(std::u16string name) { currentLayer_ = std::move(name); }
 
-  // Lays a comment over the open page.
+  // Adds a comment to the open page.
   void WriteShxComment(std::u16string_view text, const CommentRectangle& rect, uint32_t flags);
 
-  // Opens a link to `target`, or takes its place when one is open; an empty target ends the link and writes
-  // its annotation around what has been drawn since.
+  // Opens a link to `target`, replacing an open one. An empty target ends the link and writes its annotation
+  // around everything drawn since.
   void SetLinkTarget(std::u16string target);
 
  private:
@@ -156,33 +157,32 @@ class PageWriter final : private engine::BlockSink {
   bool WriteBlock(const void* data, size_t size) override;
   void ResetPageState();
   void ClosePage();
-  // Closes a page that is not finished; its content and what was made for it are gone.
+  // Closes an unfinished page and discards its content and images.
   void DropPage();
   void CommitPath(FillType fill, bool stroke);
   void ClosePath();
-  // Whether an image under that matrix shows: on an open page, and with a width and a height.
+  // Whether an image with that matrix is visible: on an open page, with a width and a height.
   [[nodiscard]] bool Shows(const Matrix& matrix) const;
-  // `makeImage` gives the object number of an image that belongs to the page, 0 for none.
+  // `makeImage` returns the object number of an image that will belong to the page, 0 for none.
   template <typename MakeImage>
   void PlaceImage(const ImageBox& box, MakeImage makeImage);
-  // The group of the layer in force on the open page, 0 for none; made when it is new.
+  // Returns the group of the current layer on the open page, creating it if needed; 0 for none.
   [[nodiscard]] uint32_t CurrentGroup();
   void WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
                     const Matrix& matrix, TextVisibility visibility);
   void ExtendLinkRect(const engine::Rectangle& rect);
 
-  // Bounds of a path's points, in points of the page; nothing for a path without points.
+  // Bounds of the path's points, in points of the page; nothing for a path without points.
   [[nodiscard]] std::optional<engine::Rectangle> ObjectBounds(const PathObject& object) const;
-  // The same for an image with that matrix.
+  // Bounds of an image with that matrix, in points of the page.
   [[nodiscard]] engine::Rectangle ImageBounds(const Matrix& matrix) const;
-  // The same for a text with that extent in dots around x, y.
+  // Bounds of a text at x, y with that extent in dots, in points of the page.
   [[nodiscard]] engine::Rectangle TextBounds(float x, float y, const engine::Rectangle& extent) const;
-  // The box with whole sides around `box`, unless boxes are exact.
+  // Rounds the box outward to whole points, unless bounds are exact.
   [[nodiscard]] engine::Rectangle Rounded(const engine::Rectangle& box) const;
 
-  std::u16string portDir_;  // a temporary directory of ours; nothing reads it
-  // Destroyed from the last to the first: what names resources, the page, the fonts, the document, the
-  // engine, the file.
+  std::u16string portDir_;  // a temporary directory of the driver; never read
+  // Destroyed from last to first: resource names, page, fonts, document, engine, file.
   OutputFile outputFile_;
   std::optional<engine::Library> library_;
   std::unique_ptr<engine::Document> document_;
@@ -194,10 +194,10 @@ class PageWriter final : private engine::BlockSink {
   std::optional<ContentGenerator> content_;
   std::vector<uint32_t> pageImages_;  // of the open page; 0 for none
 
-  // The path under construction, and with it the state that the next one carries: colours, line attributes,
-  // blend mode, dashes and clip. No path is open while it has no points.
+  // The path under construction together with the state that carries over to the next one: colours, line
+  // attributes, blend mode, dashes and clip. Without points no path is open.
   PathObject path_;
-  TextObject text_;  // the last one written, kept for its memory
+  TextObject text_;  // the last one written, kept for its capacity
   uint8_t alpha_ = 255;
   Color background_{255, 255, 255};
   bool hasBackground_ = false;
@@ -213,8 +213,8 @@ class PageWriter final : private engine::BlockSink {
   double lineScale_ = 1;
 };
 
-// Takes the object that has been written since its making away again, with the image and the layer's group
-// that were made for it, unless it is to be kept.
+// Undoes the object written since its construction, with the image and the layer group created for it, unless
+// Keep is called.
 class PageWriter::Attempt {
  public:
   explicit Attempt(PageWriter& writer)

@@ -1,4 +1,4 @@
-// The page writer's images: each raster becomes one image object in an upright box.
+// Images: each raster becomes one image object in an upright box.
 #include "composition/page_writer.h"
 #include "engine/image.h"
 #include "images/image_maker.h"
@@ -13,12 +13,12 @@ Matrix MatrixOf(const ImageBox& box) {
 
 }  // namespace
 
-// What is made of a raster is saved, whether a page shows it or not.
+// Images are created only if visible: an image in the document is saved whether a page uses it or not.
 bool PageWriter::Shows(const Matrix& matrix) const {
   return content_.has_value() && matrix[0] != 0 && matrix[3] != 0;
 }
 
-// An image has no colours and no blend mode of its own, and its opacity is in its pixels.
+// Image objects carry no colours and no blend mode; their opacity is in the pixels.
 template <typename MakeImage>
 void PageWriter::PlaceImage(const ImageBox& box, MakeImage makeImage) {
   Attempt attempt(*this);

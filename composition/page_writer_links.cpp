@@ -1,4 +1,4 @@
-// The page writer's annotations: links, with what an open one covers, and comments.
+// Link annotations, with the bounds of what they cover, and comments.
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kEmptyTolerance = 1e-5;  // points
 
-// UTF-8 of 16-bit units one by one: a surrogate pair becomes two sequences of three bytes.
+// Encodes 16-bit units one by one: a surrogate pair becomes two three-byte sequences.
 std::string EncodeUnits(const std::u16string& text) {
   std::string bytes;
   bytes.reserve(text.size() * 3);
@@ -54,7 +54,7 @@ std::optional<engine::Rectangle> PageWriter::ObjectBounds(const PathObject& obje
   if (object.points.empty()) return std::nullopt;
   constexpr float kLargest = std::numeric_limits<float>::max();
   engine::Rectangle box{kLargest, kLargest, -kLargest, -kLargest};
-  for (const PathPoint& point : object.points) {  // control points count like any other
+  for (const PathPoint& point : object.points) {  // control points included
     box.left = std::min(box.left, point.x);
     box.right = std::max(box.right, point.x);
     box.bottom = std::min(box.bottom, point.y);

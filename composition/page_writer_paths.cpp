@@ -1,4 +1,4 @@
-// The page writer's paths and clips: one paint record makes one page object.
+// Paths and clips: one paint record makes one page object.
 #include <memory>
 #include <utility>
 
@@ -19,7 +19,7 @@ FillType FillTypeOf(uint32_t fillMode) {
   }
 }
 
-// Ends the path, whether it could be written or not: the next one starts anew.
+// Ends the path on all exits, also when it could not be written.
 class PathEnd {
  public:
   explicit PathEnd(PathObject& path) : path_(path) {}
@@ -31,7 +31,7 @@ class PathEnd {
   PathObject& path_;
 };
 
-// A line of width 0 with mitred joins while it lives.
+// Sets line width 0 and mitre joins for its lifetime.
 class HairlineScope {
  public:
   explicit HairlineScope(ObjectAttributes& attributes)

@@ -1,4 +1,4 @@
-// The page writer's texts: each run of a text makes one text object.
+// Text: each run makes one text object.
 #include <cmath>
 #include <numeric>
 #include <span>
@@ -14,13 +14,13 @@ constexpr int kInvisible = 3;  // text rendering mode (ISO 32000-1:2008, 9.3.6)
 
 float RoundToWhole(float value) { return static_cast<float>(std::round(static_cast<double>(value))); }
 
-// A text block of the engine ends at its first zero unit.
+// The engine's text ends at its first NUL.
 std::u16string_view UnitsOf(const HT_TextRun& run) {
   const std::u16string_view units(run.text, static_cast<size_t>(run.count));
   return units.substr(0, units.find(u'\0'));
 }
 
-// The advance behind `run`. One by one onto the sum of the runs before: sums of runs would round differently.
+// Returns the advance after `run`. Adds to the running sum one by one: sums of runs would round differently.
 double AddAdvances(double advance, const HT_TextRun& run) {
   if (run.advances == nullptr || run.count <= 0) return advance;
   const std::span<const double> advances(run.advances, static_cast<size_t>(run.count));
@@ -33,7 +33,7 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
                                TextVisibility visibility) {
   const HT_TextRun* first = text.runs->next;
   if (document_ == nullptr || first == text.runs) return;
-  // The first run's angle is that of all runs.
+  // The first run's angle applies to all runs.
   const auto angle = static_cast<float>(first->lf->lfEscapement * kRadiansPerTenthDegree);
   const TextPlacement placement{.x = x,
                                 .y = y,
@@ -56,7 +56,8 @@ void PageWriter::WriteTextRuns(const HT_Text& text, float x, float y, const Text
   }
 }
 
-// The pen's colour strokes and the brush's fills; of the other attributes text has its own.
+// The stroke colour is the pen's, the fill colour the brush's; text shares no other state with paths except
+// opacity, clip and layer.
 void PageWriter::WriteTextRun(std::u16string_view units, const engine::Font& font, const TextShapeData& shape,
                               const Matrix& matrix, TextVisibility visibility) {
   if (!content_) return;

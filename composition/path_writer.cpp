@@ -1,4 +1,4 @@
-// Rectangles, points and curves as operators.
+// Rectangles, points and curves as path construction operators.
 #include "composition/path_writer.h"
 
 #include <algorithm>
@@ -8,16 +8,17 @@
 namespace hdi {
 namespace {
 
-// The longest text of one point with its operator: two numbers, blanks and " h".
+// The longest point with its operator: two numbers, blanks and " h".
 constexpr size_t kMaxPointLength = 2 * kMaxNumberLength + 8;
-// Segments of a step, for which room is made at once; a segment has at most three points.
+// Room is reserved for this many segments at once; a segment has at most three points.
 constexpr size_t kSegmentsAtOnce = 32;
 
 bool SamePoint(const PathPoint& a, const PathPoint& b) { return a.x == b.x && a.y == b.y; }
 
 bool ShareCoordinate(const PathPoint& a, const PathPoint& b) { return a.x == b.x || a.y == b.y; }
 
-// Four sides along the axes, drawn as lines and closed either by a fifth point or by the fourth's close flag.
+// Whether the points are four sides along the axes, drawn as lines and closed by a fifth point or the
+// fourth's close flag.
 bool IsRectangle(const PathPoints& points) {
   const bool closedByPoint = points.size() == 5 && SamePoint(points[4], points[0]);
   const bool closedByFlag = points.size() == 4 && points[3].close;
@@ -52,8 +53,8 @@ void WriteRectangle(const PathPoints& points, ByteBuffer& buffer) {
   buffer.Commit(out);
 }
 
-// The curve whose first control point is points[at]: whether its three points are there and none but the last
-// closes.
+// Whether the curve whose first control point is points[at] has all three points, and only its last one may
+// close.
 bool IsWholeCurve(const PathPoints& points, size_t at) {
   return at + 2 < points.size() && points[at + 1].type == PointType::kBezier &&
          points[at + 2].type == PointType::kBezier && !points[at].close && !points[at + 1].close;

@@ -1,4 +1,4 @@
-// Path geometry as path construction operators (ISO 32000-1:2008, 8.5.2), and matrices.
+// Writes paths as path construction operators (ISO 32000-1:2008, 8.5.2), and matrices.
 #pragma once
 
 #include <cstddef>
@@ -8,13 +8,13 @@
 
 namespace hdi {
 
-// Writes the points of a path from the one at `from`, 0 for the first, without a blank before the first or
-// behind the last operator: a rectangle as "re", anything else point by point. Returns where to go on, as
-// long paths are written in steps; the number of points when all are written. Throws std::bad_alloc.
+// Writes the points of a path from index `from`, without a leading or trailing blank: a rectangle as "re",
+// anything else point by point. Long paths are written in steps: returns the index to continue at, or the
+// number of points once all are written. Throws std::bad_alloc.
 [[nodiscard]] size_t WritePathPoints(const PathPoints& points, size_t from, ByteBuffer& buffer);
 
-// Writes the six numbers with a blank between two; `out` has room for 6 * kMaxNumberLength, into which the
-// blanks fit. Returns the end.
+// Writes the six numbers separated by blanks and returns the end. `out` has room for 6 * kMaxNumberLength,
+// blanks included.
 char* WriteMatrix(char* out, const Matrix& matrix);
 
 }  // namespace hdi

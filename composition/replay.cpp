@@ -1,4 +1,4 @@
-// What each opcode does to the page writer.
+// Plays each opcode on the page writer.
 #include "composition/replay.h"
 
 #include <cmath>
@@ -15,13 +15,13 @@ namespace {
 struct Replay {
   const DriverDevMode* settings;
   PageWriter& writer;
-  // Of the record in hand, kept for their memory.
+  // Buffers of the current record, kept for their capacity.
   std::vector<char16_t> units;
   std::vector<double> advances;
-  bool isCutShort = false;  // what is left of the list is not played
+  bool isCutShort = false;  // the rest of the list is not played
 };
 
-// Each opcode has its own Play; one that is missing breaks the build.
+// One specialization per opcode; a missing one breaks the build.
 template <Opcode opcode>
 void Play(Replay& replay, const PlotCommand& record);
 
@@ -31,7 +31,7 @@ Color ColorOf(uint32_t word) {
 
 BlendMode BlendModeOf(uint8_t mergeFlag) { return mergeFlag != 0 ? BlendMode::kDarken : BlendMode::kNormal; }
 
-// Reads an array of `count` values that stands behind `offset` bytes of the record; the offset behind it.
+// Reads an array of `count` values that starts `offset` bytes into the record. Returns the offset after it.
 template <typename Value>
 size_t ReadArray(const PlotCommand& record, size_t offset, uint32_t count, std::vector<Value>& values) {
   values.resize(count);
@@ -86,7 +86,7 @@ template <>
 void Play<OP_SET_PEN>(Replay& replay, const PlotCommand& record) {
   const auto pen = ReadSide<PenData>(record);
   const auto dashCount = static_cast<int32_t>(pen.dashCount);
-  // The steps that can fail go first, so that a pen is taken whole or not at all.
+  // Whatever can fail goes first, so that a pen is applied completely or not at all.
   replay.writer.SetDashArray(
       ReadArray<float>(record, sizeof pen, dashCount > 0 ? static_cast<uint32_t>(dashCount) : 0));
   replay.writer.SetLineWidth(pen.width);
@@ -144,8 +144,8 @@ void Play<OP_CLIP_RECT>(Replay& replay, const PlotCommand& record) {
   replay.writer.SetPageClipRect({rect.left, rect.bottom, rect.right, rect.top});
 }
 
-// Text without advances is that of a shape font, which the host draws itself: it is written in a font that
-// every system has, to be found and not to be seen.
+// Text without advances is in a stroke font, which the host draws itself. An invisible text in a font that
+// every system has keeps it searchable.
 template <>
 void Play<OP_TEXT>(Replay& replay, const PlotCommand& record) {
   auto data = ReadSide<TextData>(record);
@@ -200,7 +200,7 @@ void PlayRecord(Replay& replay, const PlotCommand& record) {
     return Play<name>(replay, record);
     HDI_FOR_EACH_OPCODE(HDI_PLAY_OPCODE)
 #undef HDI_PLAY_OPCODE
-    default:  // reserved or unknown: passed over
+    default:  // reserved or unknown: skipped
       return;
   }
 }
@@ -215,7 +215,7 @@ int32_t ReplayCommands(const PlotCommand* head, const FontUsage& fontUsage, cons
     try {
       PlayRecord(replay, *record);
     } catch (const std::bad_alloc&) {
-      continue;  // no memory for this record; the others are still played
+      continue;  // out of memory: skip this record and play the others
     }
     if (replay.isCutShort) return 0;
   }

@@ -1,4 +1,4 @@
-// The replay: one pass over the command list, from records to calls on the page writer.
+// The replay: one pass over the command list that turns records into calls on the page writer.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@
 
 namespace hdi {
 
-// Plays the list from `head`, which may be null, and returns 1, or 0 when a raster of the host's is gone,
-// with which the replay ends. Every value that survives from one record to the next is the writer's; the list
-// and the arenas stay as they are. `fontUsage` is what the whole list plots in each font. `settings` are the
-// driver's, read live; null without any.
+// Plays the list from `head`, which may be null. Returns 1, or 0 if a raster of the host is gone, which ends
+// the replay. State between records is the writer's; the list and its arenas are not changed. `fontUsage`
+// holds the characters that the whole list uses in each font. `settings` are the driver's, read live; may be
+// null.
 int32_t ReplayCommands(const PlotCommand* head, const FontUsage& fontUsage, const DriverDevMode* settings,
                        PageWriter& writer);
 

@@ -14,7 +14,7 @@ namespace {
 constexpr uint8_t kOpaque = 255;
 constexpr int32_t kJpegQuality = 50;
 
-// What the host has encoded, until it takes it back.
+// The raster as encoded by the host; the bytes go back to the host on destruction.
 class EncodedRaster {
  public:
   explicit EncodedRaster(RasterImage& raster)
@@ -25,7 +25,7 @@ class EncodedRaster {
     if (data_ != nullptr) raster_.FreeEncoded(data_);
   }
 
-  // Empty when the host could not encode it.
+  // Empty if the host could not encode it.
   [[nodiscard]] std::span<const uint8_t> Bytes() const {
     return {data_, data_ == nullptr ? 0 : static_cast<size_t>(size_)};
   }
@@ -63,7 +63,7 @@ BitmapOutcome PlayBitmap(const BitmapData& data, PageWriter& writer) {
     case 1:
       writer.PlaceIndexedBitmap(raster.GetPixelBits(), header, box);
       break;
-    default:  // nothing else is drawn
+    default:  // other bit counts are not drawn
       break;
   }
   return BitmapOutcome::kGoOn;

@@ -1,4 +1,4 @@
-// The replay's rasters: pixels are fetched from the host's object here and nowhere else.
+// Replays raster records. The only place that reads pixels from the host's objects.
 #pragma once
 
 #include "composition/page_writer.h"
@@ -8,8 +8,8 @@ namespace hdi {
 
 enum class BitmapOutcome : uint8_t { kGoOn, kRasterIsGone };
 
-// Places the raster of a record, or leaves it out when it can't be had. A raster that has lost its header
-// means that the host has taken its objects back.
+// Places the raster of a record, or skips it if the pixels are unavailable. A raster without a header means
+// that the host has taken back its objects.
 BitmapOutcome PlayBitmap(const BitmapData& data, PageWriter& writer);
 
 }  // namespace hdi
