@@ -1,4 +1,4 @@
-// Cutting and joining.
+// Splits a stream into pieces and joins the compressed pieces.
 #include "engine/compressed_stream.h"
 
 #include <zlib.h>
@@ -10,8 +10,9 @@
 namespace hdi::engine {
 namespace {
 
-// A piece costs a seam and knows nothing of the bytes before it: pieces of 1 MiB make a stream 0.05 % larger,
-// those of 256 KiB 0.2 %. The first ones are small, so that a page of ordinary size has some to share out.
+// Each piece costs a seam and cannot refer to the bytes before it: pieces of 1 MiB make a stream 0.05 %
+// larger, pieces of 256 KiB 0.2 %. The first ones are small so that a page of ordinary size has several to
+// share out.
 constexpr size_t kSmallPiece = size_t{256} << 10;
 constexpr size_t kSmallPiecesEnd = size_t{2} << 20;
 constexpr size_t kLargePiece = size_t{1} << 20;

@@ -1,8 +1,7 @@
-// A stream in the form that FlateDecode takes (ISO 32000-1:2008, 7.4.4), compressed while it is still being
-// written.
+// A FlateDecode stream (ISO 32000-1:2008, 7.4.4) that is compressed while it is still being written.
 //
-// Its pieces are compressed apart and joined to one zlib stream (RFC 1950). Where they are cut depends on the
-// bytes alone, so that a stream is the same with any number of threads.
+// Pieces are compressed independently and joined to one zlib stream (RFC 1950). Piece boundaries depend only
+// on the bytes, so the stream is the same for any number of threads.
 #pragma once
 
 #include <cstddef>
@@ -22,26 +21,27 @@ class CompressedStream {
   explicit CompressedStream(DeflatePool& pool) : pool_(pool) {}
   CompressedStream(const CompressedStream&) = delete;
   CompressedStream& operator=(const CompressedStream&) = delete;
-  // Gives up what is not compressed yet.
+  // Withdraws the pieces not yet compressed.
   ~CompressedStream();
 
-  // The size of a piece behind that many bytes.
+  // The size of the piece that starts at `position`, in bytes.
   [[nodiscard]] static size_t PieceSizeAt(size_t position);
-  // Of the bytes appended so far.
+  // The number of bytes appended.
   [[nodiscard]] size_t PlainSize() const { return plainSize_; }
 
-  // `owner` keeps the bytes as long as they are needed; null when they outlive the stream. When it throws
-  // std::bad_alloc, it has taken nothing.
+  // `owner` keeps the bytes alive while they are needed; null if they outlive the stream. Throws
+  // std::bad_alloc, with nothing appended.
   void Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes, PiecePlace place);
 
-  // Goes back to the first `size` bytes, which end with a piece.
+  // Drops all after the first `size` bytes, which must be a piece boundary.
   void KeepFirst(size_t size) noexcept;
 
-  // Whether Finish would not wait.
+  // Whether Finish would return without waiting.
   [[nodiscard]] bool IsDone();
-  // Waits for the pieces; the size of the whole. Throws std::bad_alloc when one could not be compressed.
+  // Waits for all pieces and returns the size of the stream. Throws std::bad_alloc if a piece could not be
+  // compressed.
   [[nodiscard]] size_t Finish();
-  // The finished stream, as long as `out`.
+  // Copies the finished stream to `out`, which has the size that Finish returned.
   void CopyTo(std::span<uint8_t> out) const;
 
  private:

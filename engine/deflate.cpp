@@ -1,4 +1,4 @@
-// Compression through libdeflate, and the seam between pieces.
+// Compression by libdeflate, and the seam between pieces.
 #include "engine/deflate.h"
 
 #include <libdeflate.h>
@@ -12,7 +12,7 @@
 namespace hdi::engine {
 namespace {
 
-// An empty stored block (RFC 1951, 3.2.4) takes three bits, those up to the next byte, and its length twice.
+// An empty stored block (RFC 1951, 3.2.4) takes three bits, padding to the next byte, and LEN and NLEN.
 constexpr std::array<uint8_t, 4> kEmptyLength = {0x00, 0x00, 0xFF, 0xFF};
 constexpr size_t kSeamSize = 1 + kEmptyLength.size();
 
@@ -28,13 +28,13 @@ int LevelOf(Compression compression) {
   return 5;
 }
 
-// libdeflate always ends its data. Takes the end away from the `size` bytes at `data`, which have room for a
-// seam, and leads to the next byte; the new size.
+// libdeflate always ends its data. Clears the end mark of the `size` bytes at `data`, which have room for a
+// seam, pads to a byte boundary with an empty stored block, and returns the new size.
 size_t Reopen(uint8_t* data, size_t size) {
   const auto block = FindFinalBlock({data, size});
-  if (!block) throw std::bad_alloc();  // libdeflate's data is whole
+  if (!block) throw std::bad_alloc();  // libdeflate's data is complete
   data[block->begin / 8] = static_cast<uint8_t>(data[block->begin / 8] & ~(1U << (block->begin % 8)));
-  // The bits behind the end are zeros, as those of the stored block are.
+  // The bits after the end are zero, as are the three header bits of the stored block.
   uint8_t* out = data + size;
   if (block->end + 3 > size * 8) *out++ = 0;
   out = std::ranges::copy(kEmptyLength, out).out;

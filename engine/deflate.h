@@ -1,4 +1,4 @@
-// Compression of one piece of a stream as deflate data (RFC 1951).
+// Compresses a piece of a stream as deflate data (RFC 1951).
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ struct libdeflate_compressor;
 
 namespace hdi::engine {
 
-// Data behind an inner piece goes on with the next piece; the last one ends it.
+// An inner piece can be followed by another; the last one ends the data.
 enum class PiecePlace : uint8_t { kInner, kLast };
 
 struct DeflatedPiece {
@@ -25,7 +25,7 @@ struct DeflatedPiece {
   [[nodiscard]] std::span<const uint8_t> Bytes() const { return {data.get(), size}; }
 };
 
-// Keeps its memory from piece to piece. For one thread at a time.
+// Keeps its buffers between pieces. Not thread-safe.
 class Deflater {
  public:
   explicit Deflater(Compression compression);
@@ -33,7 +33,7 @@ class Deflater {
   Deflater& operator=(const Deflater&) = delete;
   ~Deflater();
 
-  // Depends on nothing but the bytes and the place. Throws std::bad_alloc.
+  // The result depends only on the bytes and the place. Throws std::bad_alloc.
   [[nodiscard]] DeflatedPiece Compress(std::string_view bytes, PiecePlace place);
 
  private:

@@ -1,4 +1,4 @@
-// A walk over the codes with tables that tell how many bits to pass, and no more.
+// Walks the codes with tables that hold only how many bits to skip.
 #include "engine/deflate_blocks.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ class BitReader {
  public:
   explicit BitReader(std::span<const uint8_t> bytes) : bytes_(bytes) {}
 
-  // At least the next 57 bits; zeros behind the end.
+  // Returns at least the next 57 bits; zeros beyond the end.
   [[nodiscard]] uint64_t Peek() const {
     const size_t byte = position_ / 8;
     uint64_t word = 0;
@@ -41,10 +41,10 @@ class BitReader {
   size_t position_ = 0;
 };
 
-// What comes behind an entry of a table. In the code of the code lengths, such a length in place of these.
+// What follows a table entry. In the code length code, a length symbol instead.
 enum Next : uint8_t { kLiteralOrLength, kDistance, kEndOfBlock, kLongCode = 0xFE, kNoCode = 0xFF };
 
-// `bits` are those of the code and of the extra bits behind it.
+// `bits` counts the code and its extra bits.
 struct Entry {
   uint8_t bits = 0;
   uint8_t next = kNoCode;
@@ -57,14 +57,14 @@ constexpr size_t kDistanceCodes = 32;
 constexpr unsigned kTableBits = 12;
 constexpr size_t kTableSize = size_t{1} << kTableBits;
 
-// A Huffman code (RFC 1951, 3.2.2), decoded by its next kTableBits bits.
+// A Huffman code (RFC 1951, 3.2.2), looked up by its first kTableBits bits.
 class CodeTable {
  public:
   // `table` has kTableSize entries and must outlive the object.
   explicit CodeTable(std::span<Entry> table) : table_(table) {}
 
-  // `lengths` by symbol, 0 for one without a code; at most kLiteralCodes. `entryOf` gives a symbol's entry
-  // with the extra bits alone. False when the lengths ask for more codes than there are.
+  // `lengths` by symbol, 0 for none; at most kLiteralCodes. `entryOf` returns a symbol's entry with the extra
+  // bits alone. False if the lengths are oversubscribed.
   template <typename EntryOf>
   [[nodiscard]] bool Build(std::span<const uint8_t> lengths, EntryOf entryOf) {
     std::array<uint32_t, kMaxCodeLength + 1> count{};
@@ -87,7 +87,7 @@ class CodeTable {
     return true;
   }
 
-  // Makes an entry stand for as many literals as fit into its bits.
+  // Extends each entry over as many literals as fit in kTableBits.
   void JoinLiterals() {
     std::array<Entry, kTableSize> single;
     std::ranges::copy(table_, single.begin());
@@ -106,7 +106,7 @@ class CodeTable {
     return entry.next == kLongCode ? FindLong(bits) : entry;
   }
 
-  // For bits at which the table has kLongCode.
+  // For bits whose table entry is kLongCode.
   [[nodiscard]] Entry FindLong(uint64_t bits) const {
     const auto codes = std::span(longCodes_).first(longCount_);
     const auto found =
@@ -121,7 +121,7 @@ class CodeTable {
     Entry entry;
   };
 
-  // Codes stand in the data with their first bit lowest.
+  // Codes are stored with their first bit lowest.
   static uint32_t Reversed(uint32_t code, unsigned length) {
     uint32_t reversed = 0;
     for (unsigned i = 0; i < length; ++i) reversed |= (code >> i & 1U) << (length - 1 - i);
@@ -170,12 +170,12 @@ class BlockWalk {
   }
 
  private:
-  // A block behind its first three bits (RFC 1951, 3.2.3).
+  // Skips a block after its first three bits (RFC 1951, 3.2.3).
   bool PassBlock(uint32_t type) {
     switch (type) {
       case 0:
         reader_.Align();
-        reader_.Skip(16 + 8 * size_t{reader_.Take(16)});  // the length stands there twice
+        reader_.Skip(16 + 8 * size_t{reader_.Take(16)});  // LEN, then NLEN
         return true;
       case 1:
         return BuildFixedCodes() && PassCodes();
@@ -247,7 +247,8 @@ class BlockWalk {
     return true;
   }
 
-  // Up to the end of the block. What comes next is looked up and not asked for: no processor could guess it.
+  // Skips to the end of the block. The table for the next code is looked up, not branched on: the branch
+  // would be unpredictable.
   bool PassCodes() {
     Entry entry{0, kLiteralOrLength};
     const auto pass = [&](uint64_t& bits) {
@@ -259,7 +260,7 @@ class BlockWalk {
       reader_.Skip(entry.bits);
       return entry.next <= kDistance;
     };
-    // A length takes at most 20 bits and a distance 28, so there are bits for both.
+    // A length takes at most 20 bits and a distance 28, so one peek is enough for both.
     for (;;) {
       uint64_t bits = reader_.Peek();
       for (int code = 0; code < 2; ++code) {
@@ -270,7 +271,7 @@ class BlockWalk {
   }
 
   BitReader reader_;
-  std::array<Entry, 2 * kTableSize> entries_;  // by what comes next
+  std::array<Entry, 2 * kTableSize> entries_;  // indexed by Next
   CodeTable lengthCode_{std::span(entries_).first(kTableSize)};
   CodeTable literalCode_{std::span(entries_).first(kTableSize)};
   CodeTable distanceCode_{std::span(entries_).last(kTableSize)};

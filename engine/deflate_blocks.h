@@ -1,4 +1,4 @@
-// The blocks of deflate data (RFC 1951), found without decompressing.
+// Finds the blocks of deflate data (RFC 1951) without decompressing it.
 #pragma once
 
 #include <cstddef>
@@ -8,15 +8,15 @@
 
 namespace hdi::engine {
 
-// Positions in bits; the first bit of a byte is its lowest (RFC 1951, 3.1.1).
+// Positions in bits; the first bit of a byte is the lowest (RFC 1951, 3.1.1).
 struct FinalBlock {
-  size_t begin;  // the bit that marks the block as the last one
+  size_t begin;  // the block's BFINAL bit
   size_t end;    // one past the block's last bit
 };
 
-// The last block of `deflate`, which begins with a block. Nothing for bytes that are no deflate data or end
-// before their last block does. Reads every code, as a block does not tell its length, but makes nothing of
-// them: a fraction of the time of decompressing.
+// Returns the last block of `deflate`, which starts with a block; nothing if the bytes are not deflate data
+// or are cut off. Since a block does not store its length, every code is read but not decoded: a fraction of
+// the time of decompressing.
 [[nodiscard]] std::optional<FinalBlock> FindFinalBlock(std::span<const uint8_t> deflate);
 
 }  // namespace hdi::engine

@@ -1,4 +1,4 @@
-// One queue under one lock; a task takes milliseconds, so nobody waits for the lock.
+// One queue under one lock. A task takes milliseconds, so the lock is not contended.
 #include "engine/deflate_pool.h"
 
 #include <algorithm>
@@ -8,15 +8,15 @@
 namespace hdi::engine {
 namespace {
 
-// More would wait for the replay, but at the highest compression.
+// More would only wait for the replay, except at the highest compression.
 constexpr unsigned kMostWorkers = 15;
-// Tasks that wait beside one for each worker. They bound the memory that the queue takes.
+// Queued tasks beyond one a worker. Bounds the memory of the queue.
 constexpr size_t kSpareTasks = 1;
 
 }  // namespace
 
 unsigned DefaultWorkers() {
-  const unsigned threads = std::thread::hardware_concurrency();  // 0 when it is not known
+  const unsigned threads = std::thread::hardware_concurrency();  // 0 if unknown
   return threads <= 1 ? 0 : std::min(threads - 1, kMostWorkers);
 }
 
@@ -35,7 +35,8 @@ DeflatePool::~DeflatePool() {
 void DeflatePool::Add(DeflateTask& task) noexcept {
   Lock lock(mutex_);
   Queue(task);
-  // A small drawing is one page of one piece, for which the caller comes back at once.
+  // A small drawing is one page of one piece; the caller finishes that one at once, so no thread is started
+  // for it.
   if (task.place == PiecePlace::kInner || hasHadTask_) StartWorker();
   hasHadTask_ = true;
   hasTask_.notify_one();
@@ -71,7 +72,7 @@ void DeflatePool::StartWorker() noexcept {
   try {
     workers_.emplace_back([this] { Work(); });
   } catch (const std::exception&) {
-    workersAtMost_ = workers_.size();  // no thread to be had: those that are there do the work
+    workersAtMost_ = workers_.size();  // no more threads: go on with those that exist
   }
 }
 

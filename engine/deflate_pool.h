@@ -1,6 +1,6 @@
-// Threads that compress pieces of streams beside the caller.
+// Worker threads that compress pieces of streams.
 //
-// They touch nothing but the bytes that they are given: the engine and the host see the caller's thread
+// They touch only the bytes they are given; the engine and the host are called from the caller's thread
 // alone.
 #pragma once
 
@@ -18,7 +18,7 @@
 
 namespace hdi::engine {
 
-// A piece and what becomes of it.
+// A piece and its result.
 struct DeflateTask {
   DeflateTask(std::string_view taskBytes, PiecePlace taskPlace, std::shared_ptr<const char[]> taskOwner)
       : bytes(taskBytes), place(taskPlace), owner(std::move(taskOwner)) {}
@@ -27,32 +27,32 @@ struct DeflateTask {
 
   std::string_view bytes;
   PiecePlace place;
-  std::shared_ptr<const char[]> owner;  // of the bytes, let go when they are compressed; may be null
-  DeflatedPiece piece;                  // of a task that is done; no data when there was no memory for it
+  std::shared_ptr<const char[]> owner;  // of the bytes, released once they are compressed; may be null
+  DeflatedPiece piece;                  // the result; no data if memory ran out
 
-  // The pool's, under its lock.
+  // Owned by the pool, under its lock.
   State state = State::kNew;
   DeflateTask* next = nullptr;
 };
 
-// All operations are the caller's thread's.
+// All operations belong to the caller's thread.
 class DeflatePool {
  public:
-  // `workers`: threads beside the caller's, at most. They start when there is work for them.
+  // At most `workers` threads beside the caller's, started when there is work for them.
   DeflatePool(Compression compression, unsigned workers);
   DeflatePool(const DeflatePool&) = delete;
   DeflatePool& operator=(const DeflatePool&) = delete;
   // No task may be left.
   ~DeflatePool();
 
-  // Queues the task, which must live until it is done or withdrawn. With too many in the queue the caller
-  // works on one.
+  // Queues the task, which must live until it is done or withdrawn. If the queue is full, the caller
+  // compresses a task.
   void Add(DeflateTask& task) noexcept;
   [[nodiscard]] bool IsDone(const DeflateTask& task);
-  // Works on the queue until the task is done. Throws std::bad_alloc when there is still no memory for its
+  // Works on the queue until the task is done. Throws std::bad_alloc if there is still no memory for its
   // piece.
   void Finish(DeflateTask& task);
-  // Takes the task out of the queue, or waits for its end when it has been begun.
+  // Removes the task from the queue, or waits for it if it is running.
   void Withdraw(DeflateTask& task);
 
  private:
@@ -61,9 +61,9 @@ class DeflatePool {
   void StartWorker() noexcept;
   void Work();
   void Queue(DeflateTask& task);
-  // Takes the task out of the queue; whether it was there.
+  // Removes the task from the queue; false if it was not there.
   bool Unqueue(DeflateTask& task);
-  // Works on the first task of the queue. Gives the lock up meanwhile.
+  // Runs the first task of the queue, releasing the lock meanwhile.
   void RunNext(Lock& lock, Deflater& deflater);
 
   Compression compression_;

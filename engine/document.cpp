@@ -1,4 +1,4 @@
-// The document behind the engine's handle: creation, information, pages, saving.
+// The document: creation, information, pages and saving.
 #include "engine/document.h"
 
 #include <algorithm>
@@ -23,8 +23,8 @@
 namespace hdi::engine {
 namespace {
 
-// The engine's sink, and what ended the saving early. The engine writes its last block from a destructor, so
-// nothing may be thrown through it.
+// The engine's sink and the exception that ended the saving. The engine writes its last block from a
+// destructor, so exceptions must not pass through it.
 struct FileWrite : FPDF_FILEWRITE {
   BlockSink* sink;
   std::exception_ptr failure;
@@ -41,7 +41,7 @@ int WriteBlock(FPDF_FILEWRITE* self, const void* data, unsigned long size) {
   }
 }
 
-// Gives the stream its bytes when they are compressed, for which it waits; whether there was memory for them.
+// Waits for the stream's compressed bytes and sets them; false if out of memory.
 bool Place(PendingStream& stream) {
   try {
     DataVector<uint8_t> bytes = ToEngine(*stream.bytes);
@@ -53,14 +53,13 @@ bool Place(PendingStream& stream) {
   }
 }
 
-// Takes a page that has been entered, perhaps not everywhere, at `index` of a document with `pages` pages out
-// of it again.
+// Removes a page that was added, perhaps incompletely, at `index` of a document with `pages` pages.
 void RemoveNewPage(CPDF_Document& document, int index, int pages) {
   if (document.GetPageCount() > pages) {
     document.DeletePage(index);
     return;
   }
-  // The engine's own list comes behind the page tree, which has a single node.
+  // The engine updates its own page list after the page tree, which has a single node.
   const auto tree = document.GetMutableRoot()->GetMutableDictFor("Pages");
   const auto kids = tree->GetMutableArrayFor("Kids");
   if (kids == nullptr || kids->size() <= static_cast<size_t>(pages)) return;
@@ -91,7 +90,7 @@ Document::Document(Compression compression, unsigned workers)
     : implementation_(std::make_unique<Implementation>(compression, workers)) {
   implementation_->handle.reset(FPDF_CreateNewDocument());
   implementation_->document = CPDFDocumentFromFPDFDocument(implementation_->handle.get());
-  // The engine's own entries are not ours.
+  // Remove the engine's own entries.
   const RetainPtr<CPDF_Dictionary> information = implementation_->document->GetInfo();
   if (information == nullptr) return;
   for (const ByteString& key : information->GetKeys()) information->RemoveFor(key.AsStringView());

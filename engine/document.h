@@ -1,7 +1,6 @@
-// The engine's document, in our own terms: what the driver needs of PDFium beyond and behind its public
-// functions.
+// The document: wraps what the driver uses of PDFium beyond its public functions.
 //
-// Headers of this folder name nothing of the engine, so that no other folder depends on its internals. Object
+// Headers of this folder do not mention the engine, so that no other folder depends on its internals. Object
 // numbers are those of indirect objects (ISO 32000-1:2008, 7.3.10). Lengths are in points.
 #pragma once
 
@@ -16,7 +15,7 @@ namespace hdi::engine {
 class Font;
 class Page;
 
-// The engine's library, which must be alive around every document. One at a time.
+// Initializes the engine's library; must outlive every document. One at a time.
 class Library {
  public:
   Library();
@@ -25,7 +24,7 @@ class Library {
   ~Library();
 };
 
-// Takes the saved file block by block. A block that it refuses (false) or throws on ends the saving.
+// Receives the saved file in blocks. Returning false or throwing ends the saving.
 class BlockSink {
  public:
   virtual bool WriteBlock(const void* data, size_t size) = 0;
@@ -34,32 +33,31 @@ class BlockSink {
   ~BlockSink() = default;
 };
 
-// A new document with a catalog, an empty page tree and an empty information dictionary (ISO 32000-1:2008,
+// A new document has a catalog, an empty page tree and an empty information dictionary (ISO 32000-1:2008,
 // 14.3.3).
 class Document {
  public:
   struct Implementation;
 
-  // Its streams are compressed by up to `workers` threads beside the caller's, which end with it.
+  // Up to `workers` threads beside the caller's compress its streams; they end with the document.
   explicit Document(Compression compression = Compression::kNormal, unsigned workers = DefaultWorkers());
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
   ~Document();
 
-  // Sets an entry of the information dictionary to the bytes as they stand.
+  // Sets an entry of the information dictionary to these bytes.
   void SetInformationBytes(const char* key, std::string_view bytes);
-  // The same with a text string (7.9.2.2).
+  // Sets an entry of the information dictionary to a text string (7.9.2.2).
   void SetInformationText(const char* key, std::u16string_view text);
 
-  // Adds a page of this size before the page that stands at `index`, which is clamped to what exists. Null
-  // when the engine refuses. The page must be destroyed before the document. Throws std::bad_alloc, having
-  // added nothing.
+  // Inserts a page of this size before the page at `index`, which is clamped. Returns null if the engine
+  // refuses. The page must be destroyed before the document. Throws std::bad_alloc, with nothing added.
   [[nodiscard]] std::unique_ptr<Page> NewPage(int index, double width, double height);
 
-  // Writes the whole file into `sink`. Rethrows what the sink threw.
+  // Writes the whole file to `sink`. Rethrows what the sink threw.
   void Save(BlockSink& sink);
 
-  // For the rest of this folder.
+  // For this folder only.
   [[nodiscard]] Implementation& Internals() { return *implementation_; }
 
  private:

@@ -1,4 +1,4 @@
-// The engine's objects behind Document and Page; seen by this folder only.
+// The engine's objects behind Document and Page. Private to this folder.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@
 
 namespace hdi::engine {
 
-// A stream of the document whose bytes come when they are compressed.
+// A stream of the document whose bytes are still being compressed.
 struct PendingStream {
   RetainPtr<CPDF_Stream> stream;
   std::unique_ptr<CompressedStream> bytes;
@@ -32,26 +32,26 @@ struct Document::Implementation {
   DeflatePool pool;
   std::vector<PendingStream> pending;
 
-  // Gives those pending streams their bytes whose bytes are compressed. One for which there is no memory goes
-  // on pending.
+  // Sets the bytes of all pending streams whose compression is done. One without memory for them stays
+  // pending.
   void PlaceDone();
-  // Waits for all of them. One for which there is no memory stays empty.
+  // Sets the bytes of all pending streams, waiting for them. One without memory for them stays empty.
   void PlaceAll();
 };
 
-// Of a page's dictionary.
+// Key of the page dictionary.
 inline constexpr const char* kViewports = "VP";
 
 struct Page::Implementation {
   ScopedFPDFPage handle;
   CPDF_Page* page = nullptr;  // the object behind the handle
   Document::Implementation* document = nullptr;
-  std::unique_ptr<CompressedStream> contents;  // what has been appended
+  std::unique_ptr<CompressedStream> contents;  // null until something is appended
 
-  // Resources named so far, by category. They become the page's, and dictionaries without an object number
-  // indirect objects, when it gets its contents.
+  // Resources named so far, by category. SetContents adds them to the page and makes those with a dictionary
+  // indirect objects.
   struct Resource {
-    size_t index;  // among those of all categories, in the order of naming
+    size_t index;  // in the order of naming, over all categories
     std::string name;
     uint32_t objectNumber;
     RetainPtr<CPDF_Dictionary> dictionary;
@@ -59,10 +59,10 @@ struct Page::Implementation {
   std::map<ResourceCategory, std::vector<Resource>> resources;
   size_t resourceCount = 0;
   std::map<ResourceCategory, std::map<uint32_t, std::string>> namesByObject;
-  std::map<std::string, std::string> standardFonts;  // from base font to name
+  std::map<std::string, std::string> standardFonts;  // name by base font
 
   void Append(const std::shared_ptr<const char[]>& owner, std::string_view bytes, PiecePlace place);
-  // Enters a resource; its name.
+  // Adds a resource and returns its name.
   std::string Add(ResourceCategory category, uint32_t objectNumber, RetainPtr<CPDF_Dictionary> dictionary);
   void KeepFirstResources(size_t count) noexcept;
   void PutResources();

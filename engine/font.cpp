@@ -1,4 +1,4 @@
-// Fonts: loading with right widths, and the way from units to character codes.
+// Loads fonts, corrects their widths and maps units to character codes.
 #include "engine/font.h"
 
 #include <algorithm>
@@ -35,7 +35,7 @@ constexpr uint32_t Tag(const char (&letters)[5]) {
   return tag;
 }
 
-// Big-endian; what lies beyond the end reads as ones, which are no count or offset of a whole file.
+// Big-endian. Bytes beyond the end read as ones, which are not a valid count or offset in a complete file.
 uint32_t Read(std::span<const uint8_t> bytes, size_t position, size_t count) {
   uint32_t value = 0;
   for (size_t i = position; i < position + count; ++i)
@@ -43,12 +43,12 @@ uint32_t Read(std::span<const uint8_t> bytes, size_t position, size_t count) {
   return value;
 }
 
-// What an embedded font program needs (ISO 32000-1:2008, 9.9), and the character map.
+// Tables of an embedded font program (ISO 32000-1:2008, 9.9), and the character map.
 constexpr std::array kNeededTables = {Tag("CFF "), Tag("CFF2"), Tag("cmap"), Tag("cvt "),
                                       Tag("fpgm"), Tag("glyf"), Tag("head"), Tag("hhea"),
                                       Tag("hmtx"), Tag("loca"), Tag("maxp"), Tag("prep")};
 
-// Whether the directory of the file's font, of a collection's first one, and those of its tables lie within
+// Whether the table directory of the file, or of a collection's first font, and the tables above lie within
 // the file.
 bool IsWhole(std::span<const uint8_t> bytes) {
   const size_t font = Read(bytes, 0, 4) == Tag("ttcf") ? Read(bytes, 12, 4) : 0;
@@ -68,9 +68,9 @@ bool HasOutlines(CFX_Face& face) {
   return Has(face, Tag("glyf")) || Has(face, Tag("CFF ")) || Has(face, Tag("CFF2"));
 }
 
-// The face of a file that the engine can embed, null for any other. The engine ends the process over a file
-// of 2 GiB or a glyph number of more than two bytes, and it takes files that have been cut off, bitmap fonts
-// and fonts without a character map, none of which belongs into a document.
+// Opens a face that the engine can embed; null otherwise. The engine aborts on a file of 2 GiB or a glyph
+// number of more than two bytes, and accepts truncated files, bitmap fonts and fonts without a character map,
+// none of which should be embedded.
 RetainPtr<CFX_Face> OpenFace(std::span<const uint8_t> bytes) {
   if (bytes.empty() || bytes.size() > size_t{std::numeric_limits<int32_t>::max()}) return nullptr;
   if (!IsWhole(bytes)) return nullptr;
@@ -81,8 +81,8 @@ RetainPtr<CFX_Face> OpenFace(std::span<const uint8_t> bytes) {
   return isUsable ? face : nullptr;
 }
 
-// The engine's array of widths (ISO 32000-1:2008, 9.7.4.3) is right only for glyphs without a gap in their
-// numbers: it may give the width behind a gap to the glyph before it. Such an array is written anew.
+// The engine's widths array (ISO 32000-1:2008, 9.7.4.3) is only right if the glyph numbers have no gap:
+// otherwise it may assign the width after a gap to the glyph before it. Such an array is rebuilt.
 void CorrectWidths(CPDF_Font& font, CFX_Face& face) {
   std::set<uint32_t> glyphs;
   for (const auto& item : face.GetCharCodesAndIndices(pdfium::kMaximumSupplementaryCodePoint)) {

@@ -1,5 +1,5 @@
-// A font of the engine's document: a composite TrueType font under Identity-H whose character codes are glyph
-// numbers of the embedded file (ISO 32000-1:2008, 9.7).
+// An embedded font: a composite TrueType font with Identity-H, whose character codes are glyph numbers of the
+// embedded file (ISO 32000-1:2008, 9.7).
 #pragma once
 
 #include <cstdint>
@@ -14,21 +14,21 @@ class Document;
 
 class Font {
  public:
-  // Embeds the font file `bytes` whole, with widths and a ToUnicode map from its own character map. Of a
-  // collection the first face is taken. Null when the engine refuses the file, or would make a font of it
-  // that shows nothing: cut off, without outlines, without a character map. The font must be destroyed before
-  // the document; what it has put into the document stays.
+  // Embeds the whole font file `bytes`, with widths and a ToUnicode map from its own character map. Uses the
+  // first face of a collection. Returns null if the engine refuses the file or if the font would show
+  // nothing: truncated, without outlines or without a character map. The font must be destroyed before the
+  // document; what it added to the document stays.
   [[nodiscard]] static std::unique_ptr<Font> Load(Document& document, std::span<const uint8_t> bytes);
 
   Font(const Font&) = delete;
   Font& operator=(const Font&) = delete;
   ~Font();
 
-  // Of the font's dictionary.
+  // Object number of the font dictionary.
   [[nodiscard]] uint32_t ObjectNumber() const;
 
-  // Appends the character codes of the units, each looked up by itself: the codes that the engine's own text
-  // objects would hold.
+  // Appends the character code of each unit, looked up one by one: the same codes that the engine's own text
+  // objects hold.
   void AppendCodes(std::u16string_view units, std::vector<uint16_t>& codes) const;
 
  private:

@@ -1,4 +1,4 @@
-// Image dictionaries with the keys that the engine's own images have.
+// Image dictionaries, with the same keys as the engine's own images.
 #include "engine/image.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-// Ways back for steps that make objects of the engine's document; seen by this folder only.
+// Rollback of new objects in the engine's document. Private to this folder.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace hdi::engine {
 
-// Takes an indirect object that nothing refers to out of the document. The file's trailer counts up to the
-// last number, which must be in use (ISO 32000-1:2008, table 15).
+// Removes an indirect object that nothing refers to. The trailer's Size counts up to the last object number,
+// which must be in use (ISO 32000-1:2008, table 15).
 inline void RemoveObject(CPDF_Document& document, uint32_t number) noexcept {
   document.DeleteIndirectObject(number);
   while (document.GetIndirectObject(document.GetLastObjNum()) == nullptr) {
@@ -16,7 +16,7 @@ inline void RemoveObject(CPDF_Document& document, uint32_t number) noexcept {
   }
 }
 
-// Takes all objects with numbers above `last` out of the document.
+// Removes all objects with numbers above `last`.
 inline void RemoveObjectsBehind(CPDF_Document& document, uint32_t last) noexcept {
   for (uint32_t number = document.GetLastObjNum(); number > last; --number) {
     document.DeleteIndirectObject(number);
@@ -24,8 +24,7 @@ inline void RemoveObjectsBehind(CPDF_Document& document, uint32_t last) noexcept
   document.SetLastObjNum(last);
 }
 
-// Takes the indirect objects that have been made since its making out of the document again, unless they are
-// to be kept.
+// Removes the indirect objects added since its construction, unless Keep is called.
 class NewObjects {
  public:
   explicit NewObjects(CPDF_Document& document) : document_(document), last_(document.GetLastObjNum()) {}

@@ -17,7 +17,8 @@ namespace {
 
 constexpr const char* kPropertiesKey = "OCProperties";
 
-// The properties, made with the first group. The page mode stands among them; the catalog has none.
+// Returns the optional content properties, created with the first group. The page mode is an entry of these,
+// not of the catalog.
 RetainPtr<CPDF_Dictionary> Properties(CPDF_Document& document) {
   const auto catalog = document.GetMutableRoot();
   RetainPtr<CPDF_Dictionary> properties = catalog->GetMutableDictFor(kPropertiesKey);
@@ -44,7 +45,7 @@ void RemoveReference(CPDF_Array& array, uint32_t objectNumber) {
   }
 }
 
-// Out of the lists, as far as it stands in them; the properties go with the last group.
+// Removes the group from all lists that hold it, and the properties with the last group.
 void Unlist(CPDF_Document& document, uint32_t group) noexcept {
   const auto catalog = document.GetMutableRoot();
   const auto properties = catalog->GetMutableDictFor(kPropertiesKey);

@@ -1,5 +1,4 @@
-// Optional content of the document (ISO 32000-1:2008, 8.11): the groups and the catalog's properties that
-// list them.
+// Optional content (ISO 32000-1:2008, 8.11): groups, and the catalog's properties that list them.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +9,13 @@ namespace hdi::engine {
 
 class Document;
 
-// Makes a group and lists it: last among the groups, and at `orderIndex`, which is no higher than their
-// count, in the order in which readers show them. All groups start visible. The object number of its
-// dictionary. When it throws std::bad_alloc, it has made and listed nothing.
+// Adds a group as the last of the groups and at `orderIndex` of the order that readers show, at most the
+// number of groups. Groups are initially visible. Returns the object number of its dictionary. Throws
+// std::bad_alloc, with nothing added.
 [[nodiscard]] uint32_t AddOptionalContentGroup(Document& document, std::u16string_view name,
                                                size_t orderIndex);
 
-// Takes a group that nothing refers to out of the lists and out of the document.
+// Removes a group from the lists and the document. Nothing may refer to it.
 void RemoveOptionalContentGroup(Document& document, uint32_t group) noexcept;
 
 }  // namespace hdi::engine

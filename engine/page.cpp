@@ -1,4 +1,4 @@
-// The page's dictionary: contents and resources.
+// The page's contents and resources.
 #include "engine/page.h"
 
 #include <algorithm>
@@ -42,8 +42,7 @@ uint32_t AddPlainStream(CPDF_Document& document, std::string_view bytes) {
   return AddStream(document, AsBytes(bytes), document.New<CPDF_Dictionary>());
 }
 
-// The page's contents as an array, which they become if they are a single stream; null for a page without
-// contents.
+// Returns the page's contents as an array, converting a single stream; null for a page without contents.
 RetainPtr<CPDF_Array> ContentsArray(CPDF_Dictionary& page, CPDF_Document& document) {
   const RetainPtr<CPDF_Object> contents = page.GetMutableDirectObjectFor(page_object::kContents);
   if (contents == nullptr) return nullptr;
@@ -117,7 +116,7 @@ void Page::Implementation::Append(const std::shared_ptr<const char[]>& owner, st
   contents->Append(owner, bytes, place);
 }
 
-// Names are "FX", the category's first letter and a number that counts within the category.
+// Names are "FX", the category's initial and a number within the category.
 std::string Page::Implementation::Add(ResourceCategory category, uint32_t objectNumber,
                                       RetainPtr<CPDF_Dictionary> dictionary) {
   std::vector<Resource>& all = resources[category];
@@ -145,7 +144,7 @@ void Page::Implementation::PutResources() {
     if (all.empty()) continue;
     const auto named = dictionary->GetOrCreateDictFor(CategoryKey(category));
     for (const Resource& resource : all) {
-      // A copy, as an object that has left the document cannot come back.
+      // A clone: an object removed from the document by a rollback cannot be added again.
       const uint32_t objectNumber = resource.dictionary == nullptr
                                         ? resource.objectNumber
                                         : Pdf().AddIndirectObject(resource.dictionary->Clone());

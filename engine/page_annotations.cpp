@@ -1,4 +1,4 @@
-// What a page holds for its reader beside its contents: annotations and the measure.
+// Annotations and the measure of a page.
 #include <algorithm>
 
 #include "core/fpdfapi/parser/cpdf_array.h"
@@ -15,8 +15,8 @@
 namespace hdi::engine {
 namespace {
 
-// The nearest number to `number` that does no harm in a file: a large one is written as a whole number, and a
-// reader that keeps those in 64 bits loses the page over one beyond.
+// Clamps a number to what is safe in a file: large numbers are written as integers, and readers that keep
+// integers in 64 bits fail to open a page with a larger one.
 float Writable(float number) {
   constexpr float kLargest = 0x1.fffffep62F;
   return std::clamp(number, -kLargest, kLargest);
@@ -35,7 +35,7 @@ void SetText(FPDF_ANNOTATION annotation, const char* key, std::u16string_view te
   FPDFAnnot_SetStringValue(annotation, key, units.data());
 }
 
-// An array of one number format (ISO 32000-1:2008, 12.9.2) whose unit has no name.
+// Sets an array of one number format (ISO 32000-1:2008, 12.9.2) whose unit has no name.
 template <typename Number>
 void SetNumberFormat(CPDF_Dictionary& measure, const char* key, Number factor) {
   const auto format = measure.SetNewFor<CPDF_Array>(key)->AppendNew<CPDF_Dictionary>();

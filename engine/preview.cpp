@@ -14,7 +14,7 @@ constexpr double kPointsPerInch = 72;
 constexpr double kMostPixels = 200e6;
 constexpr double kLongestSide = 65500;
 
-// The engine, for as long as a picture is painted.
+// Initializes the engine for the duration of a rendering.
 class Painter {
  public:
   Painter() {
@@ -45,7 +45,7 @@ PagePicture BlankPicture(double width, double height) {
 
 PagePicture PaintFirstPage(const std::filesystem::path& pdf, double dotsPerInch) {
   const Painter painter;
-  // The engine takes UTF-8 on Windows, and elsewhere the path as it is, which this is too.
+  // The engine takes UTF-8 on Windows and a native path elsewhere, which u8string returns unchanged.
   const std::u8string path = pdf.u8string();
   const ScopedFPDFDocument document(FPDF_LoadDocument(reinterpret_cast<const char*>(path.c_str()), nullptr));
   if (!document) throw PreviewError("cannot be read for a preview");

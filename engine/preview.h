@@ -1,5 +1,5 @@
-// A page of a PDF file as a picture, painted by the engine. A library of its own, for programs that make no
-// document themselves.
+// Renders a page of a PDF file with the engine. A separate library, for programs that make no document
+// themselves.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace hdi::engine {
 
-// Three bytes a pixel, blue, green and red; the upper row first, each `stride` bytes behind the one before.
+// Three bytes a pixel: blue, green, red. Rows are `stride` bytes apart, the upper one first.
 struct PagePicture {
   int32_t width = 0;
   int32_t height = 0;
@@ -17,14 +17,14 @@ struct PagePicture {
   std::vector<uint8_t> pixels;
 };
 
-// Why there is no picture, as words behind a file's name.
+// The message continues a sentence that starts with the file's name.
 class PreviewError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// The first page on white, with its layers as a reader shows them first and without its annotations. Throws
-// PreviewError when the file cannot be read or has no page, and when the page has too many pixels.
+// Renders the first page on white, with its default layers and without annotations. Throws PreviewError if
+// the file cannot be read or has no page, or if the page has too many pixels.
 [[nodiscard]] PagePicture PaintFirstPage(const std::filesystem::path& pdf, double dotsPerInch);
 
 }  // namespace hdi::engine

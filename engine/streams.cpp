@@ -1,4 +1,4 @@
-// Streams of our own bytes, in memory of the engine's.
+// Adds streams with bytes in the engine's memory.
 #include "engine/streams.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 namespace hdi::engine {
 namespace {
 
-// The engine's own vectors end the process when there is no memory for them, so it is tried beforehand.
+// The engine's vectors end the process if allocation fails, so the allocation is tried first.
 DataVector<uint8_t> NewVector(size_t size) {
   if (size == 0) return {};
   std::unique_ptr<uint8_t, FxFreeDeleter> trial(FX_TryAllocUninit(uint8_t, size));

@@ -1,4 +1,4 @@
-// Streams of the engine's document, made of our own bytes; seen by this folder only.
+// Adds streams to the engine's document. Private to this folder.
 #pragma once
 
 #include <cstdint>
@@ -17,18 +17,18 @@ inline std::span<const uint8_t> AsBytes(std::string_view text) {
   return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
 }
 
-// Each makes an indirect object and returns its number. `dictionary` becomes the stream's own. They throw
-// std::bad_alloc where the engine, left to itself, would end the process.
+// These add an indirect object and return its number. The stream takes over `dictionary`. They throw
+// std::bad_alloc where the engine itself would end the process.
 
-// A stream as it stands. The engine compresses it when it saves, unless it has a filter.
+// Adds the bytes unchanged. The engine compresses them when it saves, unless the stream has a filter.
 uint32_t AddStream(CPDF_Document& document, std::span<const uint8_t> bytes,
                    RetainPtr<CPDF_Dictionary> dictionary);
 
-// A stream that is compressed at once, which the engine then saves as it is. The document's workers help.
+// Adds the bytes compressed, with the help of the document's workers. The engine saves them unchanged.
 uint32_t AddCompressedStream(Document::Implementation& document, std::span<const uint8_t> bytes,
                              RetainPtr<CPDF_Dictionary> dictionary);
 
-// The stream's bytes, for which it waits.
+// Waits for the stream and returns its bytes.
 DataVector<uint8_t> ToEngine(CompressedStream& stream);
 
 }  // namespace hdi::engine

@@ -1,5 +1,5 @@
-// Reads the engine's ToUnicode maps as the engine reads them, for the units alone: one section of single
-// codes and one of ranges, with codes of two bytes, and ranges that stay within one value of the high byte.
+// Parses the engine's ToUnicode maps as the engine does, for single units: one section of single codes and
+// one of ranges, with two-byte codes, and ranges within one value of the high byte.
 #include "engine/unit_codes.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 constexpr uint32_t kUnits = 0x10000;
 constexpr size_t kUnitDigits = 4;
 
-// The hexadecimal digits of a word, without the brackets around them.
+// The hexadecimal digits of a word, without the angle brackets.
 std::string_view Digits(ByteStringView word) {
   const std::string_view text(word.unterminated_c_str(), word.GetLength());
   return text.size() < 2 || text.front() != '<' ? std::string_view() : text.substr(1, text.size() - 2);
@@ -72,8 +72,8 @@ class Table {
 
   static bool IsCode(ByteStringView word) { return Digits(word).size() == kUnitDigits; }
 
-  // What a code maps to as a number. Several units are put aside in a list, and of them only the place in the
-  // list shows: above a low half of 0xFFFF, so that the first of them answers to U+FFFF.
+  // Returns what a code maps to. The engine keeps sequences of several units in a list and stores only their
+  // list index, above a low half of 0xFFFF; so the first sequence answers to U+FFFF.
   uint32_t Target(std::string_view digits) {
     if (digits.size() <= kUnitDigits) return Number(digits);
     const uint32_t place = sequences_++;

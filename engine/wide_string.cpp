@@ -1,4 +1,4 @@
-// From UTF-16 to the engine's wide strings, whose units are as wide as the system's wchar_t.
+// Converts UTF-16 to the engine's wide strings, whose units have the width of wchar_t.
 #include "engine/wide_string.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-// Text on its way to the engine's text strings; seen by this folder only.
+// Conversion to the engine's wide strings. Private to this folder.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@ namespace hdi::engine {
 
 [[nodiscard]] WideString ToWideString(std::u16string_view text);
 
-// The text up to its first zero unit.
+// The text up to its first NUL.
 [[nodiscard]] inline std::u16string_view UpToZero(std::u16string_view text) {
   return text.substr(0, text.find(u'\0'));
 }
