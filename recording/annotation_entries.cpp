@@ -1,4 +1,4 @@
-// The entries of what lies over the page: links, and comments with the words of shape text.
+// Entries for links and comments.
 #include <algorithm>
 #include <string_view>
 
@@ -15,7 +15,7 @@ using namespace std::string_view_literals;
 
 bool IsLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
 
-// Targets are the host's text; only a path with a drive and a bare web address are made into addresses.
+// Only a path with a drive and a bare web address get a scheme; other targets are passed on as they are.
 std::u16string_view PrefixFor(std::u16string_view target) {
   if (target.size() >= 2 && IsLetter(target[0]) && target[1] == u':') return u"file:///"sv;
   const auto isW = [](char16_t unit) { return unit == u'W' || unit == u'w'; };
@@ -25,7 +25,7 @@ std::u16string_view PrefixFor(std::u16string_view target) {
   return {};
 }
 
-// An empty link ends the one that is open.
+// An empty target ends the open link.
 void RecordLink(PlotJob& job, std::u16string_view prefix, std::u16string_view target) {
   const LinkData data{.count = static_cast<uint32_t>(prefix.size() + target.size())};
   PlotCommand* record = AllocRecord();

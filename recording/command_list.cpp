@@ -1,4 +1,4 @@
-// The two arenas and their chunks.
+// The two arenas.
 #include "recording/command_list.h"
 
 #include <cstdlib>

@@ -1,13 +1,13 @@
-// The command list: what the plot entries append to and the replay walks, once, from head to tail.
+// The command list: plot entries append to it, the replay walks it once.
 //
-// A job's list is a chain of fixed 56-byte records in `recordArena`; the operands of a record stand as
-// byte-packed side data in `sideArena`. Both arenas are process-wide bump allocators over 2 MiB chunks,
-// released whole when the device closes. Recording runs once a primitive, so a record costs two compares and
-// two additions.
+// A job's list is a chain of 56-byte records in `recordArena`; the operands of a record are byte-packed side
+// data in `sideArena`. Both arenas are process-wide bump allocators over 2 MiB chunks, released together when
+// the device closes. A record is appended for every primitive, so it costs only two compares and two
+// additions.
 //
-// All numbers of side data are little-endian and may be unaligned: it is written and read by copying whole
-// packed layouts (below), never in place. Coordinates are dots, Y up, origin at the lower left of the
-// printable area.
+// Side data is little-endian and may be unaligned: it is written and read by copying the packed layouts
+// below, never in place. Coordinates are in dots, Y up, with the origin at the lower left of the printable
+// area.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@
 
 namespace hdi {
 
-// Every opcode that means something. The numbers left out are reserved: nothing writes them, the replay
-// passes over them, and they are not to be reused.
+// All opcodes in use. The missing numbers are reserved: they are never written, the replay skips them, and
+// they must not be reused.
 #define HDI_FOR_EACH_OPCODE(X) \
   X(OP_START_PAGE, 0)          \
   X(OP_END_PAGE, 1)            \
@@ -49,8 +49,8 @@ enum Opcode : uint8_t {
 
 inline constexpr uint8_t kOpcodeMask = 0x3F;
 
-// One record. Bits 6 and 7 of `opcodeByte` are whatever the memory held and mean nothing; `data` is set only
-// by opcodes with side data. The rest of the 56 bytes is never read or written.
+// One record. Bits 6 and 7 of `opcodeByte` are undefined; `data` is set only by opcodes with side data. The
+// remaining bytes are never read or written.
 struct PlotCommand {
   PlotCommand* next;
   uint8_t opcodeByte;
@@ -64,12 +64,12 @@ struct PlotCommand {
 };
 static_assert(sizeof(PlotCommand) == 56);
 
-// Side data layouts. One that is followed by an array says so; the array begins right behind the layout.
+// Side data layouts. An array that follows a layout starts right after it.
 #pragma pack(push, 1)
 
 struct StartPageData {
   uint32_t pageNumber;  // from 1
-  double width;         // points, as are the other three lengths
+  double width;         // points, like the other lengths
   double height;
   uint32_t background;  // bytes red, green, blue, 0; all ones: none
   double marginLeft;
@@ -83,7 +83,7 @@ struct FillData {  // OP_FILL_STROKE_PATH, OP_FILL_PATH
 static_assert(sizeof(FillData) == 4);
 
 struct AlphaData {
-  uint32_t alpha;  // as the host gave it; the low byte counts
+  uint32_t alpha;  // as given by the host; only the low byte counts
 };
 static_assert(sizeof(AlphaData) == 4);
 
@@ -98,7 +98,7 @@ struct PenData {
 static_assert(sizeof(PenData) == 21);
 
 struct BrushData {
-  uint32_t style;  // carried and never read, like hatch
+  uint32_t style;  // recorded but never read, like hatch
   uint32_t color;  // bytes red, green, blue, 0
   uint64_t hatch;
   uint8_t merge;
@@ -122,13 +122,13 @@ struct ClipRectData {
 static_assert(sizeof(ClipRectData) == 16);
 
 struct LinkData {
-  uint32_t count;  // 16-bit units follow, without a terminator; none ends the link
+  uint32_t count;  // 16-bit units follow, unterminated; 0 ends the link
 };
 static_assert(sizeof(LinkData) == 4);
 
 struct BitmapData {
-  const HostImageRecord* image;  // the host's, which keeps it until the replay has run
-  double x;                      // of the lower left corner, in dots like the size
+  const HostImageRecord* image;  // owned by the host, which keeps it until the replay is done
+  double x;                      // of the lower left corner; dots, like the size
   double y;
   double width;
   double height;
@@ -136,18 +136,18 @@ struct BitmapData {
 static_assert(sizeof(BitmapData) == 40);
 
 struct LayerData {
-  uint64_t count;  // 16-bit units follow, without a terminator
+  uint64_t count;  // 16-bit units follow, unterminated
 };
 static_assert(sizeof(LayerData) == 8);
 
-// Of OP_SHX_COMMENT, behind a u64 count and as many 16-bit units.
+// OP_SHX_COMMENT: follows a u64 count and that many 16-bit units.
 struct CommentData {
   int32_t left;  // dots, like the others
   int32_t bottom;
   int32_t right;
   int32_t top;
-  uint32_t flags;       // of the annotation, as the host gave them
-  int32_t dotsPerInch;  // carried and never read
+  uint32_t flags;       // of the annotation, as given by the host
+  int32_t dotsPerInch;  // recorded but never read
 };
 static_assert(sizeof(CommentData) == 24);
 
@@ -164,18 +164,18 @@ static_assert(sizeof(TextData) == 105);
 struct TextShapeData {
   double textHeight;      // dots
   double obliqueAngle;    // radians
-  double trackingFactor;  // 1 is normal, as is a width factor of 1
+  double trackingFactor;  // 1 is normal, also for the width factor
   double widthFactor;
 };
 static_assert(sizeof(TextShapeData) == 32);
 
 #pragma pack(pop)
 
-// A text is tracked when its factor is not this, within the tolerance.
+// Text is tracked if its factor differs from this by more than the tolerance.
 inline constexpr double kNormalTracking = 1.0;
 inline constexpr double kTrackingTolerance = 1e-5;
 
-// The head of one allocation, itself allocated apart from its block.
+// The header of a chunk, allocated separately from its block.
 struct ArenaChunk {
   uint8_t* base;
   uint8_t* cursor;
@@ -184,17 +184,17 @@ struct ArenaChunk {
 };
 static_assert(sizeof(ArenaChunk) == 32);
 
-// A bump allocator. Both words are null while it is empty. Running out of memory is not handled.
+// A bump allocator. Both pointers are null while it is empty. Running out of memory is not handled.
 struct CommandArena {
   static constexpr size_t kChunkSize = 0x200000;
 
-  ArenaChunk* newest;   // where a release begins
-  ArenaChunk* current;  // where an allocation looks
+  ArenaChunk* newest;   // where ReleaseChunks starts
+  ArenaChunk* current;  // where allocations come from
 
   [[nodiscard]] size_t Room() const {
     return current == nullptr ? 0 : static_cast<size_t>(current->limit - current->cursor);
   }
-  // Takes `size` bytes of the current chunk, which must have the room.
+  // Takes `size` bytes of the current chunk, which must have room for them.
   [[nodiscard]] uint8_t* Carve(size_t size) {
     uint8_t* block = current->cursor;
     current->cursor += size;
@@ -203,7 +203,7 @@ struct CommandArena {
   void AddChunk(size_t size);
 };
 
-// Holds nothing but records.
+// Holds only records.
 extern CommandArena recordArena;
 // Holds the side data of all records.
 extern CommandArena sideArena;
@@ -211,14 +211,14 @@ extern CommandArena sideArena;
 // Frees every chunk of `arena`.
 void ReleaseChunks(CommandArena& arena);
 
-// A record whose bytes are undefined.
+// Returns an uninitialized record.
 [[nodiscard]] inline PlotCommand* AllocRecord() {
   if (recordArena.Room() < sizeof(PlotCommand)) recordArena.AddChunk(CommandArena::kChunkSize);
   return reinterpret_cast<PlotCommand*>(recordArena.Carve(sizeof(PlotCommand)));
 }
 
-// `size` bytes of undefined content. A request above the chunk size gets a chunk of exactly its size, which
-// leaves no room for the next one.
+// Returns `size` uninitialized bytes. A request above the chunk size gets a chunk of exactly that size, which
+// has no room for the next request.
 [[nodiscard]] inline uint8_t* AllocSide(uint32_t size) {
   if (sideArena.Room() < size) {
     sideArena.AddChunk(size > CommandArena::kChunkSize ? size : CommandArena::kChunkSize);
@@ -226,7 +226,7 @@ void ReleaseChunks(CommandArena& arena);
   return sideArena.Carve(size);
 }
 
-// The layout at the head of a record's side data.
+// Returns the layout at the start of a record's side data.
 template <typename Data>
 [[nodiscard]] Data ReadSide(const PlotCommand& record) {
   Data data;

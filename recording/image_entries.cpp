@@ -1,4 +1,4 @@
-// The raster entry. The list holds the address of the host's record; its pixels are read in the replay.
+// The raster entry. Records the address of the host's raster; the replay reads its pixels.
 #include <cmath>
 
 #include "recording/path.h"

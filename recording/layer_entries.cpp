@@ -1,4 +1,4 @@
-// The layer entry: a record for each change of the layer that the next objects belong to.
+// The layer entry: one record per change of layer.
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -21,7 +21,7 @@ int32_t DevSetLayer(HostDevice* device, int64_t /*reserved*/, const char16_t* na
   if (layer.empty()) return 0;
   if (layer == job->layerName) return 1;
 
-  // A longer name is a fault of the host's, over which the bounded copy of its runtime ends the process.
+  // Longer names are a host error; the bounded copy of the host's runtime ends the process for them.
   if (layer.size() >= std::size(job->layerName)) std::abort();
   *std::ranges::copy(layer, job->layerName).out = u'\0';
 

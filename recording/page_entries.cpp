@@ -1,4 +1,4 @@
-// DevStartPage and DevEndPage: the frame of a page in the list.
+// DevStartPage and DevEndPage.
 #include <algorithm>
 #include <cstring>
 
@@ -13,15 +13,15 @@ double TenthsToPoints(int32_t tenths) {
   return static_cast<double>(tenths) * kPointsPerInch / static_cast<double>(kTenthsPerInch);
 }
 
-// Copies the host's record over the driver's own: the public part by the driver's size of it, and the driver
-// part when both records give it the same size.
+// Copies the host's settings over the driver's: the public part by the size in the driver's record, and the
+// private part if both records give it the same size.
 void ReplaceSettings(DriverDevMode& own, const DriverDevMode& given) {
   size_t size = own.dm.dmSize;
   if (given.dm.dmDriverExtra == own.dm.dmDriverExtra) size += own.dm.dmDriverExtra;
   std::memmove(&own, &given, std::min(size, sizeof own));
 }
 
-// Height of the printable area in dots. The product is one of 32-bit integers, which wraps.
+// Height of the printable area in dots. The product is a 32-bit integer and wraps.
 double PrintableHeight(const DriverDevMode& settings) {
   const uint32_t tenths = static_cast<uint32_t>(settings.paperHeight) -
                           static_cast<uint32_t>(settings.marginTop) -

@@ -1,4 +1,4 @@
-// Points to path records.
+// Converts points to path records.
 #include "recording/path.h"
 
 #include <cmath>
@@ -7,12 +7,12 @@
 namespace hdi {
 namespace {
 
-// Points closer than this on both axes are one, in dots.
+// Points closer than this on both axes, in dots, are the same.
 constexpr double kSamePoint = 1e-5;
 
 bool SameCoordinate(double a, double b) { return std::fabs(a - b) < kSamePoint; }
 
-// The sentinel narrows to infinity, as IEC 60559 has it.
+// kNoPoint narrows to infinity under IEC 60559.
 static_assert(std::numeric_limits<float>::is_iec559);
 PointData CurrentPoint(const PlotJob& job) {
   return {static_cast<float>(job.currentX), static_cast<float>(job.currentY)};
@@ -24,8 +24,8 @@ float Narrow(double value) { return static_cast<float>(value); }
 
 float RoundToDot(float value) {
   const double wide = value;
-  // Adding one half and cutting off is the rounding, without a call for each coordinate: in f64 the sum of a
-  // widened f32 and one half never rounds up to the next whole number.
+  // Rounds by adding one half and truncating, which avoids a call for each coordinate: in f64 a widened f32
+  // plus one half never rounds up to the next whole number.
   constexpr double kFitsInt32 = 2147483000.0;
   if (std::fabs(wide) < kFitsInt32)
     return static_cast<float>(static_cast<int32_t>(wide + std::copysign(0.5, wide)));
@@ -38,10 +38,10 @@ bool PathRecorder::IsCurrentPoint(double x, double y) const {
 
 bool PathRecorder::EndsAtCurrentPoint(const HT_Double_Point& host) const {
   HT_Double_Point end = MapPoint(host);
-  // Rounding moves a coordinate by half a dot at most, and most polylines end further away than that.
+  // Rounding moves a coordinate by at most half a dot, and most polylines end further away.
   if (std::fabs(end.x - job_.currentX) >= 1 || std::fabs(end.y - job_.currentY) >= 1) return false;
   if (!keepFractions_) end = {std::round(end.x), std::round(end.y)};
-  return IsCurrentPoint(end.x, end.y);  // in f64: this one test does not narrow
+  return IsCurrentPoint(end.x, end.y);  // in f64: only this comparison does not narrow
 }
 
 void PathRecorder::AddMove(float x, float y, Rounding rounding) {
@@ -50,8 +50,8 @@ void PathRecorder::AddMove(float x, float y, Rounding rounding) {
     y = RoundToDot(y);
   }
   if (IsCurrentPoint(x, y)) return;
-  // Behind a flush of a lone move the flag is still set and this line goes to the sentinel; no path is open
-  // then, and the replay drops it.
+  // After a flush of a lone move the flag is still set, and this line ends at the sentinel. No path is open
+  // then, and the replay drops the line.
   if (job_.loneMove != 0) Record(job_, OP_LINE_TO, CurrentPoint(job_));
   job_.loneMove = 1;
   job_.currentX = x;
@@ -83,7 +83,7 @@ void PathRecorder::AddCurve(const CurveData& curve) {
 }
 
 void PathRecorder::AddPolyline(const HT_Double_Point* points, int32_t count) {
-  // The end goes first: a closed ring that starts and ends at the current point is walked backwards.
+  // Test the end first: a closed ring that starts and ends at the current point is added backwards.
   if (count >= 2 && EndsAtCurrentPoint(points[count - 1])) {
     for (int32_t i = count - 2; i >= 0; --i) AddHostLine(points[i]);
     return;
@@ -114,7 +114,7 @@ void FlushPath(PlotJob& job) {
   if (!job.HasPendingPath()) return;
   if (job.loneMove != 0) Record(job, OP_LINE_TO, CurrentPoint(job));
   Record(job, OP_STROKE_PATH);
-  // The lone-move flag outlives the flush; see AddMove.
+  // loneMove stays set after the flush; see AddMove.
   job.currentX = kNoPoint;
   job.currentY = kNoPoint;
 }

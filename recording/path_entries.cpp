@@ -11,15 +11,15 @@ namespace {
 
 float Narrow(double value) { return static_cast<float>(value); }
 
-// Neither flushes: the paint record must follow the open path directly.
+// Does not flush: the paint record must directly follow the open path.
 int32_t PaintPath(HostDevice* device, Opcode opcode) {
   PlotJob* job = JobOf(device);
   if (job != nullptr && job->fillMode != kFillNone) Record(*job, opcode, FillData{job->fillMode});
   return 1;
 }
 
-// The page's first clip: two opposite corners of its first polygon, the others are not read. A clip that is
-// no quadrilateral has no effect.
+// The page's first clip: the rectangle between opposite corners of the first polygon; the others are ignored.
+// Has no effect unless the polygon has four points.
 void RecordPageClip(PlotJob& job, const PathRecorder& path, const ClipPolygon& polygon) {
   job.pageClipSeen = 1;
   if (polygon.count != 4) return;
@@ -32,8 +32,8 @@ void RecordPageClip(PlotJob& job, const PathRecorder& path, const ClipPolygon& p
                       .top = Narrow(a.y < b.y ? b.y : a.y)});
 }
 
-// Any later clip: the polygons as one path. With `apply` 0 in the last node nothing ends it, and it becomes
-// part of whatever path comes next.
+// Any later clip: all polygons as one path. If `apply` is 0 in the last node, nothing ends that path and it
+// becomes part of the next one.
 void RecordClipPath(PlotJob& job, PathRecorder& path, const ClipPolygon* list) {
   uint32_t apply = 0;
   for (const ClipPolygon* node = list; node != nullptr; node = node->next) {
@@ -89,7 +89,7 @@ int32_t DevArc(HostDevice* device, const HT_Double_Point* center, double a, doub
                double e) {
   PlotJob* job = JobOf(device);
   if (job == nullptr) return 0;
-  // The arc is built in the host's plane, where Y points down and angles run the other way.
+  // The arc is built in host coordinates, where Y points down and angles run clockwise.
   const HT_EllipArc arc(*center, a, b, -c, -e, -d);
   std::vector<HT_BezierCurve> curves;
   try {

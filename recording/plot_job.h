@@ -1,5 +1,5 @@
-// A job's context between DevOpen and DevClose: the list's ends, the recording state, and what the job's
-// frame keeps of the output. Owned through HostDevice.job.
+// A job's state between DevOpen and DevClose: the command list, the recording state and the output. Owned
+// through HostDevice.job.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace hdi {
 
-// The few setters of the page writer that recording calls ahead of the replay.
+// The page writer's setters that recording calls ahead of the replay.
 class RecordedWriter {
  public:
   virtual void SetLineWidth(float width) = 0;  // dots
@@ -22,16 +22,16 @@ class RecordedWriter {
   ~RecordedWriter() = default;
 };
 
-// Both coordinates of the current point at this value: no path is pending.
+// If both coordinates of the current point have this value, no path is pending.
 inline constexpr double kNoPoint = std::numeric_limits<double>::max();
 
 struct PlotJob {
   PlotCommand* head = nullptr;
   PlotCommand* tail = nullptr;
-  RecordedWriter* pageWriter = nullptr;  // from DevOpenOutput to DevFinish, which own it
+  RecordedWriter* pageWriter = nullptr;  // set from DevOpenOutput to DevFinish, which own it
   std::u16string outputPath;
-  char16_t layerName[1024] = {};  // the layer in force, over all pages
-  int32_t loneMove = 0;           // 1 when the last path record is a move with no segment behind it
+  char16_t layerName[1024] = {};  // the current layer, kept across pages
+  int32_t loneMove = 0;           // 1 if the last path record is a move without a segment
   uint32_t fillMode = kFillAlternate;
   double printableHeight = 0;  // dots
   uint32_t pageCounter = 0;
@@ -40,12 +40,12 @@ struct PlotJob {
   double currentY = kNoPoint;
   uint8_t mergeFlag = 0;
   int32_t pageClipSeen = 0;
-  FontUsage fontUsage;  // what the job plots in each font
+  FontUsage fontUsage;  // characters the job uses in each font
 
   [[nodiscard]] bool HasPendingPath() const { return currentX != kNoPoint || currentY != kNoPoint; }
 };
 
-// Links a complete record behind the list's tail.
+// Appends a complete record to the list.
 inline void AppendRecord(PlotJob& job, PlotCommand* record) {
   record->next = nullptr;
   job.tail->next = record;
@@ -69,7 +69,7 @@ void Record(PlotJob& job, Opcode opcode, const Data& data) {
   AppendRecord(job, record);
 }
 
-// The settings that the device's driver holds, read live; null without a driver.
+// The driver's settings, read live; null without a driver.
 [[nodiscard]] inline const DriverDevMode* SettingsOf(const HostDevice* device) {
   return device == nullptr || device->driver == nullptr ? nullptr : device->driver->GetDevModePointer();
 }
@@ -79,7 +79,7 @@ void Record(PlotJob& job, Opcode opcode, const Data& data) {
   return device == nullptr ? nullptr : device->job;
 }
 
-// The device's job once its output is open; null before.
+// The device's job if its output is open; otherwise null.
 [[nodiscard]] inline PlotJob* JobWithWriter(const HostDevice* device) {
   PlotJob* job = JobOf(device);
   return job == nullptr || job->pageWriter == nullptr ? nullptr : job;

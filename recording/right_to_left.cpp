@@ -5,7 +5,7 @@
 namespace hdi {
 namespace {
 
-// From the Hebrew block to the end of the Arabic ones, and the presentation forms of both.
+// The blocks from Hebrew to Arabic and their presentation forms.
 bool IsRightToLeft(char16_t unit) {
   return (unit >= 0x0590 && unit <= 0x08FF) || (unit >= 0xFB50 && unit <= 0xFDFF) ||
          (unit >= 0xFE70 && unit <= 0xFEFF);

@@ -1,4 +1,4 @@
-// Fills the side data of a record piece by piece.
+// Writes the side data of a record piece by piece.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace hdi {
 
-// Writes from `at` on; the caller has asked for as many bytes as it appends.
+// Writes from `at` on. The caller must have allocated as many bytes as it appends.
 class SideWriter {
  public:
   explicit SideWriter(uint8_t* at) : at_(at) {}

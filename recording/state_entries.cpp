@@ -1,4 +1,4 @@
-// The entries that set pen, brush, opacity, raster operation, fill mode, line scale and owner window.
+// Entries that set pen, brush, opacity, raster operation, fill mode, line scale and owner window.
 #include <array>
 #include <cstring>
 #include <memory>
@@ -12,7 +12,7 @@
 namespace hdi {
 namespace {
 
-// Codes of line caps and joins: those of the operators J and j (ISO 32000-1:2008, 8.4.3.3 and 8.4.3.4).
+// Line cap and join codes of the operators J and j (ISO 32000-1:2008, 8.4.3.3 and 8.4.3.4).
 enum LineCap : uint32_t { kCapButt = 0, kCapRound = 1, kCapSquare = 2 };
 enum LineJoin : uint32_t { kJoinMiter = 0, kJoinRound = 1, kJoinBevel = 2 };
 
@@ -46,12 +46,12 @@ LineJoin JoinOf(uint32_t style) {
   }
 }
 
-// The host's own dash entries in points; null when there is no memory for them.
+// The host's dash entries in points; null if out of memory.
 std::unique_ptr<float[]> UserDashes(const EXTLOGPEN32& pen, uint32_t count, int32_t dotsPerInch) {
   std::unique_ptr<float[]> dashes(new (std::nothrow) float[count]);
   if (dashes == nullptr) return nullptr;
   for (uint32_t i = 0; i < count; ++i) {
-    uint32_t dots = 0;  // the entries go on behind the record's declared end
+    uint32_t dots = 0;  // the entries extend beyond the record's declared end
     std::memcpy(
         &dots,
         reinterpret_cast<const uint8_t*>(&pen) + offsetof(EXTLOGPEN32, elpStyleEntry) + sizeof dots * i,
@@ -86,11 +86,11 @@ int32_t DevSetPen(HostDevice* device, const EXTLOGPEN32* pen) {
   PlotJob* job = JobWithWriter(device);
   if (job == nullptr) return 0;
   const float width = WidthOf(*pen);
-  // The writer learns the width now as well as from the record: what the replay draws before its first pen
-  // has the width of the job's last one.
+  // Also set the width at once: what the replay draws before its first pen gets the width of the job's last
+  // one.
   job->pageWriter->SetLineWidth(width);
 
-  // Styles without a dash array of their own plot as solid lines, the invisible pen among them.
+  // Styles without a dash array plot as solid lines, including the invisible pen.
   switch (pen->elpPenStyle & kPenStyleMask) {
     case kPenDash:
       RecordPen(*job, *pen, width, kDashEntries);
@@ -106,7 +106,7 @@ int32_t DevSetPen(HostDevice* device, const EXTLOGPEN32* pen) {
       const DriverDevMode* settings = SettingsOf(device);
       const int32_t dotsPerInch = settings == nullptr ? kDefaultDotsPerInch : DotsPerInch(*settings);
       const auto dashes = UserDashes(*pen, count, dotsPerInch);
-      if (dashes == nullptr) return 1;  // the earlier pen stays in force
+      if (dashes == nullptr) return 1;  // the previous pen stays in force
       RecordPen(*job, *pen, width, {dashes.get(), count});
       break;
     }

@@ -1,4 +1,4 @@
-// The text entry: one record a call, and the characters that each font of the job will need.
+// The text entry. Records the text and collects the characters that each font of the job needs.
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -14,7 +14,7 @@
 namespace hdi {
 namespace {
 
-// Null when there is no memory for it.
+// Null if out of memory.
 template <typename Value>
 std::unique_ptr<Value[]> Copy(std::span<const Value> values) {
   std::unique_ptr<Value[]> copy(new (std::nothrow) Value[values.size()]);
@@ -22,8 +22,8 @@ std::unique_ptr<Value[]> Copy(std::span<const Value> values) {
   return copy;
 }
 
-// Every character counts, blanks and controls too, in the font that the host library picks for its run. When
-// it throws std::bad_alloc, none has been entered.
+// Collects every character, blanks and controls included, for the font that the host library chose for its
+// run. Throws std::bad_alloc, with no character added.
 void CollectCharacters(const HT_Text& text, FontUsage& fontUsage) {
   FontUsage newFonts;
   for (const HT_TextRun* run = text.runs->next; run != text.runs; run = run->next) {
@@ -46,7 +46,7 @@ int32_t DevText(HostDevice* device, const LOGFONTW* font, const HT_Double_Point*
   PlotJob* job = JobOf(device);
   const DriverDevMode* settings = SettingsOf(device);
   if (job == nullptr || settings == nullptr || settings->textAsGeometry != 0) return 0;
-  if (count < 0) return 1;  // a copy of that size can't be had, and what can't be copied is dropped
+  if (count < 0) return 1;  // more units than could be copied; text that cannot be copied is dropped
 
   const auto length = static_cast<size_t>(count);
   const auto units = Copy(std::span(text, length));
