@@ -1,10 +1,10 @@
-// The binary border between the host and the driver: what crosses it, and where it stands. The host knows
-// virtual operations by slot, entry points by position and settings by byte offset, so nothing in this header
-// may be reordered.
+// The binary interface between the host and the driver. The host addresses virtual operations by slot, entry
+// points by position and settings by byte offset, so nothing in this header may be reordered.
 //
-// Wide strings cross as pointers to zero-terminated 16-bit units. What an operation returns belongs to its
-// object and stays valid until it is changed or destroyed. Records and points cross by address, f64 and
-// integers by value. Results are 32-bit integers, 1 for success and 0 for failure, unless told otherwise.
+// Wide strings are passed as pointers to zero-terminated 16-bit units. What an operation returns belongs to
+// its object and stays valid until that is changed or destroyed. Records and points are passed by address,
+// f64 and integers by value. Results are 32-bit integers, 1 for success and 0 for failure, unless stated
+// otherwise.
 #pragma once
 
 #include <cstddef>
@@ -16,14 +16,14 @@
 namespace hdi {
 
 class HT_Driver;
-struct PlotJob;  // recording/plot_job.h; the host never looks inside
+struct PlotJob;  // recording/plot_job.h; opaque to the host
 
 // The settings record: a DEVMODEW and 1024 bytes of driver data. Paper values are in tenths of a millimetre.
-// The reserved bytes are copied with the record and read by nobody here.
+// The reserved bytes are copied with the record and not used.
 struct DriverDevMode {
   DEVMODEW dm;
-  uint8_t snapshot[220];     // the public part as NormalizeDevMode last resolved it
-  char16_t profileName[32];  // read by the companion module only
+  uint8_t snapshot[220];     // the public part as last resolved by NormalizeDevMode
+  char16_t profileName[32];  // read only by the companion module
   uint32_t privateTag;
   int32_t paperId;  // 0 for the custom paper
   int32_t paperWidth;
@@ -33,7 +33,7 @@ struct DriverDevMode {
   int32_t marginRight;
   int32_t marginBottom;
   uint8_t reserved536[12];
-  uint32_t backgroundColor;  // 0x00BBGGRR; all ones: none; 0 is read as white
+  uint32_t backgroundColor;  // 0x00BBGGRR; all ones: none; 0 counts as white
   uint8_t reserved552[8];
   uint32_t privateCount;
   uint8_t reserved564[36];
@@ -65,26 +65,26 @@ static_assert(offsetof(DriverDevMode, keepFractions) == 616);
 
 inline constexpr uint32_t kNoBackground = 0xFFFFFFFF;
 
-// Tenths of a millimetre in an inch, and points in an inch.
+// Tenths of a millimetre an inch, and points an inch.
 inline constexpr int32_t kTenthsPerInch = 254;
 inline constexpr double kPointsPerInch = 72.0;
 
 inline constexpr int32_t kDefaultDotsPerInch = 300;
 
-// The device's resolution: the record's print quality, the default when that is cleared or one of the
-// negative codes.
+// The device's resolution: the record's print quality, or the default if that is 0 or one of the negative
+// codes.
 [[nodiscard]] inline int32_t DotsPerInch(const DriverDevMode& devMode) {
   return devMode.dm.dmPrintQuality < 1 ? kDefaultDotsPerInch : devMode.dm.dmPrintQuality;
 }
 
 inline constexpr uint32_t kWhite = 0xFFFFFF;
 
-// The page's background, in which 0 counts as white: a true black can't be asked for.
+// The page background. 0 counts as white, so true black is not available.
 [[nodiscard]] inline uint32_t BackgroundOf(const DriverDevMode& devMode) {
   return devMode.backgroundColor == 0 ? kWhite : devMode.backgroundColor;
 }
 
-// Positions of the DeviceTable. A position that has no name here stays null.
+// Positions in the DeviceTable. Positions without a name stay null.
 enum class Position : uint8_t {
   kOpen = 0,
   kClose = 1,
@@ -128,7 +128,7 @@ struct DeviceTable {
   using Entry = void (*)();
   Entry positions[kPositionCount];
 
-  // The entry at `position` as a function of type Function, which is the caller's to get right.
+  // The entry at `position`. Function must be its actual type.
   template <typename Function>
   [[nodiscard]] Function* At(Position position) const {
     return reinterpret_cast<Function*>(positions[static_cast<size_t>(position)]);
@@ -136,19 +136,19 @@ struct DeviceTable {
 };
 static_assert(sizeof(DeviceTable) == kPositionCount * sizeof(void*));
 
-// The host's device. The driver touches these fields only; the host's own may follow them.
+// The host's device. The driver uses only these fields; others of the host may follow.
 struct HostDevice {
   HT_Driver* driver;              // written by the host
-  const char16_t* defaultOutput;  // written by the host: the output when the document names none
+  const char16_t* defaultOutput;  // written by the host: the output if the document names none
   PlotJob* job;                   // null when closed
   DeviceTable* table;             // written by OpenDevice
-  int32_t started;                // set by DevStartDoc, cleared by nobody but the host
+  int32_t started;                // set by DevStartDoc, cleared only by the host
 };
 static_assert(offsetof(HostDevice, started) == 32);
 
 // A node of the host's clip list.
 struct ClipPolygon {
-  uint32_t apply;  // read from the last node only: non-zero asks for the clip path to be set
+  uint32_t apply;  // read from the last node only: non-zero sets the clip path
   const ClipPolygon* next;
   int32_t count;
   const HT_Double_Point* points;  // host coordinates
@@ -156,8 +156,8 @@ struct ClipPolygon {
 static_assert(sizeof(ClipPolygon) == 32);
 static_assert(offsetof(ClipPolygon, points) == 24);
 
-// The host's raster object. The operations stand in this order from slot 0; memory that one returns belongs
-// to the raster.
+// The host's raster object, with the operations in this order from slot 0. The raster owns the memory that
+// they return.
 class RasterImage {
  public:
   virtual const BITMAPINFOHEADER* GetImageHeader() = 0;
@@ -172,7 +172,7 @@ class RasterImage {
   ~RasterImage() = default;
 };
 
-// A raster as DevBitmap takes it. The host keeps it and the raster alive until DevEndDoc has returned.
+// The raster that DevBitmap takes. The host keeps it and the raster alive until DevEndDoc has returned.
 struct HostImageRecord {
   RasterImage* image;
   double originX;
@@ -230,7 +230,7 @@ class HT_Driver : public HT_IF {
 inline constexpr GUID kDriverInterfaceId = {
     0x5B3A4DFA, 0x540C, 0x4EC3, {0xA4, 0x04, 0x5C, 0x51, 0xAD, 0x31, 0x78, 0x9A}};
 
-// The host's object that receives the drivers: the module calls its second and third virtual operation.
+// The host's object that receives the drivers. The module calls its second and third virtual operation.
 class HostDriverList {
  public:
   virtual void HostOwn() = 0;
@@ -241,7 +241,7 @@ class HostDriverList {
   ~HostDriverList() = default;
 };
 
-// What IT_Driver takes with kReleaseDriver.
+// The context of IT_Driver with kReleaseDriver.
 struct DriverRelease {
   HostDriverList* list;
   HT_Driver* driver;
@@ -252,7 +252,7 @@ inline constexpr uint64_t kReleaseDriver = 3;
 
 using ItDriverFunction = int64_t(uint64_t code, void* context);
 
-// Entry points of the DeviceTable, by name of position.
+// Types of the DeviceTable's entry points, named by position.
 namespace entry {
 using Open = int32_t(HostDevice*);
 using Close = int32_t(HostDevice*);

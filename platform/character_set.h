@@ -1,5 +1,5 @@
-// A set of 16-bit characters, walked in ascending order. A plot adds each of its characters, most of them
-// over and over, so adding costs one bit.
+// A set of 16-bit characters, iterated in ascending order. Every character of a plot is added, mostly
+// repeatedly, so adding only sets a bit.
 #pragma once
 
 #include <bit>
@@ -17,7 +17,7 @@ class CharacterSet {
 
   [[nodiscard]] bool Contains(char16_t unit) const { return (words_[unit / kBits] >> unit % kBits & 1) != 0; }
 
-  // The characters, ascending.
+  // Returns the characters in ascending order.
   [[nodiscard]] std::vector<uint16_t> Characters() const {
     std::vector<uint16_t> characters;
     for (size_t i = 0; i < words_.size(); ++i) {
@@ -35,7 +35,7 @@ class CharacterSet {
   std::vector<uint64_t> words_ = std::vector<uint64_t>(0x10000 / kBits);
 };
 
-// The characters that a job plots, by the full name of their font.
+// The characters that a job uses, by the full name of their font.
 using FontUsage = std::map<std::u16string, CharacterSet>;
 
 }  // namespace hdi

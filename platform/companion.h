@@ -1,5 +1,5 @@
-// The companion module PDF-UI.dll, which lies in the application's directory and holds the driver's own
-// dialogs. It is loaded for one call and unloaded behind it.
+// The companion module PDF-UI.dll in the application's directory, which holds the driver's own dialogs.
+// Loaded for one call at a time.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +8,13 @@
 
 namespace hdi {
 
-// Lets the user edit the record behind the driver's GetDevModePointer through InvokeCustomPropertiesDlg. Does
-// nothing when the module or the function is missing.
+// Lets the user edit the record at the driver's GetDevModePointer through InvokeCustomPropertiesDlg. Does
+// nothing if the module or the function is missing.
 void EditProperties(void* parentWindow, HT_Driver* driver);
 
-// Asks through InvokeSaveAsDlg whether an existing file may be replaced; `noHint` is the current choice not
-// to be asked again, and the new one when the answer is yes. A module without the function answers no.
-// Without the module the answer is no on Windows; elsewhere the question is asked as platform/dialogs.h
-// tells.
+// Asks through InvokeSaveAsDlg whether an existing file may be replaced. `noHint` is the "do not ask again"
+// choice, updated only if the answer is yes. The answer is no if the module lacks the function. Without the
+// module, the answer is no on Windows; elsewhere the question is asked as described in platform/dialogs.h.
 [[nodiscard]] bool AskReplaceExisting(void* parentWindow, int32_t& noHint);
 
 }  // namespace hdi

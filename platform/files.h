@@ -1,4 +1,4 @@
-// Files and directories, as the driver needs them. Paths are the platform's, as UTF-16.
+// Files and directories. Paths are the platform's, as UTF-16.
 #pragma once
 
 #include <cstddef>
@@ -6,28 +6,28 @@
 
 namespace hdi {
 
-// Joins directories and names: a backslash on Windows, a slash elsewhere.
+// Separates directories and names.
 #if defined(_WIN32)
 inline constexpr char16_t kPathSeparator = u'\\';
 #else
 inline constexpr char16_t kPathSeparator = u'/';
 #endif
 
-// Whether a file, a directory or a disk lies at `path`. Terminals, pipes and other streams do not count:
-// output goes to them, and nothing has to make way for it.
+// Returns whether a file, a directory or a disk exists at `path`. Terminals, pipes and other streams do not
+// count: output goes to them without replacing anything.
 [[nodiscard]] bool FileExists(const std::u16string& path);
 
-// Whether the file is gone. What is no file (a directory, a device) stays, and so does a file that another
-// process holds open without sharing (Windows).
+// Removes a file; returns whether it is gone. Directories and devices stay, and on Windows files that another
+// process has open without sharing.
 bool RemoveFile(const std::u16string& path);
 
-// The directory for temporary files, with or without a separator at its end; empty when there is none.
+// Returns the directory for temporary files, with or without a trailing separator; empty if there is none.
 [[nodiscard]] std::u16string TemporaryDirectory();
 
-// Makes the last directory of `path`; a failure (it may exist) is not reported.
+// Creates the last directory of `path`. Failures, as when it exists, are not reported.
 void MakeDirectory(const std::u16string& path);
 
-// A file that takes blocks of bytes one after the other. Closed at first; the destructor closes.
+// A file for sequential writing. Initially closed; the destructor closes it.
 class OutputFile {
  public:
   OutputFile() = default;
@@ -35,14 +35,14 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   ~OutputFile();
 
-  // Creates `path`, or opens an existing file without emptying it, for writing. Returns whether it is open.
+  // Creates `path`, or opens an existing file without truncating it. Returns whether it is open.
   [[nodiscard]] bool Open(const std::u16string& path);
   [[nodiscard]] bool IsOpen() const;
-  void Close();  // what it fails with is not reported
+  void Close();  // failures are not reported
 
-  // Writes the whole block at the file's end so far. A full disk (no space, quota, or the process's file size
-  // limit) is silent: what fits is written and the rest of the block is lost. Any other failure throws
-  // std::system_error with the path.
+  // Appends the block. A full disk (no space, quota, or the process's file size limit) is not reported: what
+  // fits is written and the rest of the block is lost. Any other failure throws std::system_error with the
+  // path.
   void Write(const void* data, size_t size);
 
  private:
@@ -52,7 +52,7 @@ class OutputFile {
   static constexpr int kClosed = -1;
   int descriptor_ = kClosed;
 #endif
-  std::u16string path_;  // for the error that Write throws
+  std::u16string path_;  // for Write's exceptions
 };
 
 }  // namespace hdi

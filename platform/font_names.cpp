@@ -25,7 +25,7 @@ bool IsAscii(std::span<const uint8_t> bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](uint8_t byte) { return byte >= 0x20 && byte < 0x7F; });
 }
 
-// How far the record is from what a reader of English wants; kUnreadable for one in an encoding of a country.
+// Distance from what an English reader prefers; kUnreadable for other encodings.
 int Distance(const NameRecord& record) {
   const bool wholeUnits = record.bytes.size() % 2 == 0;
   switch (record.platform) {

@@ -1,4 +1,4 @@
-// The table "name" of OpenType: what a font calls itself.
+// The OpenType "name" table: the names of a font.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace hdi {
 
-// The strings of a table "name" with that name id, the best one for a reader of English first, each one once.
+// Returns the distinct strings with that name ID, best for an English reader first.
 [[nodiscard]] std::vector<std::u16string> FontNames(std::span<const uint8_t> nameTable, uint16_t nameId);
 
 }  // namespace hdi

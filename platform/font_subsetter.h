@@ -1,5 +1,5 @@
-// The platform's font subsetter, CreateFontPackage. On Windows it is a function of FontSub.dll, loaded at run
-// time; elsewhere one of our own keeps the same contract.
+// The platform's font subsetter, CreateFontPackage. On Windows it is loaded from FontSub.dll; elsewhere our
+// own implementation has the same contract.
 #pragma once
 
 #include <cstddef>
@@ -19,11 +19,11 @@ using AllocateFunction = void* (*)(size_t size);
 using ReallocateFunction = void* (*)(void* block, size_t size);
 using FreeFunction = void (*)(void* block);
 
-// Makes of the font in `source` (member `collectionIndex` of it with kSubsetFlagCollection) a TrueType font
-// that maps the characters of `keepList` to their glyphs in a character map of the Microsoft platform. Glyphs
-// are numbered anew. Characters that the font lacks are passed over, even if none is left. The result is in
-// `*package`, a block of `*packageSize` bytes from `allocate`, of which `*written` are the font. When there
-// is no such font `*package` stays as it was and the result is not 0.
+// Makes a TrueType font from the font in `source` (or its member `collectionIndex` with
+// kSubsetFlagCollection) that maps the characters of `keepList` in a character map of the Microsoft platform.
+// Glyphs are renumbered. Characters that the font lacks are skipped, even if none is left. `*package`
+// receives a block of `*packageSize` bytes from `allocate`, of which `*written` are the font. On failure
+// returns non-zero and leaves `*package` unchanged.
 using CreateFontPackageFunction = uint32_t(const uint8_t* source, uint32_t sourceSize, uint8_t** package,
                                            uint32_t* packageSize, uint32_t* written, uint16_t flags,
                                            uint16_t collectionIndex, uint16_t format, uint16_t language,
@@ -31,7 +31,7 @@ using CreateFontPackageFunction = uint32_t(const uint8_t* source, uint32_t sourc
                                            uint16_t keepCount, AllocateFunction allocate,
                                            ReallocateFunction reallocate, FreeFunction free, void* reserved);
 
-// The system's subsetter, null when it has none. What is loaded for it stays loaded.
+// Returns the system's subsetter, or null. Libraries loaded for it stay loaded.
 [[nodiscard]] CreateFontPackageFunction* FindCreateFontPackage();
 
 }  // namespace hdi

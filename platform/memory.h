@@ -7,14 +7,14 @@
 
 namespace hdi {
 
-// A block of `size` bytes of undefined content, null when there is none. A block of 2 MiB or more may come in
-// pages of that size, so that filling it costs one fault of memory in place of hundreds.
+// Returns an uninitialized block of `size` bytes, null if out of memory. Blocks of 2 MiB or more may use huge
+// pages, so that filling one costs one page fault instead of hundreds.
 [[nodiscard]] uint8_t* AllocateBlock(size_t size);
 
-// Frees a block; null is none.
+// Frees a block, which may be null.
 void FreeBlock(uint8_t* block);
 
-// For vectors that grow to many megabytes. Its names are those that the standard asks of an allocator.
+// For vectors of many megabytes. Member names are those that the standard requires of an allocator.
 template <typename Value>
 struct BlockAllocator {
   using value_type = Value;

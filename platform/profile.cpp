@@ -1,4 +1,4 @@
-// Reading, editing and replacing settings files.
+// Parses and edits settings files.
 #include "platform/profile.h"
 
 #include <algorithm>
@@ -49,7 +49,7 @@ bool Holds(const Profile::Line& line, Profile::LineKind kind, std::u16string_vie
   return line.kind == kind && line.name == name && line.value == value;
 }
 
-// `value` as it has to stand in a line to be read back as it is.
+// Returns `value` quoted if that is needed to read it back unchanged.
 std::u16string Quoted(std::u16string_view value) {
   if (Unquote(Trim(value)) == value) return std::u16string(value);
   return u'"' + std::u16string(value) + u'"';
@@ -88,7 +88,7 @@ void Profile::Parse(std::string_view bytes) {
     size_t at = 0;
     while (at + unit <= bytes.size() && bytes.substr(at, unit) != feed) at += unit;
     size_t behind = at + unit;
-    if (behind > bytes.size()) at = behind = bytes.size();  // the last line has no end
+    if (behind > bytes.size()) at = behind = bytes.size();  // the last line has no line ending
     if (behind > at && at >= unit && bytes.substr(at - unit, unit) == carriageReturn) at -= unit;
     Line line = ReadLine(Decode(bytes.substr(0, at)));
     line.text = bytes.substr(0, at);
@@ -138,8 +138,8 @@ std::optional<size_t> Profile::FindEntry(size_t section, std::u16string_view key
   return std::nullopt;
 }
 
-// The section's last entry, or its head when it has none: what stands behind, blank lines and comments,
-// usually speaks of the next section.
+// Returns the section's last entry, or its header if it has none. Blank lines and comments after that usually
+// belong to the next section.
 size_t Profile::LastOfSection(size_t section) const {
   size_t last = section;
   for (size_t i = section + 1; i < lines_.size() && lines_[i].kind != LineKind::kSection; ++i) {
@@ -171,7 +171,7 @@ bool Profile::Set(std::u16string_view section, std::u16string_view key, std::u16
     Insert(lines_.size(), std::move(head));
     Insert(lines_.size(), std::move(entry));
   } else if (const std::optional<size_t> old = FindEntry(*at, key)) {
-    // The key keeps its spelling.
+    // Keep the key's spelling.
     Line& line = lines_[*old];
     const std::u16string text = Decode(line.text);
     line.text = Encode(text.substr(0, text.find(u'=') + 1) + Quoted(value));
@@ -192,7 +192,7 @@ bool Profile::RemoveSection(std::u16string_view section) {
   const std::optional<size_t> head = FindSection(section);
   if (!head) return false;
   size_t behind = LastOfSection(*head) + 1;
-  if (behind < lines_.size() && lines_[behind].text.empty()) ++behind;  // the line between two sections
+  if (behind < lines_.size() && lines_[behind].text.empty()) ++behind;  // the blank line between two sections
   lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(*head),
                lines_.begin() + static_cast<ptrdiff_t>(behind));
   return true;

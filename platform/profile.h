@@ -1,14 +1,14 @@
-// The text of a settings file: sections in brackets and `key=value` lines, read, edited and written back with
-// every untouched line byte for byte as it was.
+// A settings file with sections in brackets and `key=value` lines. Editing it keeps every untouched line byte
+// for byte.
 //
-// A file is UTF-8 with or without a byte order mark, or UTF-16LE with one; its lines end in LF or CRLF. A
-// line whose first character is a semicolon is a comment. A section begins with "[" and ends at the line's
-// last "]". An entry's key is what stands before the first "=", its value what stands behind, both without
-// the blanks around them; one pair of single or double quotes around a value is dropped. Of sections of one
-// name the first counts, and of keys of one name the first in it; names are compared without regard to case.
+// A file is UTF-8 with or without a byte order mark, or UTF-16LE with one; lines end in LF or CRLF. Lines
+// whose first character is a semicolon are comments. A section name extends from "[" to the line's last "]".
+// A key is what precedes the first "=", its value what follows; both are trimmed, and one pair of single or
+// double quotes around a value is dropped. The first section of a name counts, and in it the first entry of a
+// key; names are compared ignoring case.
 //
-// This is not left to a library: the common ones take ":" for "=", "#" and inner ";" for comments, and
-// indented lines for continuations, and none writes a file back as it was.
+// No common library fits: they take ":" for "=", "#" and inner ";" for comments and indented lines for
+// continuations, and none writes a file back unchanged.
 #pragma once
 
 #include <cstddef>
@@ -24,33 +24,33 @@ namespace hdi {
 
 class Profile {
  public:
-  enum class LineKind : uint8_t { kBlank, kSection, kEntry, kMalformed };  // a comment is blank
+  enum class LineKind : uint8_t { kBlank, kSection, kEntry, kMalformed };  // comments are blank
 
   struct Line {
     LineKind kind = LineKind::kBlank;
-    std::u16string name;  // of the section, or the entry's key
+    std::u16string name;  // section name or entry key
     std::u16string value;
-    std::string text;  // as in the file, without the line's end
-    std::string end;   // as in the file, empty when the file ends here
+    std::string text;  // as in the file, without the line ending
+    std::string end;   // as in the file; empty at the end of the file
   };
 
-  // Replaces the content by that of `path`, or by nothing when it can't be read.
+  // Replaces the content by that of `path`, or clears it if the file cannot be read.
   LoadResult Load(const std::u16string& path);
 
-  // Replaces `path` by the content, as ReplaceWholeFile does.
+  // Writes the content to `path` with ReplaceWholeFile.
   [[nodiscard]] bool Save(const std::u16string& path) const;
 
   [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
 
-  // The value of `key` in `section`; nothing when there is none.
+  // Returns the value of `key` in `section`, or nothing.
   [[nodiscard]] std::optional<std::u16string> Find(std::u16string_view section,
                                                    std::u16string_view key) const;
 
-  // Makes Find give `value`. Returns false, with nothing changed, when the form can't hold one of the three,
-  // as a text with a line break in it.
+  // Sets the value that Find returns. Returns false, with nothing changed, if the format cannot represent one
+  // of the three, such as a text with a line break.
   bool Set(std::u16string_view section, std::u16string_view key, std::u16string_view value);
 
-  // Removes the section's head and everything up to its last entry. Returns whether there was one.
+  // Removes the section from its header to its last entry. Returns whether there was one.
   bool RemoveSection(std::u16string_view section);
 
  private:

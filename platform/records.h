@@ -1,8 +1,8 @@
-// Records of the platform's published headers, laid out byte for byte so that the same layout crosses the
-// border on every platform. Wide characters are 16-bit code units throughout; all numbers are little-endian.
+// Records of the platform's published headers with the same byte layout on every platform. Wide characters
+// are 16-bit units; numbers are little-endian.
 //
-// The names of records and members are the platform's own. On Windows, platform/windows holds them against
-// <windows.h> with further asserts.
+// Record and member names are the platform's own. On Windows, static assertions in platform/windows check
+// them against <windows.h>.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ struct GUID {
 };
 static_assert(sizeof(GUID) == 16);
 
-// Public part of a device's settings.
+// The public part of a device's settings.
 struct DEVMODEW {
   char16_t dmDeviceName[32];
   uint16_t dmSpecVersion;
@@ -101,7 +101,7 @@ struct LOGBRUSH {
 static_assert(sizeof(LOGBRUSH) == 16);
 static_assert(offsetof(LOGBRUSH, lbColor) == 4);
 
-// A row of 32-bit words; `elpNumEntries` entries stand from `elpStyleEntry` on.
+// 32-bit words; `elpNumEntries` entries start at `elpStyleEntry`.
 struct EXTLOGPEN32 {
   uint32_t elpPenStyle;
   uint32_t elpWidth;
@@ -133,7 +133,7 @@ inline constexpr uint32_t kPenJoinMiter = 0x2000;
 inline constexpr uint32_t kPenTypeMask = 0xF0000;
 inline constexpr uint32_t kPenGeometric = 0x10000;
 
-// Polygon fill modes and the one raster operation (R2_MASKPEN) that the driver tells apart.
+// Polygon fill modes, and the only raster operation (R2_MASKPEN) that the driver distinguishes.
 inline constexpr uint32_t kFillNone = 0;
 inline constexpr uint32_t kFillAlternate = 1;
 inline constexpr uint32_t kFillWinding = 2;

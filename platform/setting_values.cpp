@@ -1,4 +1,4 @@
-// What the text of a setting means.
+// Values of settings.
 #include <algorithm>
 #include <limits>
 
@@ -13,7 +13,7 @@ int32_t SettingToInt(const std::u16string& text) {
   if (next != text.end() && (*next == u'-' || *next == u'+')) ++next;
   int64_t number = 0;
   for (; next != text.end() && *next >= u'0' && *next <= u'9'; ++next) {
-    // One above the largest is enough for the smallest, and keeps the sum far from an overflow.
+    // One above the maximum is enough for the minimum and keeps the sum from overflowing.
     constexpr int64_t kLimit = int64_t{std::numeric_limits<int32_t>::max()} + 1;
     number = std::min(number * 10 + (*next - u'0'), kLimit);
   }

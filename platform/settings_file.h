@@ -1,9 +1,9 @@
-// Settings files in the form of the platform's private profiles: sections in brackets, `key=value` lines,
-// names compared without regard to case, blanks around values and one pair of quotes around a value dropped,
-// comment lines begin with a semicolon.
+// Settings files in the format of the platform's private profiles: sections in brackets, `key=value` lines,
+// names compared ignoring case, values trimmed and without one pair of quotes; comment lines start with a
+// semicolon.
 //
-// A file is UTF-16LE with a byte order mark; without one it is UTF-8, and on Windows, where the platform's
-// own functions read and write it, in the system's code page.
+// A file is UTF-16LE with a byte order mark, otherwise UTF-8 or, on Windows, where the platform's own
+// functions read and write it, in the system's code page.
 #pragma once
 
 #include <cstdint>
@@ -12,22 +12,20 @@
 
 namespace hdi {
 
-// The value of `key` in `section` of `file`, cut at 255 units; `fallback` (cut likewise) when the file, the
-// section or the key is missing. A key with an empty value gives the empty string.
+// Returns the value of `key` in `section` of `file`, or `fallback` if the file, the section or the key is
+// missing, truncated to 255 units. A key with an empty value returns an empty string.
 [[nodiscard]] std::u16string ReadSetting(const std::u16string& section, const std::u16string& key,
                                          const std::u16string& fallback, const std::u16string& file);
 
-// Sets `key` in `section` of `file`; makes what is missing and keeps every other line. Returns whether the
-// file now holds the value.
+// Sets `key` in `section` of `file`, creating what is missing and keeping every other line. Returns whether
+// the file now holds the value.
 bool WriteSetting(const std::u16string& section, const std::u16string& key, const std::u16string& value,
                   const std::u16string& file);
 
-// The names of the sections of `file` in the file's order, each as often as it is there; none without the
-// file.
+// Returns the section names of `file` in file order, with repetitions; empty without the file.
 [[nodiscard]] std::vector<std::u16string> SettingSections(const std::u16string& file);
 
-// The leading decimal number of `text` behind blanks and a sign, 0 when there is none, held at the ends of
-// i32.
+// Parses the leading decimal number of `text` after blanks and a sign, clamped to i32; 0 if there is none.
 [[nodiscard]] int32_t SettingToInt(const std::u16string& text);
 
 }  // namespace hdi

@@ -1,4 +1,4 @@
-// The numbers of a TrueType font's tables, which are big-endian.
+// Big-endian numbers in the tables of a TrueType font.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace hdi {
 
 using SfntTable = std::vector<uint8_t>;
 
-// Two or four bytes from `at` on, which must lie in the table.
+// Both read at `at`; the bytes must lie in the table.
 [[nodiscard]] inline uint16_t ReadU16(std::span<const uint8_t> table, size_t at) {
   return static_cast<uint16_t>(table[at] << 8 | table[at + 1]);
 }

@@ -1,4 +1,4 @@
-// From the host's numbers to whole ones.
+// Conversion of the host's f64 values to integers.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace hdi {
 
-// Towards zero; what no i32 holds becomes the lowest one, as the processor's conversion has it.
+// Truncates towards zero. Values outside i32 become its minimum, as in the processor's conversion.
 [[nodiscard]] inline int32_t Truncate(double value) {
   const bool fits = value > -2147483649.0 && value < 2147483648.0;
   return fits ? static_cast<int32_t>(value) : std::numeric_limits<int32_t>::min();

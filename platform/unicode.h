@@ -1,4 +1,4 @@
-// Conversions between UTF-16 and UTF-8, and comparing without regard to case.
+// Conversion between UTF-16 and UTF-8, and comparison ignoring case.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 namespace hdi {
 
-// Total: an unpaired surrogate or a malformed byte becomes U+FFFD.
+// Never fail: unpaired surrogates and malformed bytes become U+FFFD.
 [[nodiscard]] std::string ToUtf8(std::u16string_view text);
 [[nodiscard]] std::u16string ToUtf16(std::string_view text);
 
-// Whether two names are the same without regard to case, as the platform folds it.
+// Returns whether two names are equal under the platform's case folding.
 [[nodiscard]] bool SameName(std::u16string_view a, std::u16string_view b);
 
 }  // namespace hdi

@@ -1,4 +1,4 @@
-// Files that are read and replaced as a whole: settings files.
+// Settings files are read and replaced as a whole.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,11 @@ namespace hdi {
 
 enum class LoadResult : uint8_t { kLoaded, kMissing, kUnreadable };
 
-// Puts the content of `path` into `bytes`, of which nothing is to be used unless all of it has been loaded.
+// Reads `path` into `bytes`, which must not be used unless the result is kLoaded.
 [[nodiscard]] LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes);
 
-// Replaces `path` by a file with that content in one step, so that a reader sees the old file or the new one;
-// makes directories that are missing. Returns whether that was done.
+// Replaces `path` atomically by a file with these bytes, creating missing directories. Returns whether it
+// succeeded.
 [[nodiscard]] bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes);
 
 }  // namespace hdi

@@ -1,5 +1,5 @@
-// HarfBuzz knows the formats of character maps, but follows its own rules in choosing one. So it is given a
-// table with the one map in it that counts here.
+// HarfBuzz parses character maps, but selects one by its own rules. It is therefore given a table with just
+// the one map that counts here.
 #include "platform/linux/character_map.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ constexpr uint16_t kFullUnicodeEncoding = 10;
 constexpr size_t kHeaderSize = 4;
 constexpr size_t kRecordSize = 8;
 
-// The segment that every map of format 4 ends with takes this code.
+// Every map of format 4 ends with a segment for this code.
 constexpr uint16_t kLastCode = 0xFFFF;
 
 struct EncodingRecord {
@@ -25,7 +25,7 @@ struct EncodingRecord {
   uint32_t offset;
 };
 
-// Ranks the encodings that hold Unicode first, the wider before the narrower.
+// Ranks Unicode encodings first, wider before narrower.
 int Rank(uint16_t encoding) {
   constexpr std::array kByPreference = {kFullUnicodeEncoding, kUnicodeEncoding, kSymbolEncoding};
   return static_cast<int>(std::ranges::find(kByPreference, encoding) - kByPreference.begin());
@@ -54,10 +54,10 @@ SfntTable WriteHeader(uint16_t encoding) {
   return table;
 }
 
-// Characters whose codes follow each other closely.
+// Characters with close codes.
 using Segment = std::span<const MappedCharacter>;
 
-// A code that is missing within a segment costs two bytes, a segment of its own eight.
+// A missing code within a segment costs two bytes, another segment eight.
 std::vector<Segment> SplitIntoSegments(std::span<const MappedCharacter> characters) {
   constexpr int kLargestStep = 4;
   std::vector<Segment> segments;
@@ -74,7 +74,7 @@ uint16_t Delta(const MappedCharacter& character) {
   return static_cast<uint16_t>(character.glyph - character.code);
 }
 
-// Glyphs that follow their codes need no list.
+// Glyphs that are consecutive like their codes need no list.
 bool NeedsList(Segment segment) {
   const auto isAsFirst = [&](const MappedCharacter& each) { return Delta(each) == Delta(segment.front()); };
   return static_cast<size_t>(segment.back().code - segment.front().code) + 1 != segment.size() ||
@@ -127,7 +127,7 @@ SfntTable WriteCharacterMap(std::span<const MappedCharacter> characters) {
   SfntTable list;
   for (size_t i = 0; i < count; ++i) {
     const bool isListed = NeedsList(segments[i]);
-    // From the offset's own place to the segment's glyphs, which lie behind all offsets.
+    // Relative to the offset's own position; glyph lists follow all offsets.
     AppendU16(offsets, isListed ? 2 * (count - i) + list.size() : 0);
     if (isListed) AppendGlyphList(list, segments[i]);
   }

@@ -1,5 +1,4 @@
-// The character map of a TrueType font: that of the Microsoft platform, read from a source and written for a
-// subset.
+// Reads and writes the Microsoft-platform character map of a TrueType font.
 #pragma once
 
 #include <optional>
@@ -15,14 +14,14 @@ struct MappedCharacter {
   uint16_t glyph;
 };
 
-// Those of the codes that the face's Microsoft map has, ascending and each once, whatever the map's encoding.
-// In a symbol map the codes below 0x100 stand for those from 0xF000 on as well. Nothing when the face has no
-// such map.
+// Returns those of the codes that the face's Microsoft map has, ascending and without duplicates, whatever
+// its encoding. In a symbol map, codes below 0x100 also stand for those from 0xF000. Nothing if the face has
+// no such map.
 [[nodiscard]] std::optional<std::vector<MappedCharacter>> LookUpCharacters(hb_face_t* face,
                                                                            std::span<const uint16_t> codes);
 
-// A table "cmap" with one Unicode map of 16 bits for the characters, which must ascend. Empty when they lie
-// so scattered that such a map can't hold them.
+// Returns a "cmap" table with a single 16-bit Unicode map of the characters, which must be ascending. Empty
+// if they are too scattered for such a map.
 [[nodiscard]] SfntTable WriteCharacterMap(std::span<const MappedCharacter> characters);
 
 }  // namespace hdi

@@ -1,4 +1,4 @@
-// The companion module on Linux, and what stands in for its question where it is not installed.
+// The companion module on Linux, and the question asked without it.
 #include "platform/companion.h"
 
 #include <dlfcn.h>
@@ -27,7 +27,7 @@ class CompanionModule {
 
   [[nodiscard]] bool IsLoaded() const { return handle_ != nullptr; }
 
-  // Null when the module or the function is missing.
+  // Null if the module or the function is missing.
   template <typename Function>
   [[nodiscard]] Function* Find(const char* name) const {
     return handle_ ? reinterpret_cast<Function*>(dlsym(handle_.get(), name)) : nullptr;

@@ -1,4 +1,4 @@
-// The tables "name", "post" and "OS/2" of a subset.
+// The "name", "post" and "OS/2" tables of a subset.
 #include "platform/linux/descriptive_tables.h"
 
 #include <hb-ot.h>
@@ -10,8 +10,8 @@
 namespace hdi {
 namespace {
 
-// Family, style, full and PostScript name, and what readers prefer to the first two: the same again without
-// the limit to four faces a family.
+// Family, style, full and PostScript name, then the names that readers prefer to family and style, which are
+// not limited to four faces a family.
 constexpr std::array<hb_ot_name_id_t, 8> kNames = {1, 2, 4, 6, 16, 17, 21, 22};
 
 struct Name {

@@ -1,18 +1,17 @@
-// The tables of a font that describe it to its readers, cut down for a font that is embedded.
+// Writes the descriptive tables of an embedded font, reduced to what readers need.
 #pragma once
 
 #include "platform/linux/harfbuzz.h"
 
 namespace hdi {
 
-// A table "name" with the names by which readers call the face, each in one language: English where the face
-// has it.
+// Returns a "name" table with the face's main names, each in one language: English if the face has it.
 [[nodiscard]] SfntTable WriteNames(hb_face_t* face);
 
-// A table "post" without glyph names.
+// Returns a "post" table without glyph names.
 [[nodiscard]] SfntTable WritePostScriptTable(hb_face_t* face);
 
-// The face's table "OS/2" for a font whose codes go from `firstCode` to `lastCode`; empty when it has none.
+// Returns the face's "OS/2" table with codes from `firstCode` to `lastCode`; empty if it has none.
 [[nodiscard]] SfntTable WriteWindowsMetrics(hb_face_t* face, uint16_t firstCode, uint16_t lastCode);
 
 }  // namespace hdi

@@ -1,5 +1,5 @@
-// Dialogs and the viewer on Linux. The host's window handle has no meaning to the desktop's programs, so no
-// dialog is attached to it.
+// Dialogs and the viewer on Linux. The desktop's programs cannot use the host's window handle, so dialogs
+// have no parent.
 #include "platform/dialogs.h"
 
 #include <unistd.h>
@@ -36,7 +36,7 @@ std::optional<std::u16string> AskSavePath(void* /*parentWindow*/, const std::u16
   std::optional<std::string> answer =
       program.empty() ? AskPathOnTerminal(proposed) : AskPathInDialog(program, proposed);
   if (!answer || answer->empty()) return std::nullopt;
-  if (answer->ends_with('/')) *answer += proposed;  // a directory, for the proposed name
+  if (answer->ends_with('/')) *answer += proposed;  // a directory: append the proposed name
   if (!std::filesystem::path(*answer).has_extension()) *answer += ".pdf";
   return ToUtf16(*answer);
 }
@@ -46,10 +46,10 @@ void ShowMessage(const std::u16string& text) {
   const std::string program = DialogProgram();
   if (!program.empty()) {
     const auto shown = RunProgram({program, "--error", "--no-markup", "--title=PDF", "--text=" + message});
-    if (shown && shown->succeeded) return;  // else the display may not have been there
+    if (shown && shown->succeeded) return;  // otherwise there may be no display
   }
   const std::string line = message + '\n';
-  // Where nobody listens, a message has nowhere else to go.
+  // A failure to write is ignored: there is nowhere else to report it.
   static_cast<void>(WriteFully(STDERR_FILENO, line.data(), line.size()));
 }
 
@@ -57,7 +57,7 @@ void OpenInViewer(const std::u16string& path) {
   const std::string program = FindProgram("xdg-open");
   if (program.empty()) return;
   std::string name = ToUtf8(path);
-  // A file's name that would be read as an option or as an address.
+  // A file name that would be taken for an option or a URI.
   const bool misread = name.starts_with('-') || name.find(':') != name.npos;
   if (misread && !name.starts_with('/')) name.insert(0, "./");
   StartDetached({program, name});

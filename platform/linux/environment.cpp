@@ -1,4 +1,4 @@
-// The running process on Linux.
+// The process's environment on Linux.
 #include "platform/environment.h"
 
 #include <pwd.h>
@@ -30,7 +30,7 @@ std::string HomeDirectory() {
 std::u16string ProcessFileName() {
   std::error_code error;
   std::string path = std::filesystem::read_symlink("/proc/self/exe", error).string();
-  // An executable that has been replaced under the running process.
+  // The executable was replaced while running.
   constexpr std::string_view kDeleted = " (deleted)";
   if (path.ends_with(kDeleted) && access(path.c_str(), F_OK) != 0) path.resize(path.size() - kDeleted.size());
   return ToUtf16(path);
@@ -41,7 +41,7 @@ std::u16string EnvironmentVariable(const std::u16string& name) {
 }
 
 std::u16string UserDataDirectory() {
-  // A relative path in the variable is to be ignored.
+  // A relative path in the variable must be ignored.
   const std::string data = Variable("XDG_DATA_HOME");
   return ToUtf16(data.starts_with('/') ? data : HomeDirectory() + "/.local/share");
 }

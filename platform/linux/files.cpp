@@ -17,7 +17,7 @@ namespace {
 
 enum class Kind { kNothing, kFile, kInTheWay, kStream };
 
-// What lies at `path`; a link counts as what it leads to, or as a file when it leads nowhere.
+// What is at `path`. Links are followed; a dangling link counts as a file.
 Kind KindAt(const std::string& path) {
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0) {
@@ -27,7 +27,7 @@ Kind KindAt(const std::string& path) {
     case S_IFREG:
       return Kind::kFile;
     case S_IFDIR:
-    case S_IFBLK:  // a disk as a whole is no place for output
+    case S_IFBLK:  // a disk cannot take output
       return Kind::kInTheWay;
     default:
       return Kind::kStream;

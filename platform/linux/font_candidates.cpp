@@ -1,4 +1,4 @@
-// Fonts of fontconfig's configuration, and what their files say of them.
+// Lists fontconfig's fonts and reads facts about them from their files.
 #include "platform/linux/font_candidates.h"
 
 #include <algorithm>
@@ -39,7 +39,7 @@ bool IsSet(FcPattern* pattern, const char* object) {
   return FcPatternGetBool(pattern, object, 0, &value) == FcResultMatch && value == FcTrue;
 }
 
-// The upper half of an index counts the named instances of a variable font, whose outlines no file holds.
+// The upper half of an index numbers the named instances of a variable font; no file holds their outlines.
 bool IsSuitable(FcPattern* pattern) {
   const int index = Number(pattern, FC_INDEX, 0);
   return Text(pattern, FC_FONTFORMAT) == "TrueType" && IsSet(pattern, FC_OUTLINE) &&
@@ -74,7 +74,7 @@ CharacterMaps FindCharacterMaps(std::span<const uint8_t> table) {
   return found;
 }
 
-// What is read of one font in a file. Without families it can't be offered.
+// Facts about one font of a file. A font without families cannot be offered.
 struct MemberFacts {
   CharacterMaps maps = CharacterMaps::kNone;
   std::vector<std::u16string> families, fullNames, styles;
@@ -91,7 +91,7 @@ bool HasOutlines(const FontMember& member) {
 }
 
 MemberFacts ReadMember(const FontFile& file, uint32_t offset) {
-  // Room for the records of a good many maps; what they map is not read here.
+  // Enough for many encoding records; the maps themselves are not read here.
   constexpr uint32_t kMapRecords = 260;
   MemberFacts facts;
   const FontMember member = file.Member(offset);
@@ -108,7 +108,7 @@ MemberFacts ReadMember(const FontFile& file, uint32_t offset) {
   return facts;
 }
 
-// The fonts of one file, each read when it or one behind it is asked for.
+// The fonts of one file, read up to the highest one requested.
 class FileFacts {
  public:
   explicit FileFacts(const std::string& path) : path_(path), file_(path), offsets_(file_.MemberOffsets()) {}
@@ -129,7 +129,7 @@ class FileFacts {
   }
 
  private:
-  // Members of a collection are told apart by their whole family name, and the first one that has it wins.
+  // Members of a collection are selected by their full family name, and the first match wins.
   [[nodiscard]] bool IsAmbiguous(const std::u16string& name, size_t index) const {
     const auto end = members_.begin() + static_cast<std::ptrdiff_t>(index);
     return name.size() > kMaxFamilyUnits ||
@@ -159,7 +159,7 @@ struct SortedCandidate {
 
 std::vector<FontCandidate> ListFontCandidates(FcConfig* config) {
   std::vector<SortedCandidate> sorted;
-  std::unique_ptr<FileFacts> file;  // patterns of one file lie together
+  std::unique_ptr<FileFacts> file;  // patterns of one file are adjacent
   for (FcPattern* pattern : SuitablePatterns(config)) {
     std::string path(Text(pattern, FC_FILE));
     const int index = Number(pattern, FC_INDEX, 0);

@@ -1,4 +1,4 @@
-// The module's list of faces.
+// Builds the module's list of faces.
 #include "platform/linux/font_face_list.h"
 
 #include <unicode/uchar.h>
@@ -19,20 +19,19 @@
 namespace hdi {
 namespace {
 
-// The process's own configuration, which its modules share.
+// The process's current configuration, shared by its modules.
 FcConfig* CurrentConfiguration() {
 #if defined(__SANITIZE_ADDRESS__)
-  // What fontconfig keeps in patterns is linked by distances, and the search for leaks follows addresses
-  // only.
+  // fontconfig links its patterns by relative offsets, which the leak checker cannot follow.
   const __lsan::ScopedDisabler disabler;
 #endif
   return FcConfigReference(nullptr);
 }
 
-// How names are compared: without regard to case, and as far as a LOGFONTW can hold them.
+// Names are compared ignoring case and up to the length of a LOGFONTW's.
 std::u16string Folded(std::u16string_view name) {
   name = name.substr(0, kMaxFamilyUnits);
-  std::u16string folded(name.size() * 3, u'\0');  // no unit folds to more than three
+  std::u16string folded(name.size() * 3, u'\0');  // case folding makes at most three units of one
   UErrorCode status = U_ZERO_ERROR;
   const int32_t length = u_strFoldCase(folded.data(), static_cast<int32_t>(folded.size()), name.data(),
                                        static_cast<int32_t>(name.size()), U_FOLD_CASE_DEFAULT, &status);
@@ -44,7 +43,7 @@ std::u16string Folded(std::u16string_view name) {
 int32_t OpenTypeWeight(FcPattern* pattern) {
   int weight = FC_WEIGHT_REGULAR;
   FcPatternGetInteger(pattern, FC_WEIGHT, 0, &weight);
-  return std::max(FcWeightToOpenType(weight), 1);  // 0 asks for any weight
+  return std::max(FcWeightToOpenType(weight), 1);  // 0 would request any weight
 }
 
 bool IsSlanted(FcPattern* pattern) {
@@ -62,7 +61,7 @@ std::vector<std::u16string> Strings(FcPattern* pattern, const char* object) {
   return strings;
 }
 
-// Settles the names of one face after the other, so that no two are mistaken for each other.
+// Assigns names so that no two faces can be confused.
 class Naming {
  public:
   // Nothing for a candidate that an earlier one hides.
@@ -90,7 +89,7 @@ class Naming {
     return {Folded(family), OpenTypeWeight(pattern), IsSlanted(pattern)};
   }
 
-  // Empty when there is none.
+  // Empty if none is free.
   [[nodiscard]] std::u16string FreeFullName(const FontCandidate& candidate,
                                             const std::u16string& family) const {
     const std::u16string style =
@@ -172,7 +171,7 @@ FaceList::FaceList() : config_(CurrentConfiguration()), patterns_(FcFontSetCreat
 
 void FaceList::AddNames(const SystemFace& face) {
   for (const std::u16string& name : face.Names().families) AddName(name, NameKind::kFamily, &face);
-  // Those of the typographic family, and in the encodings of countries.
+  // Typographic family names, and names in legacy encodings.
   for (const std::u16string& name : Strings(face.Pattern(), FC_FAMILY)) {
     AddName(name, NameKind::kOtherFamily, &face);
   }

@@ -1,5 +1,5 @@
-// The faces that this module offers: those of fontconfig's current configuration whose outlines are TrueType
-// and which a LOGFONTW can select. The list is made at the first question and stays as it is.
+// The faces of this module: those of fontconfig's current configuration that have TrueType outlines and that
+// a LOGFONTW can select. The list is built on first use and never changes.
 #pragma once
 
 #include <fontconfig/fontconfig.h>
@@ -17,13 +17,13 @@
 
 namespace hdi {
 
-// A LOGFONTW has room for so many units of a family's name. Longer names are known by their beginning.
+// Units of a family name that fit a LOGFONTW. Longer names are truncated to this.
 inline constexpr size_t kMaxFamilyUnits = 31;
 
 struct FaceNames {
-  std::vector<std::u16string> families;  // name 1 of the OpenType table "name", best one first, cut to fit
+  std::vector<std::u16string> families;  // name ID 1 of the OpenType "name" table, best first, truncated
   std::u16string full;
-  std::u16string selecting;  // the one of `families` by which the face is found
+  std::u16string selecting;  // the one of `families` that selects the face
 };
 
 class SystemFace final : public FontFace {
@@ -46,12 +46,12 @@ class SystemFace final : public FontFace {
   [[nodiscard]] const FaceNames& Names() const { return names_; }
   [[nodiscard]] std::string Path() const;
   [[nodiscard]] uint32_t MemberIndex() const;
-  [[nodiscard]] uint64_t FileSize() const { return fileSize_; }  // when the list was made
+  [[nodiscard]] uint64_t FileSize() const { return fileSize_; }  // when the list was built
   [[nodiscard]] bool IsInCollection() const { return isInCollection_; }
-  // Whether its characters are those of a Microsoft symbol map.
+  // Whether its characters come from a Microsoft symbol map.
   [[nodiscard]] bool IsSymbol() const { return isSymbol_; }
 
-  // Whether it may be worth the opening for that character.
+  // Whether fontconfig lists the character, so that opening the face may be worthwhile.
   [[nodiscard]] bool SeemsToHave(char16_t unit) const;
 
  private:
@@ -64,10 +64,10 @@ class SystemFace final : public FontFace {
   bool isInCollection_;
   bool isSymbol_;
   uint64_t fileSize_;
-  mutable std::unique_ptr<FontGlyphs> glyphs_;  // opened at the first question
+  mutable std::unique_ptr<FontGlyphs> glyphs_;  // opened on first use
 };
 
-// How a face goes by a name; nearer kinds count more.
+// How a name refers to a face, best first.
 enum class NameKind { kFamily, kOtherFamily, kFullName };
 
 struct NamedFace {
@@ -84,11 +84,11 @@ class FaceList {
   FaceList& operator=(const FaceList&) = delete;
   ~FaceList() = default;
 
-  // In an order that depends on nothing but the fonts.
+  // In an order that depends only on the fonts.
   [[nodiscard]] const std::vector<std::unique_ptr<SystemFace>>& Faces() const { return faces_; }
-  // The faces of that name, without regard to case, in the list's order; null when there are none.
+  // Returns the faces of that name, ignoring case, in list order; null if there are none.
   [[nodiscard]] const std::vector<NamedFace>* Named(std::u16string_view name) const;
-  // All faces from the best to the worst match of a pattern that has been substituted.
+  // Returns all faces from the best to the worst match of a substituted pattern.
   [[nodiscard]] std::vector<const SystemFace*> Sorted(FcPattern* pattern) const;
 
   [[nodiscard]] FcConfig* Config() const { return config_.get(); }
@@ -102,7 +102,7 @@ class FaceList {
   void AddName(std::u16string_view name, NameKind kind, const SystemFace* face);
   void AddNames(const SystemFace& face);
 
-  std::unique_ptr<FcConfig, Release> config_;  // keeps the patterns
+  std::unique_ptr<FcConfig, Release> config_;  // owns the patterns
   std::vector<std::unique_ptr<SystemFace>> faces_;
   std::unordered_map<std::u16string, std::vector<NamedFace>> byName_;
   std::unordered_map<const FcPattern*, const SystemFace*> byPattern_;

@@ -1,4 +1,4 @@
-// Reading font files by offset.
+// Reads font files by offset.
 #include "platform/linux/font_file.h"
 
 #include <fcntl.h>

@@ -1,6 +1,5 @@
-// A font file on disk and the layout that OpenType gives it: members, their tables, the names among these.
-// Everything is read by offset and tested against the file's size: fonts are other people's data, and a file
-// may change while it is listed.
+// A font file on disk with its OpenType structure: members, tables and names. All reads are checked against
+// the file's size: fonts are untrusted, and a file may change while it is listed.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +12,7 @@
 
 namespace hdi {
 
-// A tag of OpenType as the file's big-endian number.
+// An OpenType tag as a big-endian number.
 [[nodiscard]] constexpr uint32_t FontTag(const char (&letters)[5]) {
   uint32_t tag = 0;
   for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<uint8_t>(letters[i]);
@@ -26,7 +25,7 @@ struct FontTable {
   uint32_t length;
 };
 
-// The tables of one font, in the order of its directory; those that don't lie within the file are left out.
+// The tables of one font in directory order. Tables outside the file are left out.
 struct FontMember {
   uint32_t version = 0;
   std::vector<FontTable> tables;
@@ -41,18 +40,18 @@ class FontFile {
   FontFile& operator=(const FontFile&) = delete;
   ~FontFile();
 
-  // 0 for a file that can't be opened.
+  // 0 if the file cannot be opened.
   [[nodiscard]] uint64_t Size() const { return size_; }
-  // Fills `bytes`; false when the file has not that many at `offset`.
+  // Fills `bytes`; false if the file does not have that many at `offset`.
   [[nodiscard]] bool Read(uint64_t offset, std::span<uint8_t> bytes) const;
-  // Empty when the file is shorter or can't be read.
+  // Both return nothing if the file is too short or cannot be read.
   [[nodiscard]] std::vector<uint8_t> Read(uint64_t offset, uint64_t length) const;
   [[nodiscard]] std::vector<uint8_t> Read(const FontTable& table) const;
 
   [[nodiscard]] bool IsCollection() const;
-  // Where the members' directories lie: at 0 for a plain font. Empty for what is neither.
+  // Offsets of the members' table directories; a plain font has one at 0. Empty for anything else.
   [[nodiscard]] std::vector<uint32_t> MemberOffsets() const;
-  // Without tables when the directory can't be read.
+  // Without tables if the directory cannot be read.
   [[nodiscard]] FontMember Member(uint32_t offset) const;
 
  private:
@@ -60,7 +59,7 @@ class FontFile {
   uint64_t size_ = 0;
 };
 
-// A plain font file made of one member of a collection. Empty when a table can't be read.
+// Returns a member of a collection as a font file of its own. Empty if a table cannot be read.
 [[nodiscard]] std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member);
 
 }  // namespace hdi

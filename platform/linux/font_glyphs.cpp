@@ -1,4 +1,4 @@
-// FreeType behind FontGlyphs.
+// FontGlyphs by FreeType.
 #include "platform/linux/font_glyphs.h"
 
 #include <ft2build.h>
@@ -21,7 +21,7 @@ constexpr char16_t kSymbolPage = 0xF000;
 constexpr size_t kSymbolCount = 0x100;
 constexpr FT_Int32 kAsDesigned = FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP;
 
-// Of a font that tells nothing about itself.
+// For fonts that do not provide the value.
 constexpr double kUsualCapHeight = 0.7;
 constexpr double kUsualAscent = 0.75;
 constexpr double kUsualDescent = -0.2;
@@ -39,18 +39,17 @@ std::shared_ptr<FT_LibraryRec_> SharedLibrary() {
   return library;
 }
 
-// FreeType's own way to read files maps them, and a file that shrinks would then end the process.
+// FreeType would map the file, and a mapped file that shrinks ends the process.
 unsigned long ReadStream(FT_Stream stream, unsigned long offset, unsigned char* buffer, unsigned long count) {
   const auto& file = *static_cast<const FontFile*>(stream->descriptor.pointer);
-  if (count == 0) return offset > file.Size() ? 1 : 0;  // a seek, which answers whether it failed
+  if (count == 0) return offset > file.Size() ? 1 : 0;  // a seek: returns whether it failed
   return file.Read(offset, std::span(buffer, count)) ? count : 0;
 }
 
-// The contours of FreeType's walk along an outline, which ends each of them where it began.
+// Builds contours from FreeType's outline decomposition, which closes each contour.
 class ContourMaker {
  public:
-  // Points between two curves may lie on half units, which the walk has in whole numbers when it counts in
-  // halves.
+  // Implied points may lie on half units; with this shift the decomposition yields half units as integers.
   static constexpr int kShift = 1;
 
   explicit ContourMaker(double unitsPerEm) : scale_(1 / unitsPerEm / (1 << kShift)) {}
@@ -74,7 +73,7 @@ class ContourMaker {
     AddCurve(Point(control1), Point(control2), Point(to));
   }
 
-  // Without contours that are single points, which only serve as anchors.
+  // Drops single-point contours, which only serve as anchors.
   std::vector<GlyphContour> Take() {
     std::erase_if(contours_, [](const GlyphContour& contour) { return contour.size() == 1; });
     return std::move(contours_);
@@ -209,7 +208,7 @@ void FontGlyphs::Measure() {
   const FT_Face face = face_->face;
   if (highest <= 0) highest = face->ascender;
   if (lowest >= 0) lowest = face->descender;
-  // Version 2 of the table brought the height.
+  // sCapHeight exists from version 2 on.
   const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
   const bool isTold = os2 != nullptr && os2->version != 0xFFFF && os2->version >= 2 && os2->sCapHeight > 0 &&
                       os2->sCapHeight < 2 * face->units_per_EM;

@@ -1,4 +1,4 @@
-// The glyphs of one font, read by FreeType without hinting and without scaling.
+// The glyphs of a font, read by FreeType without hinting or scaling.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace hdi {
 
-// Lengths in ems. A font that can't be opened has no characters, and its glyphs have no width and no outline.
+// Lengths are in ems. A font that cannot be opened has no characters, and glyphs without width or outline.
 class FontGlyphs {
  public:
   FontGlyphs(const std::string& path, uint32_t memberIndex);
@@ -18,16 +18,16 @@ class FontGlyphs {
   FontGlyphs& operator=(const FontGlyphs&) = delete;
   ~FontGlyphs();
 
-  // The glyph for a character, 0 (the glyph for missing ones) when there is none. In a font with a Microsoft
-  // symbol map a character below 0x100 also stands for the one at 0xF000 beyond it.
+  // Returns the glyph of a character, or 0, the missing-character glyph. In a font with a Microsoft symbol
+  // map, characters below 0x100 also stand for those from 0xF000.
   [[nodiscard]] uint16_t GlyphOf(char16_t unit) const { return glyphs_[unit]; }
 
   [[nodiscard]] double Advance(uint16_t glyph) const;
   [[nodiscard]] std::vector<GlyphContour> Outline(uint16_t glyph) const;
 
-  // Of the capitals, above the base line.
+  // Height of the capitals above the baseline.
   [[nodiscard]] double CapHeight() const { return capHeight_; }
-  // Of the highest and (negative) the lowest letters.
+  // Of the highest and the (negative) lowest letters.
   [[nodiscard]] double Ascent() const { return ascent_; }
   [[nodiscard]] double Descent() const { return descent_; }
 
@@ -38,9 +38,9 @@ class FontGlyphs {
   void ReadAdvances();
   void Measure();
 
-  std::unique_ptr<Face> face_;  // null when it can't be opened
+  std::unique_ptr<Face> face_;  // null if the font cannot be opened
   std::vector<uint16_t> glyphs_;
-  std::vector<uint16_t> advances_;  // in font units; the last one holds for all glyphs behind it
+  std::vector<uint16_t> advances_;  // in font units; the last one applies to all later glyphs
   double unitsPerEm_ = 1;
   double capHeight_;
   double ascent_;

@@ -1,4 +1,4 @@
-// From a LOGFONTW to a face. What has been found once is kept: a plot asks the same few things over and over.
+// Matches a LOGFONTW to a face. Results are cached: a plot repeats the same few requests.
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
@@ -22,14 +22,14 @@ struct HashRequest {
   }
 };
 
-// What is known about one request.
+// The result for one request.
 struct Selection {
   const SystemFace* face = nullptr;
-  std::vector<const SystemFace*> order;  // every face, best first; empty until it is needed
+  std::vector<const SystemFace*> order;  // all faces, best first; empty until needed
   std::unordered_map<char16_t, const SystemFace*> faceWith;
 };
 
-// The italics of a family go before its weight: whether a face needs to be slanted is asked once a family.
+// Slant ranks before weight: whether a face needs synthetic slant is decided once a family.
 const SystemFace* PickByName(const FontRequest& request) {
   const std::vector<NamedFace>* named = FaceList::Get().Named(request.Name());
   if (named == nullptr || request.nameLength == 0) return nullptr;
@@ -42,7 +42,7 @@ const SystemFace* PickByName(const FontRequest& request) {
       ->face;
 }
 
-// Symbols serve a request for symbols first and others last, as their letters are pictures.
+// Symbol faces come first for symbol requests and last for others, since their letters are pictures.
 std::vector<const SystemFace*> SortFaces(const FontRequest& request) {
   const FaceList& list = FaceList::Get();
   if (list.Faces().empty()) return {};
@@ -61,7 +61,7 @@ const SystemFace* FirstCovering(const FontRequest& request, const std::vector<co
   return covering == order.end() ? nullptr : *covering;
 }
 
-// The family that is named, unless another one covers the character set that is asked for and it does not.
+// Selects the named family, unless only another one covers the requested character set.
 Selection Select(const FontRequest& request) {
   Selection selection;
   selection.face = PickByName(request);
@@ -79,7 +79,7 @@ Selection Select(const FontRequest& request) {
 
 Selection& Selected(const FontRequest& request) {
   static std::unordered_map<FontRequest, Selection, HashRequest> selections;
-  // Most questions repeat the one before.
+  // Most requests repeat the previous one.
   static std::pair<const FontRequest, Selection>* last = nullptr;
   if (last == nullptr || last->first != request) {
     auto found = selections.find(request);

@@ -1,5 +1,5 @@
-// A member of a collection as a font file of its own. OpenType lays both out alike, so the tables are copied
-// as they are and only the directory is new.
+// Extracts a member of a collection as a font file. Both have the same tables; only the directory is
+// rewritten.
 #include <algorithm>
 #include <bit>
 
@@ -11,10 +11,10 @@ namespace {
 constexpr size_t kHeaderSize = 12;
 constexpr size_t kRecordSize = 16;
 constexpr uint32_t kHead = FontTag("head");
-constexpr size_t kChecksumAdjustment = 8;  // place within "head"
+constexpr size_t kChecksumAdjustment = 8;  // offset in "head"
 constexpr uint32_t kChecksumOfFonts = 0xB1B0AFBA;
 
-// Of whole 32-bit numbers; a table that ends within one is padded with zeros.
+// Sums whole 32-bit words; padding bytes of the last one must be included.
 uint32_t Checksum(std::span<const uint8_t> bytes) {
   uint32_t sum = 0;
   for (size_t i = 0; i + 4 <= bytes.size(); i += 4) sum += ReadU32(bytes, i);
@@ -35,7 +35,7 @@ void PutHeader(std::vector<uint8_t>& font, uint32_t version, size_t tableCount) 
 std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member) {
   std::vector<FontTable> tables = member.tables;
   std::erase_if(tables,
-                [](const FontTable& table) { return table.tag == FontTag("DSIG"); });  // signs the whole
+                [](const FontTable& table) { return table.tag == FontTag("DSIG"); });  // signs the whole file
   std::sort(tables.begin(), tables.end(),
             [](const FontTable& a, const FontTable& b) { return a.tag < b.tag; });
   if (tables.empty()) return {};
@@ -46,7 +46,7 @@ std::vector<uint8_t> PlainFont(const FontFile& file, const FontMember& member) {
   for (size_t i = 0; i < tables.size(); ++i) {
     const size_t start = font.size();
     const size_t paddedLength = (size_t{tables[i].length} + 3) / 4 * 4;
-    // Only tables that overlap can make up more than the file and some padding.
+    // Only overlapping tables can exceed the file's size plus padding.
     if (start + paddedLength > 2 * file.Size()) return {};
     font.resize(start + paddedLength);
     const std::span<uint8_t> bytes = std::span(font).subspan(start);

@@ -1,4 +1,4 @@
-// LOGFONTW to fontconfig. The numbers are those of the platform's published headers.
+// Converts LOGFONTW fields to fontconfig. The numbers are those of the platform's published headers.
 #include "platform/linux/font_patterns.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ constexpr int32_t kRegular = 400;
 
 constexpr uint8_t kSymbolCharSet = 2;
 
-// The language whose letters a character set is for. The default one (1) has none: it is the user's own.
+// The language that a character set is for. The default set (1) has none: it follows the user's language.
 struct CharSetLanguage {
   uint8_t charSet;
   const char* language;
@@ -42,7 +42,7 @@ const char* LanguageOf(uint8_t charSet) {
   return nullptr;
 }
 
-// lfPitchAndFamily: the pitch in its two lowest bits, the class of the family in the upper half.
+// lfPitchAndFamily: pitch in the two lowest bits, family class in the upper half.
 enum Pitch : uint8_t { kPitchMask = 3, kFixedPitch = 1, kVariablePitch = 2 };
 enum FamilyClass : uint8_t {
   kFamilyMask = 0xF0,
@@ -53,7 +53,7 @@ enum FamilyClass : uint8_t {
   kDecorative = 0x50
 };
 
-// What stands in for a family that is not there.
+// The substitute for a missing family.
 const char* GenericFamily(uint8_t pitchAndFamily) {
   if ((pitchAndFamily & kPitchMask) == kFixedPitch) return "monospace";
   switch (pitchAndFamily & kFamilyMask) {
@@ -72,7 +72,7 @@ const char* GenericFamily(uint8_t pitchAndFamily) {
 
 const FcChar8* Text(const char* text) { return reinterpret_cast<const FcChar8*>(text); }
 
-// A weak name only counts behind everything else that the request says.
+// A weak name ranks below everything else in the request.
 void AddWeakFamily(FcPattern* pattern, const char* family) {
   FcValue value = {};
   value.type = FcTypeString;
@@ -123,7 +123,7 @@ bool CoversCharacterSet(FcPattern* face, const FontRequest& request) {
   FcLangSet* languages = nullptr;
   if (language == nullptr || FcPatternGetLangSet(face, FC_LANG, 0, &languages) != FcResultMatch) return true;
   const FcLangResult covered = FcLangSetHasLang(languages, Text(language));
-  // A territory means a script of its own here.
+  // Here a territory stands for a different script.
   const bool isExact = std::strchr(language, '-') != nullptr;
   return covered == FcLangEqual || (!isExact && covered != FcLangDifferentLang);
 }

@@ -1,4 +1,4 @@
-// What a LOGFONTW asks for, in fontconfig's terms.
+// Converts a LOGFONTW to a fontconfig pattern.
 #pragma once
 
 #include <fontconfig/fontconfig.h>
@@ -15,17 +15,17 @@ namespace hdi {
 inline constexpr uint8_t kAnsiCharSet = 0;
 inline constexpr uint8_t kDefaultCharSet = 1;
 
-// What of a LOGFONTW decides on the face; equal ones select the same.
+// The fields of a LOGFONTW that select a face; equal requests select the same face.
 struct FontRequest {
   explicit FontRequest(const LOGFONTW& font);
   bool operator==(const FontRequest&) const = default;
 
   [[nodiscard]] std::u16string_view Name() const { return {name.data(), nameLength}; }
   [[nodiscard]] bool AsksForSymbols() const;
-  // Whether the character set is asked for on purpose: ANSI is what a request has that says nothing.
+  // Whether the character set was requested explicitly: ANSI is what unspecific requests have.
   [[nodiscard]] bool AsksForCharSet() const;
 
-  // Ended and filled up by zeros, without the '@' that asks for glyphs turned for vertical lines.
+  // Zero-terminated and zero-padded, without the '@' that requests glyphs for vertical text.
   std::array<char16_t, 32> name = {};
   size_t nameLength = 0;
   int32_t weight;  // above 0
@@ -39,10 +39,10 @@ struct ReleasePattern {
 };
 using OwnedPattern = std::unique_ptr<FcPattern, ReleasePattern>;
 
-// The request as a pattern with the configuration's substitutions. Null when there is no memory for it.
+// Returns the request as a pattern with the configuration's substitutions. Null if out of memory.
 [[nodiscard]] OwnedPattern PatternFor(const FontRequest& request, FcConfig* config);
 
-// Whether the face of that pattern covers the request's character set.
+// Returns whether the face of that pattern covers the request's character set.
 [[nodiscard]] bool CoversCharacterSet(FcPattern* face, const FontRequest& request);
 
 }  // namespace hdi

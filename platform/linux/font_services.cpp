@@ -38,7 +38,7 @@ class SystemFont final : public PlatformFont {
   }
 
   std::optional<int32_t> ItalicAngle() const override {
-    constexpr uint32_t kAngle = 4;  // place in the table "post", in degrees with 16 bits of fraction
+    constexpr uint32_t kAngle = 4;  // offset in "post"; 16.16 degrees
     const FontFile file(face_.Path());
     const FontMember member = Member(file);
     if (member.tables.empty()) return std::nullopt;
@@ -50,7 +50,7 @@ class SystemFont final : public PlatformFont {
   }
 
  private:
-  // Without tables when the file is not the one that was listed.
+  // Without tables if the file is not the one that was listed.
   FontMember Member(const FontFile& file) const {
     if (file.Size() != face_.FileSize()) return {};
     const std::vector<uint32_t> offsets = file.MemberOffsets();

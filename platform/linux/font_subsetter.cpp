@@ -1,6 +1,5 @@
-// The font subsetter on Linux. HarfBuzz cuts the outlines down to the glyphs that are needed and numbers them
-// anew; the other tables are ours, since a reader of PDFs needs little of them, and finds characters by
-// glyph.
+// The font subsetter on Linux. HarfBuzz reduces the outlines to the needed glyphs and renumbers them. The
+// other tables are written here: a PDF reader needs little of them and looks glyphs up by number.
 #include "platform/font_subsetter.h"
 
 #include <algorithm>
@@ -20,7 +19,7 @@ namespace {
 constexpr uint32_t kDone = 0;
 constexpr uint32_t kFailed = 1;
 
-// A table of a font and where it belongs in GlyphTables.
+// A table's tag and its member in GlyphTables.
 struct GlyphTable {
   hb_tag_t tag;
   SfntTable GlyphTables::*table;
@@ -35,7 +34,7 @@ constexpr std::array kGlyphTables = {
     GlyphTable{HB_TAG('g', 'l', 'y', 'f'), &GlyphTables::glyf},
 };
 
-// Null when there is no such face, or not one of TrueType outlines. The face refers to the bytes.
+// Null if there is no such face or it has no TrueType outlines. The face refers to the bytes.
 HarfBuzzFace OpenFace(std::span<const uint8_t> source, bool isCollection, uint16_t index) {
   constexpr size_t kHeaderSize = 12;
   if (source.size() < kHeaderSize) return nullptr;
@@ -47,8 +46,8 @@ HarfBuzzFace OpenFace(std::span<const uint8_t> source, bool isCollection, uint16
   return HarfBuzzFace(hb_face_create(blob.get(), isCollection ? index : 0));
 }
 
-// A face with the tables of glyphs alone, so that HarfBuzz need not look at the others. Null when one of them
-// is missing, or the size of the em is not one that a font may have.
+// Returns a face with only the glyph tables, so that HarfBuzz does not process the others. Null if one of
+// them is missing or the units per em are out of range.
 HarfBuzzFace WithGlyphTablesOnly(hb_face_t* face) {
   HarfBuzzFace glyphFace(hb_face_builder_create());
   for (const GlyphTable& each : kGlyphTables) {
@@ -64,8 +63,8 @@ HarfBuzzFace WithGlyphTablesOnly(hb_face_t* face) {
   return glyphFace;
 }
 
-// Cuts the face down to the characters' glyphs and what those are composed of, and gives the characters the
-// new glyph numbers; those whose glyphs don't exist are taken out. Null when HarfBuzz can't.
+// Reduces the face to the characters' glyphs and their components and renumbers the characters' glyphs.
+// Characters whose glyphs do not exist are removed. Null if HarfBuzz fails.
 HarfBuzzFace SubsetGlyphs(hb_face_t* face, std::vector<MappedCharacter>& characters) {
   const HarfBuzzInput input(hb_subset_input_create_or_fail());
   if (!input) return nullptr;
@@ -85,8 +84,8 @@ HarfBuzzFace SubsetGlyphs(hb_face_t* face, std::vector<MappedCharacter>& charact
   return subset;
 }
 
-// Gives each character a glyph number of its own, behind `glyphCount` for those that share one. The result is
-// the glyphs to copy there.
+// Gives each character a glyph number of its own; characters that share a glyph get numbers from `glyphCount`
+// on. Returns the glyphs to copy there.
 std::vector<uint16_t> MakeGlyphsDistinct(std::vector<MappedCharacter>& characters, size_t glyphCount) {
   std::vector<bool> isTaken(glyphCount);
   std::vector<uint16_t> originals;
@@ -101,7 +100,7 @@ std::vector<uint16_t> MakeGlyphsDistinct(std::vector<MappedCharacter>& character
   return originals;
 }
 
-// The font of these tables, but for empty ones.
+// Makes a font of the tables, leaving out empty ones.
 HarfBuzzBlob Assemble(std::span<const std::pair<hb_tag_t, SfntTable>> tables) {
   const HarfBuzzFace font(hb_face_builder_create());
   for (const auto& [tag, table] : tables) {
@@ -110,7 +109,7 @@ HarfBuzzBlob Assemble(std::span<const std::pair<hb_tag_t, SfntTable>> tables) {
   return HarfBuzzBlob(hb_face_reference_blob(font.get()));
 }
 
-// Null when there is no subset.
+// Null if no subset can be made.
 HarfBuzzBlob MakeSubset(hb_face_t* face, std::span<const uint16_t> codes) {
   const HarfBuzzFace glyphFace = WithGlyphTablesOnly(face);
   std::optional<std::vector<MappedCharacter>> characters = LookUpCharacters(face, codes);
@@ -147,7 +146,7 @@ uint32_t CreateFontPackage(const uint8_t* source, uint32_t sourceSize, uint8_t**
       platform != kSubsetMicrosoftPlatform || encoding != kSubsetAnyEncoding) {
     return kFailed;
   }
-  // Without characters there is nothing to make a subset for.
+  // Without characters there is nothing to subset.
   if (source == nullptr || keepList == nullptr || keepCount == 0) return kFailed;
   const HarfBuzzFace face = OpenFace({source, sourceSize}, isCollection, collectionIndex);
   if (!face) return kFailed;

@@ -1,4 +1,4 @@
-// Copies of glyphs: the tables "glyf", "loca" and "hmtx" written anew, with the counts that depend on them.
+// Rewrites the "glyf", "loca" and "hmtx" tables and the counts that depend on them.
 #include "platform/linux/glyph_copies.h"
 
 #include <algorithm>
@@ -16,11 +16,10 @@ constexpr size_t kHheaMetricCount = 34;
 constexpr size_t kMaxpSize = 6;
 constexpr size_t kMaxpGlyphCount = 4;
 
-// Short offsets count words.
+// Short offsets count 16-bit words.
 constexpr size_t kLargestShortOffset = 0x1FFFE;
 
-// Beyond this a subset is not what the caller is after, but a broken font with a huge glyph copied many
-// times.
+// Larger outlines come from a broken font with a huge glyph copied many times.
 constexpr size_t kLargestOutlines = 1 << 28;
 
 struct Metric {
@@ -40,7 +39,7 @@ SfntTable WriteLoca(const std::vector<size_t>& offsets, bool isLong) {
   return loca;
 }
 
-// Writes the outlines of `glyphs`.
+// Writes the outlines of `glyphs`. Returns false, with the tables unchanged, if one is broken.
 bool WriteOutlines(GlyphTables& tables, const std::vector<uint16_t>& glyphs) {
   const bool wasLong = ReadU16(tables.head, kHeadLocaFormat) != 0;
   const auto offsetOf = [&](size_t glyph) -> size_t {
@@ -58,7 +57,7 @@ bool WriteOutlines(GlyphTables& tables, const std::vector<uint16_t>& glyphs) {
     if (glyf.size() % 2 != 0) glyf.push_back(0);
     offsets.push_back(glyf.size());
   }
-  if (glyf.empty()) glyf.push_back(0);  // readers take a table without bytes for a broken one
+  if (glyf.empty()) glyf.push_back(0);  // readers reject an empty table
 
   const bool isLong = offsets.back() > kLargestShortOffset;
   tables.loca = WriteLoca(offsets, isLong);
@@ -80,7 +79,7 @@ std::optional<std::vector<Metric>> ReadMetrics(const GlyphTables& tables, size_t
   return metrics;
 }
 
-// The last glyphs that are equally wide share one advance.
+// Trailing glyphs of the same width share one advance.
 void WriteMetrics(GlyphTables& tables, const std::vector<Metric>& metrics) {
   size_t full = metrics.size();
   while (full > 1 && metrics[full - 1].advance == metrics[full - 2].advance) --full;

@@ -1,5 +1,5 @@
-// Copies of glyphs within a font. Who reads text back from glyph numbers needs a number for each character,
-// also for characters that look the same, such as the hyphen and the soft hyphen.
+// Duplicates glyphs of a font. Extracting text from glyph numbers requires a glyph for each character, even
+// for characters that look the same, such as the hyphen and the soft hyphen.
 #pragma once
 
 #include <span>
@@ -8,7 +8,7 @@
 
 namespace hdi {
 
-// The tables that know of a font's glyphs.
+// The tables that depend on a font's glyphs.
 struct GlyphTables {
   SfntTable head;
   SfntTable hhea;
@@ -18,8 +18,8 @@ struct GlyphTables {
   SfntTable glyf;
 };
 
-// Appends a glyph with the outline and the metrics of each of `originals`, in their order. False, with the
-// tables as they were, when they are broken or there would be too many glyphs.
+// Appends a copy of each glyph of `originals`, with its outline and metrics. Returns false, with the tables
+// unchanged, if they are broken or there would be too many glyphs.
 [[nodiscard]] bool AppendGlyphCopies(GlyphTables& tables, std::span<const uint16_t> originals);
 
 }  // namespace hdi

@@ -16,7 +16,7 @@ uint8_t* AllocateBlock(size_t size) {
   if (size < kHugePage) return static_cast<uint8_t*>(std::malloc(size));
   const size_t rounded = (size + kHugePage - 1) / kHugePage * kHugePage;
   void* block = std::aligned_alloc(kHugePage, rounded);
-  if (block != nullptr) madvise(block, rounded, MADV_HUGEPAGE);  // a wish: small pages do as well
+  if (block != nullptr) madvise(block, rounded, MADV_HUGEPAGE);  // optional: small pages work as well
   return static_cast<uint8_t*>(block);
 }
 

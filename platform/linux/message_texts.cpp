@@ -32,7 +32,7 @@ std::string LocaleName() {
   return {};
 }
 
-// Takes "zh_TW.UTF-8" and "zh-Hant-TW" alike.
+// Accepts both "zh_TW.UTF-8" and "zh-Hant-TW".
 Language UserLanguage() {
   std::string name = LocaleName();
   name.resize(std::min(name.find_first_of(".@"), name.size()));

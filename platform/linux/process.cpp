@@ -1,4 +1,4 @@
-// Running the desktop's programs.
+// Runs desktop programs.
 #include "platform/linux/process.h"
 
 #include <fcntl.h>
@@ -18,7 +18,7 @@
 namespace hdi {
 namespace {
 
-// The vector that exec takes, pointing into `arguments`.
+// The argument vector for exec, pointing into `arguments`.
 std::vector<char*> ArgumentVector(std::vector<std::string>& arguments) {
   std::vector<char*> vector(arguments.size() + 1, nullptr);
   std::transform(arguments.begin(), arguments.end(), vector.begin(),
@@ -42,15 +42,15 @@ std::string ReadToEnd(int descriptor) {
   return bytes;
 }
 
-// What a host may have had ignored and a program expects as it is at its start.
+// Signals that the host may ignore but that programs expect at their defaults.
 constexpr std::array kSignalsToReset = {SIGPIPE, SIGCHLD, SIGINT, SIGQUIT, SIGHUP, SIGXFSZ};
 
-// Starts the program with its standard output going to `output`. Returns its id or -1.
+// Starts the program with its standard output redirected to `output`. Returns its process id or -1.
 pid_t Spawn(std::vector<std::string>& arguments, int output) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-  // The host's blocked signals are not for the program.
+  // The host's blocked signals must not be inherited.
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
   sigset_t none;
@@ -70,8 +70,8 @@ pid_t Spawn(std::vector<std::string>& arguments, int output) {
   return error == 0 ? child : -1;
 }
 
-// The status that waitpid gives, or nothing when somebody else (a host that ignores SIGCHLD, or that waits
-// for every child) has taken it away.
+// Returns the status from waitpid, or nothing if it was reaped elsewhere: by a host that ignores SIGCHLD or
+// waits for all children.
 std::optional<int> WaitFor(pid_t child) {
   int status = 0;
   while (waitpid(child, &status, 0) < 0) {
@@ -80,7 +80,7 @@ std::optional<int> WaitFor(pid_t child) {
   return status;
 }
 
-// The detached program's side, between fork and exec: nothing here may allocate or take a lock.
+// Runs in the detached program between fork and exec: must not allocate or lock.
 [[noreturn]] void BecomeDetached(char* const* arguments) {
   setsid();
   const int nothing = open("/dev/null", O_RDWR);
@@ -125,8 +125,8 @@ void StartDetached(std::vector<std::string> arguments) {
   const std::vector<char*> vector = ArgumentVector(arguments);
   const pid_t child = fork();
   if (child == 0) {
-    // The child's child goes to the system's first process, and the child is gone at once.
-    // _Fork, since the host's handlers of fork have run once already and may not run here.
+    // The grandchild is adopted by init, and the child exits at once. Uses _Fork because the host's fork
+    // handlers have already run and must not run here.
     if (_Fork() == 0) BecomeDetached(vector.data());
     _exit(0);
   }

@@ -1,4 +1,4 @@
-// Running the desktop's programs, without a shell.
+// Runs desktop programs, without a shell.
 #pragma once
 
 #include <optional>
@@ -7,19 +7,19 @@
 
 namespace hdi {
 
-// The first executable file `name` in the directories of PATH; empty when there is none.
+// Returns the path of the first executable file `name` in the directories of PATH, or an empty string.
 [[nodiscard]] std::string FindProgram(const std::string& name);
 
 struct ProgramResult {
-  bool succeeded;      // ended by itself with status 0
-  std::string output;  // its standard output
+  bool succeeded;      // exited with status 0
+  std::string output;  // standard output
 };
 
-// Runs `arguments`, the program's path first, and waits for its end. Nothing when it could not be started.
+// Runs `arguments`, the program's path first, and waits for it. Returns nothing if it could not be started.
 [[nodiscard]] std::optional<ProgramResult> RunProgram(std::vector<std::string> arguments);
 
-// Starts `arguments` in a session of its own, with nothing on its standard streams, and forgets it: it is no
-// child of this process, so nobody needs to wait for it. A failure is not reported.
+// Starts `arguments` detached, in a session of its own and with its standard streams at /dev/null. It is not
+// a child of this process, so nobody has to wait for it. Failures are not reported.
 void StartDetached(std::vector<std::string> arguments);
 
 }  // namespace hdi

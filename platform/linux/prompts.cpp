@@ -23,7 +23,7 @@ ReplaceAnswer AskReplaceInDialog(const std::string& program) {
                                   "--text=The file exists already. Replace it?", "--ok-label=Replace",
                                   "--cancel-label=Cancel", "--extra-button=" + always});
   if (!result) return ReplaceAnswer::kNo;
-  // An extra button is told by its text and not by the status.
+  // zenity reports an extra button by its text, not by the status.
   if (result->output == always + '\n') return ReplaceAnswer::kYesAlways;
   return result->succeeded ? ReplaceAnswer::kYes : ReplaceAnswer::kNo;
 }
@@ -37,7 +37,7 @@ std::string DialogProgram() {
 std::optional<std::string> AskOnTerminal(const std::string& question) {
   if (isatty(STDIN_FILENO) == 0 || isatty(STDERR_FILENO) == 0) return std::nullopt;
   if (WriteFully(STDERR_FILENO, question.data(), question.size()) != 0) return std::nullopt;
-  // One character at a time, so that what follows the line stays there for the host.
+  // Read byte by byte, so that the input after the line is left for the host.
   std::string line;
   for (;;) {
     char next = 0;

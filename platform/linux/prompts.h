@@ -1,4 +1,4 @@
-// Where a question can be put to the user: a desktop dialog, the terminal, or nowhere.
+// Questions to the user in a desktop dialog or on the terminal.
 #pragma once
 
 #include <optional>
@@ -6,11 +6,11 @@
 
 namespace hdi {
 
-// The path of zenity when there is a display to show it on; empty otherwise.
+// Returns the path of zenity if there is a display to show it on, otherwise an empty string.
 [[nodiscard]] std::string DialogProgram();
 
-// Puts `question` on the terminal and gives the line that is typed, without its end. Nothing when standard
-// input or standard error is no terminal, and at the end of input.
+// Writes `question` to the terminal and returns the line typed in reply. Returns nothing if standard input or
+// standard error is not a terminal, or at the end of input.
 [[nodiscard]] std::optional<std::string> AskOnTerminal(const std::string& question);
 
 enum class ReplaceAnswer { kNo, kYes, kYesAlways };

@@ -1,4 +1,4 @@
-// UTF-16 and UTF-8 on Linux, by ICU.
+// UTF-16 and UTF-8 by ICU.
 #include "platform/unicode.h"
 
 #include <unicode/uchar.h>
@@ -12,7 +12,7 @@ constexpr UChar32 kReplacement = 0xFFFD;
 }  // namespace
 
 std::string ToUtf8(std::u16string_view text) {
-  // A unit takes three bytes at most: a pair of surrogates, two units, takes four.
+  // A unit takes at most three bytes; a surrogate pair takes four.
   std::string bytes(text.size() * 3, '\0');
   int32_t length = 0;
   UErrorCode status = U_ZERO_ERROR;
@@ -23,7 +23,7 @@ std::string ToUtf8(std::u16string_view text) {
 }
 
 std::u16string ToUtf16(std::string_view text) {
-  // No byte, malformed or not, gives more than one unit.
+  // No byte, malformed or not, yields more than one unit.
   std::u16string units(text.size(), u'\0');
   int32_t length = 0;
   UErrorCode status = U_ZERO_ERROR;
@@ -34,7 +34,7 @@ std::u16string ToUtf16(std::string_view text) {
 }
 
 bool SameName(std::u16string_view a, std::u16string_view b) {
-  if (a.empty() || b.empty()) return a.size() == b.size();  // such texts may have no address
+  if (a.empty() || b.empty()) return a.size() == b.size();  // empty views may be null
   UErrorCode status = U_ZERO_ERROR;
   const int32_t order = u_strCaseCompare(a.data(), static_cast<int32_t>(a.size()), b.data(),
                                          static_cast<int32_t>(b.size()), U_FOLD_CASE_DEFAULT, &status);

@@ -16,9 +16,9 @@
 namespace hdi {
 namespace {
 
-// Opens a new file beside `target`, whose name goes to `temporary`. Returns the descriptor or -1.
+// Creates a new file beside `target` and stores its name in `temporary`. Returns the descriptor or -1.
 int OpenBeside(const std::string& target, std::string& temporary) {
-  constexpr int kAttempts = 100;  // only what a crash left behind stands in the way
+  constexpr int kAttempts = 100;  // only files left by crashes are in the way
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     temporary = target + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(attempt);
     const int descriptor = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -48,7 +48,7 @@ LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes) {
 bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes) {
   const std::filesystem::path name = ToUtf8(path);
   std::error_code error;
-  // Through links, so that a link to a settings file stays one.
+  // Resolve links, so that a link to a settings file stays a link.
   std::filesystem::path target = std::filesystem::weakly_canonical(name, error);
   if (error) target = name;
   std::filesystem::create_directories(target.parent_path(), error);

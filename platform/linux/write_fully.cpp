@@ -1,4 +1,4 @@
-// Writing whole blocks to a descriptor.
+// Writes whole blocks to a descriptor.
 #include "platform/linux/write_fully.h"
 
 #include <pthread.h>
@@ -11,8 +11,8 @@
 namespace hdi {
 namespace {
 
-// Holds SIGXFSZ back from this thread: the kernel sends it along with EFBIG, and its default is to end the
-// process, which is the host's and not ours to end.
+// Blocks SIGXFSZ in this thread: the kernel raises it along with EFBIG, and by default it would end the
+// host's process.
 class FileSizeSignalBlock {
  public:
   FileSizeSignalBlock() {
@@ -27,7 +27,7 @@ class FileSizeSignalBlock {
   FileSizeSignalBlock& operator=(const FileSizeSignalBlock&) = delete;
   ~FileSizeSignalBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
-  // Takes away a signal that came while it was held back.
+  // Discards a signal that arrived while blocked.
   void Discard() {
     constexpr timespec kNoWait = {};
     if (!wasPending_) sigtimedwait(&signal_, nullptr, &kNoWait);

@@ -26,7 +26,7 @@ class CompanionModule {
     module_.reset(LoadLibraryW(Wide(path)));
   }
 
-  // Null when the module or the function is missing.
+  // Null if the module or the function is missing.
   template <typename Function>
   [[nodiscard]] Function* Find(const char* name) const {
     if (!module_) return nullptr;
@@ -40,7 +40,7 @@ class CompanionModule {
   std::unique_ptr<std::remove_pointer_t<HMODULE>, Unload> module_;
 };
 
-// The host's window for the length of one call.
+// The host's window for the duration of one call.
 class AttachedWindow {
  public:
   explicit AttachedWindow(void* window) { parent_.window = window; }

@@ -26,8 +26,8 @@ std::optional<std::u16string> AskSavePath(void* parentWindow, const std::u16stri
   dialog.lpstrFilter = L"*.pdf\0*.pdf\0*.*\0*.*\0";
   dialog.lpstrFile = Wide(path.data());
   dialog.nMaxFile = static_cast<DWORD>(path.size());
-  dialog.lpstrDefExt = L"pdf";  // a pattern would be put behind the name as it stands
-  // The system's present dialog. Whether an existing file may be replaced is asked by the companion module.
+  dialog.lpstrDefExt = L"pdf";  // a pattern would be appended literally
+  // The modern dialog. The companion module asks about replacing an existing file.
   dialog.Flags = OFN_HIDEREADONLY | OFN_EXPLORER | OFN_ENABLESIZING;
   if (!GetSaveFileNameW(&dialog)) return std::nullopt;
   path.resize(path.find(u'\0'));
@@ -37,7 +37,7 @@ std::optional<std::u16string> AskSavePath(void* parentWindow, const std::u16stri
 void ShowMessage(const std::u16string& text) {
   const int answer = MessageBoxW(GetActiveWindow(), Wide(text), L"PDF", MB_OK | MB_ICONEXCLAMATION);
   if (answer > 0) return;
-  // There is no desktop to show it on.
+  // There is no desktop.
   std::fprintf(stderr, "%s\n", ToUtf8(text).c_str());
 }
 

@@ -1,4 +1,4 @@
-// The running process on Windows.
+// The process's environment on Windows.
 #include "platform/environment.h"
 
 #include <windows.h>
@@ -14,7 +14,7 @@ std::u16string ProcessFileName() {
     const DWORD length = GetModuleFileNameW(nullptr, Wide(path.data()), size);
     path.resize(length);
     if (length < size) return path;
-    path.resize(size * size_t{2});  // the path was cut
+    path.resize(size * size_t{2});  // the path was truncated
   }
 }
 
@@ -23,7 +23,7 @@ std::u16string EnvironmentVariable(const std::u16string& name) {
   for (;;) {
     const DWORD size = static_cast<DWORD>(value.size());
     const DWORD length = GetEnvironmentVariableW(Wide(name), Wide(value.data()), size);
-    value.resize(length);  // with the terminator when the buffer is too small
+    value.resize(length);  // includes the terminator if the buffer is too small
     if (length == 0 || length < size) return value;
   }
 }

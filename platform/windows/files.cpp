@@ -13,9 +13,9 @@
 namespace hdi {
 namespace {
 
-// Whether a device that takes a stream, as NUL or a pipe, goes by the name.
+// Whether the name refers to a stream device such as NUL or a pipe.
 bool IsStream(const std::u16string& path) {
-  // Asking for no access at all opens a file that somebody else holds without sharing, too.
+  // Without any access rights, this also opens files that another process holds without sharing.
   const HANDLE handle = CreateFileW(Wide(path), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return false;
@@ -24,7 +24,7 @@ bool IsStream(const std::u16string& path) {
   return type == FILE_TYPE_CHAR || type == FILE_TYPE_PIPE;
 }
 
-// A quota that is used up shows as a full disk, too.
+// An exhausted quota is also reported as a full disk.
 bool MeansFull(DWORD error) { return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL; }
 
 }  // namespace
@@ -52,7 +52,7 @@ OutputFile::~OutputFile() { Close(); }
 bool OutputFile::Open(const std::u16string& path) {
   Close();
   path_ = path;
-  constexpr DWORD kExclusive = 0;  // nobody reads or writes the file while it is being made
+  constexpr DWORD kExclusive = 0;  // no other process may access the file while it is written
   const HANDLE handle = CreateFileW(Wide(path), GENERIC_WRITE, kExclusive, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle != INVALID_HANDLE_VALUE) handle_ = handle;

@@ -1,4 +1,4 @@
-// Reading the tables "cmap", "head", "name" and "OS/2".
+// Reads the "cmap", "head", "name" and "OS/2" tables.
 #include "platform/windows/font_face_facts.h"
 
 #include <algorithm>
@@ -21,21 +21,21 @@ struct Style {
   int32_t width;
 };
 
-constexpr int32_t kOrdinaryWidth = 5;  // of usWidthClass, from 1 to 9
+constexpr int32_t kOrdinaryWidth = 5;  // of usWidthClass, 1 to 9
 
 Style ReadStyle(std::span<const uint8_t> head, std::span<const uint8_t> os2) {
   constexpr size_t kMacStyle = 44;
   constexpr size_t kWeightClass = 4;
   constexpr size_t kWidthClass = 6;
   constexpr size_t kSelection = 62;
-  constexpr uint16_t kAbsent = 0xFFFF;  // a version by which a table is told not to be there
+  constexpr uint16_t kAbsent = 0xFFFF;  // a version that marks the table as missing
   const bool isThere = os2.size() >= kSelection + 2 && ReadU16(os2, 0) != kAbsent;
   if (!isThere) {
     const uint16_t style = ReadU16(head, kMacStyle);
     return {(style & 1) != 0 ? FW_BOLD : FW_REGULAR, (style & 2) != 0, kOrdinaryWidth};
   }
   constexpr uint16_t kItalicOrOblique = 1 | 1 << 9;
-  const int32_t weight = std::max<int32_t>(ReadU16(os2, kWeightClass), 1);  // 0 asks for any weight
+  const int32_t weight = std::max<int32_t>(ReadU16(os2, kWeightClass), 1);  // 0 would request any weight
   return {weight, (ReadU16(os2, kSelection) & kItalicOrOblique) != 0, ReadU16(os2, kWidthClass)};
 }
 

@@ -1,4 +1,4 @@
-// What the tables of a font say of it, before it becomes a face.
+// Facts about a font, read from its tables before it becomes a face.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,12 @@
 
 namespace hdi {
 
-// A LOGFONTW has room for so many units of a family's name. Longer names are known by their beginning.
+// Units of a family name that fit a LOGFONTW. Longer names are truncated to this.
 inline constexpr size_t kMaxFamilyUnits = 31;
 
-// Of the table "name", in all languages, the best one for a reader of English first.
+// From the "name" table, in all languages, best for an English reader first.
 struct FontNaming {
-  std::vector<std::u16string> families;  // cut to fit a LOGFONTW
+  std::vector<std::u16string> families;  // truncated to fit a LOGFONTW
   std::vector<std::u16string> fullNames;
   std::u16string style;
 
@@ -28,14 +28,14 @@ struct FontFacts {
   int32_t weight;  // 400 is regular
   bool isItalic;
   int32_t distanceFromOrdinaryWidth;
-  bool isSymbol;  // has a Microsoft symbol map and no other
+  bool isSymbol;  // has a Microsoft symbol map and no Unicode map
 };
 
 // Empty for a font without such a table: GDI's bitmap and stroke fonts.
 [[nodiscard]] FontNaming ReadNaming(const SelectedFont& font);
 
-// Nothing for a font without TrueType outlines, a family or a character map, and for a variable one, whose
-// named instances no file holds.
+// Nothing for a font without TrueType outlines, a family or a character map, and for a variable font, since
+// no file holds the outlines of its named instances.
 [[nodiscard]] std::optional<FontFacts> ReadFacts(const SelectedFont& font);
 
 }  // namespace hdi

@@ -1,5 +1,5 @@
-// The tables "loca", "glyf" and "hmtx" (OpenType, "glyf": simple and composite glyphs). Only the bytes of the
-// glyphs that are asked for are fetched; fonts are other people's data, and every offset is tested.
+// Parses the "loca", "glyf" and "hmtx" tables (OpenType, "glyf": simple and composite glyphs). Only the bytes
+// of the requested glyphs are read. Fonts are untrusted, so every offset is checked.
 #include "platform/windows/font_face_glyph_data.h"
 
 #include <cmath>
@@ -10,7 +10,7 @@
 namespace hdi {
 namespace {
 
-// Reads numbers one after the other. What lies beyond the end reads as 0.
+// Reads consecutive numbers. Bytes beyond the end read as 0.
 class ByteReader {
  public:
   explicit ByteReader(std::span<const uint8_t> bytes) : bytes_(bytes) {}
@@ -22,7 +22,7 @@ class ByteReader {
   double ReadFraction() { return ReadSigned16() / 16384.0; }  // F2DOT14
   void Skip(size_t count) { static_cast<void>(Take(count)); }
 
-  // Whether all that has been read was there.
+  // Whether every read so far was within bounds.
   [[nodiscard]] bool Good() const { return good_; }
 
  private:
@@ -102,7 +102,7 @@ enum ComponentFlag : uint16_t {
 struct Component {
   uint16_t flags;
   uint16_t glyph;
-  int32_t first;  // an offset, or the number of a point of the composite
+  int32_t first;  // an offset, or a point number in the composite
   int32_t second;
   double xx = 1, yx = 0, xy = 0, yy = 1;
 };
@@ -140,7 +140,7 @@ void Move(std::vector<OutlinePoint>& points, double x, double y) {
   }
 }
 
-// Puts the glyph of a component where it belongs in the composite and adds it to that.
+// Transforms the glyph of a component and appends it to the composite.
 void Place(GlyphData added, const Component& part, GlyphData& whole) {
   for (OutlinePoint& point : added.points) {
     point = {point.x * part.xx + point.y * part.xy, point.x * part.yx + point.y * part.yy, point.isOnCurve};
@@ -171,7 +171,7 @@ class GlyphReader {
 
   GlyphData Read(uint16_t index, int depth = 0) {
     constexpr int kDeepest = 8;
-    constexpr int kMost = 1000;  // glyphs in one, for those that are made of each other
+    constexpr int kMost = 1000;  // glyphs in one, limits recursive references
     if (depth > kDeepest || ++count_ > kMost) return {};
     const std::vector<uint8_t> bytes = GlyphBytes(index);
     if (bytes.size() < kHeaderSize) return {};
@@ -201,7 +201,7 @@ class GlyphReader {
     return start < end ? font_.Table(TableTag("glyf"), start, end - start) : std::vector<uint8_t>();
   }
 
-  // Glyphs behind the last advance have their bearings alone.
+  // Glyphs after the last advance have only a bearing.
   [[nodiscard]] double LeftSideBearing(uint16_t glyph) const {
     const DWORD at = glyph < metricCount_ ? 4 * DWORD{glyph} + 2 : 2 * (DWORD{metricCount_} + glyph);
     return static_cast<int16_t>(Number(TableTag("hmtx"), at));

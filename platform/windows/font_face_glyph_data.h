@@ -1,5 +1,5 @@
-// Glyphs as the table "glyf" has them: points of contours, in font units. They are read here and not asked of
-// GetGlyphOutlineW, which not every system has start right on contours that begin with a control point.
+// Glyphs as stored in the "glyf" table: contour points in font units. Not read through GetGlyphOutlineW,
+// which on some systems gives a wrong start for contours that begin with a control point.
 #pragma once
 
 #include <cstddef>
@@ -18,11 +18,11 @@ struct OutlinePoint {
 
 struct GlyphData {
   std::vector<OutlinePoint> points;
-  std::vector<size_t> ends;  // for each contour, one past its last point
-  double origin = 0;         // the x that its left side bearing counts to
+  std::vector<size_t> ends;  // end index of each contour
+  double origin = 0;         // the x from which the left side bearing counts
 };
 
-// Without points for a blank, and for a glyph that can't be read.
+// Without points for a blank and for an unreadable glyph.
 [[nodiscard]] GlyphData ReadGlyphData(const SelectedFont& font, uint16_t glyph);
 
 }  // namespace hdi

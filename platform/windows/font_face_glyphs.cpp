@@ -1,5 +1,4 @@
-// A face's characters, widths and heights. All of them are the font's own numbers, not those that GDI rounds
-// for a size.
+// Characters, widths and heights of a face. All are in the font's own units, not rounded by GDI for a size.
 #include <algorithm>
 #include <numeric>
 
@@ -20,7 +19,7 @@ constexpr size_t kLastPrivatePage = 0xF8;
 
 constexpr size_t kHorizontalHeaderSize = 36;  // of "hhea"
 
-// Of a font that tells nothing about itself.
+// For fonts that do not provide the value.
 constexpr double kUsualCapHeight = 0.7;
 constexpr double kUsualAscent = 0.75;
 constexpr double kUsualDescent = -0.2;
@@ -42,7 +41,7 @@ SystemFace::GlyphPage SystemFace::ReadGlyphs(size_t page) const {
   GlyphPage glyphs = {};
   if (page >= kFirstSurrogate / kPageSize && page <= kLastSurrogate / kPageSize) return glyphs;
   if (facts_.isSymbol) {
-    // GDI also finds symbols for the characters of the system's code page, which differs from place to place.
+    // For characters of the system's code page GDI also finds symbols, which depends on the system.
     if (page == 0) page = kSymbolPage;
     if (page < kFirstPrivatePage || page > kLastPrivatePage) return glyphs;
   }
@@ -58,8 +57,8 @@ SystemFace::GlyphPage SystemFace::ReadGlyphs(size_t page) const {
 }
 
 std::vector<uint16_t> SystemFace::ReadAdvances() const {
-  constexpr size_t kMetricCount = 34;  // place in "hhea"
-  constexpr size_t kMetricSize = 4;    // the advance and the left side bearing
+  constexpr size_t kMetricCount = 34;  // offset in "hhea"
+  constexpr size_t kMetricSize = 4;    // advance and left side bearing
   const SelectedFont font(own_);
   const std::vector<uint8_t> header = font.Table(TableTag("hhea"));
   const std::vector<uint8_t> metrics = font.Table(TableTag("hmtx"));
@@ -88,7 +87,7 @@ const SystemFace::Heights& SystemFace::Measured() const {
 }
 
 SystemFace::Heights SystemFace::Measure() const {
-  constexpr size_t kAscender = 4;  // places in "hhea"
+  constexpr size_t kAscender = 4;  // offsets in "hhea"
   constexpr size_t kDescender = 6;
   VerticalExtent letters;
   const auto measureLetters = [&](char16_t first, char16_t last) {
@@ -114,9 +113,9 @@ SystemFace::Heights SystemFace::Measure() const {
           letters.lowest < 0 ? letters.lowest : kUsualDescent};
 }
 
-// 0 when "OS/2" doesn't tell it, as versions before 2 do not.
+// Returns 0 if "OS/2" does not provide it: sCapHeight exists from version 2 on.
 double SystemFace::CapHeightOfTable() const {
-  constexpr size_t kCapHeight = 88;  // place in "OS/2"
+  constexpr size_t kCapHeight = 88;  // offset in "OS/2"
   const SelectedFont font(own_);
   const std::vector<uint8_t> os2 = font.Table(TableTag("OS/2"));
   if (os2.size() < kCapHeight + 2 || ReadU16(os2, 0) < 2 || ReadU16(os2, 0) == 0xFFFF) return 0;

@@ -1,4 +1,4 @@
-// The module's list of faces.
+// Builds the module's list of faces.
 #include "platform/windows/font_face_list.h"
 
 #include <algorithm>
@@ -14,10 +14,10 @@
 namespace hdi {
 namespace {
 
-// The font as its file has it: neither slanted nor made bolder.
+// Selects the font as its file has it, without synthetic slant or weight.
 ::LOGFONTW OwnFont(const FontFacts& facts, std::u16string_view name) {
   LOGFONTW font = {};
-  font.lfHeight = -1000;  // any: only the tables are read
+  font.lfHeight = -1000;  // any size: only the tables are read
   font.lfWeight = facts.weight;
   font.lfItalic = facts.isItalic ? 1 : 0;
   font.lfCharSet = DEFAULT_CHARSET;
@@ -27,14 +27,14 @@ namespace {
 }
 
 int CALLBACK CollectFont(const ::LOGFONTW* font, const TEXTMETRICW*, DWORD type, LPARAM fonts) {
-  // An '@' marks the glyphs turned for vertical lines.
+  // '@' marks fonts with glyphs rotated for vertical text.
   if ((type & TRUETYPE_FONTTYPE) != 0 && font->lfFaceName[0] != L'@') {
     reinterpret_cast<std::vector<::LOGFONTW>*>(fonts)->push_back(*font);
   }
   return 1;
 }
 
-// Without a name one font of each family and character set, with a name those of the family.
+// Without a name, lists one font of each family and character set; with a name, the fonts of that family.
 std::vector<::LOGFONTW> ListFonts(const wchar_t* family) {
   ::LOGFONTW query = {};
   query.lfCharSet = DEFAULT_CHARSET;
@@ -93,7 +93,7 @@ const SystemFace* FaceList::Mapped(const ::LOGFONTW& font) {
   return known_.back().face.get();
 }
 
-// Null for a font that no LOGFONTW selects as it is.
+// Null for a font that no LOGFONTW selects unmodified.
 std::unique_ptr<SystemFace> FaceList::MakeFace(FontFacts facts) {
   const std::u16string fullName = FreeFullName(facts.names);
   if (fullName.empty()) return nullptr;
@@ -106,7 +106,7 @@ std::unique_ptr<SystemFace> FaceList::MakeFace(FontFacts facts) {
   return nullptr;
 }
 
-// Empty when there is none that no other face has.
+// Empty if every candidate name is taken.
 std::u16string FaceList::FreeFullName(const FontNaming& names) const {
   const std::u16string composed =
       names.style.empty() ? names.families.front() : names.families.front() + u' ' + names.style;

@@ -1,5 +1,5 @@
-// The faces that GDI offers with TrueType outlines. A face is added when GDI's mapper first picks it, or when
-// all of them are asked for.
+// GDI's faces with TrueType outlines. A face is added when GDI's mapper first selects it, or when all are
+// listed.
 #pragma once
 
 #include <windows.h>
@@ -18,19 +18,19 @@
 
 namespace hdi {
 
-// The name, cut to the room for it, in a LOGFONTW.
+// Sets the face name of a LOGFONTW, truncated to fit.
 void PutFaceName(LOGFONTW& font, std::u16string_view name);
 
 class SystemFace final : public FontFace {
  public:
-  // `own` is the font as its file has it.
+  // `own` selects the font exactly as its file has it.
   SystemFace(FontFacts facts, std::u16string fullName, std::u16string selectingName, const ::LOGFONTW& own);
 
   [[nodiscard]] const std::u16string& FullName() const override { return fullName_; }
   [[nodiscard]] const std::u16string& Family() const override { return facts_.names.families.front(); }
   [[nodiscard]] int32_t Weight() const override { return facts_.weight; }
   [[nodiscard]] bool IsItalic() const override { return facts_.isItalic; }
-  // Control characters show nothing, though some fonts have glyphs for them.
+  // Control characters are never visible, even if the font has glyphs for them.
   [[nodiscard]] bool HasCharacter(char16_t unit) const override {
     const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
     return !isControl && GlyphOf(unit) != 0;
@@ -42,13 +42,13 @@ class SystemFace final : public FontFace {
   [[nodiscard]] std::vector<GlyphContour> Outline(char16_t unit) const override;
 
   [[nodiscard]] const FontFacts& Facts() const { return facts_; }
-  // The name in a LOGFONTW by which GDI picks the face: its family's, but where GDI only knows its full name.
+  // The face name by which GDI selects the face: its family's, or its full name if GDI only knows that.
   [[nodiscard]] const std::u16string& SelectingName() const { return selectingName_; }
   // As in TEXTMETRICW.
   [[nodiscard]] uint8_t PitchAndFamily() const { return pitchAndFamily_; }
-  // Whether its characters are those of a Microsoft symbol map.
+  // Whether its characters come from a Microsoft symbol map.
   [[nodiscard]] bool IsSymbol() const { return facts_.isSymbol; }
-  // Whether it goes by that name, of its family or in full, in any language and without regard to case.
+  // Whether it has that family or full name in any language, ignoring case.
   [[nodiscard]] bool IsNamed(std::u16string_view name) const;
 
  private:
@@ -62,8 +62,8 @@ class SystemFace final : public FontFace {
     double descent;
   };
 
-  // 0, the glyph for missing characters, when there is none. In a face of symbols a character below 0x100
-  // also stands for the one at 0xF000 beyond it.
+  // Returns 0, the missing-character glyph, if there is none. In a symbol face, characters below 0x100 also
+  // stand for those from 0xF000.
   [[nodiscard]] uint16_t GlyphOf(char16_t unit) const;
   [[nodiscard]] GlyphPage ReadGlyphs(size_t page) const;
   [[nodiscard]] std::vector<uint16_t> ReadAdvances() const;
@@ -77,9 +77,10 @@ class SystemFace final : public FontFace {
   ::LOGFONTW own_;
   uint8_t pitchAndFamily_;
 
-  // Read at the first question.
+  // Read on first use.
   mutable std::array<std::unique_ptr<GlyphPage>, 0x10000 / kPageSize> glyphs_;
-  mutable std::optional<std::vector<uint16_t>> advances_;  // in font units; the last one holds for all behind
+  mutable std::optional<std::vector<uint16_t>>
+      advances_;  // in font units; the last one applies to all later glyphs
   mutable std::optional<Heights> heights_;
 };
 
@@ -92,16 +93,16 @@ class FaceList {
   FaceList& operator=(const FaceList&) = delete;
   ~FaceList() = default;
 
-  // The face that GDI's mapper picks; null when that has no TrueType outlines.
+  // Returns the face that GDI's mapper selects; null if it has no TrueType outlines.
   [[nodiscard]] const SystemFace* Mapped(const ::LOGFONTW& font);
 
-  // Every face that GDI lists, an ordinary width before a narrow one and then by name.
+  // Returns all faces that GDI lists, normal width before narrow, then by name.
   [[nodiscard]] const std::vector<const SystemFace*>& All();
 
  private:
   struct Known {
     FontNaming names;
-    std::unique_ptr<SystemFace> face;  // null for a font that can't be offered
+    std::unique_ptr<SystemFace> face;  // null for a font that cannot be offered
   };
 
   [[nodiscard]] std::unique_ptr<SystemFace> MakeFace(FontFacts facts);

@@ -1,4 +1,4 @@
-// TrueType's quadratic curves, which leave out the points halfway between two control points, as cubic ones.
+// Converts TrueType's quadratic curves, with their implied on-curve points, to cubic curves.
 #include "platform/windows/font_face_outline.h"
 
 #include <algorithm>
@@ -50,10 +50,10 @@ class ContourMaker {
   }
 
   GlyphContour contour_;
-  std::optional<GlyphPoint> control_;  // that still waits for the end of its curve
+  std::optional<GlyphPoint> control_;  // waiting for the end of its curve
 };
 
-// A contour may begin with a control point: it then starts at its last point, or halfway to that.
+// A contour that starts with a control point starts at its last point, or halfway to it.
 GlyphContour MakeContour(std::span<const OutlinePoint> points, double scale, double origin) {
   const auto placed = [&](const OutlinePoint& point) {
     return GlyphPoint{(point.x - origin) * scale, point.y * scale};
@@ -84,14 +84,15 @@ void Include(VerticalExtent& extent, double y) {
   extent.highest = std::max(extent.highest, y);
 }
 
-// A curve turns where its derivative, p t^2 - 2 q t + r, is 0.
+// Extrema are where the derivative, p t^2 - 2 q t + r, is 0.
 void IncludeCurve(VerticalExtent& extent, double a, double b, double c, double d) {
   Include(extent, d);
   const double r = b - a;
   const double q = 2 * b - a - c;
   const double p = d - a + 3 * (b - c);
   const double root = std::sqrt(q * q - p * r);
-  // Both of these find a root of a curve that is nearly quadratic, for which the usual formula divides by 0.
+  // Both quotients are needed: for a nearly quadratic curve p is close to 0, and the usual formula divides by
+  // it.
   const double sum = q + std::copysign(root, q);
   for (const double t : {sum / p, r / sum}) {
     if (t > 0 && t < 1) Include(extent, At(a, b, c, d, t));
@@ -104,7 +105,7 @@ std::vector<GlyphContour> MakeContours(const GlyphData& glyph, double scale) {
   std::vector<GlyphContour> contours;
   size_t start = 0;
   for (const size_t end : glyph.ends) {
-    // A contour of a single point only serves as an anchor.
+    // Single-point contours only serve as anchors.
     if (end > start + 1) {
       const auto points = std::span(glyph.points).subspan(start, end - start);
       contours.push_back(MakeContour(points, scale, glyph.origin));

@@ -1,4 +1,4 @@
-// Glyphs' contours as curves, and how high these reach.
+// Converts glyph contours to curves and measures their height.
 #pragma once
 
 #include <vector>
@@ -8,7 +8,7 @@
 
 namespace hdi {
 
-// Multiplied by `scale`, and with the glyph's origin at 0.
+// Scales by `scale` and moves the glyph's origin to 0.
 [[nodiscard]] std::vector<GlyphContour> MakeContours(const GlyphData& glyph, double scale);
 
 struct VerticalExtent {
@@ -16,7 +16,7 @@ struct VerticalExtent {
   double highest = 0;
 };
 
-// How far the curves of a glyph go, which is less than their control points; it takes in the base line.
+// Vertical extent of the curves, not their control points; includes the baseline.
 [[nodiscard]] VerticalExtent ExtentOf(const std::vector<GlyphContour>& contours);
 
 }  // namespace hdi

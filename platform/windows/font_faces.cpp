@@ -1,5 +1,5 @@
-// From a LOGFONTW to a face. GDI's mapper decides, as it does when the driver embeds the font. What has been
-// found once is kept: a plot asks the same few things over and over.
+// Matches a LOGFONTW to a face through GDI's mapper, as when the driver embeds the font. Results are cached:
+// a plot repeats the same few requests.
 #include "platform/font_faces.h"
 
 #include <algorithm>
@@ -16,10 +16,10 @@
 namespace hdi {
 namespace {
 
-// What of a LOGFONTW decides on the face; equal ones select the same.
+// The fields of a LOGFONTW that select a face; equal requests select the same face.
 struct FontRequest {
   explicit FontRequest(const LOGFONTW& font) {
-    key.lfHeight = -1000;  // any: outlines are there in all sizes
+    key.lfHeight = -1000;  // any size: outlines scale
     key.lfWeight = font.lfWeight;
     key.lfItalic = font.lfItalic != 0 ? 1 : 0;
     key.lfCharSet = font.lfCharSet;
@@ -34,7 +34,7 @@ struct FontRequest {
   [[nodiscard]] std::string_view Bytes() const { return {reinterpret_cast<const char*>(&key), sizeof(key)}; }
   [[nodiscard]] ::LOGFONTW Gdi() const { return std::bit_cast<::LOGFONTW>(key); }
 
-  LOGFONTW key = {};  // whose name is filled up by zeros
+  LOGFONTW key = {};  // the name is zero-padded
 };
 
 struct HashRequest {
@@ -43,15 +43,15 @@ struct HashRequest {
   }
 };
 
-// What is known about one request.
+// The result for one request.
 struct Selection {
   const SystemFace* face = nullptr;
-  bool isOfMapper = false;               // so that GDI gives the face for the request as it stands
-  std::vector<const SystemFace*> order;  // every face, best first; empty until it is needed
+  bool isOfMapper = false;               // GDI selects the face for the request unmodified
+  std::vector<const SystemFace*> order;  // all faces, best first; empty until needed
   std::unordered_map<char16_t, const SystemFace*> faceWith;
 };
 
-// The character set of the system's own language; the ANSI one where it has none.
+// The character set of the system's language; ANSI if it has none.
 BYTE SystemCharSet() {
   CHARSETINFO info = {};
   const UINT_PTR codePage = GetACP();
@@ -61,7 +61,7 @@ BYTE SystemCharSet() {
   return static_cast<BYTE>(info.ciCharset);
 }
 
-// The faces that GDI's mapper would take for other languages, the system's own one before all others.
+// The faces that GDI's mapper selects for other languages, the system's own first.
 std::vector<const SystemFace*> FacesForLanguages(const FontRequest& request) {
   const BYTE charSets[] = {SystemCharSet(),  ANSI_CHARSET,       EASTEUROPE_CHARSET, RUSSIAN_CHARSET,
                            GREEK_CHARSET,    TURKISH_CHARSET,    BALTIC_CHARSET,     HEBREW_CHARSET,
@@ -77,7 +77,7 @@ std::vector<const SystemFace*> FacesForLanguages(const FontRequest& request) {
   return faces;
 }
 
-// How far a face is from what is asked for and from the face that this gave.
+// Distance of a face from the request and from the face `like` that it selected.
 auto Distance(const SystemFace& face, const FontRequest& request, const SystemFace* like) {
   constexpr uint8_t kPitch = TMPF_FIXED_PITCH;
   constexpr uint8_t kClass = 0xF0;
@@ -89,7 +89,7 @@ auto Distance(const SystemFace& face, const FontRequest& request, const SystemFa
                     std::abs(int64_t{face.Weight()} - weight));
 }
 
-// Symbols serve a request for symbols first and others last, as their letters are pictures.
+// Symbol faces come first for symbol requests and last for others, since their letters are pictures.
 std::vector<const SystemFace*> SortFaces(const FontRequest& request, const SystemFace* like) {
   std::vector<const SystemFace*> rest = FaceList::Get().All();
   std::stable_sort(rest.begin(), rest.end(), [&](const SystemFace* a, const SystemFace* b) {
@@ -119,7 +119,7 @@ Selection Select(const FontRequest& request) {
 
 Selection& Selected(const FontRequest& request) {
   static std::unordered_map<FontRequest, Selection, HashRequest> selections;
-  // Most questions repeat the one before.
+  // Most requests repeat the previous one.
   static std::pair<const FontRequest, Selection>* last = nullptr;
   if (last == nullptr || !(last->first == request)) {
     auto found = selections.find(request);

@@ -1,6 +1,6 @@
 // Font data for the driver, and the interface font, from GDI.
 #include <windows.h>
-// A macro of the header above, which would give our function of that name another one here.
+// A macro of <windows.h> that would rename our function.
 #undef CreateFontIndirect
 
 #include <bit>
@@ -54,7 +54,7 @@ class SystemServices final : public FontServices {
     if (font == nullptr) return std::nullopt;
     ::LOGFONTW record = {};
     GetObjectW(font, sizeof record, &record);
-    DeleteObject(font);  // a stock object stays
+    DeleteObject(font);  // has no effect on a stock object
     return std::bit_cast<LOGFONTW>(record);
   }
 };

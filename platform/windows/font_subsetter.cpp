@@ -1,4 +1,4 @@
-// The font subsetter on Windows, a library of the system that not every system has.
+// The font subsetter on Windows: FontSub.dll, which not every system has.
 #include "platform/font_subsetter.h"
 
 #include <windows.h>

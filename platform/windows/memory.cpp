@@ -1,4 +1,4 @@
-// Large blocks of memory on Windows, where pages of 2 MiB take a privilege that a plotting user lacks.
+// Large blocks of memory on Windows. Huge pages require a privilege that users do not have.
 #include "platform/memory.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
-// The window that the companion module's dialogs lie over. Companion modules built for the platform's
-// application framework take an object of that framework here, which this module can't make, as it is built
-// without it: such a module and this driver are NOT compatible. A companion for this driver takes the record
-// below, and nothing but its fields.
+// The parent window that the companion module's dialogs get. Companion modules built for the platform's
+// application framework expect an object of that framework here, which this module cannot create because it
+// is built without it: such a module is NOT compatible with this driver. A companion for this driver may use
+// only the fields of the record below.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,12 @@ namespace hdi {
 
 inline constexpr uint32_t kParentWindowVersion = 1;
 
-// Made for one call and gone behind it: a companion keeps no pointer to it. `size` grows with later versions,
-// whose further fields follow these.
+// Exists for the duration of one call; a companion must not keep a pointer to it. `size` grows in later
+// versions, which append fields.
 struct ParentWindow {
   uint32_t size = sizeof(ParentWindow);
   uint32_t version = kParentWindowVersion;
-  void* window = nullptr;  // an HWND or null, not the companion's to destroy
+  void* window = nullptr;  // an HWND or null, not owned by the companion
 };
 static_assert(sizeof(ParentWindow) == 16);
 

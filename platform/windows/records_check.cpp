@@ -1,4 +1,4 @@
-// Holds the records that cross the border, and the numbers in them, against the platform's own headers.
+// Checks the records of the border and their constants against the platform's headers.
 #include <windows.h>
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 namespace hdi {
 namespace {
 
-// The same place, the same size, and a sign or none alike. Characters differ in name alone.
+// Same offset, size and signedness. Character types may differ.
 #define HDI_CHECK_MEMBER(record, member)                                 \
   static_assert(offsetof(record, member) == offsetof(::record, member)); \
   static_assert(sizeof(record::member) == sizeof(::record::member));     \
@@ -62,7 +62,7 @@ HDI_CHECK_MEMBER(DEVMODEW, dmPanningWidth);
 HDI_CHECK_MEMBER(DEVMODEW, dmPanningHeight);
 static_assert(kOrientationPortrait == DMORIENT_PORTRAIT && kOrientationLandscape == DMORIENT_LANDSCAPE);
 
-// The settings record begins with the platform's own and goes on where that ends.
+// The settings record starts with the platform's record and continues after it.
 static_assert(offsetof(DriverDevMode, dm) == 0);
 static_assert(offsetof(DriverDevMode, snapshot) == sizeof(::DEVMODEW));
 static_assert(sizeof(DriverDevMode::snapshot) == sizeof(::DEVMODEW));

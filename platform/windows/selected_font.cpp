@@ -1,4 +1,4 @@
-// Selecting a font, and reading its tables.
+// Selects a font and reads its tables.
 #include "platform/windows/selected_font.h"
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 namespace hdi {
 namespace {
 
-// The screen only tells what the device is to be like.
+// The memory device is compatible with the screen.
 HDC MakeMemoryDevice() {
   const HWND desktop = GetDesktopWindow();
   const HDC screen = GetDC(desktop);
@@ -34,7 +34,7 @@ SelectedFont::~SelectedFont() {
 std::vector<uint8_t> SelectedFont::Table(DWORD tag) const { return Table(tag, 0, TableSize(tag)); }
 
 std::vector<uint8_t> SelectedFont::Table(DWORD tag, DWORD offset, DWORD length) const {
-  // Offsets and lengths come from fonts, and a table has no more bytes than it has.
+  // Offsets and lengths come from the font; clamp them to the table.
   const DWORD size = TableSize(tag);
   if (offset >= size) return {};
   std::vector<uint8_t> bytes(std::min(length, size - offset));

@@ -1,5 +1,5 @@
-// A font of GDI, for as long as it is read. Neither font nor device outlives the reading: a process has few
-// handles of GDI, and a device dies with the thread that made it.
+// A GDI font, open only while it is read: GDI handles are scarce in a process, and a device dies with the
+// thread that created it.
 #pragma once
 
 #include <windows.h>
@@ -9,14 +9,14 @@
 
 namespace hdi {
 
-// A tag as GetFontData takes it: the letters in file order, read as little-endian.
+// A tag for GetFontData: four letters in file order, read as little-endian.
 [[nodiscard]] constexpr DWORD TableTag(const char (&letters)[5]) {
   DWORD tag = 0;
   for (int i = 3; i >= 0; --i) tag = tag << 8 | static_cast<uint8_t>(letters[i]);
   return tag;
 }
 
-// A LOGFONTW made into a font and selected into a memory device of its own.
+// A LOGFONTW made into a font and selected into its own memory device.
 class SelectedFont {
  public:
   explicit SelectedFont(const ::LOGFONTW& font);
@@ -24,15 +24,15 @@ class SelectedFont {
   SelectedFont& operator=(const SelectedFont&) = delete;
   ~SelectedFont();
 
-  // False when GDI has no room for the font. It then has no tables.
+  // False if GDI could not create the font, which then has no tables.
   [[nodiscard]] bool IsMade() const { return font_ != nullptr; }
   [[nodiscard]] HDC Device() const { return device_; }
 
-  // Empty when the font has no such table.
+  // Empty if the font has no such table.
   [[nodiscard]] std::vector<uint8_t> Table(DWORD tag) const;
-  // So many bytes of a table; fewer or none when it ends before.
+  // Part of a table; shorter or empty if the table ends before.
   [[nodiscard]] std::vector<uint8_t> Table(DWORD tag, DWORD offset, DWORD length) const;
-  // 0 when there is no such table.
+  // 0 if there is no such table.
   [[nodiscard]] DWORD TableSize(DWORD tag) const;
 
  private:

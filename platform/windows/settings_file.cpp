@@ -11,9 +11,9 @@
 namespace hdi {
 namespace {
 
-constexpr size_t kBufferSize = 256;  // units of a value, the terminator among them
+constexpr size_t kBufferSize = 256;  // units of a value, including the terminator
 
-// Whether the form can hold them, so that the file is left alone otherwise.
+// Whether the format can represent them. If not, the file is not touched.
 bool FitsForm(const std::u16string& section, const std::u16string& key, const std::u16string& value) {
   constexpr const char16_t* kLineBreaks = u"\r\n";
   const bool broken = section.find_first_of(kLineBreaks) != section.npos ||
@@ -23,7 +23,7 @@ bool FitsForm(const std::u16string& section, const std::u16string& key, const st
   return !broken && !keyIsOther;
 }
 
-// The value as it has to stand in the file: one that begins or ends with what reading drops goes in quotes.
+// Returns the value as written: quoted if it starts or ends with characters that reading drops.
 std::u16string Quoted(const std::u16string& value) {
   constexpr std::u16string_view kDropped = u" \t\"'";
   const bool needed = !value.empty() && (kDropped.find(value.front()) != kDropped.npos ||
@@ -47,12 +47,12 @@ bool WriteSetting(const std::u16string& section, const std::u16string& key, cons
   std::error_code error;
   std::filesystem::create_directories(std::filesystem::path(Wide(file)).parent_path(), error);
   if (!WritePrivateProfileStringW(Wide(section), Wide(key), Wide(Quoted(value)), Wide(file))) return false;
-  // A file in the system's code page may have no room for one of its characters.
+  // A file in the system's code page may not be able to represent a character.
   return ReadSetting(section, key, u"", file) == value.substr(0, kBufferSize - 1);
 }
 
 std::vector<std::u16string> SettingSections(const std::u16string& file) {
-  // Names, each with its terminator, and one terminator more; two units short of the size when they are cut.
+  // Zero-terminated names and a final terminator. A truncated list ends two units before the buffer's end.
   std::u16string list(4096, u'\0');
   for (;;) {
     const DWORD size = static_cast<DWORD>(list.size());

@@ -1,4 +1,4 @@
-# The seams on Windows.
+# platform/ on Windows.
 target_sources(hdi_profile PRIVATE
   windows/environment.cpp
   windows/settings_file.cpp

@@ -8,7 +8,7 @@
 namespace hdi {
 
 std::string ToUtf8(std::u16string_view text) {
-  // A unit takes three bytes at most: a pair of surrogates, two units, takes four.
+  // A unit takes at most three bytes; a surrogate pair takes four.
   std::string bytes(text.size() * 3, '\0');
   const int length = WideCharToMultiByte(CP_UTF8, 0, Wide(text.data()), static_cast<int>(text.size()),
                                          bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
@@ -17,7 +17,7 @@ std::string ToUtf8(std::u16string_view text) {
 }
 
 std::u16string ToUtf16(std::string_view text) {
-  // No byte, malformed or not, gives more than one unit.
+  // No byte, malformed or not, yields more than one unit.
   std::u16string units(text.size(), u'\0');
   const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
                                          Wide(units.data()), static_cast<int>(units.size()));

@@ -18,7 +18,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<void, CloseFile>;
 
-// Null when it can't be opened; GetLastError tells why.
+// Null if the file cannot be opened; see GetLastError.
 File OpenFileAt(const std::u16string& path, DWORD access, DWORD share, DWORD disposition) {
   const HANDLE handle =
       CreateFileW(Wide(path), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -31,16 +31,17 @@ bool MeansMissing(DWORD error) {
     case ERROR_PATH_NOT_FOUND:
     case ERROR_BAD_PATHNAME:
     case ERROR_DIRECTORY:
-    case ERROR_INVALID_NAME:  // a second drive letter within the path, as in a whole path put behind another
+    case ERROR_INVALID_NAME:  // a second drive letter within the path, as when an absolute path is appended
+                              // to another
       return true;
     default:
       return false;
   }
 }
 
-// Opens a new file beside `target`, whose name goes to `temporary`.
+// Creates a new file beside `target` and stores its name in `temporary`.
 File OpenBeside(const std::u16string& target, std::u16string& temporary) {
-  constexpr int kAttempts = 100;  // only what a crash left behind stands in the way
+  constexpr int kAttempts = 100;  // only files left by crashes are in the way
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     const std::wstring suffix =
         L".tmp" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt);
@@ -59,7 +60,7 @@ bool IsDirectory(const std::u16string& path) {
 }  // namespace
 
 LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes) {
-  // Whoever replaces the file meanwhile is not to be stopped by us.
+  // Do not prevent others from replacing the file meanwhile.
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const File file = OpenFileAt(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
   if (!file) return MeansMissing(GetLastError()) ? LoadResult::kMissing : LoadResult::kUnreadable;
@@ -84,7 +85,7 @@ bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes) {
   bool done = WriteFully(file.get(), bytes.data(), bytes.size()) == ERROR_SUCCESS &&
               FlushFileBuffers(file.get()) != 0;
   file.reset();
-  // The first keeps the old file's attributes and permissions, and needs an old file.
+  // ReplaceFileW keeps the old file's attributes and permissions, but requires one.
   done = done &&
          (ReplaceFileW(Wide(path), Wide(temporary), nullptr, 0, nullptr, nullptr) != 0 ||
           MoveFileExW(Wide(temporary), Wide(path), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0);

@@ -1,4 +1,4 @@
-// The platform's wide characters and ours: both are 16-bit units, under two names.
+// Converts between wchar_t and char16_t, which are both 16-bit units on this platform.
 #pragma once
 
 #include <string>

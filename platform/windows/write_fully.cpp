@@ -1,4 +1,4 @@
-// Writing whole blocks to a file.
+// Writes whole blocks to a file.
 #include "platform/windows/write_fully.h"
 
 #include <algorithm>

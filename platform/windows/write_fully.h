@@ -1,4 +1,4 @@
-// Writing whole blocks to a file, for output and settings files alike.
+// Writes whole blocks to a file.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +7,8 @@
 
 namespace hdi {
 
-// Writes `size` bytes in as many parts as that takes. Returns 0, or the error of the part that failed; what
-// came before it has been written. A part of which nothing fits counts as a full disk.
+// Writes `size` bytes in as many parts as needed. Returns 0, or the error of the part that failed; what
+// preceded it has been written. A part of which nothing fits counts as a full disk.
 [[nodiscard]] DWORD WriteFully(HANDLE file, const void* data, size_t size);
 
 }  // namespace hdi
