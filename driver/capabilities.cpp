@@ -1,4 +1,4 @@
-// There is no device context behind the driver; every answer comes from its record.
+// Answers come from the driver's record: there is no device context.
 #include "driver/capabilities.h"
 
 #include <cstring>
@@ -31,7 +31,7 @@ enum CapsIndex : uint32_t {
   kPhysicalOffsetY = 113,
 };
 
-// Products are those of 32-bit integers, which wrap.
+// Products are 32-bit integers and wrap.
 int32_t ToDots(int32_t tenths, int32_t dotsPerInch) {
   const uint32_t product = static_cast<uint32_t>(tenths) * static_cast<uint32_t>(dotsPerInch);
   return static_cast<int32_t>(product) / kTenthsPerInch;

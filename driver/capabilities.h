@@ -1,4 +1,4 @@
-// The device as the host lays a drawing out on it.
+// Device capabilities, by which the host lays out a drawing.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace hdi {
 
-// A capability of the device, computed from the driver's record: indexes as GetDeviceCaps has them, and the
-// host's own from 175 on; 0 for what it does not know.
+// Returns a capability computed from the driver's record: GetDeviceCaps indexes, and the host's own from 175;
+// 0 if unknown.
 uint32_t DevGetCaps(HostDevice* device, int32_t index);
 
 }  // namespace hdi

@@ -1,4 +1,4 @@
-// From a word to a value.
+// Reads the compression setting.
 #include "driver/compression_setting.h"
 
 #include "platform/environment.h"

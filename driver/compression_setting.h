@@ -1,4 +1,4 @@
-// How the user wants streams compressed.
+// The user's compression setting.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace hdi {
 
-// What the environment variable HDI_COMPRESSION says, or else the key "Compression" in `section` of `file`:
-// "fast", "normal" or "small". Any other word, and none, is "normal".
+// Returns the compression named by the environment variable HDI_COMPRESSION, or else by the key "Compression"
+// in `section` of `file`: "fast", "normal" or "small". Anything else is "normal".
 [[nodiscard]] engine::Compression CompressionSetting(const std::u16string& section,
                                                      const std::u16string& file);
 

@@ -1,4 +1,4 @@
-// From the process's file to a name.
+// Derives the application's name from the process's file.
 #include "driver/creator.h"
 
 #include "platform/environment.h"

@@ -1,4 +1,4 @@
-// The name of the application that plots.
+// The name of the plotting application.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 namespace hdi {
 
-// The running process's name, as the document's "Creator".
+// Returns the name of the running process, for the document's "Creator".
 [[nodiscard]] std::u16string CreatorName();
 
-// The same for the process's file `path`: on Windows the text between the last backslash and the last dot,
-// "CAD" when either is missing, and empty when they come the other way round; elsewhere the base name without
+// Returns the name for a process's file `path`: on Windows the text between the last backslash and the last
+// dot, "CAD" if either is missing, and empty if they are in reverse order; elsewhere the base name without
 // its last extension, "CAD" for an empty path.
 [[nodiscard]] std::u16string CreatorOf(std::u16string_view path);
 

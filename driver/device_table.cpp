@@ -1,4 +1,4 @@
-// Opening and closing a device: the table of entry points that the host plots through.
+// Opens and closes a device: fills the table of entry points.
 #include <algorithm>
 
 #include "driver/capabilities.h"
@@ -14,7 +14,7 @@ void Set(DeviceTable& table, Position position, Function* function) {
   table.positions[static_cast<size_t>(position)] = reinterpret_cast<DeviceTable::Entry>(function);
 }
 
-// A position without an entry stays null: the device has no such operation.
+// Positions without an entry stay null: the device lacks that operation.
 void FillTable(DeviceTable& table) {
   Set<entry::Open>(table, Position::kOpen, DevOpen);
   Set<entry::Close>(table, Position::kClose, DevClose);

@@ -1,4 +1,4 @@
-// The entries between the host's DevOpen and DevClose that do not draw.
+// The entries from DevOpen to DevClose that do not draw.
 #include "driver/job.h"
 
 #include <memory>
@@ -16,7 +16,7 @@
 namespace hdi {
 namespace {
 
-// The page writer as recording knows it.
+// The page writer behind the interface for recording.
 class JobWriter final : public RecordedWriter {
  public:
   void SetLineWidth(float width) override { pageWriter.SetLineWidth(width); }
@@ -27,8 +27,8 @@ class JobWriter final : public RecordedWriter {
 
 JobWriter* WriterOf(const PlotJob& job) { return static_cast<JobWriter*>(job.pageWriter); }
 
-// The job names its writer until the writer has closed everything: a host whose message loop runs meanwhile
-// sees it.
+// The job refers to its writer until the writer has closed everything: a host whose message loop runs
+// meanwhile can see it.
 struct ReleaseWriter {
   PlotJob* job;
   void operator()(JobWriter* writer) const {
@@ -125,7 +125,7 @@ int32_t DevFinish(HostDevice** deviceField) {
   PlotJob* job = JobWithWriter(device);
   if (job == nullptr || device->started == 0) return 1;
   {
-    // Whatever the saving throws, the writer closes its document, the engine and the file.
+    // If Save throws, the writer still closes its document, the engine and the file.
     const OwnedWriter writer(WriterOf(*job), {job});
     writer->pageWriter.Save();
   }

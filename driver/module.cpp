@@ -1,4 +1,4 @@
-// The module: its one exported function, and the objects that exist from load to unload.
+// The module's exported function, and the objects that live from load to unload.
 #include <cstdint>
 #include <map>
 #include <string>
@@ -13,7 +13,7 @@
 namespace hdi {
 namespace {
 
-// An arena's time in the module: a first chunk at load, and at unload whatever no device close has released.
+// Allocates an arena's first chunk at load and frees what no device close has released at unload.
 class ArenaLifetime {
  public:
   explicit ArenaLifetime(CommandArena& arena) : arena_(arena) { arena_.AddChunk(CommandArena::kChunkSize); }
@@ -25,8 +25,8 @@ class ArenaLifetime {
   CommandArena& arena_;
 };
 
-// Made at load in this order and destroyed at unload in the reverse one. The map does not own the drivers, is
-// filled and never asked; a released driver's entry stays behind.
+// Constructed at load in this order and destroyed at unload in reverse. The map does not own the drivers; it
+// is filled but never read, and keeps the entries of released drivers.
 struct ModuleObjects {
   std::map<std::u16string, CPDFDriver*> driverMap;
   ArenaLifetime sideLifetime{sideArena};
@@ -35,7 +35,8 @@ struct ModuleObjects {
 
 ModuleObjects moduleObjects;
 
-// The name behind `name` in a list of zero-terminated names that ends with an empty one; null at the end.
+// Returns the name after `name` in a list of zero-terminated names that ends with an empty one; null at the
+// end.
 const char16_t* NextName(const char16_t* name) {
   if (name == nullptr || *name == 0) return nullptr;
   while (*name != 0) ++name;
@@ -50,15 +51,15 @@ void CreateDrivers(HostDriverList& list) {
   std::vector<char16_t> names(static_cast<size_t>(needed));
   HT_ListCloseDriver(names.data(), needed, listFile.c_str());
 
-  // The first name is no device.
+  // The first name is not a device.
   for (const char16_t* name = NextName(names.data()); name != nullptr; name = NextName(name)) {
-    auto* driver = new CPDFDriver(listFile, name);  // the host's, until it hands it back
+    auto* driver = new CPDFDriver(listFile, name);  // owned by the host until it hands it back
     list.AddDriver(driver);
     moduleObjects.driverMap[driver->GetName()] = driver;
   }
 }
 
-// The host gets the pointer back behind the driver's end, as a key.
+// The host gets the dangling pointer back as a key.
 void ReleaseDriver(const DriverRelease& release) {
   constexpr uint32_t kRunDestructorAndFree = 1;
   if (release.driver != nullptr) release.driver->Destroy(kRunDestructorAndFree);
@@ -74,9 +75,9 @@ void ReleaseDriver(const DriverRelease& release) {
 #define HDI_MODULE_EXPORT __attribute__((visibility("default")))
 #endif
 
-// kCreateDrivers: makes one driver for each device of the list file and hands it to the HostDriverList
-// `context`. kReleaseDriver: destroys the driver of the DriverRelease `context`. Both give 0 for a null
-// context; everything else gives 1.
+// kCreateDrivers creates a driver for each device of the list file and passes it to the HostDriverList
+// `context`. kReleaseDriver destroys the driver of the DriverRelease `context`. Both return 0 for a null
+// context; everything else returns 1.
 extern "C" HDI_MODULE_EXPORT int64_t IT_Driver(uint64_t code, void* context) {
   if (code != hdi::kCreateDrivers && code != hdi::kReleaseDriver) return 1;
   if (context == nullptr) return 0;

@@ -1,4 +1,4 @@
-// The rules and the questions that settle an output path.
+// Output path rules and questions to the user.
 #include "driver/output_path.h"
 
 #include <algorithm>
@@ -27,13 +27,13 @@ bool HasPdfExtension(std::u16string_view path) {
          EqualWithoutCase(path.substr(path.size() - kExtension.size()), kExtension);
 }
 
-// Whether the existing file may be replaced; the user may choose not to be asked again.
+// Asks whether the existing file may be replaced; the user may choose not to be asked again.
 bool MayReplace(void* parentWindow, CPDFDriver& driver) {
   int32_t noHint = driver.SaveNotHint();
   if (!AskReplaceExisting(parentWindow, noHint)) return false;
   driver.SetSaveNotHint(noHint);
-  // Written to the user's file and read from the device's section elsewhere: the choice lasts as long as the
-  // driver.
+  // Written to the user's file but read from the device's section of another: the choice lasts only as long
+  // as the driver.
   WriteSetting(u"PDFBase", u"PDFSaveNotHint", noHint != 0 ? u"1" : u"0", UserSettingsFile());
   return true;
 }

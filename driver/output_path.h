@@ -1,4 +1,4 @@
-// Where a job's output goes.
+// Determines a job's output path.
 #pragma once
 
 #include <cstdint>
@@ -12,17 +12,17 @@
 namespace hdi {
 
 enum class OutputChoice : uint8_t {
-  kNone,     // the user gave up, or would not have the file replaced: there is no job
-  kSettled,  // the job's outputPath is the file to write
+  kNone,     // no job: the user cancelled or declined to replace the file
+  kSettled,  // the job's outputPath is set
 };
 
-// Settles the job's outputPath from the document's output: none takes the device's default output as it
-// stands, a path gets ".pdf" unless it ends so, "FILE:" asks the user.
+// Sets the job's outputPath from the document's output: without one, the device's default output as it is;
+// for a path, that path with ".pdf" appended unless present; for "FILE:", the user's answer.
 [[nodiscard]] OutputChoice SettleOutputPath(const HostDevice& device, const DOCINFOW* docInfo,
                                             CPDFDriver& driver, PlotJob& job);
 
-// The file name that the save dialog offers for a document: its name without directories and without what
-// follows the last dot, "Drawing1" when nothing is left, and ".pdf". A name without a dot leaves nothing.
+// Returns the file name to propose for a document: its name without directories and without everything from
+// the last dot on, or "Drawing1" if nothing is left, with ".pdf". A name without a dot leaves nothing.
 [[nodiscard]] std::u16string ProposedFileName(std::u16string_view documentName);
 
 }  // namespace hdi

@@ -1,5 +1,5 @@
-// The driver's paper: operations of the host's library on the device's paper file, the custom paper, and the
-// one place where a choice of paper becomes the sheet's size and margins.
+// The driver's paper: the host library's operations on the device's paper file, the custom paper, and the
+// only place where a paper becomes the sheet's size and margins.
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -13,7 +13,7 @@
 namespace hdi {
 namespace {
 
-// Capabilities that are the host's own.
+// The host's own capabilities.
 constexpr uint16_t kCapabilityPapers = 19;
 constexpr uint16_t kCapabilitySettings = 20;
 constexpr uint16_t kCapabilitySupported = 21;
@@ -69,9 +69,8 @@ void CPDFDriver::NormalizeDevMode(DriverDevMode* record) {
 
   const int16_t paperId = record->dm.dmPaperSize;
   if (paperId == 0) {
-    // The custom paper's margins go in turned by a quarter turn, whatever the orientation, while its width
-    // and height do not: hosts hand them over that way. The snapshot is left alone, so that this happens each
-    // time.
+    // Hosts pass the custom paper's margins rotated by a quarter turn, whatever the orientation, but not its
+    // width and height. The snapshot is not updated, so this applies every time.
     record->paperWidth = customPaper_.width;
     record->paperHeight = customPaper_.height;
     SetMargins(*record, customPaper_, Turn::kQuarter);

@@ -1,4 +1,4 @@
-// The driver object: identity, settings and options. Paper stands in driver/paper.cpp, the device table in
+// The driver object: identity, settings and options. Paper is in driver/paper.cpp, the device table in
 // driver/device_table.cpp.
 #include "driver/pdf_driver.h"
 
@@ -20,8 +20,8 @@ constexpr uint32_t kOptionLayers = 180;
 constexpr uint32_t kOptionOpenAfterPlot = 189;
 constexpr uint32_t kFreeObject = 1;
 
-// The record in a global memory block, locked; null when the block can't be locked or holds another driver's
-// record. In the second case the block stays locked, on which hosts rely.
+// Locks the record in a global memory block. Returns null if the block cannot be locked or holds another
+// driver's record; in the second case the block stays locked, which hosts rely on.
 DriverDevMode* LockMatchingRecord(void* globalHandle, const DriverDevMode& own) {
   auto* record = static_cast<DriverDevMode*>(GlobalLock(globalHandle));
   if (record == nullptr || record->dm.dmDriverExtra != own.dm.dmDriverExtra) return nullptr;
@@ -35,8 +35,8 @@ CPDFDriver::CPDFDriver(const std::u16string& iniFile, const std::u16string& sect
   const std::u16string privateFile = ReadSetting(section, u"PrivateFile", u"", iniFile);
   settingsFile_ = privateFile.empty() ? iniFile : InApplicationDirectory(privateFile);
   settingsSection_ = privateFile.empty() ? section : u"General";
-  // Two defaults here are whole paths in places where they make no sense: a missing "PaperFile" gives a path
-  // that names no file, and a missing "PDFSaveNotHint" a text that counts as 0 unless it begins with digits.
+  // Two defaults are full paths where they make no sense: a missing "PaperFile" results in a path to no file,
+  // and a missing "PDFSaveNotHint" in a text that counts as 0 unless it starts with digits.
   paperFile_ =
       InUserDirectory(ReadSetting(section, u"PaperFile", InApplicationDirectory(u"PDF.ini"), iniFile));
   saveNotHint_ = SettingToInt(ReadSetting(section, u"PDFSaveNotHint", UserSettingsFile(), iniFile));

@@ -1,5 +1,5 @@
-// CPDFDriver: one configured PDF device, as the host knows it. It carries the device's settings and the table
-// of entry points through which the host plots.
+// CPDFDriver: a configured PDF device. Holds the device's settings and the table of entry points through
+// which the host plots.
 #pragma once
 
 #include <cstdint>
@@ -10,17 +10,17 @@
 
 namespace hdi {
 
-// Not final: the driver calls its own slots through the table of virtual operations, which a host may have
-// patched, and a compiler would call the operations of a final class directly.
+// Not final: the driver calls its own virtual operations through the table, which a host may have patched;
+// for a final class the compiler would call them directly.
 class CPDFDriver : public HT_Driver {
  public:
-  // A device whose settings stand in `section` of `iniFile`. Its record holds the defaults.
+  // A device with its settings in `section` of `iniFile`. The record holds the defaults.
   CPDFDriver(const std::u16string& iniFile, const std::u16string& section);
-  // For a host that makes a driver by name: no settings are read.
+  // For hosts that create a driver by name. Reads no settings.
   explicit CPDFDriver(std::u16string name);
   CPDFDriver(const CPDFDriver&) = delete;
   CPDFDriver& operator=(const CPDFDriver&) = delete;
-  // Frees the default record's block. An open device is not closed.
+  // Frees the default record's block. Does not close an open device.
   ~CPDFDriver();
 
   int32_t QueryInterface(const GUID& iid, HT_Driver** out) override;
@@ -51,12 +51,11 @@ class CPDFDriver : public HT_Driver {
   DriverDevMode* GetDevModePointer() override;
   HT_Driver* Destroy(uint32_t flags) override;
 
-  // For the job's frame.
-  // What the device's section of the settings file asks for.
+  // For driver/job.cpp. StreamCompression reads the device's section of the settings file.
   [[nodiscard]] engine::Compression StreamCompression() const;
   [[nodiscard]] int32_t SaveNotHint() const { return saveNotHint_; }
   void SetSaveNotHint(int32_t value) { saveNotHint_ = value; }
-  // The device as entries that take the address of this field expect it.
+  // The address of the device field, for entries that take it.
   [[nodiscard]] HostDevice** DeviceField() { return &device_; }
 
  private:

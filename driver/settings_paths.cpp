@@ -7,7 +7,7 @@
 namespace hdi {
 namespace {
 
-// A path that the host can't tell counts as empty.
+// An unknown path counts as empty.
 std::u16string OrEmpty(const char16_t* path) { return path == nullptr ? std::u16string() : path; }
 
 }  // namespace

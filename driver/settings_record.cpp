@@ -1,4 +1,4 @@
-// The default values, one by one.
+// The default settings.
 #include "driver/settings_record.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@ namespace hdi {
 namespace {
 
 constexpr std::u16string_view kDeviceName = u"PDF";
-// A4 upright with the margins that the host's list gives it, in tenths of a millimetre.
+// A4 portrait with the margins of the host's list, in tenths of a millimetre.
 constexpr int16_t kPaperA4 = 9;
 constexpr int16_t kWidth = 2100;
 constexpr int16_t kHeight = 2970;

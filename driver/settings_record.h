@@ -1,11 +1,11 @@
-// Defaults of the settings record. They live in the code: a missing file or key never fails.
+// Defaults of the settings record. They are built in, so a missing file or key is never an error.
 #pragma once
 
 #include "platform/border.h"
 
 namespace hdi {
 
-// The record of a fresh device: A4 upright at 600 dots per inch, no background, layers and links on, the
+// Returns the record of a new device: A4 portrait at 600 dots per inch, no background, layers, links and the
 // viewer on.
 [[nodiscard]] DriverDevMode DefaultDevMode();
 

@@ -1,16 +1,16 @@
-// Elliptic arcs and the cubic curves that follow them.
+// Elliptic arcs and their approximation by cubic curves.
 //
-// How finely an arc is cut. A piece of span h of the unit circle is drawn as the cubic whose ends lie on the
-// circle, whose end tangents are the circle's, and whose inner control points stand k = 4/3 tan(h/4) along
-// them. Such a curve touches the circle at both ends and in the middle and lies outside it in between. With
-// s = sin(h/4) and c = cos(h/4) the square of its distance from the centre is at most 1 + 4/27 s^6 / c^2, and
-// so, as sqrt(1 + e) <= 1 + e/2, the curve is never further from the circle than
+// Number of curves: a piece of span h of the unit circle is drawn as the cubic whose end points lie on the
+// circle, whose end tangents are the circle's, and whose control points are at distance k = 4/3 tan(h/4)
+// along them. Such a curve touches the circle at both ends and in the middle and lies outside it in between.
+// With s = sin(h/4) and c = cos(h/4), the square of its distance from the centre is at most 1 + 4/27 s^6 /
+// c^2; since sqrt(1 + e) <= 1 + e/2, the curve deviates from the circle by at most
 //
 //     d(h) = 2/27 sin^6(h/4) / cos^2(h/4),
 //
-// which grows with the sixth power of h and is 2.73e-4 for a quarter turn. An ellipse is the image of the
-// unit circle under a linear map, and so are the curves; the map stretches no length by more than the larger
-// radius R. So the curves stay within R d(h) of the arc.
+// which grows with the sixth power of h and is 2.73e-4 for a quarter turn. An ellipse is a linear image of
+// the unit circle, and the map stretches no length by more than the larger radius R. So the curves stay
+// within R d(h) of the arc.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -24,11 +24,11 @@ constexpr double kMaxDeviation = 1.0 / 20.0;  // dots
 constexpr double kTurn = 2.0 * std::numbers::pi;
 constexpr double kQuarterTurn = std::numbers::pi / 2.0;
 
-// A span that lacks less than this of a whole turn is one: at 100,000 dots the gap would be 1e-5 dots, below
-// which the driver takes two points for the same. The ends of a turn are rarely exact when they come in.
+// A span that is less than this below a full turn counts as one: at 100,000 dots the gap would be 1e-5 dots,
+// below which the driver treats two points as the same. Ends of a full turn are rarely passed exactly.
 constexpr double kTurnSlack = 1e-10;
 
-// Holds out for radii beyond 1e15 dots, where an f64 itself is coarser than the deviation.
+// Enough for radii beyond 1e15 dots, where f64 itself is coarser than the deviation.
 constexpr int32_t kMaxPieces = 1024;
 
 double Deviation(double radius, double piece) {
@@ -37,10 +37,10 @@ double Deviation(double radius, double piece) {
   return radius * 2.0 / 27.0 * std::pow(sine, 6) / (cosine * cosine);
 }
 
-// The least number of pieces that keeps `span` within the deviation, and one a quarter turn at least.
+// Returns the smallest number of pieces that keeps `span` within the deviation, at least one a quarter turn.
 int32_t CountPieces(double radius, double span) {
   const double quarters = std::ceil(span / kQuarterTurn - kTurnSlack);
-  // Leaving out the cosine, which is just below 1, gives a number that is right or a little too small.
+  // Without the cosine, which is just below 1, the estimate is exact or slightly too small.
   const double sine = std::min(std::pow(kMaxDeviation * 13.5 / radius, 1.0 / 6.0), 1.0);
   const double estimate = std::floor(span / (4.0 * std::asin(sine)));
   double count = std::clamp(std::max(quarters, estimate), 1.0, static_cast<double>(kMaxPieces));
@@ -48,7 +48,8 @@ int32_t CountPieces(double radius, double span) {
   return static_cast<int32_t>(count);
 }
 
-// The arc's angle, at most kTurn. An end below the start is moved up by whole turns until it lies above.
+// Returns the arc's angle, at most kTurn. An end below the start is increased by full turns until it is
+// above.
 double SpanOf(const HT_EllipArc& arc) {
   double span = arc.endAngle - arc.startAngle;
   if (span < 0) {
@@ -64,7 +65,7 @@ bool IsFinite(const HT_EllipArc& arc) {
   return std::all_of(std::begin(values), std::end(values), [](double value) { return std::isfinite(value); });
 }
 
-// The arc's plane: the ellipse's own axes turned and moved to where they lie.
+// Evaluates the ellipse, including its rotation and centre.
 class Frame {
  public:
   explicit Frame(const HT_EllipArc& arc)
@@ -76,7 +77,7 @@ class Frame {
 
   struct Sample {
     HT_Double_Point point;
-    HT_Double_Point tangent;  // the derivative by the parameter
+    HT_Double_Point tangent;  // derivative by the parameter
   };
 
   [[nodiscard]] Sample At(double angle) const {

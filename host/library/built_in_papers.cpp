@@ -1,4 +1,4 @@
-// The built-in paper list. host/library/data/papers.ini holds the same papers.
+// The built-in paper list, the same as in host/library/data/papers.ini.
 #include "host/library/built_in_papers.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@ namespace hdi {
 namespace {
 
 struct BuiltInPaper {
-  int32_t id;  // the platform's DMPAPER_ number where there is one, else from 200 on
+  int32_t id;  // the platform's DMPAPER_ number if there is one, otherwise from 200
   std::u16string_view name;
   int32_t width;
   int32_t height;

@@ -1,4 +1,4 @@
-// The papers that are there without any file.
+// The paper list used without a paper file.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// Comparing numbers with a tolerance.
+// Comparison of numbers with a tolerance.
 #include <cmath>
 
 #include "platform/host_library.h"

@@ -1,4 +1,4 @@
-// The device list: the sections of a settings file.
+// The device list: the section names of a settings file.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -9,8 +9,8 @@
 
 namespace {
 
-// The sections' names in file order. A name that comes again is left out, since only the first section of a
-// name is ever read, and so is an empty one, which would end the list.
+// Returns the section names in file order. Repeated names are left out, since only the first section of a
+// name is read, and so are empty ones, which would end the list.
 std::vector<std::u16string> SectionNames(const char16_t* iniFile) {
   std::vector<std::u16string> names;
   for (const std::u16string& section : hdi::SettingSections(iniFile)) {

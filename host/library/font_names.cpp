@@ -1,4 +1,4 @@
-// The names by which fonts are known.
+// Full names of fonts.
 #include "platform/font_faces.h"
 #include "platform/host_library.h"
 

@@ -18,12 +18,12 @@ struct Free {
 
 struct Block {
   std::unique_ptr<void, Free> memory;
-  std::unique_ptr<char> handle;  // a movable block's: an address that is unique and not the memory's
+  std::unique_ptr<char> handle;  // of a movable block: a unique address other than the memory's
   size_t size = 0;
   int32_t locks = 0;
 };
 
-// The live blocks by handle. A fixed block's handle is its memory's address.
+// The live blocks by handle. The handle of a fixed block is its address.
 struct Registry {
   std::mutex mutex;
   std::unordered_map<void*, Block> blocks;
@@ -42,7 +42,7 @@ Registry& Blocks() {
 }  // namespace
 
 void* GlobalAlloc(uint32_t flags, size_t size) {
-  // A block of no bytes has an address too.
+  // An empty block needs an address, too.
   const size_t bytes = size == 0 ? 1 : size;
   Block block;
   block.memory.reset((flags & kZeroed) != 0 ? std::calloc(bytes, 1) : std::malloc(bytes));
@@ -67,7 +67,7 @@ int32_t GlobalUnlock(void* handle) {
   const std::lock_guard lock(Blocks().mutex);
   Block* block = Blocks().Find(handle);
   if (block == nullptr) return 0;
-  if (!block->handle) return 1;  // a fixed block can't move and so is locked for good
+  if (!block->handle) return 1;  // a fixed block is always locked
   if (block->locks > 0) --block->locks;
   return block->locks > 0 ? 1 : 0;
 }

@@ -1,4 +1,4 @@
-// Reading and writing paper files.
+// Reads and writes paper files.
 #include "host/library/paper_file.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ constexpr std::u16string_view kFormatKey = u"Format";
 constexpr std::u16string_view kFormat = u"1";
 constexpr std::u16string_view kPaperPrefix = u"Paper ";
 constexpr std::u16string_view kNameKey = u"Name";
-constexpr int32_t kLargestId = 32767;  // what the settings record's 16 bits hold
+constexpr int32_t kLargestId = 32767;  // fits the settings record's 16 bits
 
 struct LengthKey {
   std::u16string_view key;
@@ -34,7 +34,7 @@ constexpr LengthKey kLengthKeys[] = {
 };
 
 struct Fault {
-  size_t line;  // from 1 on
+  size_t line;  // from 1
   std::string text;
 };
 
@@ -53,7 +53,7 @@ std::u16string_view NameOf(const PaperSize& paper) {
   return {paper.name, static_cast<size_t>(end - paper.name)};
 }
 
-// Goes over a file's lines and builds the list, up to the first fault.
+// Builds the list from a file's lines, up to the first error.
 class PaperReader {
  public:
   std::optional<Fault> Read(const std::vector<Profile::Line>& lines) {
@@ -84,7 +84,7 @@ class PaperReader {
     if (std::optional<Fault> fault = CheckPaper()) return fault;
     const bool isPaper = SameName(name.substr(0, kPaperPrefix.size()), kPaperPrefix);
     const std::optional<int32_t> id = isPaper ? ParseNumber(name.substr(kPaperPrefix.size())) : std::nullopt;
-    // Only the plain form of the number: a change finds the section by it.
+    // Only the plain form of the number is accepted: changes look the section up by it.
     if (!id || *id < 1 || *id > kLargestId || !SameName(name, SectionName(*id))) {
       return At("a section here is [Paper N] with N from 1 to 32767");
     }
@@ -122,7 +122,7 @@ class PaperReader {
     return std::nullopt;
   }
 
-  // Whether the paper that was read last is whole.
+  // Checks that the last paper is complete.
   [[nodiscard]] std::optional<Fault> CheckPaper() const {
     if (papers_.empty()) return std::nullopt;
     if (papers_.back().width > 0 && papers_.back().height > 0) return std::nullopt;
@@ -131,7 +131,7 @@ class PaperReader {
 
   std::vector<PaperSize> papers_;
   std::set<int32_t> ids_;
-  std::set<std::u16string_view> keys_;  // of the paper that is being read
+  std::set<std::u16string_view> keys_;  // of the current paper
   size_t lineNumber_ = 0;
   size_t sectionLine_ = 0;
   bool headSeen_ = false;
@@ -145,8 +145,8 @@ void ReportOnce(const std::u16string& path, const Fault& fault) {
                fault.text.c_str());
 }
 
-// The file of the same name beside the application; empty for the name of the device list, which lies there
-// and is what a device without a paper file of its own comes to ask for.
+// Returns the file of the same name in the application's directory; empty for the device list's name, which
+// is also there and is what devices without a paper file ask for.
 std::u16string InstalledFile(const std::u16string& path) {
   const size_t separator = path.find_last_of(u"/\\");
   const std::u16string name = separator == path.npos ? path : path.substr(separator + 1);

@@ -1,4 +1,4 @@
-// A paper list in a settings file, in this form:
+// A paper list in a settings file of this form:
 //
 //   [Papers]
 //   Format=1
@@ -12,11 +12,11 @@
 //   Right=50
 //   Bottom=170
 //
-// [Papers] comes first, so that a file that is cut short or belongs to something else is not taken for an
-// empty list. Each paper is a section with its id (1 to 32767, each once) in the name, in the list's order.
-// Lengths are whole tenths of a millimetre for the sheet held upright; width and height are needed and above
-// zero, a margin that is missing is 0. Names longer than 63 units are cut. platform/profile.h tells
-// what holds for lines, blanks, quotes and character encodings. Anything else makes the file a broken one.
+// [Papers] comes first, so that a truncated or foreign file is not taken for an empty list. Each paper is a
+// section named by its unique id (1 to 32767), in list order. Lengths are whole tenths of a millimetre in
+// portrait; width and height are required and positive, a missing margin is 0. Names are truncated to 63
+// units. platform/profile.h defines lines, blanks, quotes and character encodings. Anything else makes the
+// file broken.
 #pragma once
 
 #include <optional>
@@ -30,18 +30,17 @@ namespace hdi {
 
 class PaperFile {
  public:
-  // Reads the list of `path`. Without that file the list comes from the file of the same name in the
-  // application's directory, and without that too it is the built-in one. When the file that there is is
-  // broken, the list is the built-in one as well, and one line on standard error, once a process for each
-  // file, says where.
+  // Reads the list of `path`. If that file is missing, reads the file of the same name in the application's
+  // directory; if that is missing, too, uses the built-in list. A broken file also results in the built-in
+  // list, with one line on standard error a file and process that gives the place.
   explicit PaperFile(const std::u16string& path);
 
   [[nodiscard]] const std::vector<PaperSize>& Papers() const { return papers_; }
 
-  // These change the list and save it to the path. They return whether that was done; afterwards, done or
-  // not, the object is of no further use. A broken user's file is never written, as that would lose what its
-  // owner can still mend. The user's other lines, comments among them, stay.
-  bool Put(const PaperSize& paper);  // in place of the paper with its id, or at the list's end
+  // These change the list and save it to the path. They return whether that succeeded; either way, the object
+  // must not be used afterwards. A broken user's file is never written, since its owner can still repair it.
+  // All other lines of the user's file, including comments, are kept.
+  bool Put(const PaperSize& paper);  // replaces the paper with its id, or appends
   bool Remove(int32_t id);
 
  private:

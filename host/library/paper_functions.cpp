@@ -13,7 +13,7 @@ namespace {
 using hdi::PaperFile;
 using hdi::PaperSize;
 
-// The platform's DC_ numbers, and the host's own.
+// The platform's DC_ numbers, then the host's own.
 constexpr uint16_t kPaperIds = 2;
 constexpr uint16_t kPaperSizes = 3;
 constexpr uint16_t kPaperNames = 16;
@@ -33,7 +33,8 @@ const PaperSize* FindPaper(const std::vector<PaperSize>& papers, int32_t id) {
 
 bool HasSize(const PaperSize& paper) { return paper.width > 0 && paper.height > 0; }
 
-// Copies each paper's `part`, a value of trivial type, behind the one before; `output` needs no alignment.
+// Writes `part` of each paper, a trivially copyable value, to `output`, which may be unaligned or null.
+// Returns the number of papers.
 template <typename Part>
 int32_t Answer(const std::vector<PaperSize>& papers, char* output, Part part) {
   for (const PaperSize& paper : papers) {

@@ -7,10 +7,10 @@
 
 namespace {
 
-// The folder of this system below the place where all applications keep the user's data.
+// The subfolder of the applications' user data directory.
 constexpr const char16_t* kDataFolder = u"hdi";
 
-// A slash separates directories on every platform, whatever else does.
+// A slash separates directories on every platform.
 bool EndsInSeparator(const std::u16string& path) {
   return path.ends_with(u'/') || path.ends_with(hdi::kPathSeparator);
 }

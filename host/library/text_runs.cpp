@@ -1,4 +1,4 @@
-// Text split into runs of one font each.
+// Splits text into runs of one font each.
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -16,7 +16,7 @@
 namespace hdi {
 namespace {
 
-// What becomes of one run, which copies it all.
+// The content of one run, copied by MakeRuns.
 struct RunContent {
   LOGFONTW font;
   const char16_t* text;
@@ -28,14 +28,14 @@ struct RunContent {
 static_assert(alignof(HT_TextRun) >= alignof(double) && sizeof(HT_TextRun) % alignof(double) == 0);
 static_assert(alignof(LOGFONTW) >= alignof(char16_t));
 
-// Frees a block of that many nodes, the end node among them.
+// Frees a block of that many nodes, including the sentinel.
 void ReleaseRuns(HT_TextRun* end, size_t nodes) {
   std::destroy_n(end, nodes);
   ::operator delete(end);
 }
 
-// A text is one block of memory: the end node, the runs, all advances, all fonts, all characters. The result
-// is the end node, where the block starts.
+// A text is one block of memory: the sentinel, the runs, all advances, all fonts, all characters. Returns the
+// sentinel at its start.
 HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
   size_t characters = 0;
   size_t advances = 0;
@@ -50,7 +50,8 @@ HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
   auto* const end = reinterpret_cast<HT_TextRun*>(block);
   std::uninitialized_value_construct_n(end, nodes);
   const auto release = [nodes](HT_TextRun* runs) { ReleaseRuns(runs, nodes); };
-  std::unique_ptr<HT_TextRun, decltype(release)> owner(end, release);  // while names are copied
+  std::unique_ptr<HT_TextRun, decltype(release)> owner(
+      end, release);  // releases the block if copying a name throws
   auto* advance = reinterpret_cast<double*>(end + nodes);
   auto* font = reinterpret_cast<LOGFONTW*>(advance + advances);
   auto* character = reinterpret_cast<char16_t*>(font + contents.size());
@@ -76,13 +77,13 @@ HT_TextRun* MakeRuns(std::span<const RunContent> contents) {
   return owner.release();
 }
 
-// The faces of a text's characters, one after the other.
+// Chooses the face of each character.
 class FaceChooser {
  public:
   explicit FaceChooser(const LOGFONTW& font) : font_(font), own_(FindFace(font)) {}
 
-  // The face depends on the character alone and not on those around it, so that a text gives the same faces
-  // in any order. Null only on a system without faces.
+  // Depends only on the character and not on its neighbours, so that a text gets the same faces in any order.
+  // Null only on a system without faces.
   const FontFace* FaceFor(char16_t unit) const {
     if (own_ == nullptr || own_->HasCharacter(unit)) return own_;
     const FontFace* other = FindFaceWith(unit, font_);
@@ -99,8 +100,7 @@ std::u16string_view GivenName(const LOGFONTW& font) {
   return {std::begin(font.lfFaceName), end};
 }
 
-// On a system without faces the text stays in one run under the name that it was given with, for which
-// GetFontFullName has no answer.
+// On a system without faces the text is one run under its given name, which GetFontFullName does not know.
 std::vector<RunContent> Split(const LOGFONTW& font, std::span<const char16_t> text, const double* advances) {
   std::vector<RunContent> runs;
   const FaceChooser chooser(font);
