@@ -1,10 +1,10 @@
-#!/usr/bin/env python3
-"""Plots generated drawings by hdiplot and by other programs, and compares the whole commands.
+#!/usr/bin/python3
+"""Compares hdiplot with other programs that plot DXF files, on generated drawings and as whole commands.
 
-Prints the median time from start to end of the process, its highest peak of memory (resident) and the size of
-the PDF; a peak below some 20 MB shows as that of this script. The runs are interleaved. A program that is not
-installed is left out; one that takes longer than the limit is stopped and not run again on that drawing.
-"hdiplot --list" only reads the drawing. hdiplot and LibreCAD fit drawings to A4.
+Prints the median time from start to end of the process, its peak resident memory and the size of the PDF; peaks
+below about 20 MB are those of this script. Runs are interleaved. A program that is not installed is left out; one
+that exceeds the limit is stopped and not run again on that drawing. "hdiplot --list" only reads the drawing.
+hdiplot and LibreCAD fit drawings to A4.
 """
 
 import argparse
@@ -23,78 +23,83 @@ import threading
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-sys.path.append(str(ROOT / "examples"))
-
-from dxf_writer import Drawing  # noqa: E402
 
 WIDTH, HEIGHT = 420.0, 297.0  # millimetres: an A3 sheet
 COLORS = 7
 WORDS = "PUMP VALVE Section Detail level 4.250 DN 150 see sheet Foundation AXIS north".split()
 
 
-def somewhere(rng):
+def random_point(rng):
     """A point of the sheet, away from its edges."""
     return rng.uniform(15, WIDTH - 15), rng.uniform(15, HEIGHT - 15)
 
 
-def beside(rng, at, reach):
+def nearby(rng, point, reach):
     """A point at most `reach` away from another in x and in y."""
-    return at[0] + rng.uniform(-reach, reach), at[1] + rng.uniform(-reach, reach)
+    return point[0] + rng.uniform(-reach, reach), point[1] + rng.uniform(-reach, reach)
 
 
 def color(rng):
-    return rng.randint(1, COLORS)
+    return {"color": rng.randint(1, COLORS)}
 
 
 def add_lines(drawing, rng, count):
+    model = drawing.modelspace()
     for _ in range(count):
-        start = somewhere(rng)
-        drawing.model.line(start, beside(rng, start, 10), color=color(rng))
+        start = random_point(rng)
+        model.add_line(start, nearby(rng, start, 10), color(rng))
 
 
 def add_polylines(drawing, rng, count):
     """Open ones of 11 points."""
+    model = drawing.modelspace()
     for _ in range(count):
-        vertices = [somewhere(rng)]
-        while len(vertices) < 11:
-            vertices.append(beside(rng, vertices[-1], 1.5))
-        drawing.model.polyline(vertices, color=color(rng))
+        points = [random_point(rng)]
+        while len(points) < 11:
+            points.append(nearby(rng, points[-1], 1.5))
+        model.add_lwpolyline(points, dxfattribs=color(rng))
 
 
 def add_texts(drawing, rng, count):
-    """Every other one in a stroke font."""
-    drawing.style("STROKE", "txt.shx")
-    drawing.style("TRUETYPE", "LiberationSans-Regular.ttf", "Liberation Sans")
+    """Alternately in a stroke font and in a TrueType font."""
+    drawing.styles.new("STROKE", {"font": "txt.shx"})
+    drawing.styles.new("TRUETYPE", {"font": "LiberationSans-Regular.ttf"})
+    model = drawing.modelspace()
     for i in range(count):
-        text = " ".join(rng.choices(WORDS, k=3))
-        style = "TRUETYPE" if i % 2 else "STROKE"
-        height = rng.choice((1.8, 2.5, 3.5))
-        turn = rng.choice((0, 0, 0, 90, 30))
-        drawing.model.text(text, somewhere(rng), height, style, rotation=turn, color=color(rng))
+        look = {
+            "insert": random_point(rng),
+            "height": rng.choice((1.8, 2.5, 3.5)),
+            "rotation": rng.choice((0, 0, 0, 90, 30)),
+            "style": "TRUETYPE" if i % 2 else "STROKE",
+        }
+        model.add_text(" ".join(rng.choices(WORDS, k=3)), dxfattribs=look | color(rng))
 
 
 def add_inserts(drawing, rng, count):
-    """Turned and scaled ones of a block of 40 entities."""
-    block = drawing.block("PART")
+    """Inserts of a block of 40 entities, rotated and scaled."""
+    block = drawing.blocks.new("PART")
     for _ in range(10):
         center = rng.uniform(-5, 5), rng.uniform(-5, 5)
-        block.line(center, beside(rng, center, 3))
-        block.circle(center, rng.uniform(0.2, 1))
-        block.arc(center, rng.uniform(1, 2), rng.uniform(0, 180), rng.uniform(190, 350))
-        block.polyline([beside(rng, center, 2) for _ in range(4)], closed=True)
+        block.add_line(center, nearby(rng, center, 3))
+        block.add_circle(center, rng.uniform(0.2, 1))
+        block.add_arc(center, rng.uniform(1, 2), rng.uniform(0, 180), rng.uniform(190, 350))
+        block.add_lwpolyline([nearby(rng, center, 2) for _ in range(4)], close=True)
+    model = drawing.modelspace()
     for _ in range(count):
         size = rng.uniform(0.3, 1)
-        drawing.model.insert("PART", somewhere(rng), (size, size), rng.uniform(0, 360))
+        look = {"xscale": size, "yscale": size, "rotation": rng.uniform(0, 360)}
+        model.add_blockref("PART", random_point(rng), look)
 
 
 def add_hatches(drawing, rng, count):
-    """Polygons of eight corners in ANSI31: LibreCAD draws patterns of its own only, by their names."""
-    pattern = ("ANSI31", [(45, (0, 0), (-1, 1), [])])
+    """Polygons of eight corners in ANSI31, which LibreCAD draws as its own pattern of that name."""
+    model = drawing.modelspace()
     for _ in range(count):
-        x, y = somewhere(rng)
+        x, y = random_point(rng)
         corners = [(rng.uniform(5, 15), k * math.pi / 4) for k in range(8)]
-        loop = [(x + r * math.cos(angle), y + r * math.sin(angle)) for r, angle in corners]
-        drawing.model.hatch([loop], pattern, color=color(rng))
+        hatch = model.add_hatch(dxfattribs=color(rng))
+        hatch.set_pattern_fill("ANSI31", definition=[(45, (0, 0), (-1, 1), [])])
+        hatch.paths.add_polyline_path([(x + r * math.cos(angle), y + r * math.sin(angle)) for r, angle in corners])
 
 
 CONTENTS = {  # what is added, and how many at scale 1
@@ -107,10 +112,12 @@ CONTENTS = {  # what is added, and how many at scale 1
 
 
 def write_drawing(name, count, path):
-    """The same bytes for the same name and count."""
-    drawing = Drawing((WIDTH, HEIGHT))
+    """Writes the same entities for the same name and count."""
+    import ezdxf  # in the writer's process only, see compare()
+
+    drawing = ezdxf.new("R2000", units=ezdxf.units.MM)
     CONTENTS[name][0](drawing, random.Random(name), count)
-    drawing.save(path)
+    drawing.saveas(path)
 
 
 @dataclasses.dataclass
@@ -137,7 +144,7 @@ class Score:
     outcome: str = ""  # why there are no more runs
 
     def row(self, ours):
-        """The end of a line of the table; `ours` is the score that the time is compared with."""
+        """Formats the columns of the table; `ours` is the score that the time is compared with."""
         if self.outcome:
             return f"{self.outcome:>9}"
         size = f"{self.size / 1e6:9.2f}" if self.size else " " * 9
@@ -153,7 +160,7 @@ def contestants(hdiplot):
         Contestant("hdiplot", [hdiplot, "-q", "-o", "{pdf}", "{dxf}"]),
         Contestant("hdiplot --list", [hdiplot, "--list", "{dxf}"]),
     ]
-    peers = [  # LibreCAD takes no name of a file for a single drawing
+    peers = [  # LibreCAD names the PDF after the drawing
         Contestant("librecad", ["librecad", "dxf2pdf", "-a", "-t", "{folder}", "{dxf}"]),
         Contestant("ezdxf", ["ezdxf", "draw", "-o", "{pdf}", "{dxf}"]),
     ]
@@ -161,18 +168,18 @@ def contestants(hdiplot):
         if shutil.which(peer.arguments[0]):
             lineup.append(peer)
         else:
-            print(f"drawings.py: {peer.title} is not installed and left out", file=sys.stderr)
+            print(f"drawings.py: {peer.title} is not installed, so it is left out", file=sys.stderr)
     return lineup
 
 
 def measure(contestant, dxf, pdf, limit, score):
-    """Runs a contestant once and adds what it took to its score."""
+    """Runs a contestant once and adds the result to its score."""
     pdf.parent.mkdir(exist_ok=True)
     pdf.unlink(missing_ok=True)
     command = contestant.command(dxf, pdf)
     log = pdf.with_suffix(".log")
     stopped = threading.Event()
-    # LibreCAD takes a display even for what shows no window.
+    # LibreCAD needs a display even where it opens no window.
     environment = os.environ | {"QT_QPA_PLATFORM": "offscreen"}
     with open(log, "wb") as output:
         start = time.perf_counter()
@@ -198,9 +205,9 @@ def measure(contestant, dxf, pdf, limit, score):
 
 
 def compare(name, count, lineup, options, folder):
-    """Prints the table of one drawing; whether hdiplot plotted it."""
+    """Prints the table of one drawing. Returns whether hdiplot plotted it."""
     dxf = folder / f"{name}.dxf"
-    # In a process of its own: what this one has ever taken counts as memory of those that it starts.
+    # In a process of its own: the peak of this one counts as memory of the programs that it starts.
     writer = multiprocessing.Process(target=write_drawing, args=(name, count, dxf))
     writer.start()
     writer.join()
@@ -222,16 +229,16 @@ def compare(name, count, lineup, options, folder):
 def main():
     parser = argparse.ArgumentParser(prog="scripts/bench --drawings", description=__doc__.splitlines()[0])
     parser.add_argument("--hdiplot", default=str(ROOT / "build/hdiplot"), help="the program to compare")
-    parser.add_argument("--runs", type=int, default=3, help="of which the medians are printed (default 3)")
-    parser.add_argument("--scale", type=float, default=1.0, help="how large the drawings are (default 1)")
+    parser.add_argument("--runs", type=int, default=3, help="runs of each program, the median is printed (default 3)")
+    parser.add_argument("--scale", type=float, default=1.0, help="factor on the number of entities (default 1)")
     parser.add_argument("--limit", type=float, default=120.0, help="seconds a run may take (default 120)")
     parser.add_argument("--drawing", action="append", choices=CONTENTS, help="only this one (repeatable)")
-    parser.add_argument("--keep", type=pathlib.Path, metavar="FOLDER", help="leave drawings and PDFs here")
+    parser.add_argument("--keep", type=pathlib.Path, metavar="FOLDER", help="keep the drawings and PDFs here")
     options = parser.parse_args()
     if options.runs < 1 or options.scale <= 0 or options.limit <= 0:
-        parser.error("--runs, --scale and --limit are above 0")
+        parser.error("--runs, --scale and --limit must be above 0")
     if shutil.which(options.hdiplot) is None:
-        parser.error(f"there is no program {options.hdiplot}")
+        parser.error(f"cannot find the program {options.hdiplot}")
     lineup = contestants(options.hdiplot)
     with tempfile.TemporaryDirectory() as temporary:
         folder = options.keep or pathlib.Path(temporary)
