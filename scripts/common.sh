@@ -1,11 +1,11 @@
-# What the scripts share; sourced, never run. Standard output belongs to the work that was asked for: whatever
-# is told on the way there goes to standard error.
+# Functions shared by the scripts; sourced, not run. Progress and errors go to standard error: standard output belongs to
+# the program that a script runs.
 # shellcheck shell=bash
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 script=$(basename "$0")
 
-# Where the engine and its archive are kept, for every clone on the machine.
+# Folder of the engine and its archive, shared by all clones on the machine.
 # shellcheck disable=SC2034
 cache=${PDF_HDI_CACHE:-${XDG_CACHE_HOME:-${HOME:-$root}/.cache}/pdf-hdi}
 
@@ -16,7 +16,7 @@ Fail() {
   exit 1
 }
 
-# Runs a command with its output in a log file, whose end is shown when the command fails.
+# Logged <log file> <command>...: runs a command with its output in a log file; prints the end of it on failure.
 Logged() {
   local log=$1
   shift
@@ -27,8 +27,8 @@ Logged() {
   fi
 }
 
-# Follows the output of ninja, run with NINJA_STATUS='@%f/%t ': tells a build's progress in a few lines, and
-# what failed in full. A build with nothing to do is not worth a word.
+# Condenses the output of ninja, run with NINJA_STATUS='@%f/%t ', to a progress line per tenth and the full output of
+# what fails. Prints nothing when up to date.
 FollowNinja() {
   local what=$1 line failed=no started=no tenth=0 now
   while IFS= read -r line; do
@@ -53,15 +53,15 @@ FollowNinja() {
   done
 }
 
-# Ninja <directory> <what is built> <target>...
+# Ninja <build folder> <description> <target>...
 Ninja() {
   local directory=$1 what=$2
   shift 2
   NINJA_STATUS='@%f/%t ' ninja -C "$directory" -j "$(nproc)" "$@" 2>&1 </dev/null | FollowNinja "$what"
 }
 
-# Whether a build folder was configured from this clone, with the engine as it is to be now and with the tests
-# that are asked for.
+# IsConfigured <build folder> <engine folder> <tests>: whether the folder was configured from this clone, with this
+# engine and with these tests (see Build).
 IsConfigured() {
   local directory=$1 engine=$2 tests=$3 home=''
   [[ -f $directory/build.ninja && -f $directory/CMakeCache.txt ]] || return 1
@@ -85,8 +85,9 @@ Engine() {
   fi
 }
 
-# Build <preset> <tests> <what is built> <target>...
-# tests is OFF, ON, or BROWSER for those in a browser as well. Configures a preset's folder if it has to be and builds the targets in it. Two of these in one clone take turns.
+# Build <preset> <tests> <description> <target>...
+# Configures the preset's folder if necessary and builds the targets. tests: OFF, ON, or BROWSER for ON and the tests in
+# a browser. A lock keeps two builds in one clone apart.
 Build() {
   local preset=$1 tests=$2 what=$3 directory engine options
   shift 3
@@ -105,7 +106,7 @@ Build() {
       Say "configuring $(basename "$directory")"
       cd "$root" || exit
       Logged "$directory/configure.log" cmake --preset "$preset" --fresh "${options[@]}" ||
-        Fail "configuring failed; all of its output is in $directory/configure.log"
+        Fail "configuring failed; see $directory/configure.log"
     fi
     Ninja "$directory" "$what" "$@" || Fail "the build failed"
   ) 9>"$directory/.lock"
