@@ -1,7 +1,7 @@
-# How our targets are made, so that the folders' own lists name sources and libraries and nothing else.
+# Functions that define our targets, so that the folders' lists only name sources and libraries.
 
 # hdi_add_library(NAME name SOURCES ... [LIBRARIES ...])
-# A static library of one folder. Libraries are public, as headers of one folder show up in those of the next.
+# A static library of one folder. LIBRARIES are public, as headers include those of other folders.
 function(hdi_add_library)
   cmake_parse_arguments(PARSE_ARGV 0 arg "" "NAME" "SOURCES;LIBRARIES")
   add_library(${arg_NAME} STATIC ${arg_SOURCES})
@@ -9,7 +9,7 @@ function(hdi_add_library)
 endfunction()
 
 # hdi_place_beside_others(target)
-# Puts an artefact into the root of the build folder, where it looks for shared libraries beside itself.
+# Places an artefact in the root of the build folder and makes it look for shared libraries in its own directory.
 function(hdi_place_beside_others target)
   set_target_properties(${target} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}"
@@ -17,7 +17,7 @@ function(hdi_place_beside_others target)
     BUILD_WITH_INSTALL_RPATH ON
     INSTALL_RPATH "$ORIGIN")
   if(WIN32)
-    # Names of their own, without the "lib" of this compiler's habit.
+    # mingw-w64 would prefix "lib".
     set_target_properties(${target} PROPERTIES PREFIX "")
     target_link_options(${target} PRIVATE LINKER:--gc-sections LINKER:--strip-all)
   elseif(UNIX AND NOT APPLE)
@@ -26,14 +26,13 @@ function(hdi_place_beside_others target)
 endfunction()
 
 # hdi_limit_exports(target script)
-# Makes the symbols named in a linker version script the only ones that a shared target exports, and every
-# symbol it needs one that its libraries define. On Windows nothing else can be: there exports are marked in the
-# code.
+# Exports only the symbols named in a linker version script, and fails on undefined symbols. Does nothing on Windows,
+# where exports are marked in the code.
 function(hdi_limit_exports target script)
   if(UNIX AND NOT APPLE)
     cmake_path(ABSOLUTE_PATH script BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_options(${target} PRIVATE "LINKER:--version-script=${script}")
-    # What clang's sanitizers call is in the executable alone.
+    # clang's sanitizer runtime is in the executable only.
     if(NOT HDI_BUILD_FUZZERS)
       target_link_options(${target} PRIVATE LINKER:--no-undefined)
     endif()
