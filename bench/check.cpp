@@ -26,7 +26,7 @@ std::string OutputOf(const std::string& command) {
   return output;
 }
 
-// The characters of a UTF-8 text in the order of their bytes, blanks and controls left out.
+// The characters of a UTF-8 text, sorted by their bytes, without blanks and control characters.
 std::vector<std::string_view> SortedCharacters(std::string_view text) {
   const auto isContinuation = [](char byte) { return (byte & 0xC0) == 0x80; };
   std::vector<std::string_view> characters;
@@ -40,18 +40,18 @@ std::vector<std::string_view> SortedCharacters(std::string_view text) {
   return characters;
 }
 
-// MuPDF's reader gives every character. Others take equal ones that lie over each other for one.
+// With MuPDF, which reports every character; other readers merge equal ones at the same place.
 void CheckTexts(const std::filesystem::path& file, const Scene& scene) {
   std::string drawn;
   for (const Text& text : scene.texts) drawn += ToUtf8(text.units);
   std::string found = OutputOf("mutool draw -q -F txt '" + file.string() + "' 2>/dev/null");
-  // Of characters that share a glyph MuPDF names the last one.
+  // Of characters that share a glyph MuPDF reports the last one.
   constexpr std::string_view kSoftHyphen = "\xC2\xAD";
   for (size_t at = 0; (at = found.find(kSoftHyphen, at)) != std::string::npos;) {
     found.replace(at, kSoftHyphen.size(), "-");
   }
   if (SortedCharacters(drawn) != SortedCharacters(found)) {
-    throw std::runtime_error(file.string() + " does not give its texts");
+    throw std::runtime_error(file.string() + ": the texts are not those of the scene");
   }
 }
 
@@ -63,7 +63,7 @@ std::string PictureOf(const std::filesystem::path& file, const Scene& scene) {
 }
 
 void CheckPicture(const std::filesystem::path& file, const std::string& wanted, const Scene& scene) {
-  // The soft edges of lines that cross count once in a path of them all, and twice as paths of their own.
+  // Where lines cross, their antialiased edges add up if each is a path of its own, and not within one path.
   const double tolerance = scene.kind == Kind::kStrokes ? 0.1 : 0.05;  // of the ink
   const std::string found = PictureOf(file, scene);
   double difference = 0;
@@ -80,7 +80,7 @@ void CheckPicture(const std::filesystem::path& file, const std::string& wanted, 
 
 void CheckFile(const std::filesystem::path& file, const Scene& scene) {
   const std::string command = "qpdf --check '" + file.string() + "' >/dev/null";
-  if (std::system(command.c_str()) != 0) throw std::runtime_error(file.string() + " is not a sound PDF");
+  if (std::system(command.c_str()) != 0) throw std::runtime_error(file.string() + " is not a valid PDF");
   if (!scene.texts.empty()) CheckTexts(file, scene);
 }
 

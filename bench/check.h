@@ -1,4 +1,4 @@
-// What the comparison asks of every file with --check.
+// The checks of each file with --check.
 #pragma once
 
 #include <filesystem>
@@ -8,14 +8,13 @@
 
 namespace bench {
 
-// Throws std::runtime_error when qpdf finds fault with the file, or mutool does not find exactly the
-// scene's texts.
+// Throws std::runtime_error if qpdf finds a fault, or mutool does not find exactly the scene's texts.
 void CheckFile(const std::filesystem::path& file, const Scene& scene);
 
-// Gray pixels of the first and the last page of a file of the scene. Empty when it cannot be read.
+// Renders the first and the last page in grey at 72 dots per inch. Empty if the file cannot be read.
 [[nodiscard]] std::string PictureOf(const std::filesystem::path& file, const Scene& scene);
 
-// Throws std::runtime_error when the file does not look like `wanted`.
+// Throws std::runtime_error if the pictures differ.
 void CheckPicture(const std::filesystem::path& file, const std::string& wanted, const Scene& scene);
 
 }  // namespace bench

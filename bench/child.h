@@ -1,4 +1,4 @@
-// Runs a program of the benchmarks and tells what it took.
+// Runs a benchmark program and measures it.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ struct ProgramRun {
   double peakBytes = 0;  // the largest resident set of the process
 };
 
-// Nothing when the program's status is that of a contestant that cannot plot. Throws std::runtime_error when
+// Empty if the program exits with the status of a contestant that cannot plot. Throws std::runtime_error if
 // it fails.
 [[nodiscard]] std::optional<ProgramRun> RunProgram(std::vector<std::string> command);
 
@@ -22,8 +22,8 @@ struct RunResult {
   double peakBytes = 0;  // the largest resident set of the process, its scene included
 };
 
-// Nothing when the program says that it cannot express the scene. Throws std::runtime_error when it fails.
-// `cores`: so many it may use, 0: all.
+// Empty if the program cannot express the scene. Throws std::runtime_error if it fails. `cores`: how many it
+// may use, 0 for all.
 [[nodiscard]] std::optional<RunResult> RunContestant(std::vector<std::string> command, size_t cores);
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// The comparison: draws the same scenes with every contestant and prints time, peak memory and file size, and
-// each as a multiple of ours. Every drawing is made by a process of its own, so that peak memory can be told.
+// The comparison: draws the same scenes with every contestant and prints time, peak memory and file size,
+// also as multiples of ours. Each run is a process of its own, so that its peak memory can be measured.
 //
 //   bench_compare [--runs N] [--scale F] [--scene NAME]... [--compression NAME]... [--json] [--check]
 //                 [--keep FOLDER]
@@ -61,20 +61,19 @@ int Main(int argc, char** argv) {
   for (const SceneName& scene : kScenes) names.emplace_back(scene.name);
   CLI::App app(
       "Draws the same scenes with PDF.hdi and its peers and compares time, peak memory and file size");
-  app.add_option("--runs", options.effort.runs, "drawings of each scene; the median time counts")
+  app.add_option("--runs", options.effort.runs, "runs per scene; the median time counts")
       ->check(CLI::PositiveNumber);
   app.add_option("--scale", options.effort.scale, "factor on the number of shapes, texts or objects")
       ->check(CLI::PositiveNumber);
-  app.add_option("--scene", options.scenes, "a scene to draw, repeatable; default: all")
+  app.add_option("--scene", options.scenes, "scene to draw (repeatable, default: all)")
       ->check(CLI::IsMember(names));
   app.add_option("--compression", options.compressions,
-                 "a compression of ours, repeatable; the first is what others are held against; default: "
-                 "normal and fast")
+                 "compression of PDF.hdi (repeatable, default: normal and fast); the first is the reference")
       ->check(CLI::IsMember({"fast", "normal", "small"}));
-  app.add_flag("--json", options.json, "print JSON in place of tables");
+  app.add_flag("--json", options.json, "print JSON instead of tables");
   app.add_flag("--check", options.check,
-               "let qpdf check every file, and mutool read the texts and hold the pictures against ours");
-  app.add_option("--keep", options.keep, "a folder that keeps the files");
+               "check every file with qpdf, and its texts and pictures with mutool");
+  app.add_option("--keep", options.keep, "folder to keep the files in");
   CLI11_PARSE(app, argc, argv);
   Compare(options);
   return 0;

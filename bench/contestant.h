@@ -1,5 +1,5 @@
-// What one contestant of the comparison provides. Each is a program of its own, made of contestant_main.cpp
-// and one implementation of this header, so that their libraries share neither symbols nor memory.
+// The interface of a contestant. Each is a program of its own, made of contestant_main.cpp and one
+// implementation of this header, so that their libraries share neither symbols nor memory.
 #pragma once
 
 #include <functional>
@@ -9,12 +9,11 @@
 
 namespace bench {
 
-// Draws `scene` as a PDF file. Everything that a program does once (loading modules, opening
-// devices) comes before `start` is called; the file is closed on return. Throws std::runtime_error on
-// failure.
+// Draws `scene` to a PDF file, which is closed on return. Calls `start` after what a program does once
+// (loading modules, opening devices). Throws std::runtime_error on failure.
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start);
 
-// Whether the contestant can express the scene at all.
+// Whether the contestant can express the scene.
 [[nodiscard]] bool CanPlot(const Scene& scene);
 
 }  // namespace bench

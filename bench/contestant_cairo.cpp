@@ -58,7 +58,7 @@ void Clipped(cairo_t* cairo, const Scene& scene) {
   }
 }
 
-// The faces and what else a program has before it draws texts.
+// The faces and the rest that a program sets up before it draws texts.
 class TextPainter {
  public:
   explicit TextPainter(const Scene& scene) : scene_(scene), fonts_(scene) {
@@ -69,7 +69,7 @@ class TextPainter {
     for (const Text& text : scene.texts) bytes_.push_back(ToUtf8(text.units));
   }
 
-  // The options that hold for all texts of a page.
+  // Options for all texts of a page.
   static void SetOptions(cairo_t* cairo) {
     const std::unique_ptr<cairo_font_options_t, decltype(&cairo_font_options_destroy)> options(
         cairo_font_options_create(), &cairo_font_options_destroy);
@@ -78,7 +78,7 @@ class TextPainter {
     cairo_set_font_options(cairo, options.get());
   }
 
-  // The operation that keeps the characters beside their glyphs.
+  // The call that keeps the text along with the glyphs.
   void ShowText(cairo_t* cairo, size_t index) {
     const Text& text = scene_.texts[index];
     SetSource(cairo, text.color);

@@ -35,14 +35,14 @@ FontFiles ReadFontFiles(const TextFonts& fonts) {
   return files;
 }
 
-// The fonts in a document. The engine embeds a font whole.
+// The fonts of a document. The engine embeds whole fonts.
 class DocumentFonts {
  public:
   DocumentFonts(FPDF_DOCUMENT document, const FontFiles& files) {
     for (const std::vector<char>& file : files) {
       fonts_.push_back(FPDFText_LoadFont(document, reinterpret_cast<const uint8_t*>(file.data()),
                                          static_cast<uint32_t>(file.size()), FPDF_FONT_TRUETYPE, 1));
-      if (fonts_.back() == nullptr) throw std::runtime_error("the engine refuses a font");
+      if (fonts_.back() == nullptr) throw std::runtime_error("the engine rejects a font");
     }
   }
   DocumentFonts(const DocumentFonts&) = delete;
@@ -59,7 +59,7 @@ class DocumentFonts {
 // Inserts the objects of one page.
 class PageFiller {
  public:
-  // What is given must outlive the filler.
+  // The arguments must outlive the filler.
   PageFiller(FPDF_DOCUMENT document, FPDF_PAGE page, const Scene& scene, const DocumentFonts& fonts)
       : document_(document), page_(page), scene_(scene), fonts_(fonts) {}
 
@@ -72,7 +72,7 @@ class PageFiller {
         for (size_t i = 0; i < scene_.ShapeCount(); ++i) InsertStroke(NewCurves(scene_.Shape(i)));
         break;
       case Kind::kClipped:
-        break;  // CanPlot has refused it
+        break;  // excluded by CanPlot
       case Kind::kTexts:
         for (const Text& text : scene_.texts) InsertText(text);
         break;
@@ -137,7 +137,7 @@ class PageFiller {
     FPDFPage_InsertObject(page_, path);
   }
 
-  // The engine sets a text in the font's own widths.
+  // The engine uses the font's own advance widths.
   void InsertText(const Text& text) {
     FPDF_PAGEOBJECT object =
         FPDFPageObj_CreateTextObj(document_, fonts_[text.font], static_cast<float>(text.height));
@@ -196,7 +196,7 @@ void AddPages(FPDF_DOCUMENT document, const Scene& scene, const FontFiles& fontF
 
 }  // namespace
 
-// The public functions give a page object no clip.
+// The public functions cannot set the clip of a page object.
 bool CanPlot(const Scene& scene) { return scene.kind != Kind::kClipped; }
 
 void PlotScene(const Scene& scene, const std::string& path, const std::function<void()>& start) {

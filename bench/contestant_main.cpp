@@ -1,5 +1,5 @@
-// The program around one contestant: makes the scene, plots it once and prints the seconds from the first
-// plot call to the closed file.
+// The main program of a contestant: plots a scene once and prints the seconds from the first plot call to the
+// closed file.
 //
 //   bench_plot_NAME SCENE SCALE FILE
 //

@@ -1,4 +1,4 @@
-// PDF.hdi as a host uses it: called through the DeviceTable.
+// PDF.hdi, called through the DeviceTable as by a host.
 #include <algorithm>
 #include <array>
 #include <span>
@@ -21,7 +21,7 @@ uint32_t ToColorRef(Color color) {
 
 using LogicalFonts = std::vector<hdi::LOGFONTW>;
 
-// A host that knows advances has asked for the fonts before.
+// A host that knows the advances has looked up the fonts before.
 LogicalFonts SelectFonts(const Scene& scene) {
   constexpr int32_t kRegular = 400;
   constexpr uint8_t kAnyCharacterSet = 1;
@@ -39,7 +39,7 @@ LogicalFonts SelectFonts(const Scene& scene) {
 
 class Plotter {
  public:
-  // What is given must outlive the plotter.
+  // The arguments must outlive the plotter.
   Plotter(hdi::HostDevice& device, const Scene& scene, const TextFonts& fonts)
       : device_(device), scene_(scene), fonts_(fonts), logicalFonts_(SelectFonts(scene)) {}
 
@@ -80,7 +80,7 @@ class Plotter {
     return HostPoints(scene_.Shape(index));
   }
 
-  // The record's dash entries go on behind its declared end.
+  // The record's dash entries continue after its declared end.
   void SetPen(const Pen& pen) {
     const uint32_t ends =
         pen.isRound ? hdi::kPenCapRound | hdi::kPenJoinRound : hdi::kPenCapFlat | hdi::kPenJoinMiter;
@@ -116,7 +116,8 @@ class Plotter {
   void ClippedShapes() {
     const double right = scene_.sheet.areaWidth;
     const double bottom = scene_.sheet.areaHeight;
-    SetClip({{{0, 0}, {right, 0}, {right, bottom}, {0, bottom}}});  // a page's first clip is the page's own
+    // The driver takes a page's first clip as the page's own.
+    SetClip({{{0, 0}, {right, 0}, {right, bottom}, {0, bottom}}});
     Call<hdi::entry::SetFillMode>(Position::kSetFillMode, hdi::kFillWinding);
     const auto polygon = device_.table->At<hdi::entry::Polygon>(Position::kPolygon);
     const auto fill = device_.table->At<hdi::entry::FillPath>(Position::kFillPath);

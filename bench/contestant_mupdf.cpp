@@ -1,4 +1,4 @@
-// MuPDF's PDF writer: a page's device that writes a content stream, saved with compressed streams.
+// MuPDF's PDF device for page contents, with compressed streams.
 extern "C" {
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
@@ -14,7 +14,7 @@ extern "C" {
 namespace bench {
 namespace {
 
-// The fonts of a scene's families, as MuPDF opens them.
+// The fonts of a scene's families.
 using Fonts = std::vector<fz_font*>;
 
 struct Rgb {
@@ -24,7 +24,7 @@ struct Rgb {
   float channels[3];
 };
 
-// Draws a page on a device. MuPDF reports errors by longjmp, so nothing here may need a destructor.
+// Draws a page on a device. MuPDF reports errors by longjmp, so no object here may need a destructor.
 class Painter {
  public:
   Painter(fz_context* context, fz_device* device, const Scene& scene, const TextFonts& textFonts,
@@ -86,7 +86,7 @@ class Painter {
     return path;
   }
 
-  // These two take the path over.
+  // These two take ownership of the path.
   void Stroke(fz_path* path) {
     fz_stroke_path(context_, device_, path, stroke_, matrix_, space_, strokeColor_.channels, 1,
                    fz_default_color_params);
@@ -190,14 +190,14 @@ class Painter {
   const Scene& scene_;
   const TextFonts& textFonts_;
   const Fonts& fonts_;
-  const fz_matrix matrix_;  // the device space of a page has Y down and its unit is the point
+  const fz_matrix matrix_;  // device space: points, Y down
   fz_stroke_state* stroke_;
   fz_colorspace* space_;
   Rgb strokeColor_{Color{}};
   Rgb fillColor_{Color{}};
 };
 
-// `fonts` has room for all.
+// `fonts` has an element per family.
 void OpenFonts(fz_context* context, const TextFonts& textFonts, Fonts& fonts) {
   for (size_t i = 0; i < fonts.size(); ++i) {
     fonts[i] = fz_new_font_from_file(context, nullptr, textFonts.Path(i).c_str(), 0, 0);
@@ -227,7 +227,7 @@ void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& tex
   pdf_document* document = pdf_create_document(context);
   for (size_t i = 0; i < scene.PageCount(); ++i) AddPage(context, document, scene, i, textFonts, fonts);
 #if FZ_VERSION_MAJOR > 1 || FZ_VERSION_MINOR >= 24
-  pdf_subset_fonts(context, document, 0, nullptr);  // older ones embed fonts whole
+  pdf_subset_fonts(context, document, 0, nullptr);  // older releases embed whole fonts
 #endif
   pdf_write_options options = pdf_default_write_options;
   options.do_compress = 1;
@@ -236,7 +236,7 @@ void WriteDocument(fz_context* context, const Scene& scene, const TextFonts& tex
   pdf_drop_document(context, document);
 }
 
-// What went wrong; empty: nothing.
+// Returns an error message, empty on success.
 std::string TryPlot(fz_context* context, const Scene& scene, const TextFonts& textFonts, Fonts& fonts,
                     const std::string& path, const std::function<void()>& start) {
   fz_try(context) {

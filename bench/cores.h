@@ -7,13 +7,13 @@
 
 namespace bench {
 
-// So many this process may use.
+// How many this process may use.
 [[nodiscard]] size_t CoreCount();
 
-// Keeps this thread, and the processes that it starts, to some of its cores while it lives.
+// Restricts this thread and the processes that it starts to some cores, until destroyed.
 class CoreLimit {
  public:
-  // To the first `count` of them, or to all when there are no more; 0: no limit. Throws std::system_error.
+  // `count`: how many; 0, or more than there are: no limit. Throws std::system_error.
   explicit CoreLimit(size_t count);
   CoreLimit(const CoreLimit&) = delete;
   CoreLimit& operator=(const CoreLimit&) = delete;

@@ -23,7 +23,7 @@ Color ToColor(const json& channels) {
 
 Point ToPoint(const json& pair) { return {pair.at(0).get<double>(), pair.at(1).get<double>()}; }
 
-// Calls become steps of the scene's only page.
+// Turns calls into steps of the scene's only page.
 class TraceReader {
  public:
   explicit TraceReader(Scene& scene) : scene_(scene) {}
@@ -45,7 +45,7 @@ class TraceReader {
     } else if (call == "DevText") {
       AddText(line);
     } else if (!IsWithoutInk(line, call)) {
-      throw std::runtime_error("the scenes cannot express " + call);
+      throw std::runtime_error("scenes cannot express the call " + call);
     }
   }
 
@@ -63,12 +63,12 @@ class TraceReader {
     scene_.pages.front().push_back({kind, Number(index), Number(count)});
   }
 
-  // Solid pens and those with entries of their own, with round caps and joins.
+  // Solid and custom dashed pens with round caps and joins.
   void SetPen(const json& line) {
     constexpr uint32_t kSolid = 0x10000;
     constexpr uint32_t kDashed = 0x10007;
     const auto style = line.at("style").get<uint32_t>();
-    if (style != kSolid && style != kDashed) throw std::runtime_error("the scenes have no such pen");
+    if (style != kSolid && style != kDashed) throw std::runtime_error("scenes cannot express this pen");
     AddStep(Step::Kind::kPen, scene_.pens.size());
     scene_.pens.push_back(
         {line.at("width"), ToColor(line.at("color")), true, line.value("entries", std::vector<uint32_t>())});
@@ -101,7 +101,7 @@ class TraceReader {
     const double rotation = line.at("c");
     const double begin = line.at("d");
     const double sweep = line.at("e").get<double>() - begin;
-    // A place relative to the centre of the unit circle, brought to the ellipse.
+    // Maps a point of the unit circle to the ellipse.
     const auto add = [&](double x, double y) {
       scene_.points.push_back({center.x + a * x * std::cos(rotation) - b * y * std::sin(rotation),
                                center.y - a * x * std::sin(rotation) - b * y * std::cos(rotation)});
@@ -126,7 +126,7 @@ class TraceReader {
     const json& font = line.at("font");
     const std::string family = font.at("lfFaceName");
     if (scene_.brushes.empty() || font.value("lfItalic", 0) != 0 || font.value("lfWeight", 0) > 400) {
-      throw std::runtime_error("the scenes have no such text");
+      throw std::runtime_error("scenes cannot express this text");
     }
     Text text{};
     text.units = FromUtf8(line.at("text").get<std::string>());

@@ -7,10 +7,9 @@
 
 namespace bench {
 
-// What the trace of a job of one page draws, as one page of steps. Coordinates are as in the trace, not whole
-// dots; arcs become curves; layers and capabilities are left out, and so is what does not change the picture
-// of an opaque drawing. Throws std::runtime_error when the file cannot be read or has calls that the scenes
-// cannot express.
+// Reads the trace of a job with one page as a page of steps. Coordinates are those of the trace, not whole
+// dots; arcs become curves; layers, capabilities and calls that do not change an opaque drawing are dropped.
+// Throws std::runtime_error if the file cannot be read or has calls that scenes cannot express.
 [[nodiscard]] Scene ReadTrace(const std::string& path);
 
 }  // namespace bench

@@ -1,4 +1,4 @@
-// The frame of a benchmark's main function.
+// Reports exceptions of a benchmark's main function.
 #pragma once
 
 #include <cstdio>
@@ -6,7 +6,7 @@
 
 namespace bench {
 
-// What `run` returns, or 1 with the reason on standard error when it throws.
+// Returns the result of `run`, or 1 with a message on standard error if it throws.
 inline int GuardedMain(int (*run)(int argc, char** argv), int argc, char** argv) {
   try {
     return run(argc, argv);

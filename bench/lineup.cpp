@@ -22,7 +22,7 @@ fs::path ProgramOf(const std::string& name) {
 std::vector<Contestant> FindContestants(const std::vector<std::string>& compressions) {
   std::vector<Contestant> found;
   const std::string ours = ProgramOf("module").string();
-  if (!fs::exists(ours)) throw std::runtime_error("PDF.hdi takes no part");
+  if (!fs::exists(ours)) throw std::runtime_error("PDF.hdi is not built");
   const size_t all = CoreCount();
   for (const std::string& compression : compressions) {
     const auto add = [&](size_t threads, size_t cores) {
@@ -39,7 +39,7 @@ std::vector<Contestant> FindContestants(const std::vector<std::string>& compress
     if (fs::exists(program)) {
       found.push_back({program, name, title, {}, 1, 0});
     } else {
-      fmt::print(stderr, "{} is not built and is left out\n", title);
+      fmt::print(stderr, "{} is not built and left out\n", title);
     }
   }
   return found;

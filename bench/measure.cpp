@@ -25,7 +25,7 @@ fs::path FileOf(const Contestant& contestant, const SceneName& scene, const Work
 void RunOnce(Score& score, const SceneName& scene, const Effort& effort, const WorkFolder& folder) {
   const Contestant& contestant = score.contestant;
   const fs::path file = FileOf(contestant, scene, folder);
-  fs::remove(file);  // no contestant has to empty the file of its last run
+  fs::remove(file);  // so that no contestant spends time truncating it
   folder.WriteDeviceList(contestant.compression);
   const auto result = RunContestant(
       {contestant.program, std::string(scene.name), fmt::format("{}", effort.scale), file.string()},
@@ -36,7 +36,7 @@ void RunOnce(Score& score, const SceneName& scene, const Effort& effort, const W
   score.fileBytes = static_cast<double>(fs::file_size(file));
 }
 
-// A renderer takes minutes for a page full of lines that all cross each other.
+// Rendering a page full of crossing lines takes minutes.
 bool IsSoonDrawn(const Scene& scene) {
   constexpr size_t kMostShapes = 20'000;
   return scene.pointsPerShape == 0 || scene.ShapeCount() <= kMostShapes;
@@ -55,8 +55,8 @@ std::vector<Score> Measure(const std::vector<Contestant>& contestants, const Sce
   std::vector<Score> scores;
   scores.reserve(contestants.size());
   for (const Contestant& contestant : contestants) scores.push_back({contestant, {}, 0, 0});
-  // All take turns, so that a machine that is busy for a while is so for all of them, and in an order of each
-  // round's own: who comes after a program of the same kind finds its caches warm.
+  // Runs are interleaved, so that a busy spell of the machine hits all contestants, in a different order in
+  // each round, as a program that follows one of its kind finds warm caches.
   Random random(20240611);
   std::vector<size_t> order(scores.size());
   std::iota(order.begin(), order.end(), size_t{0});
@@ -74,7 +74,7 @@ void CheckFiles(const std::vector<Score>& scores, const SceneName& name, const E
   const Scene scene = MakeScene(name.name, effort.scale);
   const fs::path first = FileOf(scores.front().contestant, name, folder);
   const bool draws = IsSoonDrawn(scene);
-  if (!draws) fmt::print(stderr, "{}: too many long lines to compare pictures of them\n", name.name);
+  if (!draws) fmt::print(stderr, "{}: too many long lines, pictures are not compared\n", name.name);
   const std::string picture = draws ? PictureOf(first, scene) : std::string();
   for (const Score& score : scores) {
     if (!score.CanPlot()) continue;

@@ -1,4 +1,4 @@
-// Draws a scene with every contestant and takes what each needs for it.
+// Draws a scene with every contestant and measures each.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace bench {
 
 struct Score {
   Contestant contestant;
-  std::vector<double> seconds;  // of each run; empty: the contestant cannot express the scene
+  std::vector<double> seconds;  // per run; empty if it cannot express the scene
   double peakBytes = 0;         // the highest of all runs
   double fileBytes = 0;
 
@@ -25,12 +25,12 @@ struct Effort {
   double scale = 1;
 };
 
-// In the order of the contestants. Throws std::runtime_error when one fails.
+// In the order of the contestants. Throws std::runtime_error if one fails.
 [[nodiscard]] std::vector<Score> Measure(const std::vector<Contestant>& contestants, const SceneName& scene,
                                          const Effort& effort, const WorkFolder& folder);
 
-// Throws std::runtime_error when one of the files that a measurement has left is not as it should be. To be
-// called after all measurements: what this process has ever taken counts as memory of those that it starts.
+// Throws std::runtime_error if one of the files that a measurement left is wrong. Call it after all
+// measurements: the peak of this process counts as memory of those that it starts.
 void CheckFiles(const std::vector<Score>& scores, const SceneName& name, const Effort& effort,
                 const WorkFolder& folder);
 

@@ -1,8 +1,8 @@
-// How much memory large jobs take: PDF.hdi keeps the list of a whole job and the objects of one page, so its
-// peak is held against the two together. Each job runs in a process of its own.
+// Peak memory of large jobs, compared with the size of the command list and the page's stream. Each job runs
+// in a process of its own.
 //
 //   bench_memory [--scale F]
-//   bench_memory --job PAGES GROUPS FILE    one job, for itself; prints the bytes of its list
+//   bench_memory --job PAGES GROUPS FILE    runs one job; prints the bytes of its list
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -27,9 +27,9 @@ namespace {
 
 using hdi::Position;
 
-// Lines are plotted in groups of one pen, each of which becomes an object of the page.
+// Each group of lines has one pen and becomes an object of the page.
 constexpr size_t kLinesPerGroup = 10;
-constexpr size_t kRecordsPerGroup = 2 * kLinesPerGroup + 2;  // a line's two points; the stroke, and the pen
+constexpr size_t kRecordsPerGroup = 2 * kLinesPerGroup + 2;  // two points a line; stroke and pen
 
 struct Job {
   size_t pages;
@@ -80,11 +80,11 @@ void RunJob(const Job& job, const std::string& file) {
 Memory Measure(const Job& job, const WorkFolder& folder) {
   const auto run = RunProgram({"/proc/self/exe", "--job", fmt::format("{}", job.pages),
                                fmt::format("{}", job.groups), (folder.Path() / "job.pdf").string()});
-  if (!run) throw std::runtime_error("a job could not be plotted");
+  if (!run) throw std::runtime_error("a job failed");
   return {std::atof(run->output.c_str()), run->peakBytes};
 }
 
-// `sample` is one page, and `pageSize` so many times as small as a page of `job`.
+// `sample` is one page, smaller by the factor `pageSize` than a page of `job`.
 void Compare(const std::string& title, const Job& job, const Job& sample, double pageSize,
              const WorkFolder& folder) {
   constexpr double kMega = 1e6;

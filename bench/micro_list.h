@@ -1,4 +1,4 @@
-// A job that records without a host and without a driver, for the micro benchmarks.
+// A job that records without host and driver.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace bench {
 
-// Owns the process-wide arenas while it lives.
+// Owns the process-wide arenas until destroyed.
 class RecordedJob {
  public:
   RecordedJob() {
@@ -29,7 +29,7 @@ class RecordedJob {
 
   [[nodiscard]] hdi::PlotJob& Job() { return job_; }
 
-  // Every shape of the scene as a polyline or a curve. `keepFractions` as in the settings record.
+  // Records every shape of the scene as a polyline or a curve. `keepFractions` as in the settings record.
   void AddShapes(const Scene& scene, int32_t keepFractions) {
     static_assert(sizeof(Point) == sizeof(hdi::HT_Double_Point));
     hdi::DriverDevMode settings{};

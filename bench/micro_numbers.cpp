@@ -1,4 +1,4 @@
-// The number writer over a thousand numbers of each kind that it meets.
+// The number writer, on a thousand numbers of each kind that occurs.
 #include <benchmark/benchmark.h>
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// What a point and a text cost on their way into the command list.
+// The cost of recording a point and a text.
 #include <benchmark/benchmark.h>
 
 #include "bench/micro_list.h"
@@ -7,7 +7,7 @@
 namespace bench {
 namespace {
 
-// Arguments: points of a polyline, whether fractions are kept.
+// Arguments: points per polyline, whether fractions are kept.
 void RecordPolylines(benchmark::State& state) {
   const Scene scene = [&] {
     Scene made = MakeScene("polylines", 0.1);
@@ -28,7 +28,7 @@ BENCHMARK(RecordPolylines)
     ->Args({11, 1})
     ->Args({1000, 0});
 
-// A pen before every line: the path is flushed and the state recorded each time.
+// A pen before every line, so that each flushes the path and records the state.
 void RecordLinesWithPens(benchmark::State& state) {
   const Scene scene = MakeScene("lines", 0.05);
   Scene one = scene;

@@ -1,5 +1,5 @@
-// What a point and a text cost on their way from the command list to the finished page: with all that stands
-// around it, and for the content generator alone.
+// The cost of a point and a text from the command list to the finished page, in total and for the content
+// generator alone.
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -16,7 +16,7 @@
 namespace bench {
 namespace {
 
-// A page of the scene's shapes in one pen, as one path or, with a pen before each, as many.
+// A page of the scene's shapes in one pen, as one path, or with a pen before each as many.
 enum class Paths : uint8_t { kOne, kMany };
 
 void StartPage(hdi::PlotJob& job) {
@@ -42,7 +42,7 @@ void AddPage(RecordedJob& recorded, const Scene& scene, Paths paths) {
   hdi::Record(job, hdi::OP_END_PAGE);
 }
 
-// The whole of a page: replay, page stream, compression, but not the saving of the document.
+// A whole page: replay, page stream, compression, without saving the document.
 void Replay(benchmark::State& state, const hdi::PlotJob& job, const hdi::DriverDevMode& settings) {
   while (state.KeepRunning()) {
     state.PauseTiming();
@@ -65,7 +65,7 @@ void ReplayPage(benchmark::State& state) {
 }
 BENCHMARK(ReplayPage)->ArgName("pens")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// Argument: texts on the page. The few show what the fonts alone cost.
+// Argument: texts on the page. The small number shows the cost of the fonts.
 void ReplayTexts(benchmark::State& state) {
   const Scene scene = MakeTexts(static_cast<size_t>(state.range(0)));
   const TextFonts layout(scene);
@@ -101,7 +101,7 @@ hdi::PathPoints ToPath(const Scene& scene, double offset) {
   return points;
 }
 
-// Argument: hundredths of a dot that are added to whole dots.
+// Argument: hundredths of a dot to add to whole dots.
 void WritePath(benchmark::State& state) {
   hdi::PathObject path;
   path.points = ToPath(MakeScene("polylines", 0.01), static_cast<double>(state.range(0)) / 100);
@@ -116,7 +116,7 @@ void WritePath(benchmark::State& state) {
 }
 BENCHMARK(WritePath)->ArgName("hundredths")->Arg(0)->Arg(25)->Arg(37);
 
-// Objects under clips that change with every object: shared ones, and equal ones that are not the same.
+// Objects whose clip changes each time: shared clips, and equal ones at different addresses.
 void WriteUnderClips(benchmark::State& state) {
   const hdi::PathPoints outline = ToPath(MakeScene("polylines", 0.001), 0);
   const bool shared = state.range(0) != 0;

@@ -1,4 +1,4 @@
-// Texts of 20 characters in a device's command list, for the micro benchmarks.
+// Texts of 20 characters in a device's command list.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@ namespace bench {
   return scene;
 }
 
-// A device that is open while this lives.
+// A device that is open until this is destroyed.
 class TextDevice {
  public:
   TextDevice() {
@@ -33,7 +33,7 @@ class TextDevice {
   [[nodiscard]] hdi::PlotJob& Job() { return *device_.job; }
   [[nodiscard]] const hdi::DriverDevMode& Settings() { return *driver_.GetDevModePointer(); }
 
-  // `layout` is of the same scene.
+  // `layout` must be that of the same scene.
   void AddTexts(const Scene& scene, const TextFonts& layout) {
     for (size_t i = 0; i < scene.texts.size(); ++i) {
       const Text& text = scene.texts[i];

@@ -6,12 +6,12 @@
 
 namespace bench {
 
-// SplitMix64: small, and the same everywhere, unlike the distributions of the standard library.
+// SplitMix64. Unlike the standard library's distributions, it gives the same numbers everywhere.
 class Random {
  public:
   explicit Random(uint64_t seed) : state_(seed) {}
 
-  // A whole number from 0 to below `limit`.
+  // An integer in [0, limit).
   [[nodiscard]] int32_t Below(int32_t limit) {
     state_ += 0x9E3779B97F4A7C15;
     uint64_t bits = state_;

@@ -12,11 +12,11 @@
 namespace bench {
 namespace {
 
-// One of our rows against a peer's time or the smallest peer's file.
+// One of our rows, compared with another program's time or the smallest of the other files.
 struct Ratio {
   std::string_view peer;
   double value;
-  double wanted;  // 0: nothing
+  double wanted;  // 0: no target
 };
 
 std::optional<Ratio> SpeedAgainst(std::string_view peer, double wanted, const Score& ours,
@@ -38,7 +38,7 @@ std::vector<Ratio> Speeds(const SceneName& scene, const Score& ours, const std::
   return speeds;
 }
 
-// Our file as a multiple of the smallest peer's.
+// Our file size as a multiple of the smallest other one.
 std::optional<double> SizeAgainstSmallest(const Score& ours, const std::vector<Score>& scores) {
   std::optional<double> smallest;
   for (const Score& score : scores) {
@@ -75,7 +75,7 @@ void PrintVerdict(const SceneName& scene, const Score& ours, const std::vector<S
     line += ',';
   }
   if (const auto size = SizeAgainstSmallest(ours, scores)) {
-    line += fmt::format(" file {:+.1f} % against the smallest peer's", (*size - 1) * 100);
+    line += fmt::format(" file {:+.1f} % against the smallest other", (*size - 1) * 100);
     if (scene.allowedSize > 0) {
       line += fmt::format(" ({} {:+.0f} %)", *size <= scene.allowedSize ? "within" : "MISSES",
                           (scene.allowedSize - 1) * 100);
@@ -111,7 +111,7 @@ void PrintTable(const SceneName& scene, const std::vector<Score>& scores, double
   for (const Score& score : scores) {
     if (IsJudged(score)) PrintVerdict(scene, score, scores);
   }
-  std::fflush(stdout);  // the next scene takes its time
+  std::fflush(stdout);  // the next scene takes a while
 }
 
 nlohmann::json ToJson(const SceneName& scene, const std::vector<Score>& scores) {

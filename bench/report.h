@@ -1,4 +1,4 @@
-// What the comparison tells of a scene.
+// Prints the results of a scene.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -9,8 +9,7 @@
 
 namespace bench {
 
-// A table, and for each of our compressions with all threads a line that holds it against what is asked of
-// it.
+// Prints a table and, for each of our compressions on all cores, a line that compares it with its targets.
 void PrintTable(const SceneName& scene, const std::vector<Score>& scores, double scale);
 
 [[nodiscard]] nlohmann::json ToJson(const SceneName& scene, const std::vector<Score>& scores);

@@ -33,7 +33,7 @@ Scene RandomShapes(Kind kind, size_t count, size_t pointsPerShape) {
   return scene;
 }
 
-// Hexagons around the middle of a rectangle, some of them reaching over its edge.
+// Hexagons around the middle of a rectangle, some of which cross its edge.
 Scene ClippedPolygons(double scale) {
   constexpr int32_t kWidth = 600;
   constexpr int32_t kHeight = 500;
@@ -61,7 +61,7 @@ Scene ClippedPolygons(double scale) {
   return scene;
 }
 
-// Pages of polylines of ten segments and single lines in turn.
+// Pages of alternating polylines of ten segments and single lines.
 Scene RandomPages(size_t pageCount, size_t shapesPerPage) {
   constexpr uint32_t kLongShape = 11;
   constexpr uint32_t kShortShape = 2;

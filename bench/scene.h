@@ -1,6 +1,5 @@
-// The scenes that all contestants draw. A scene is fixed by its name and its scale: it comes from one of the
-// example drawings, or its numbers from a generator of our own with a fixed seed, so that it is the same on
-// every machine and for everybody.
+// The scenes that all contestants draw. A scene depends only on its name and scale: it comes from an example
+// drawing or from a random generator with a fixed seed, so it is the same on every machine.
 //
 // Coordinates are whole dots at 600 dots per inch, Y down, from the upper left corner of the drawing area.
 #pragma once
@@ -30,8 +29,8 @@ inline constexpr int32_t kDotsPerInch = 600;
 inline constexpr double kPointsPerDot = 72.0 / kDotsPerInch;
 inline constexpr int32_t kTenthsPerInch = 254;  // of a millimetre
 
-// A sheet and its drawing area: the full width and so much of the height, from the bottom up, as makes a
-// whole number of dots and of tenths of a millimetre. Contestants with Y up then see whole dots, too.
+// A sheet and its drawing area: the full width and, from the bottom, the largest height that is an integer
+// both in dots and in tenths of a millimetre, so that contestants with Y up get whole dots, too.
 struct Sheet {
   int32_t widthTenths;
   int32_t heightTenths;
@@ -40,7 +39,7 @@ struct Sheet {
 
   [[nodiscard]] constexpr double WidthPoints() const { return widthTenths * 72.0 / kTenthsPerInch; }
   [[nodiscard]] constexpr double HeightPoints() const { return heightTenths * 72.0 / kTenthsPerInch; }
-  // From the sheet's upper edge to the area.
+  // Distance from the sheet's upper edge to the area.
   [[nodiscard]] constexpr double TopMarginPoints() const {
     return HeightPoints() - areaHeight * kPointsPerDot;
   }
@@ -52,12 +51,12 @@ struct Sheet {
 inline constexpr Sheet kA4 = {2100, 2970, 4960, 6900};
 inline constexpr Sheet kA0 = {8410, 11890, 19866, 27900};
 
-inline constexpr int32_t kLineWidth = 2;  // dots, where the scene has no pens
+inline constexpr int32_t kLineWidth = 2;  // dots, for scenes without pens
 
 enum class Kind : uint8_t {
   kStrokes,  // each shape is a polyline of its own
   kCurves,   // each shape is four points of a cubic curve
-  kClipped,  // each shape is a filled polygon; every so many share a clip and a colour
+  kClipped,  // each shape is a filled polygon; groups share a clip and a colour
   kTexts,    // no shapes: texts
   kMixed,    // no shapes: pages of steps
 };
@@ -71,29 +70,29 @@ struct Text {
   std::u16string units;  // none of them a surrogate
   Point start;           // of the base line
   int32_t height;        // of the em, dots
-  int32_t angle;         // of the base line, tenths of a degree counter-clockwise, from 0 to below a turn
+  int32_t angle;         // of the base line, tenths of a degree counter-clockwise, in [0, 3600)
   size_t font;           // of the scene's families
   Color color;
 };
 
-// The way of a text's base line, in coordinates with Y down. Quarter turns are exact.
+// The direction of a text's base line, Y down. Exact for quarter turns.
 [[nodiscard]] Point DirectionOf(const Text& text);
 
 struct Pen {
   int32_t width;  // dots
   Color color;
   bool isRound;                  // caps and joins are round, otherwise flat and mitred
-  std::vector<uint32_t> dashes;  // lengths in dots, on and off in turn; empty: solid
+  std::vector<uint32_t> dashes;  // lengths in dots, alternately on and off; empty: solid
 };
 
-// Polygons that are filled together, by the even-odd rule. Their points follow one another.
+// Polygons that are filled together by the even-odd rule. Their points are consecutive.
 struct Polygons {
   size_t first;  // of the scene's points
   std::vector<uint32_t> counts;
 };
 
-// What a mixed scene is drawn in. Pen and brush hold until the next of their kind or the end of the page, and
-// each page begins with a pen.
+// An operation of a mixed scene. Pen and brush stay in effect until the next of their kind or the end of the
+// page; each page begins with a pen.
 struct Step {
   enum class Kind : uint8_t {
     kPen,
@@ -101,10 +100,10 @@ struct Step {
     kPolyline,
     kCurves,  // a start and groups of three points
     kPolygons,
-    kText,  // in the colour of the brush, which is also the text's own
+    kText,  // in the colour of the brush
   };
   Kind kind;
-  uint32_t index;  // of the scene's pens, brushes, polygons or texts, otherwise of its points
+  uint32_t index;  // into the scene's pens, brushes, polygons or texts, otherwise its points
   uint32_t count;  // of points, for polylines and curves
 };
 
@@ -132,8 +131,8 @@ struct Scene {
   }
 };
 
-// `scale` multiplies the number of shapes, texts or steps; pages stay as many. Throws std::invalid_argument
-// for a name that is not in scene_names.h, std::runtime_error when a file of the scene cannot be read.
+// `scale` multiplies the number of shapes, texts or steps, not of pages. Throws std::invalid_argument for a
+// name that is not in scene_names.h, std::runtime_error if a file of the scene cannot be read.
 [[nodiscard]] Scene MakeScene(std::string_view name, double scale);
 
 }  // namespace bench

@@ -29,12 +29,12 @@ Pen ScaledPen(Pen pen) {
   return pen;
 }
 
-// Lays one copy of the plan after the other into the scene's page.
+// Adds copies of the plan to the scene's page.
 class Tiler {
  public:
   Tiler(const Scene& plan, Scene& scene) : plan_(plan), scene_(scene) {}
 
-  // The plan or, at the end, the part of it that brings the objects to `objectCount`.
+  // Adds the plan or, for the last copy, the part of it that completes `objectCount`.
   void AddTile(int32_t tile, size_t objectCount) {
     corner_ = {static_cast<double>(tile % kColumns * kTileWidth),
                static_cast<double>(tile / kColumns % kRows * kTileHeight)};

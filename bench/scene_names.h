@@ -1,4 +1,4 @@
-// The names of the scenes, and what the comparison asks of the driver in each.
+// The scenes and the targets of the driver in each.
 #pragma once
 
 #include <array>
@@ -9,8 +9,8 @@ namespace bench {
 struct SceneName {
   std::string_view name;
   std::string_view title;
-  double allowedSize;         // of our file, as a multiple of the smallest peer's; 0: no demand
-  double wantedAgainstMupdf;  // the peer's time as a multiple of ours; 0: no demand
+  double allowedSize;         // our file size as a multiple of the smallest other; 0: no target
+  double wantedAgainstMupdf;  // MuPDF's time as a multiple of ours; 0: no target
   double wantedAgainstCairo;
 };
 

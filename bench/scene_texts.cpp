@@ -24,15 +24,15 @@ constexpr auto kCyrillicWords = std::to_array<std::u16string_view>(
     {u"План", u"Разрез", u"Этаж", u"Лист", u"Узел", u"Балка", u"Колонна", u"подвал"});
 constexpr std::array kColors = {Color{192, 0, 0}, Color{0, 96, 0}, Color{0, 0, 192}, Color{128, 128, 128}};
 
-// Lengths are from 8 to 30.
+// 8 to 30 characters.
 constexpr size_t kShortest = 8;
 constexpr int32_t kSpread = 23;
 constexpr int32_t kLowest = 20;
 constexpr int32_t kHighest = 80;
-// No character of the vocabulary is wider in any of the fonts, in ems.
+// Upper bound of the width of the vocabulary's characters in the fonts, in ems.
 constexpr double kWidest = 1.0;
 
-// A whole number or one with two decimals.
+// An integer, or a number with two decimals.
 std::u16string Number(Random& random) {
   const std::string digits = std::to_string(random.Below(20'000));
   std::u16string number(digits.begin(), digits.end());
@@ -56,14 +56,14 @@ std::u16string Units(Random& random) {
   return units;
 }
 
-// Most texts lie along the sheet's lower edge, a quarter along its right one, and some anywhere.
+// Most texts are horizontal, a quarter vertical, and some at any angle.
 int32_t Angle(Random& random) {
   const int32_t kind = random.Below(20);
   if (kind < 5) return 900;
   return kind < 8 ? random.Below(3600) : 0;
 }
 
-// A coordinate so that all from `low` to `high` relative to it is from 0 to `size`.
+// A random coordinate such that `low` to `high` relative to it stay within 0 to `size`.
 double Inside(Random& random, double low, double high, int32_t size) {
   const auto first = static_cast<int32_t>(std::ceil(-low));
   const auto last = size - static_cast<int32_t>(std::ceil(high));

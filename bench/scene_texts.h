@@ -7,7 +7,7 @@
 
 namespace bench {
 
-// So many texts of 8 to 30 characters of what stands in drawings, each whole within the drawing area.
+// This many texts of 8 to 30 characters, with words as in drawings, each within the drawing area.
 [[nodiscard]] Scene RandomTexts(size_t count);
 
 }  // namespace bench

@@ -28,11 +28,11 @@ hdi::HT_Driver& LoadDriver() {
   const auto itDriver = reinterpret_cast<hdi::ItDriverFunction*>(dlsym(module, "IT_Driver"));
   if (itDriver == nullptr) throw std::runtime_error(dlerror());
   itDriver(hdi::kCreateDrivers, static_cast<hdi::HostDriverList*>(&drivers));
-  if (drivers.Get() == nullptr) throw std::runtime_error("the device list (pdf.ini) names no device");
+  if (drivers.Get() == nullptr) throw std::runtime_error("no device in the device list (pdf.ini)");
   return *drivers.Get();
 }
 
-// The sheet goes straight into the driver's part; the snapshot says that the public part has been resolved.
+// Sets the driver's part directly; the snapshot marks the public part as resolved.
 void SetSheet(hdi::DriverDevMode& record, const Sheet& sheet) {
   record.dm.dmPrintQuality = static_cast<int16_t>(kDotsPerInch);
   record.paperWidth = sheet.widthTenths;
@@ -59,7 +59,7 @@ void Session::StartDocument(const std::string& path) {
   const std::u16string output = Widen(path);
   const hdi::DOCINFOW info = {sizeof info, u"bench", output.c_str(), nullptr, 0};
   if (Call<hdi::entry::StartDoc>(hdi::Position::kStartDoc, &info) != 1) {
-    throw std::runtime_error("the document could not be started");
+    throw std::runtime_error("cannot start the document");
   }
 }
 

@@ -1,4 +1,4 @@
-// A job with PDF.hdi, which is loaded at run time.
+// A job with PDF.hdi, loaded at run time.
 #pragma once
 
 #include <string>
@@ -12,13 +12,13 @@ namespace bench {
 // An open device with a scene's sheet; closed at the end.
 class Session {
  public:
-  // Throws std::runtime_error when the module or its device list is missing.
+  // Throws std::runtime_error if the module or its device list is missing.
   explicit Session(const Sheet& sheet);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
 
-  // Throws std::runtime_error when the driver refuses.
+  // Throws std::runtime_error if the driver fails.
   void StartDocument(const std::string& path);
   void EndDocument();
 

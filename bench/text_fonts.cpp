@@ -10,7 +10,7 @@
 namespace bench {
 namespace {
 
-// The closest face that is installed, so its family has to be looked at.
+// fontconfig returns the closest installed face, so its family must be compared.
 std::string FindFontFile(const std::string& family) {
   const std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)> wanted(FcPatternCreate(), &FcPatternDestroy);
   FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
@@ -34,7 +34,7 @@ std::string FindFontFile(const std::string& family) {
 
 TextFonts::TextFonts(const Scene& scene) {
   if (scene.families.empty()) return;
-  if (FT_Init_FreeType(&library_) != 0) throw std::runtime_error("no font library");
+  if (FT_Init_FreeType(&library_) != 0) throw std::runtime_error("cannot initialise FreeType");
   for (const std::string& family : scene.families) {
     const std::string& path = paths_.emplace_back(FindFontFile(family));
     if (FT_New_Face(library_, path.c_str(), 0, &faces_.emplace_back()) != 0) {

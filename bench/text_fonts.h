@@ -1,5 +1,5 @@
-// What a program has of a scene's texts before it draws: the fonts' files and faces, and the advances in
-// which all contestants set the texts.
+// What a program prepares before it draws a scene's texts: the fonts' files and faces, and the advances that
+// all contestants use.
 #pragma once
 
 #include <ft2build.h>
@@ -15,8 +15,8 @@ namespace bench {
 
 class TextFonts {
  public:
-  // Finds the upright regular face of each family. Nothing is opened for a scene without texts. Throws
-  // std::runtime_error when a family is not installed.
+  // Opens the upright regular face of each family; nothing for a scene without texts. Throws
+  // std::runtime_error if a family is not installed.
   explicit TextFonts(const Scene& scene);
   TextFonts(const TextFonts&) = delete;
   TextFonts& operator=(const TextFonts&) = delete;
@@ -24,11 +24,11 @@ class TextFonts {
 
   [[nodiscard]] size_t Count() const { return faces_.size(); }
 
-  // In the order of the scene's families; faces have no size and belong to this object.
+  // In the order of the scene's families, without a size set. Owned by this object.
   [[nodiscard]] const std::string& Path(size_t font) const { return paths_[font]; }
   [[nodiscard]] FT_Face Face(size_t font) const { return faces_[font]; }
 
-  // Of each unit of the scene's text `index`, in dots: the font's own widths, without hinting.
+  // The advance of each unit of the scene's text `index`, in dots: the font's own, unhinted.
   [[nodiscard]] const std::vector<double>& Advances(size_t index) const { return advances_[index]; }
 
  private:
@@ -47,7 +47,7 @@ class TextFonts {
 }
 
 [[nodiscard]] std::string ToUtf8(const std::u16string& units);
-// The reverse. `bytes` must be sound and without characters that take surrogates.
+// Decodes UTF-8. `bytes` must be valid and without characters beyond U+FFFF.
 [[nodiscard]] std::u16string FromUtf8(std::string_view bytes);
 
 }  // namespace bench

@@ -1,4 +1,4 @@
-// Where the programs of the benchmarks put their files.
+// The folder for the files of a benchmark program.
 #pragma once
 
 #include <cstdlib>
@@ -10,14 +10,15 @@
 
 namespace bench {
 
-// A folder that goes away at the end, with the device list that the driver asks for.
+// A folder with the device list that the driver needs, removed at the end.
 class WorkFolder {
  public:
-  // `keep` names the folder, which then stays; empty: one of its own.
+  // `keep` names a folder that is not removed; empty: a temporary one.
   explicit WorkFolder(const std::string& keep) : keep_(!keep.empty()) {
     std::string name = keep_ ? std::filesystem::absolute(keep).string()
                              : (std::filesystem::temp_directory_path() / "bench-XXXXXX").string();
-    if (!keep_ && mkdtemp(name.data()) == nullptr) throw std::runtime_error("cannot make a temporary folder");
+    if (!keep_ && mkdtemp(name.data()) == nullptr)
+      throw std::runtime_error("cannot create a temporary folder");
     path_ = name;
     std::filesystem::create_directories(path_);
     WriteDeviceList({});
@@ -32,7 +33,7 @@ class WorkFolder {
   }
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
 
-  // Names the device's compression in its settings; empty: leaves it to the driver.
+  // Sets the device's compression; empty: the driver's default.
   void WriteDeviceList(const std::string& compression) const {
     std::ofstream list(path_ / "pdf.ini");
     list << "[Devices]\nVersion=1\n[PDF]\nName=PDF\n";
