@@ -1,10 +1,10 @@
-"""A text DXF as a binary one, in either of the two forms."""
+"""Converts a text DXF to one of the two binary forms."""
 
 import struct
 
 MARK = b"Example Binary DXF\r\n\x1a\0"
 
-# What the values of group codes are: struct's letter, or None for a chunk of bytes. Others are texts.
+# Value types by group code: struct's format character, or None for a chunk of bytes. Others are strings.
 FORMS = [
     (range(10, 60), "d"), (range(60, 90), "h"), (range(90, 100), "i"), (range(110, 150), "d"), (range(160, 170), "q"),
     (range(170, 180), "h"), (range(210, 240), "d"), (range(270, 290), "h"), (range(290, 300), "b"),
@@ -16,7 +16,7 @@ LETTERS = {code: letter for codes, letter in FORMS for code in codes}
 
 
 def number(text):
-    """Where nobody looks, a drawing may have anything."""
+    """0 for an invalid number, which test drawings may have where the reader ignores it."""
     try:
         return float(text)
     except ValueError:
@@ -43,7 +43,7 @@ def code_bytes(code, wide):
 
 
 def converted(text, wide):
-    """`wide`: codes have two bytes, as from R13 on."""
+    """`wide`: group codes have two bytes, as since R13."""
     lines = text.removeprefix(b"\xef\xbb\xbf").replace(b"\r\n", b"\n").split(b"\n")
     groups = ((int(code), value) for code, value in zip(lines[::2], lines[1::2]))
     return MARK + b"".join(code_bytes(code, wide) + value_bytes(code, value) for code, value in groups if code != 999)

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Plots the drawings of this folder and compares what hdiplot records and reports with the files beside them.
+"""Plots the drawings of this folder and compares traces and messages with the expected files.
 
-NAME.dxf is plotted with the options in NAME.args. Beside it lie what is expected: NAME.jsonl, the recorded trace;
-NAME.err, standard error; NAME.out, standard output behind the summary. A file that is missing is an empty one.
-Both binary forms of the drawing, and of the examples, have to give the same trace to the last digit.
+NAME.dxf is plotted with the options in NAME.args. Expected are NAME.jsonl, the recorded trace; NAME.err, standard
+error; NAME.out, standard output after the summary. A missing file stands for an empty one. Both binary forms of the
+drawing, and of the examples, must give exactly the same trace.
 
-    check_drawings.py [NAME ...]           compares; without names all drawings
-    check_drawings.py --update NAME ...    writes the expected files anew, for a review of each changed line
+    check_drawings.py [NAME ...]           compares; default: all drawings
+    check_drawings.py --update NAME ...    writes the expected files, for a review of each changed line
 """
 
 import argparse
@@ -42,12 +42,12 @@ def read(file):
 
 
 def plot(drawing):
-    """What the plot of a drawing gives, by the ending of the file that holds what is expected."""
+    """Plots a drawing; the results by the extension of the expected file."""
     with tempfile.TemporaryDirectory() as place:
         trace = pathlib.Path(place, "trace.jsonl")
         options = shlex.split(read(FOLDER / f"{drawing.stem}.args"))
         files = ["-o", os.path.join(place, "plot.pdf"), "--record", str(trace)]
-        # An own directory for the user's settings, and the driver's messages in English.
+        # Without the user's settings, and with the driver's messages in English.
         environment = os.environ | {"HDI_USER_DIR": place, "LC_ALL": "C.UTF-8"}
         done = subprocess.run([os.environ["HDI_HDIPLOT_PATH"], drawing.name, *files, *options], cwd=drawing.parent,
                               env=environment, capture_output=True, encoding="utf-8", check=False, timeout=60)
@@ -57,7 +57,7 @@ def plot(drawing):
 
 
 def binary_differs(drawing):
-    """Whether one of the binary forms, among whatever files the drawing names, is plotted in another way."""
+    """Whether one of the binary forms, beside the images that drawings refer to, gives another trace."""
     text = plot(drawing)["jsonl"]
     with tempfile.TemporaryDirectory() as place:
         for file in drawing.parent.glob("*.png"):
@@ -71,7 +71,7 @@ def binary_differs(drawing):
 
 
 def agree(expected, actual):
-    """Numbers may differ as far as two mathematical libraries do: a millionth of a dot."""
+    """Equal, except that numbers may differ by the rounding of another C library: a millionth of a dot."""
     if isinstance(expected, dict) and isinstance(actual, dict):
         return expected.keys() == actual.keys() and all(agree(expected[key], actual[key]) for key in expected)
     if isinstance(expected, list) and isinstance(actual, list):
@@ -131,7 +131,7 @@ def main():
             print(f"  expected {difference.expected}\n  actual   {difference.actual}")
     print(f"{len(names) - failed} of {len(names)} drawings are as expected")
     if differ:
-        print(f"binary forms are plotted in another way: {', '.join(differ)}")
+        print(f"binary forms give another trace: {', '.join(differ)}")
     return 1 if failed or differ or not names else 0
 
 

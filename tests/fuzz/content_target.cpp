@@ -1,5 +1,5 @@
-// The content generator, fed with page objects of any values. What it writes must be tokens of a content
-// stream, every number in the form of a PDF, and levels and marks never closed that are not open.
+// Feeds the content generator with arbitrary page objects. Checks that it writes tokens of a content stream
+// with valid numbers and balanced levels and marks.
 #include <algorithm>
 #include <bitset>
 #include <memory>
@@ -40,7 +40,7 @@ hdi::Color TakeColor(ByteSource& source) {
   return {source.Take<uint8_t>(), source.Take<uint8_t>(), source.Take<uint8_t>()};
 }
 
-// Objects that follow one another share much, so each changes a part of the last one's attributes.
+// As in real pages, each object changes only some of the previous one's attributes.
 void Change(hdi::ObjectAttributes& attributes, ByteSource& source) {
   const std::bitset<8> changes(source.Take<uint8_t>());
   if (changes[0]) attributes.clip = std::make_shared<hdi::Clip>(TakePoints(source));
@@ -126,7 +126,7 @@ void CheckStream(std::string_view stream) {
     const std::string_view token = stream.substr(0, end);
     stream.remove_prefix(std::min(end + 1, stream.size()));
     if (token.empty()) continue;
-    Require(IsOperator(token) || IsOperand(token), "no token of the stream", token);
+    Require(IsOperator(token) || IsOperand(token), "not a token of a content stream", token);
     levels += token == "q" ? 1 : token == "Q" ? -1 : 0;
     marks += token == "BDC" ? 1 : token == "EMC" ? -1 : 0;
     Require(levels >= 0 && marks >= 0 && marks <= 1, "closes what is not open", stream);

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Damages drawings at random, plots them, and prints which share of them plots.
+"""Damages drawings at random, plots them, and prints the share that plots.
 
     damaged_drawings.py [COUNT [SEED]]
 
-Each drawing gets one to three damages: to groups, values, lines, bytes, their order, tables and sections. 95 of 100 have
-to plot, each in bounded time and memory and without a crash, and no entity of the model may be lost that no damage has
-touched. Each fourth is a binary one with damaged bytes, of which nothing can be said but that the command ends.
+Each drawing is damaged in one to three places: groups, values, lines, bytes, their order, tables and sections. 95 %
+must plot, without a crash and in bounded time and memory, and no undamaged entity of the model may be lost. Every
+fourth drawing is binary with damaged bytes; it need not plot.
 """
 
 import collections
@@ -33,11 +33,11 @@ ODD_LINES = [b"", b"no number", b"-1", b"1e400", b"0", b"99999999999", b"\xff\xf
 class Line:
     def __init__(self, text, entity):
         self.text = text
-        self.entity = entity  # that it belongs to, a (number, type), if it is one of the model
+        self.entity = entity  # the model entity that it belongs to, as (number, type), or None
 
 
 def lines_of(file):
-    """Of a drawing, and how many lines each entity has."""
+    """The lines of a drawing, and the number of lines of each entity."""
     texts = file.read_bytes().replace(b"\r\n", b"\n").split(b"\n")[:-1]
     lines, section, entity = [], b"", None
     for at in range(0, len(texts) - 1, 2):
@@ -51,7 +51,7 @@ def lines_of(file):
 
 
 def stretch(lines, choose, start, end):
-    """From one of the marks that start something to behind its end."""
+    """The range from a random `start` mark to after its `end`."""
     starts = [at for at in range(len(lines) - 1) if lines[at].text.strip() == b"0" and lines[at + 1].text == start]
     if not starts:
         return 0, 0
@@ -98,7 +98,7 @@ def damaged_binary(file, choose):
 
 
 def untouched(lines, sizes):
-    """The entities all of whose lines are still there, in a row, between others of which that is true."""
+    """Entities whose lines are all there, consecutive, and between two others that are complete."""
     runs = []
     for line in lines:
         if runs and runs[-1][0] == line.entity:
@@ -110,7 +110,7 @@ def untouched(lines, sizes):
 
 
 def run(*arguments):
-    """Status, output and peak memory in bytes of the command."""
+    """Runs the command. Returns status, output and peak memory in bytes."""
     with tempfile.TemporaryFile() as output:
         limit = lambda: resource.setrlimit(resource.RLIMIT_CPU, (MOST_SECONDS, MOST_SECONDS))
         process = subprocess.Popen([os.environ["HDI_HDIPLOT_PATH"], *arguments], stdout=output, stderr=output,
@@ -122,7 +122,7 @@ def run(*arguments):
 
 
 def attempt(file, seed):
-    """Whether the damaged drawing plots, None for a binary one, and what is wrong with how it is taken."""
+    """Returns whether the damaged drawing plots (None if binary) and a list of faults."""
     choose = random.Random(seed)
     lines, sizes = lines_of(file)
     for _ in range(choose.randint(1, 3)):
@@ -159,7 +159,7 @@ def main(count=300, seed=1):
     texts = [plots for plots, _ in results if plots is not None]
     share = sum(texts) / len(texts)
     print("\n".join(faults[:10]))
-    print(f"{100 * share:.1f} of 100 damaged drawings plot; {len(faults)} faults")
+    print(f"{100 * share:.1f} % of the damaged drawings plot; {len(faults)} faults")
     return 0 if share >= LEAST_SHARE and not faults else 1
 
 

@@ -1,5 +1,5 @@
-// A DXF drawing, read and plotted on a device that takes every call and shows no text, so that texts come as
-// strokes and outlines too.
+// Parses a DXF drawing and plots it on a device that accepts every call but shows no text, so that texts are
+// drawn as strokes and outlines, too.
 #include "hdiplot/dxf/dxf_reader.h"
 #include "hdiplot/plot/plot_drawing.h"
 #include "hdiplot/system/errors.h"

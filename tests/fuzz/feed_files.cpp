@@ -1,4 +1,4 @@
-// Stands in for libFuzzer where it is not linked: feeds the files of a folder to the target.
+// Replaces libFuzzer in plain builds: runs the target on the files of a folder.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

@@ -1,5 +1,4 @@
-// The parser of font collections. An input is the length of a face name in units, the name, and the
-// collection.
+// The parser of font collections. Input: length of a face name in UTF-16 units, the name, the collection.
 #include <string>
 
 #include "fonts/font_collection.h"
@@ -11,7 +10,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::u16string face(source.TakeUpTo(kLongestFace), u'\0');
   for (char16_t& unit : face) unit = source.Take<char16_t>();
   const auto member = hdi::FindCollectionMember(source.Rest(), face);
-  // Each member has an offset behind the head.
+  // The header has an offset for each member.
   const bool isThere =
       !member || (*member >= 0 && static_cast<size_t>(*member) < (source.Rest().size() - 12) / 4);
   fuzzing::Require(isThere, "no such member", std::to_string(member.value_or(0)));

@@ -1,4 +1,4 @@
-// What every fuzz target defines, how it takes an input apart, and how it says that an answer is wrong.
+// The function that every fuzz target defines, and helpers to split inputs and to report wrong results.
 #pragma once
 
 #include <algorithm>
@@ -10,19 +10,19 @@
 #include <span>
 #include <string_view>
 
-// libFuzzer's name for the function that takes an input. Returns 0.
+// Runs the target on an input; the name is libFuzzer's. Returns 0.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace fuzzing {
 
-// Stops the process, which keeps the input, unless `holds`. `what` was wrong about `about`.
+// Aborts unless `holds`, so that libFuzzer saves the input. Prints `what` is wrong with `about`.
 inline void Require(bool holds, const char* what, std::string_view about) {
   if (holds) return;
   std::fprintf(stderr, "%s: %.*s\n", what, static_cast<int>(about.size()), about.data());
   std::abort();
 }
 
-// Whether `text` has the form of a number in a content stream (ISO 32000-1:2008, 7.3.3).
+// Whether `text` is a number of a content stream (ISO 32000-1:2008, 7.3.3).
 [[nodiscard]] inline bool IsPdfNumber(std::string_view text) {
   if (text.starts_with('-')) text.remove_prefix(1);
   return text.find_first_of("0123456789") != std::string_view::npos && std::ranges::count(text, '.') <= 1 &&
@@ -35,7 +35,7 @@ class ByteSource {
 
   [[nodiscard]] std::span<const uint8_t> Rest() const { return rest_; }
 
-  // A value of any bits. Bytes that are not there are zero.
+  // A value with arbitrary bits. Missing bytes are zero.
   template <typename Value>
   [[nodiscard]] Value Take() {
     Value value{};
@@ -48,7 +48,7 @@ class ByteSource {
   // 0 to `most`.
   [[nodiscard]] uint8_t TakeUpTo(uint8_t most) { return static_cast<uint8_t>(Take<uint8_t>() % (most + 1)); }
 
-  // As coordinates are, mostly: a small whole number, a fraction, or any number at all.
+  // A typical coordinate: a small integer, a fraction, or an arbitrary number.
   [[nodiscard]] float TakeNumber() {
     const uint8_t kind = TakeUpTo(3);
     if (kind < 2) return Take<int8_t>();

@@ -1,5 +1,4 @@
-// An image file of any format. What can be read of it must be as large as its header says, with pixels that
-// the raster can show.
+// The image decoders. A decoded image must have the size in its header, with pixels that the raster can show.
 #include "hdiplot/image/image_file.h"
 #include "hdiplot/system/errors.h"
 #include "tests/fuzz/fuzz_target.h"

@@ -1,5 +1,5 @@
-// How libFuzzer changes inputs that are lines of text: half of the time byte by byte, as ever; else by whole
-// records of HDI_RECORD_LINES lines and by whole numbers, which leaves more of them readable.
+// Mutates text inputs: half of the time with libFuzzer's own mutations, otherwise by whole records of
+// HDI_RECORD_LINES lines and whole numbers, which keeps more inputs parseable.
 #include <algorithm>
 #include <array>
 #include <random>
@@ -9,7 +9,7 @@
 
 #include "tests/fuzz/fuzz_target.h"
 
-// libFuzzer's: the first it calls where there is one, the second is its own way.
+// libFuzzer's interface: it calls the first if defined; the second is its own mutation.
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t room, unsigned int seed);
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t room);
 
@@ -49,7 +49,7 @@ class Mutation {
   }
 
  private:
-  // Of the last line, as a record of two has its number there.
+  // In the last line, which has the value in a record of two.
   void ReplaceNumber(std::string& record) {
     const size_t start = HDI_RECORD_LINES == 1 ? 0 : std::min(record.find('\n'), record.size() - 1);
     const size_t at = record.find_first_of("-0123456789", start + Below(record.size() - start));

@@ -1,4 +1,4 @@
-// An input as a file, for readers that take paths.
+// An input as a file, for parsers that take paths.
 #pragma once
 
 #include <sys/mman.h>
@@ -11,7 +11,7 @@
 
 namespace fuzzing {
 
-// Lives in memory, as long as the object does.
+// In memory; removed with the object.
 class MemoryFile {
  public:
   MemoryFile(const uint8_t* data, size_t size) : descriptor_(memfd_create("input", MFD_CLOEXEC)) {

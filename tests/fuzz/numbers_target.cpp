@@ -1,4 +1,5 @@
-// The number writer: any number at any precision comes out in the form of a PDF and as close as it says.
+// The number writer: every number at every precision is written as a valid PDF number within the stated
+// error.
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,13 +13,13 @@ namespace {
 
 using fuzzing::Require;
 
-// The number that `text` is, having looked at its form.
+// Parses `text` after checking that it is a valid PDF number.
 template <typename Number>
 Number ReadBack(std::string_view text) {
   Number number{};
-  // The digits of the smallest numbers may round to nothing, which the reader tells as an error.
+  // The smallest numbers may underflow, which from_chars reports as an error.
   const char* const end = std::from_chars(text.data(), text.data() + text.size(), number).ptr;
-  Require(fuzzing::IsPdfNumber(text) && end == text.data() + text.size(), "no number of a PDF", text);
+  Require(fuzzing::IsPdfNumber(text) && end == text.data() + text.size(), "not a PDF number", text);
   return number;
 }
 

@@ -1,5 +1,4 @@
-// A trace, read and played through the driver into a PDF. A trace that can be read must end in a file that is
-// whole.
+// Parses a trace and plays it through the driver. A valid trace must give a complete PDF file.
 #include "driver/pdf_driver.h"
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"

@@ -1,9 +1,9 @@
-"""Plots traces and compares the results of their calls and their PDFs with the golden files beside them.
+"""Plots traces and compares the results of the calls and the PDFs with golden files.
 
 check_traces.py --hdiplot PATH [--update] TRACE...
 
-A directory stands for the traces in it. NAME.expected beside NAME.jsonl holds what a trace must give. With --update
-the golden files are written anew: read the difference line by line before it is kept.
+A directory stands for the traces in it. NAME.expected is the golden file of NAME.jsonl. --update writes the golden
+files: review each changed line.
 """
 
 from __future__ import annotations
@@ -24,13 +24,13 @@ from pdf_text import PdfText
 TIME_LIMIT_SECONDS = 120
 MOST_LINES = 30
 HERE = Path(__file__).resolve().parent
-# The fonts of all tests and one here, cut_short.ttf, that cannot be embedded: the magic number of its header is
-# wrong, so that no subset comes of it, and a table reaches beyond the file, which bars it as a whole.
+# The fonts of all tests, and cut_short.ttf, which cannot be embedded: the wrong magic number in its header prevents a
+# subset, and a table that extends beyond the file prevents embedding it whole.
 FONTS = f"<fontconfig><include>{HERE.parent}/fonts.conf</include><dir>{HERE}</dir></fontconfig>"
 
 
 class Checker:
-    """Plots with one host command, in a directory that also keeps the papers of whoever runs this out of it."""
+    """Plots with one host command, in a directory that also isolates it from the user's settings."""
 
     def __init__(self, hdiplot: Path, directory: Path, update: bool) -> None:
         self._hdiplot = hdiplot.resolve()
@@ -41,7 +41,7 @@ class Checker:
         self._environment = dict(os.environ, HDI_USER_DIR=str(directory), FONTCONFIG_FILE=str(fonts), FC_LANG="en")
 
     def check(self, trace: Path) -> list[str]:
-        """What differs between a plotted trace and its golden file, as lines of a difference."""
+        """Lines of a diff between the golden file and the plotted trace; empty if they agree."""
         golden = trace.with_suffix(".expected")
         try:
             found = self._plot(trace)
@@ -72,7 +72,7 @@ class Checker:
 
 
 def trace_files(paths: list[Path]) -> list[Path]:
-    """The trace files that the command line names."""
+    """The trace files among and below the paths."""
     files = []
     for path in paths:
         files += sorted(path.glob("*.jsonl")) if path.is_dir() else [path]
@@ -80,7 +80,7 @@ def trace_files(paths: list[Path]) -> list[Path]:
 
 
 def main() -> int:
-    """Checks the traces of the command line; the exit status is 1 when one of them differs."""
+    """Checks the traces of the command line. Returns 1 if one differs."""
     parser = argparse.ArgumentParser(description="Compare plotted traces with their golden files.")
     parser.add_argument("traces", nargs="+", type=Path)
     parser.add_argument("--hdiplot", type=Path, required=True)
@@ -88,7 +88,7 @@ def main() -> int:
     arguments = parser.parse_args()
     files = trace_files(arguments.traces)
     if not files:
-        parser.error("no traces there")
+        parser.error("no traces found")
     failed = 0
     with tempfile.TemporaryDirectory(prefix="hdi-golden-") as directory, ThreadPoolExecutor() as threads:
         checker = Checker(arguments.hdiplot, Path(directory), arguments.update)
@@ -96,7 +96,7 @@ def main() -> int:
             failed += bool(messages)
             if messages:
                 print(f"{trace.name}:", *messages, sep="\n  ")
-    print(f"{len(files)} traces, {failed} of them differ")
+    print(f"{len(files)} traces, {failed} differ")
     return 1 if failed else 0
 
 

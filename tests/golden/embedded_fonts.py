@@ -1,6 +1,6 @@
-"""The fonts that a PDF embeds: their dictionaries, their font files and the codes that text is written in.
+"""Checks and decodes the fonts embedded in a PDF.
 
-Every font is a Type 0 font of ISO 32000-1, 9.7, over a TrueType font file whose glyph indexes are the codes.
+Every font is a Type 0 font (ISO 32000-1, 9.7) with a TrueType font file whose glyph indexes are the codes.
 """
 
 from __future__ import annotations
@@ -15,17 +15,17 @@ from typing import Any
 from pdf_error import require
 from pdf_inspection import Pdf
 
-# Stands for a character whose code is 0, the glyph of missing characters.
+# For code 0, the glyph of missing characters.
 NO_GLYPH = "\ufffd"
 DEFAULT_WIDTH = 1000
 WIDTH_TOLERANCE = 1
 MICROSOFT = 3
-# What of a font file a PDF reader has no use for: layout, hinting of the screen and signatures.
+# Tables that a PDF reader does not use: layout, screen bitmaps and device metrics, signatures.
 TABLES_TO_DROP = {"GSUB", "GPOS", "GDEF", "kern", "DSIG", "EBDT", "EBLC", "LTSH", "VDMX", "hdmx"}
 
 
 class FontFile:
-    """A TrueType font file: its Microsoft character map, its widths and its PostScript name."""
+    """A TrueType font file: Microsoft character map, widths, PostScript name."""
 
     def __init__(self, data: bytes) -> None:
         require(data[:4] in (b"\0\1\0\0", b"true"), "not a single TrueType font file")
@@ -33,7 +33,7 @@ class FontFile:
         self.tables = {}
         for index in range(self._u16(4)):
             tag, _, offset, length = struct.unpack_from(">4sIII", data, 12 + 16 * index)
-            require(offset + length <= len(data), f"table {tag} reaches beyond the file")
+            require(offset + length <= len(data), f"table {tag} extends beyond the file")
             self.tables[tag.decode("latin-1")] = offset
         self.glyph_count = self._u16(self.tables["maxp"] + 4)
         self.character_map = self._character_map()
@@ -97,7 +97,7 @@ class FontFile:
 
 
 class EmbeddedFont:
-    """A font, held to its font file; `characters` are those of the codes, `objects` the names of what it reads."""
+    """A font, checked against its font file. `characters` maps codes, `objects` names the objects read."""
 
     def __init__(self, pdf: Pdf, font: dict[str, Any]) -> None:
         self.name: str = font["/BaseFont"][1:]
@@ -107,10 +107,10 @@ class EmbeddedFont:
         data = pdf.stream(font_file)[1]
         check_with_sanitizer(data)
         self._file = FontFile(data)
-        self._expect(self.name == (self._file.name or "Untitled"), f"stands for {self._file.name!r}")
+        self._expect(self.name == (self._file.name or "Untitled"), f"has a font file named {self._file.name!r}")
         unwanted = TABLES_TO_DROP & set(self._file.tables)
         self._expect(not unwanted, f"has tables {sorted(unwanted)}")
-        # Room for the parts of composed glyphs, and no more than that.
+        # Allows for components of composite glyphs.
         most = 8 + 4 * len(self._file.character_map)
         self._expect(self._file.glyph_count <= most, f"has {self._file.glyph_count} glyphs")
         self._widths = self._read_widths(pdf.value(descendant["/W"]))
@@ -118,7 +118,7 @@ class EmbeddedFont:
         self._check_glyphs()
 
     def line(self) -> str:
-        """The embedded characters and the width of each."""
+        """The embedded characters with their widths, as a line."""
         glyphs = sorted(self._file.character_map.items())
         widths = ((chr(code), self._widths.get(glyph, DEFAULT_WIDTH)) for code, glyph in glyphs)
         return ", ".join(f"{json.dumps(character)} {width}" for character, width in widths)
@@ -147,7 +147,7 @@ class EmbeddedFont:
         return widths
 
     def _check_glyphs(self) -> None:
-        """Codes read as the characters of their glyphs, each glyph of the subset has a code, and widths agree."""
+        """Codes map to the characters of their glyphs, each glyph of the subset has a code, and widths agree."""
         glyphs = self._file.character_map
         for glyph in set(glyphs.values()):
             width, advance = self._widths.get(glyph, DEFAULT_WIDTH), self._file.width(glyph)
@@ -155,12 +155,12 @@ class EmbeddedFont:
         self._expect(set(self._widths) <= {0, *glyphs.values()}, "has widths of other glyphs")
         for code, text in self.characters.items():
             reads = code == 0 or glyphs.get(ord(text)) == code
-            self._expect(reads, f"has code {code} read as {text!r}")
-        self._expect(set(self.characters) | {0} == {0, *glyphs.values()}, "has glyphs that cannot be read")
+            self._expect(reads, f"maps code {code} to {text!r}")
+        self._expect(set(self.characters) | {0} == {0, *glyphs.values()}, "has glyphs without characters")
 
 
 def to_unicode(text: str) -> dict[int, str]:
-    """The characters of the codes of a ToUnicode map, ISO 32000-1, 9.10.3."""
+    """Characters by code of a ToUnicode map (ISO 32000-1, 9.10.3)."""
     characters = {}
     for section in re.findall(r"beginbfchar(.*?)endbfchar", text, re.DOTALL):
         for code, value in re.findall(r"<(\w+)>\s*<(\w+)>", section):
@@ -185,12 +185,12 @@ _SANITIZED: set[bytes] = set()
 
 
 def check_with_sanitizer(data: bytes) -> None:
-    """Holds a font file to the sanitizer that browsers use."""
+    """Checks a font file with the OpenType Sanitizer, as browsers do."""
     if data in _SANITIZED:
         return
     with tempfile.NamedTemporaryFile(suffix=".ttf") as file:
         file.write(data)
         file.flush()
         run = subprocess.run(["ots-sanitize", file.name], capture_output=True, text=True, check=False)
-    require(run.returncode == 0, f"a font is refused by the sanitizer: {run.stderr}")
+    require(run.returncode == 0, f"the OpenType Sanitizer rejects a font: {run.stderr}")
     _SANITIZED.add(data)

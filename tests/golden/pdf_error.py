@@ -1,10 +1,10 @@
-"""The complaint about a PDF that no plot may give."""
+"""The error for PDFs with faults."""
 
 from __future__ import annotations
 
 
 class PdfError(Exception):
-    """What is wrong with a PDF."""
+    """A fault in a PDF."""
 
 
 def require(condition: bool, complaint: str) -> None:

@@ -1,4 +1,4 @@
-"""Looks into a PDF through qpdf: its check, its objects and its decoded streams."""
+"""Reads a PDF with qpdf: check, objects, decoded streams."""
 
 from __future__ import annotations
 
@@ -15,7 +15,7 @@ from pdf_error import PdfError, require
 REFERENCE = re.compile(r"^\d+ \d+ R$")
 SHOWN_CODES = re.compile(r"/(\S+) (\S+ Tf \d Tr) <(\w*)> Tj")
 DATE = re.compile(r"^u:D:\d{14}$")
-# A point far off the sheet rightly gives whole numbers beyond 64 bits, about which qpdf complains.
+# Points far off the sheet give valid integers beyond 64 bits, about which qpdf warns.
 LARGE_NUMBERS = re.compile(
     r"(?:(?:ERROR|WARNING): .*overflow/underflow converting -?\d+ to 64-bit integer\n)+qpdf: .*\n"
 )
@@ -23,7 +23,7 @@ HUGE_INTEGER = re.compile(rb"(?<=[\[ ])(-?\d{17,})00(?=[\] ])")
 
 
 def run_qpdf(*arguments: str) -> str:
-    """Runs qpdf and gives its output; any complaint but that about large numbers is an error."""
+    """Runs qpdf and returns its output; any warning but that about large numbers is an error."""
     result = subprocess.run(["qpdf", *arguments], capture_output=True, text=True, check=False)
     if result.returncode != 0 and not LARGE_NUMBERS.fullmatch(result.stderr):
         raise PdfError(f"qpdf {' '.join(arguments)}: {result.stdout}{result.stderr}")
@@ -31,12 +31,12 @@ def run_qpdf(*arguments: str) -> str:
 
 
 class Pdf:
-    """One PDF file, read whole. Its numbers are int or Decimal, which keep their digits."""
+    """A PDF file. Numbers are int or Decimal, which keep their digits."""
 
     def __init__(self, path: Path) -> None:
         run_qpdf("--check", str(path))
         self.file = path.read_bytes()
-        # qpdf loses a page over a huge number in a link's box. It reads a real number of the same length.
+        # qpdf drops a page with a huge integer in a link's box, but reads a real number of the same length.
         self._readable = path.with_suffix(".readable.pdf")
         self._readable.write_bytes(HUGE_INTEGER.sub(rb"\1.0", self.file))
         document = self._read("generalized")
@@ -50,7 +50,7 @@ class Pdf:
         return json.loads(run_qpdf(*options, str(self._readable)), parse_float=_number)
 
     def value(self, value: Any) -> Any:
-        """A value with a reference followed."""
+        """Resolves a value that is a reference."""
         return self._object(value)["value"] if is_reference(value) else value
 
     def is_stream(self, reference: str) -> bool:
@@ -58,7 +58,7 @@ class Pdf:
         return "stream" in self._object(reference)
 
     def stream(self, reference: str) -> tuple[dict[str, Any], bytes]:
-        """A stream's dictionary without its length, and its decoded data; a JPEG stays one."""
+        """A stream's dictionary without its length, and its data, decoded unless it is a JPEG."""
         stream = self._object(reference)["stream"]
         entries = {key: value for key, value in stream["dict"].items() if key != "/Length"}
         complaint = f"the stream {reference} has the filter {entries.get('/Filter')}"
@@ -77,7 +77,7 @@ class Pdf:
 
 
 def _number(text: str) -> Decimal | int:
-    """A real number, or the huge integer for which it stands."""
+    """A real number, or the huge integer that it replaces."""
     return int(text[:-2] + "00") if len(text) > 18 and text.endswith(".0") else Decimal(text)
 
 

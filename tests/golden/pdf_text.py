@@ -1,11 +1,11 @@
-"""A PDF as text, in which anything that a plot decides can be read and compared.
+"""Dumps a PDF as text for comparison.
 
-Values stand as in the file, with the digits that it has and the keys of dictionaries sorted. & marks an indirect
-object, which stands where it is referred to or has a name there. A page's content stands as one quoted string for
-each line, so that trailing blanks and a missing last line feed can be seen, and the codes of texts as characters.
+Values are written with the file's digits and sorted dictionary keys. & marks an indirect object, which is written in
+place or by name. Page contents are a quoted string per line, so that trailing blanks and a missing last line feed show,
+with the codes of texts as characters.
 
-Left out is what may differ between two plots or two releases of the font libraries: the date, the file identifier,
-the numbers of objects and glyphs, and of font files all but the embedded characters and their widths.
+Left out is what differs between plots or releases of the font libraries: date, file identifier, numbers of objects and
+glyphs, and of font files everything but the embedded characters and their widths.
 """
 
 from __future__ import annotations
@@ -20,17 +20,17 @@ from embedded_fonts import EmbeddedFont
 from pdf_inspection import DATE, SHOWN_CODES, Pdf, is_reference
 
 Entries = dict[str, Any]
-# What a font's descriptor says beyond its name.
+# Entries of a font descriptor that are left out.
 FONT_METRICS = {"/Ascent", "/CapHeight", "/Descent", "/Flags", "/FontBBox", "/ItalicAngle", "/StemV"}
-# Longer data stands as its hash.
+# Longer data is written as its hash.
 LONGEST_DATA = 300
-# Text strings in UTF-16 are named apart, as qpdf gives the same characters for those in single bytes.
+# UTF-16 text strings are listed separately: qpdf returns the same characters for PDFDocEncoding.
 WIDE_STRING = re.compile(rb"/(\w+) ?\(\xfe\xff((?:[^\\()]|\\.)*)\)", re.DOTALL)
 ESCAPE, ESCAPED = re.compile(rb"\\(.)", re.DOTALL), {b"r": b"\r", b"n": b"\n"}
 
 
 class PdfText:
-    """Writes one document; `lines` are those of its text."""
+    """The dump of one document, in `lines`."""
 
     def __init__(self, pdf: Pdf) -> None:
         self._pdf = pdf
@@ -40,11 +40,11 @@ class PdfText:
         self._names |= {page: f"page {number}" for number, page in enumerate(pdf.pages, start=1)}
         self._names |= {group: f"layer {number}" for number, group in enumerate(groups, start=1)}
         self._fonts: dict[str, EmbeddedFont] = {}
-        # Streams that were referred to and are still to be written.
+        # Streams that have been referred to and not yet written.
         self._streams: list[str] = []
         self._stream_count = 0
         info = self._value(pdf.value(pdf.trailer["/Info"]))
-        # Whatever is made twice or left over counts; the trailer is no object.
+        # The count reveals duplicate and unused objects. The trailer is not an object.
         self.lines = ["document", f"  info {info}", f"  catalog {self._value(root)}"]
         self.lines.append(f"  {len(pdf.objects) - 1} objects")
         for key, data in WIDE_STRING.findall(pdf.file):
@@ -76,7 +76,7 @@ class PdfText:
         for category, named in sorted(resources.items()):
             for key, value in sorted(self._pdf.value(named).items()):
                 self.lines.append(f"  resource {category} {key} {self._value(value)}")
-        # A mask is found with its image.
+        # Masks are added when their image is written.
         while self._streams:
             self._add_stream(self._streams.pop(0))
         for stream in contents:
@@ -86,7 +86,7 @@ class PdfText:
                 self.lines.append(f"    {json.dumps(_with_characters(line, fonts))}")
 
     def _add_stream(self, reference: str) -> None:
-        """The data of an image row by row; all but the mean colour of a JPEG is its encoder's choice."""
+        """The data of an image by rows; of a JPEG the mean colour only, as the rest depends on the encoder."""
         entries, data = self._pdf.stream(reference)
         if entries.get("/Filter") == "/DCTDecode":
             pixels = self._pdf.jpeg_pixels(reference)
@@ -125,7 +125,7 @@ class PdfText:
 
 
 def _with_characters(line: str, fonts: dict[str, EmbeddedFont]) -> str:
-    """A line of a page stream with the characters of its texts in the place of their codes."""
+    """A line of a page stream with the codes of texts replaced by characters."""
 
     def read(match: re.Match[str]) -> str:
         name, middle, codes = match.groups()

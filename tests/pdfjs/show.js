@@ -1,5 +1,5 @@
-// Shows the pages that the server asks for with pdf.js, one after the other, and posts back what there is to see:
-// a line of JSON, then the canvas' pixels, red, green, blue and opacity.
+// Renders the pages listed in views.json with pdf.js, one after the other, and posts each result: a line of JSON, then the
+// canvas' pixels as RGBA.
 import * as pdfjs from "./pdfjs/legacy/build/pdf.min.mjs";
 
 const home = new URL("pdfjs/", document.baseURI).href;

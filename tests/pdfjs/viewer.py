@@ -1,7 +1,7 @@
-"""Shows pages of PDFs in pdf.js, within a headless Chromium that is started for them.
+"""Shows pages of PDFs in pdf.js in a headless Chromium.
 
-A small server on the loopback interface hands the page of this folder, pdf.js and the PDFs to Chromium, and takes
-what the page posts back, so that nothing has to drive the browser.
+A server on the loopback interface provides the page of this folder, pdf.js and the PDFs, and receives what the page
+posts back, so no browser automation is needed.
 """
 
 from __future__ import annotations
@@ -24,10 +24,10 @@ from typing import Any, Iterator
 from pictures import Picture
 
 HERE = Path(__file__).resolve().parent
-# The longest that Chromium may take to start, and then for each page; far more than either takes.
+# Limit for the start of Chromium, and then for each page; both take far less.
 TIME_LIMIT_SECONDS = 120
 
-# Root cannot have a sandbox, and nothing but the pages of the tests is shown. The log has the console's lines, too.
+# Root cannot use the sandbox, and only the pages of the tests are shown. The log includes the console's messages.
 CHROMIUM_OPTIONS = (
     "--headless --no-sandbox --disable-gpu --disable-dev-shm-usage --disable-background-networking --no-first-run "
     "--disable-component-update --disable-breakpad --no-proxy-server --enable-logging=stderr"
@@ -36,7 +36,7 @@ CHROMIUM_OPTIONS = (
 
 @dataclass(frozen=True)
 class View:
-    """What is to be shown: the first page of a file, at so many pixels an inch, without some layers."""
+    """What to show: the first page of a file, at a resolution in pixels per inch, without the hidden layers."""
 
     file: str
     resolution: float
@@ -45,8 +45,8 @@ class View:
 
 @dataclass
 class Seen:
-    """What a view showed. Of annotations there are the kind, the target, the text and the rectangle; places are in
-    points from the page's lower left corner."""
+    """What a view showed. An annotation has subtype, target, text and rectangle; positions are in points from the
+    page's lower left corner."""
 
     picture: Picture
     layers: list[str]
@@ -56,14 +56,14 @@ class Seen:
 
 @contextlib.contextmanager
 def _serving(folder: Path, posted: queue.Queue) -> Iterator[str]:
-    """A server of a folder, which puts what is posted, with its path, into a queue."""
+    """Serves a folder; puts the path and body of each POST into the queue."""
 
     class Handler(http.server.SimpleHTTPRequestHandler):
-        def do_POST(self) -> None:  # the name is the base's
+        def do_POST(self) -> None:  # name given by the base class
             body = self.rfile.read(int(self.headers["Content-Length"]))
             self.send_response(204)
             self.end_headers()
-            posted.put((self.path, body))  # last, as the browser may be ended then
+            posted.put((self.path, body))  # last, as this may end the browser
 
         def log_message(self, *_: object) -> None:
             pass
@@ -81,9 +81,9 @@ def _serving(folder: Path, posted: queue.Queue) -> Iterator[str]:
 
 @contextlib.contextmanager
 def _browsing(chromium: str, address: str, log: Path) -> Iterator[None]:
-    """A browser with nothing of its user's, which is gone with all its processes at the end."""
+    """Runs a browser with an empty profile; all its processes are killed at the end."""
     environment = {name: value for name, value in os.environ.items() if not name.startswith(("XDG_", "DBUS_"))}
-    # The last of the browser's processes may still end while its files are removed.
+    # Processes of the browser may still be ending while the profile is removed.
     with tempfile.TemporaryDirectory(prefix="hdi-browser-", ignore_cleanup_errors=True) as home, log.open("wb") as out:
         environment["HOME"] = home
         command = [chromium, *CHROMIUM_OPTIONS, f"--user-data-dir={home}/profile", address]
@@ -108,8 +108,8 @@ def _seen(body: bytes) -> Seen:
 
 
 def show(chromium: str, pdfjs: Path, folder: Path, views: list[View]) -> list[Seen]:
-    """Shows pages of the PDFs in a folder, which takes further files for it; RuntimeError when one cannot be shown
-    or pdf.js has a complaint."""
+    """Shows pages of the PDFs in `folder`, to which further files are added. Raises RuntimeError if one cannot be shown
+    or pdf.js logs a message."""
     (folder / "pdfjs").symlink_to(pdfjs, target_is_directory=True)
     for name in ("show.html", "show.js"):
         shutil.copyfile(HERE / name, folder / name)
@@ -122,7 +122,7 @@ def show(chromium: str, pdfjs: Path, folder: Path, views: list[View]) -> list[Se
             try:
                 path, body = posted.get(timeout=TIME_LIMIT_SECONDS)
             except queue.Empty:
-                path, body = "/failure", b"Chromium shows nothing"
+                path, body = "/failure", b"no answer from Chromium"
             if path == "/failure":
                 complaints.append(f"{views[len(found)].file}: {body.decode(errors='replace')}")
             else:

@@ -1,4 +1,4 @@
-"""Reads back what a plot holds beside what it shows: links, comments and the measure."""
+"""Reads back links, comments and the measure of a plot."""
 
 from __future__ import annotations
 
@@ -21,15 +21,15 @@ page.getAnnotations().forEach(function (note) {
 });
 """
 
-# A drawing of one line.
+# A drawing with one line.
 LINE = "0 SECTION 2 ENTITIES 0 LINE 8 0 10 3 20 7 11 {x:g} 21 {y:g} 0 ENDSEC 0 EOF"
 
 
 class AnnotationsTest(PlotTestCase):
-    """Other readers find what was plotted."""
+    """Other programs find what was plotted."""
 
     def test_links_and_comments(self) -> None:
-        """Links by Poppler, and comments, which none of its tools prints, by MuPDF."""
+        """Links with Poppler, and comments, which none of its tools prints, with MuPDF."""
         self.plotter.plot(TRACE)
         self.plotter.check()
         listed = self.plotter.run("pdfinfo", "-url", str(self.plotter.pdf)).decode().splitlines()[1:]
@@ -40,14 +40,14 @@ class AnnotationsTest(PlotTestCase):
         script = self.plotter.directory / "annotations.js"
         script.write_text(READ_ANNOTATIONS, encoding="utf-8")
         found = self.plotter.run("mutool", "run", str(script), str(self.plotter.pdf)).splitlines()
-        # Left, top, right and bottom in points, of which the trace has ten dots each.
+        # Left, top, right and bottom in points, ten dots of the trace each.
         self.assertEqual(
             [json.loads(line) for line in found],
             [["図面 – 1:50 😀", [120, 20, 200, 60]], ["Tür 5", [120, 80, 160, 100]]],
         )
 
     def test_lengths(self) -> None:
-        """100 units of a drawing are measured as such at any scale, and are 100 mm of paper at 1:1."""
+        """A length of 100 units measures 100 at any scale, and is 100 mm on paper at 1:1."""
         for scale in (1, 50):
             drawing = LINE.format(x=3 + 60 * scale, y=7 + 80 * scale).replace(" ", "\n")
             self.plotter.plot_text(drawing, ".dxf", "--scale", f"1:{scale}", "--keep-fractions")

@@ -1,4 +1,4 @@
-"""Switches layers of a plot off and looks at what Poppler and MuPDF still render."""
+"""Switches layers of a plot off and compares what Poppler and MuPDF render."""
 
 from __future__ import annotations
 
@@ -9,14 +9,14 @@ from pathlib import Path
 from pictures import Picture
 from plotting import PlotTestCase
 
-# Each layer of the trace draws in a quarter of the sheet's width, from the left in this order. Two of them are left
-# and come back, and a clip begins on one and ends on another.
+# Each layer of the trace draws in a quarter of the sheet's width, from the left in this order. Two are selected twice,
+# and a clip begins on one and ends on another.
 TRACE = Path(__file__).resolve().parent / "layers.jsonl"
 LAYERS = ("walls", "möbel", "raster", "lettering")
 
 
 def bands(picture: Picture) -> list[bytes]:
-    """What lies in the quarter of each layer."""
+    """The pixels of the quarter of each layer."""
     width, stride = picture.width // len(LAYERS), 3 * picture.width
     lefts = range(0, 3 * width * len(LAYERS), 3 * width)
     rows = [picture.pixels[start : start + stride] for start in range(0, len(picture.pixels), stride)]
@@ -24,17 +24,17 @@ def bands(picture: Picture) -> list[bytes]:
 
 
 def faults(whole: list[bytes], found: list[bytes], hidden: tuple[str, ...]) -> list[str]:
-    """The layers that show although they are hidden, or do not show as they do on the whole page."""
+    """The layers that are hidden but show, or that look different from the whole page."""
     blank = [b"\xff" * len(band) for band in whole]
     wanted = [blank[i] if name in hidden else whole[i] for i, name in enumerate(LAYERS)]
     return [name for i, name in enumerate(LAYERS) if found[i] != wanted[i] or whole[i] == blank[i]]
 
 
 class LayersTest(PlotTestCase):
-    """A layer that is off takes its objects along and no others."""
+    """A layer that is off hides its own objects only."""
 
     def test_layers_switch(self) -> None:
-        """One layer off, and all of them."""
+        """One layer off at a time, then all."""
         self.plotter.plot(TRACE)
         self.plotter.check()
         source = self.plotter.pdf.rename(self.plotter.directory / "layers.pdf")
@@ -47,7 +47,7 @@ class LayersTest(PlotTestCase):
                 self.assertEqual(faults(whole, found, hidden), [], f"{renderer}, without {hidden}")
 
     def switch_off(self, source: Path, names: tuple[str, ...]) -> None:
-        """Makes the plot a copy of `source` in which these layers, and no others, are off."""
+        """Writes the plot as a copy of `source` with only these layers off."""
         plotter = self.plotter
         objects = json.loads(plotter.run("qpdf", "--json=2", "--json-key=qpdf", str(source)))["qpdf"][1]
         values = {name: entry.get("value") for name, entry in objects.items()}

@@ -1,7 +1,7 @@
-"""Plots lettering as text and as outlines, and compares how Poppler and MuPDF render the two.
+"""Compares how Poppler and MuPDF render lettering plotted as text and as outlines.
 
-What draws text are the embedded fonts, with the PDF's widths and matrices; what draws outlines are the host's
-own curves from the installed fonts.
+Text is drawn by the embedded fonts with the PDF's widths and matrices, outlines are the host's curves from the
+installed fonts.
 """
 
 from __future__ import annotations
@@ -14,21 +14,21 @@ from pictures_test import EXAMPLES
 from plotting import PlotTestCase
 
 RESOLUTION = 144
-REDUCTION = 3  # pixels to a side of what is compared: renderers hint and smooth text in their own ways
+REDUCTION = 3  # factor that the pictures are reduced by, as renderers hint and antialias text differently
 SAME_GLYPHS = Tolerance(block=4, level=32, blocks=4, worst=48, mean=1.0)
 
 
 class LetteringTest(PlotTestCase):
-    """Embedded fonts draw what the installed ones do."""
+    """Embedded fonts look like the installed ones."""
 
     def render(self, drawing: Path, *options: str) -> dict[str, Picture]:
-        """A drawing by either renderer."""
+        """Renders a drawing with both renderers."""
         self.plotter.plot(drawing, *options)
         renderers = {"Poppler": self.plotter.poppler, "MuPDF": self.plotter.mupdf}
         return {name: averages(page(RESOLUTION), REDUCTION) for name, page in renderers.items()}
 
     def test_text_looks_like_outlines(self) -> None:
-        """Scripts, alignments, widths and slants of two drawings."""
+        """Scripts, alignments, widths and oblique angles of two drawings."""
         for drawing in (EXAMPLES / "scripts.dxf", EXAMPLES / "site_plan.dxf"):
             texts, outlines = self.render(drawing), self.render(drawing, "--text-as-geometry")
             for renderer, text in texts.items():

@@ -1,4 +1,4 @@
-"""Pictures of 8-bit red, green and blue: files, averages over blocks and the comparison of two of them."""
+"""8-bit RGB pictures: reading, writing, averages over blocks, comparison."""
 
 from __future__ import annotations
 
@@ -20,19 +20,19 @@ class Picture:
 
 
 def read_ppm(data: bytes) -> Picture:
-    """A binary PPM file as the renderers write it."""
+    """Reads a binary PPM file as the renderers write it."""
     head = data.split(maxsplit=4)[:4]
     if head[0] != b"P6" or head[3] != b"255":
-        raise ValueError("not a PPM file of 8-bit colours")
+        raise ValueError("not an 8-bit PPM file")
     width, height = int(head[1]), int(head[2])
     pixels = data[-3 * width * height :]
     if len(pixels) != 3 * width * height:
-        raise ValueError("a PPM file that is too short")
+        raise ValueError("the PPM file is truncated")
     return Picture(width, height, pixels)
 
 
 def write_png(picture: Picture, path: Path) -> None:
-    """A PNG file, compressed as far as it goes without filters."""
+    """Writes a PNG file without filters."""
     stride = 3 * picture.width
     rows = [b"\0" + picture.pixels[row * stride :][:stride] for row in range(picture.height)]
     header = struct.pack(">IIBBBBB", picture.width, picture.height, 8, 2, 0, 0, 0)
@@ -45,7 +45,7 @@ def write_png(picture: Picture, path: Path) -> None:
 
 
 def read_png(path: Path) -> Picture:
-    """A PNG file that `write_png` has written."""
+    """Reads a PNG file that `write_png` has written."""
     data = path.read_bytes()
     position = len(PNG_SIGNATURE)
     width = height = 0
@@ -57,7 +57,7 @@ def read_png(path: Path) -> Picture:
         if name == b"IHDR":
             width, height, *form = struct.unpack(">IIBBBBB", content)
             if form != [8, 2, 0, 0, 0]:
-                raise ValueError(f"{path}: not of 8-bit red, green and blue")
+                raise ValueError(f"{path}: not 8-bit RGB")
         elif name == b"IDAT":
             packed += content
     rows = zlib.decompress(packed)
@@ -69,15 +69,14 @@ def read_png(path: Path) -> Picture:
 
 
 def averages(picture: Picture, size: int) -> Picture:
-    """A picture of the averages over blocks of `size` by `size` pixels; what is left over at the right and at
-    the bottom is left out."""
+    """The averages over blocks of `size` by `size` pixels. Incomplete blocks at the right and bottom are dropped."""
     width, height = picture.width // size, picture.height // size
     stride = 3 * picture.width
     area = size * size
     pixels = bytearray(3 * width * height)
     for block_row in range(height):
         start = block_row * size * stride
-        # One sequence for each pixel of a block: every block's red, then every block's green, blue.
+        # A sequence per pixel of a block, over all blocks of the row, for one component.
         for component in range(3):
             parts = []
             for row in range(size):
@@ -92,11 +91,11 @@ def averages(picture: Picture, size: int) -> Picture:
 
 @dataclass(frozen=True)
 class Tolerance:
-    """How far two pictures may lie apart, in levels of 256.
+    """How far two pictures may differ, in levels of 0 to 255.
 
-    Averages over blocks of `block` pixels are compared, component by component. A block is off when one of
-    its components differs by more than `level`; at most `blocks` may be off, none by more than `worst`, and
-    the mean difference over all components may be `mean` at most.
+    Averages over blocks of `block` by `block` pixels are compared by component. A block is off if one component differs
+    by more than `level`; at most `blocks` may be off, none by more than `worst`, with a mean difference over all
+    components of at most `mean`.
     """
 
     block: int
@@ -108,7 +107,7 @@ class Tolerance:
 
 @dataclass
 class Difference:
-    """What a comparison found; `message` is empty when the pictures agree."""
+    """The result of a comparison. `message` is empty if the pictures agree."""
 
     off: int
     worst: int
@@ -117,10 +116,10 @@ class Difference:
 
 
 def compare(expected: Picture, actual: Picture, tolerance: Tolerance) -> Difference:
-    """Compares two pictures; sizes may differ by a pixel, as renderers round them in their own ways."""
+    """Compares two pictures. Sizes may differ by a pixel, as renderers round differently."""
     if abs(expected.width - actual.width) > 1 or abs(expected.height - actual.height) > 1:
         sizes = f"{expected.width}x{expected.height} expected, {actual.width}x{actual.height} found"
-        return Difference(0, 0, 0.0, f"the size is wrong: {sizes}")
+        return Difference(0, 0, 0.0, f"wrong size: {sizes}")
     one, other = averages(expected, tolerance.block), averages(actual, tolerance.block)
     width, height = min(one.width, other.width), min(one.height, other.height)
     total = off = worst = 0

@@ -1,7 +1,7 @@
-"""Holds plots, as Poppler and MuPDF render them, to the pictures in expected/.
+"""Compares plots, rendered by Poppler and MuPDF, with the pictures in expected/.
 
-Those are Poppler's renderings, reduced. A plot that differs is left in the working directory in the same form:
-look at it before it takes the place of the old picture.
+The expected pictures are reduced renderings by Poppler. A plot that differs is left in the working directory in the
+same form; look at it before it replaces the old picture.
 """
 
 from __future__ import annotations
@@ -16,17 +16,15 @@ from plotting import PlotTestCase
 HERE = Path(__file__).resolve().parent
 EXAMPLES = HERE.parent.parent / "examples"
 
-# Edges are all that releases of Poppler or of its libraries may smooth in another way.
+# Releases of Poppler antialias edges differently.
 POPPLER = Tolerance(block=2, level=16, blocks=4, worst=32, mean=0.25)
-# MuPDF draws thin lines where they are and as faint as they are thin; Poppler puts them, and the borders of images,
-# on whole pixels.
+# Poppler snaps thin lines and image borders to whole pixels; MuPDF draws them in place, with reduced coverage.
 MUPDF = Tolerance(block=4, level=36, blocks=4, worst=48, mean=2.9)
 
 
 @dataclass(frozen=True)
 class Plot:
-    """What is plotted and how, the pixels an inch that it is rendered with, and how many of them to a side
-    become a pixel of the picture."""
+    """What to plot, with which options; pixels per inch of the rendering, and the factor that it is reduced by."""
 
     source: Path
     options: tuple[str, ...] = ()
@@ -34,7 +32,7 @@ class Plot:
     reduction: int = 2
 
     def picture(self, rendering: Picture) -> Picture:
-        """A rendering as it is compared."""
+        """A rendering, reduced for the comparison."""
         return averages(rendering, self.reduction)
 
 
@@ -67,15 +65,15 @@ CARDS = {
 
 
 def kept_picture(name: str) -> Picture:
-    """The picture that a plot must look like."""
+    """The expected picture of a plot."""
     return read_png(HERE / "expected" / f"{name}.png")
 
 
 class PicturesTest(PlotTestCase):
-    """Plots look as they are known to."""
+    """Plots look like the expected pictures."""
 
     def check(self, plots: dict[str, Plot]) -> None:
-        """Plots and compares them."""
+        """Plots, renders and compares."""
         for name, plot in plots.items():
             self.plotter.plot(plot.source, *plot.options)
             self.plotter.check()
@@ -95,7 +93,7 @@ class PicturesTest(PlotTestCase):
         self.check(SHEETS)
 
     def test_cards(self) -> None:
-        """What the calls of a host and the entities of a drawing look like, by theme."""
+        """Test cards of plot calls and entities, by subject."""
         self.check(CARDS)
 
 

@@ -14,18 +14,18 @@ TIME_LIMIT_SECONDS = 120
 
 
 class PlotError(Exception):
-    """A plot or a rendering that failed, or a PDF with faults."""
+    """A failed plot or rendering, or a PDF with faults."""
 
 
 class Plotter:
-    """Plots with one host command and renders what comes out, in a directory of its own."""
+    """Plots with one host command and renders the result, in a directory of its own."""
 
     def __init__(self, hdiplot: Path) -> None:
         self._hdiplot = hdiplot.resolve()
         self._directory = tempfile.TemporaryDirectory(prefix="hdi-render-")
         self.directory = Path(self._directory.name)
         self.pdf = self.directory / "plot.pdf"
-        # A user directory of its own keeps the papers and settings of whoever runs this out of it.
+        # Without the papers and settings of the user who runs the tests.
         self._environment = dict(os.environ, HDI_USER_DIR=self._directory.name)
 
     def __enter__(self) -> Plotter:
@@ -35,40 +35,40 @@ class Plotter:
         self._directory.cleanup()
 
     def plot(self, source: Path, *options: str) -> bytes:
-        """Plots a drawing or a trace, and gives what the command prints."""
+        """Plots a drawing or a trace. Returns the standard output."""
         self.pdf.unlink(missing_ok=True)
         return self.run(*self.command(), self.name(source), "-o", self.name(self.pdf), *options)
 
     def command(self) -> list[str]:
-        """What runs the host command."""
+        """The start of the command line."""
         return [str(self._hdiplot)]
 
     def name(self, path: Path) -> str:
-        """A file as the host command knows it."""
+        """A path as the host command takes it."""
         return str(path)
 
     def plot_text(self, text: str, ending: str, *options: str) -> None:
-        """Plots a drawing or a trace that is given as text."""
+        """Plots a drawing or a trace from a string."""
         source = self.directory / f"source{ending}"
         source.write_text(text, encoding="utf-8")
         self.plot(source, *options)
 
     def check(self) -> None:
-        """Has the PDF's structure checked."""
+        """Checks the PDF's structure."""
         self.run("qpdf", "--check", str(self.pdf))
 
     def poppler(self, resolution: float, page: int = 1) -> Picture:
-        """A page, rendered by Poppler at so many pixels an inch."""
+        """Renders a page with Poppler, `resolution` in pixels per inch."""
         pages = ("-f", str(page), "-l", str(page))
         return read_ppm(self.run("pdftoppm", "-q", "-r", f"{resolution:g}", *pages, str(self.pdf)))
 
     def mupdf(self, resolution: float, page: int = 1) -> Picture:
-        """A page, rendered by MuPDF at so many pixels an inch."""
+        """Renders a page with MuPDF, `resolution` in pixels per inch."""
         form = ("-q", "-F", "ppm", "-c", "rgb", "-r", f"{resolution:g}")
         return read_ppm(self.run("mutool", "draw", *form, "-o", "-", str(self.pdf), str(page)))
 
     def run(self, *command: str) -> bytes:
-        """What a command prints; throws PlotError when it fails."""
+        """Returns the standard output of a command. Raises PlotError if it fails."""
         run = subprocess.run(
             command, capture_output=True, env=self._environment, timeout=TIME_LIMIT_SECONDS, check=False
         )

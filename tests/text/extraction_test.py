@@ -1,7 +1,7 @@
-"""Plots words of many scripts and reads them back with two readers of PDF, Poppler and MuPDF.
+"""Plots words of many scripts and extracts them with Poppler and MuPDF.
 
-Every text is a page of its own, plotted to be seen and plotted only to be found: turned text, tracked text, and the
-text of a shape font.
+Every text is plotted in several ways, visible or invisible, each on a page of its own: as it is, rotated, tracked, in
+a shape font.
 """
 
 from __future__ import annotations
@@ -20,10 +20,10 @@ from plotting import PlotTestCase  # noqa: E402
 
 SANS, MONO, CHINESE = "DejaVu Sans", "DejaVu Sans Mono", "WenQuanYi Zen Hei Mono"
 SIZE = 40.0
-# The advance of a Latin letter of MONO; that of a Chinese character of any font is one em.
+# The advance of a Latin letter of MONO in ems. A Chinese character of any font is one em wide.
 MONO_ADVANCE = 1233 / 2048
 
-# Texts by font. Right-to-left words stand between braces, which are not plotted.
+# Texts by font. Braces, which are not plotted, mark right-to-left words.
 TEXTS = [
     ("Plan M 1:50 (Ø 12 ± 0.1 mm)", SANS),
     ("quote \" back \\ tag <b>", SANS),
@@ -38,25 +38,25 @@ TEXTS = [
     ("文泉驛 等寬", "文泉驛等寬正黑"),
     ("pump 图 one", MONO),
 ]
-# Texts that come to several fonts. Without advances their parts all start at one point: then only the words count.
+# Texts that need several fonts. Without advances their runs all start at one point, so only the words are compared.
 OF_SEVERAL_FONTS = ("文泉驛 等寬", "pump 图 one")
 
-# What is plotted of a text, and how its right-to-left words are marked in plain text.
+# A text as plotted, and with right-to-left words marked as Poppler does.
 PLOTTED, MARKED = str.maketrans("", "", "{}"), str.maketrans("{}", "\u202b\u202c")
 
 
 def drawn(text: str) -> str:
-    """A text in the order in which it stands on the page."""
+    """A text in visual order."""
     return re.sub("{(.*?)}", lambda match: match[1][::-1], text)
 
 
 def in_any_order(text: str) -> str:
-    """The words of a text."""
+    """The words of a text, sorted."""
     return " ".join(sorted(text.split()))
 
 
-# What each reader gives: Poppler the order of reading, with marks, and MuPDF the one on the page up to its release
-# 1.24, and the one of reading since.
+# The orders that each reader may return: Poppler logical order with marks, MuPDF visual order up to release 1.24 and
+# logical order since.
 READERS = {
     "pdftotext -enc UTF-8 {pdf} -": (lambda text: text.translate(MARKED),),
     "mutool draw -q -F text -o - {pdf}": (drawn, lambda text: text.translate(PLOTTED)),
@@ -64,7 +64,7 @@ READERS = {
 
 
 def calls(marked: str, face: str) -> Iterable[dict[str, Any]]:
-    """The ways in which a text is plotted."""
+    """The calls that plot a text in different ways."""
     text, font = marked.translate(PLOTTED), {"lfFaceName": face}
     advances = [SIZE * (1.0 if unicodedata.east_asian_width(c) == "W" else MONO_ADVANCE) for c in text]
     form = {"textHeight": SIZE, "obliqueAngle": 0, "trackingFactor": 1, "widthFactor": 1, "advances": advances}
@@ -77,7 +77,7 @@ class ExtractionTest(PlotTestCase):
     """Other programs find the words of a plot."""
 
     def test_words_are_found(self) -> None:
-        """Every text in every way, by both readers."""
+        """Every text in every way, with both readers."""
         lines: list[dict[str, Any]] = [{"job": {"docName": "words", "devMode": {"dmPrintQuality": 300}}}]
         texts: list[tuple[str, Callable[[str], str]]] = []
         for text, face in TEXTS:
