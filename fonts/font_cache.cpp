@@ -9,6 +9,7 @@
 
 #include "fonts/font_data.h"
 #include "fonts/font_subset.h"
+#include "platform/face_name.h"
 #include "platform/host_library.h"
 
 namespace hdi {

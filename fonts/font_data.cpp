@@ -2,17 +2,13 @@
 #include "fonts/font_data.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstdlib>
 #include <utility>
 
 #include "fonts/font_collection.h"
+#include "platform/face_name.h"
 
 namespace hdi {
-
-std::u16string_view FaceName(const LOGFONTW& font) {
-  const auto* end = std::find(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
-  return {font.lfFaceName, static_cast<size_t>(end - font.lfFaceName)};
-}
 
 std::optional<FontDataSource> ClassifyFontData(const FontServices& services, const LOGFONTW& font) {
   const std::unique_ptr<PlatformFont> platformFont = services.CreateFontIndirect(font);
@@ -30,7 +26,7 @@ std::optional<FontDataSource> ClassifyFontData(const FontServices& services, con
 FontData ReadFontData(const PlatformFont& font, uint32_t table) {
   const uint32_t size = font.GetFontData(table, nullptr, 0);
   if (size == kNoFontData) return {};
-  FontData data{.block = std::unique_ptr<uint8_t, FreeBlock>(static_cast<uint8_t*>(std::malloc(size)))};
+  FontData data{.block = std::unique_ptr<uint8_t, MallocDeleter>(static_cast<uint8_t*>(std::malloc(size)))};
   if (data.block == nullptr) return {};
   const uint32_t copied = font.GetFontData(table, data.block.get(), size);
   if (copied == kNoFontData) return {};

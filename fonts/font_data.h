@@ -2,23 +2,18 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <span>
-#include <string_view>
 
 #include "platform/font_services.h"
+#include "platform/memory.h"
 
 namespace hdi {
 
-struct FreeBlock {
-  void operator()(uint8_t* block) const { std::free(block); }
-};
-
 // A malloc'ed block with a font file, a collection or a subset. A null block means no data.
 struct FontData {
-  std::unique_ptr<uint8_t, FreeBlock> block;
+  std::unique_ptr<uint8_t, MallocDeleter> block;
   uint32_t size = 0;
 
   [[nodiscard]] std::span<const uint8_t> Bytes() const { return {block.get(), size}; }
@@ -30,9 +25,6 @@ struct FontDataSource {
   int32_t memberIndex = -1;  // in the collection, from 0
   FontData collection;       // already read to find the member
 };
-
-// Returns the face name of a font. The field need not be terminated if the name fills it.
-[[nodiscard]] std::u16string_view FaceName(const LOGFONTW& font);
 
 // Returns nothing for a font without outline data, and for a collection that does not hold the face.
 [[nodiscard]] std::optional<FontDataSource> ClassifyFontData(const FontServices& services,

@@ -18,7 +18,7 @@ FontData SubsetFontData(CreateFontPackageFunction* createFontPackage, std::span<
                     kSubsetPlainFormat, kSubsetAnyLanguage, kSubsetMicrosoftPlatform, kSubsetAnyEncoding,
                     keepList.data(), static_cast<uint16_t>(keepList.size()), std::malloc, std::realloc,
                     std::free, nullptr);
-  return {.block = std::unique_ptr<uint8_t, FreeBlock>(package), .size = written};
+  return {.block = std::unique_ptr<uint8_t, MallocDeleter>(package), .size = written};
 }
 
 }  // namespace hdi

@@ -22,6 +22,11 @@ struct GlyphPoint {
 // the nonzero winding rule fills the glyph.
 using GlyphContour = std::vector<GlyphPoint>;
 
+// Heights of a face that does not provide them.
+inline constexpr double kUsualCapHeight = 0.7;
+inline constexpr double kUsualAscent = 0.75;
+inline constexpr double kUsualDescent = -0.2;
+
 // A face as its file has it, upright or not. Faces belong to the list of faces, which lives as long as the
 // module; equal faces are the same object.
 class FontFace {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <new>
 
 namespace hdi {
@@ -13,6 +14,11 @@ namespace hdi {
 
 // Frees a block, which may be null.
 void FreeBlock(uint8_t* block);
+
+// Frees memory from malloc.
+struct MallocDeleter {
+  void operator()(void* memory) const { std::free(memory); }
+};
 
 // For vectors of many megabytes. Member names are those that the standard requires of an allocator.
 template <typename Value>

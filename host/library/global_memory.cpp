@@ -6,18 +6,15 @@
 #include <unordered_map>
 
 #include "platform/host_library.h"
+#include "platform/memory.h"
 
 namespace {
 
 constexpr uint32_t kMovable = 0x2;
 constexpr uint32_t kZeroed = 0x40;
 
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-
 struct Block {
-  std::unique_ptr<void, Free> memory;
+  std::unique_ptr<void, hdi::MallocDeleter> memory;
   std::unique_ptr<char> handle;  // of a movable block: a unique address other than the memory's
   size_t size = 0;
   int32_t locks = 0;

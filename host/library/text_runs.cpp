@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/face_name.h"
 #include "platform/font_faces.h"
 #include "platform/font_services.h"
 #include "platform/host_library.h"
@@ -95,11 +96,6 @@ class FaceChooser {
   const FontFace* own_;
 };
 
-std::u16string_view GivenName(const LOGFONTW& font) {
-  const char16_t* end = std::find(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
-  return {std::begin(font.lfFaceName), end};
-}
-
 // On a system without faces the text is one run under its given name, which GetFontFullName does not know.
 std::vector<RunContent> Split(const LOGFONTW& font, std::span<const char16_t> text, const double* advances) {
   std::vector<RunContent> runs;
@@ -110,7 +106,7 @@ std::vector<RunContent> Split(const LOGFONTW& font, std::span<const char16_t> te
     if (runs.empty() || face != last) {
       runs.push_back({face == nullptr ? font : SelectingFont(font, *face), &text[i], 0,
                       advances == nullptr ? nullptr : advances + i,
-                      face == nullptr ? GivenName(font) : std::u16string_view(face->FullName())});
+                      face == nullptr ? FaceName(font) : std::u16string_view(face->FullName())});
       last = face;
     }
     ++runs.back().count;

@@ -6,9 +6,9 @@
 
 #include <filesystem>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/process.h"
 #include "platform/linux/prompts.h"
-#include "platform/linux/write_fully.h"
 #include "platform/unicode.h"
 
 namespace hdi {

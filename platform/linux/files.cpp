@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/linux/write_fully.h"
+#include "platform/linux/descriptor.h"
 #include "platform/unicode.h"
 
 namespace hdi {

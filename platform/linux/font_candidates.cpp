@@ -9,6 +9,8 @@
 #include <string_view>
 #include <tuple>
 
+#include "platform/character_maps.h"
+#include "platform/face_name.h"
 #include "platform/font_names.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
@@ -54,24 +56,6 @@ std::vector<FcPattern*> SuitablePatterns(FcConfig* config) {
     std::copy_if(set->fonts, set->fonts + set->nfont, std::back_inserter(patterns), IsSuitable);
   }
   return patterns;
-}
-
-enum class CharacterMaps { kNone, kSymbol, kUnicode };
-
-CharacterMaps FindCharacterMaps(std::span<const uint8_t> table) {
-  constexpr size_t kHeaderSize = 4;
-  constexpr size_t kRecordSize = 8;
-  CharacterMaps found = CharacterMaps::kNone;
-  if (table.size() < kHeaderSize) return found;
-  const size_t count = std::min<size_t>(ReadU16(table, 2), (table.size() - kHeaderSize) / kRecordSize);
-  for (size_t i = 0; i < count; ++i) {
-    const uint16_t platform = ReadU16(table, kHeaderSize + i * kRecordSize);
-    const uint16_t encoding = ReadU16(table, kHeaderSize + i * kRecordSize + 2);
-    const bool isMicrosoft = platform == 3;
-    if (platform == 0 || (isMicrosoft && (encoding == 1 || encoding == 10))) return CharacterMaps::kUnicode;
-    if (isMicrosoft && encoding == 0) found = CharacterMaps::kSymbol;
-  }
-  return found;
 }
 
 // Facts about one font of a file. A font without families cannot be offered.
@@ -123,8 +107,7 @@ class FileFacts {
     MemberFacts facts = members_[index];
     if (IsCollection())
       std::erase_if(facts.families, [&](const auto& name) { return IsAmbiguous(name, index); });
-    for (std::u16string& name : facts.families) name.resize(std::min(name.size(), kMaxFamilyUnits));
-    std::erase_if(facts.families, [](const auto& name) { return name.empty() || name.front() == u'@'; });
+    KeepFaceNames(facts.families);
     return facts;
   }
 
@@ -132,7 +115,7 @@ class FileFacts {
   // Members of a collection are selected by their full family name, and the first match wins.
   [[nodiscard]] bool IsAmbiguous(const std::u16string& name, size_t index) const {
     const auto end = members_.begin() + static_cast<std::ptrdiff_t>(index);
-    return name.size() > kMaxFamilyUnits ||
+    return name.size() > kMaxFaceNameUnits ||
            std::any_of(members_.begin(), end, [&](const MemberFacts& earlier) {
              return std::find(earlier.families.begin(), earlier.families.end(), name) !=
                     earlier.families.end();

@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "platform/face_name.h"
 #include "platform/linux/font_candidates.h"
 #include "platform/unicode.h"
 
@@ -30,7 +31,7 @@ FcConfig* CurrentConfiguration() {
 
 // Names are compared ignoring case and up to the length of a LOGFONTW's.
 std::u16string Folded(std::u16string_view name) {
-  name = name.substr(0, kMaxFamilyUnits);
+  name = name.substr(0, kMaxFaceNameUnits);
   std::u16string folded(name.size() * 3, u'\0');  // case folding makes at most three units of one
   UErrorCode status = U_ZERO_ERROR;
   const int32_t length = u_strFoldCase(folded.data(), static_cast<int32_t>(folded.size()), name.data(),

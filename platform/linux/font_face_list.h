@@ -17,9 +17,6 @@
 
 namespace hdi {
 
-// Units of a family name that fit a LOGFONTW. Longer names are truncated to this.
-inline constexpr size_t kMaxFamilyUnits = 31;
-
 struct FaceNames {
   std::vector<std::u16string> families;  // name ID 1 of the OpenType "name" table, best first, truncated
   std::u16string full;

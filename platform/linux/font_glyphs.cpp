@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include "platform/glyph_contours.h"
 #include "platform/linux/font_file.h"
 
 namespace hdi {
@@ -20,11 +21,6 @@ constexpr char16_t kLastSurrogate = 0xDFFF;
 constexpr char16_t kSymbolPage = 0xF000;
 constexpr size_t kSymbolCount = 0x100;
 constexpr FT_Int32 kAsDesigned = FT_LOAD_NO_SCALE | FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP;
-
-// For fonts that do not provide the value.
-constexpr double kUsualCapHeight = 0.7;
-constexpr double kUsualAscent = 0.75;
-constexpr double kUsualDescent = -0.2;
 
 // One library for all faces, released with the last of them.
 std::shared_ptr<FT_LibraryRec_> SharedLibrary() {
@@ -56,38 +52,24 @@ class ContourMaker {
 
   void MoveTo(const FT_Vector& to) { contours_.push_back({Point(to)}); }
 
-  void LineTo(const FT_Vector& to) {
-    const GlyphPoint start = contours_.back().back();
-    const GlyphPoint end = Point(to);
-    if (start.x == end.x && start.y == end.y) return;
-    AddCurve(Between(start, end, 1.0 / 3), Between(start, end, 2.0 / 3), end);
-  }
+  void LineTo(const FT_Vector& to) { AddLine(contours_.back(), Point(to)); }
 
   void QuadraticTo(const FT_Vector& control, const FT_Vector& to) {
-    const GlyphPoint middle = Point(control);
-    const GlyphPoint end = Point(to);
-    AddCurve(Between(contours_.back().back(), middle, 2.0 / 3), Between(end, middle, 2.0 / 3), end);
+    AddQuadratic(contours_.back(), Point(control), Point(to));
   }
 
   void CubicTo(const FT_Vector& control1, const FT_Vector& control2, const FT_Vector& to) {
-    AddCurve(Point(control1), Point(control2), Point(to));
+    AddCubic(contours_.back(), Point(control1), Point(control2), Point(to));
   }
 
-  // Drops single-point contours, which only serve as anchors.
   std::vector<GlyphContour> Take() {
-    std::erase_if(contours_, [](const GlyphContour& contour) { return contour.size() == 1; });
+    RemoveAnchors(contours_);
     return std::move(contours_);
   }
 
  private:
   [[nodiscard]] GlyphPoint Point(const FT_Vector& at) const {
     return {static_cast<double>(at.x) * scale_, static_cast<double>(at.y) * scale_};
-  }
-  static GlyphPoint Between(const GlyphPoint& from, const GlyphPoint& to, double part) {
-    return {from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part};
-  }
-  void AddCurve(const GlyphPoint& control1, const GlyphPoint& control2, const GlyphPoint& end) {
-    contours_.back().insert(contours_.back().end(), {control1, control2, end});
   }
 
   double scale_;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/face_name.h"
 #include "platform/font_faces.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_patterns.h"
@@ -89,11 +90,6 @@ Selection& Selected(const FontRequest& request) {
   return last->second;
 }
 
-void PutFamily(LOGFONTW& font, const std::u16string& family) {
-  std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
-  std::copy_n(family.begin(), std::min(family.size(), kMaxFamilyUnits), font.lfFaceName);
-}
-
 }  // namespace
 
 const FontFace* FindFace(const LOGFONTW& font) { return Selected(FontRequest(font)).face; }
@@ -119,7 +115,7 @@ const FontFace* FindFaceWith(char16_t unit, const LOGFONTW& font) {
 
 LOGFONTW SelectingFont(const LOGFONTW& font, const FontFace& face) {
   LOGFONTW selecting = font;
-  PutFamily(selecting, face.Family());
+  SetFaceName(selecting, face.Family());
   if (FindFace(selecting) == &face) return selecting;
   selecting.lfCharSet = kDefaultCharSet;
   if (FindFace(selecting) == &face) return selecting;

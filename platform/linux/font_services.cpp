@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/face_name.h"
 #include "platform/font_faces.h"
 #include "platform/linux/font_face_list.h"
 #include "platform/linux/font_file.h"
@@ -75,12 +76,11 @@ class SystemFont final : public PlatformFont {
 };
 
 std::optional<LOGFONTW> ChooseInterfaceFont() {
-  constexpr std::u16string_view kGenericName = u"system-ui";
   LOGFONTW font = {};
   font.lfHeight = -11;
   font.lfWeight = 400;
   font.lfCharSet = kDefaultCharSet;
-  std::copy(kGenericName.begin(), kGenericName.end(), font.lfFaceName);
+  SetFaceName(font, u"system-ui");
   const FontFace* face = FindFace(font);
   if (face == nullptr) return std::nullopt;
   return SelectingFont(font, *face);

@@ -15,6 +15,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/descriptor.h"
+
 namespace hdi {
 namespace {
 
@@ -29,17 +31,6 @@ std::vector<char*> ArgumentVector(std::vector<std::string>& arguments) {
 bool IsProgram(const std::string& path) {
   struct stat status = {};
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
-}
-
-std::string ReadToEnd(int descriptor) {
-  std::string bytes;
-  std::array<char, 4096> buffer;
-  ssize_t count = 0;
-  do {
-    count = read(descriptor, buffer.data(), buffer.size());
-    if (count > 0) bytes.append(buffer.data(), static_cast<size_t>(count));
-  } while (count > 0 || (count < 0 && errno == EINTR));
-  return bytes;
 }
 
 // Signals that the host may ignore but that programs expect at their defaults.
@@ -114,7 +105,8 @@ std::optional<ProgramResult> RunProgram(std::vector<std::string> arguments) {
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
   const pid_t child = Spawn(arguments, ends[1]);
   close(ends[1]);
-  std::string output = child < 0 ? std::string() : ReadToEnd(ends[0]);
+  std::string output;
+  if (child >= 0) static_cast<void>(ReadToEnd(ends[0], output));  // what has been read counts
   close(ends[0]);
   if (child < 0) return std::nullopt;
   const std::optional<int> status = WaitFor(child);

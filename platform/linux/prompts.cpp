@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/process.h"
-#include "platform/linux/write_fully.h"
 
 namespace hdi {
 namespace {

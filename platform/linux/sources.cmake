@@ -5,11 +5,11 @@ pkg_check_modules(HARFBUZZ REQUIRED IMPORTED_TARGET harfbuzz harfbuzz-subset)
 pkg_check_modules(HDI_FONTS REQUIRED IMPORTED_TARGET fontconfig freetype2)
 
 target_sources(hdi_profile PRIVATE
+  linux/descriptor.cpp
   linux/environment.cpp
   linux/settings_file.cpp
   linux/unicode.cpp
-  linux/whole_file.cpp
-  linux/write_fully.cpp)
+  linux/whole_file.cpp)
 target_link_libraries(hdi_profile PUBLIC ICU::uc)
 
 target_sources(hdi_font_faces PRIVATE
@@ -31,7 +31,7 @@ target_sources(hdi_font_subsetter PRIVATE
 target_link_libraries(hdi_font_subsetter PUBLIC PkgConfig::HARFBUZZ)
 
 target_sources(hdi_platform PRIVATE
-  linux/companion.cpp
+  linux/companion_module.cpp
   linux/dialogs.cpp
   linux/files.cpp
   linux/memory.cpp

@@ -5,12 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
-#include "platform/linux/write_fully.h"
+#include "platform/linux/descriptor.h"
 #include "platform/unicode.h"
 
 namespace hdi {
@@ -35,14 +34,9 @@ LoadResult LoadWholeFile(const std::u16string& path, std::string& bytes) {
     return errno == ENOENT || errno == ENOTDIR ? LoadResult::kMissing : LoadResult::kUnreadable;
   }
   bytes.clear();
-  std::array<char, 16384> buffer;
-  ssize_t count = 0;
-  do {
-    count = read(descriptor, buffer.data(), buffer.size());
-    if (count > 0) bytes.append(buffer.data(), static_cast<size_t>(count));
-  } while (count > 0 || (count < 0 && errno == EINTR));
+  const bool isComplete = ReadToEnd(descriptor, bytes);
   close(descriptor);
-  return count == 0 ? LoadResult::kLoaded : LoadResult::kUnreadable;
+  return isComplete ? LoadResult::kLoaded : LoadResult::kUnreadable;
 }
 
 bool ReplaceWholeFile(const std::u16string& path, const std::string& bytes) {

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <span>
 
+#include "platform/character_maps.h"
+#include "platform/face_name.h"
 #include "platform/font_names.h"
 #include "platform/sfnt_bytes.h"
 
@@ -39,24 +41,12 @@ Style ReadStyle(std::span<const uint8_t> head, std::span<const uint8_t> os2) {
   return {weight, (ReadU16(os2, kSelection) & kItalicOrOblique) != 0, ReadU16(os2, kWidthClass)};
 }
 
-enum class CharacterMaps { kNone, kSymbol, kUnicode };
-
-CharacterMaps FindCharacterMaps(const SelectedFont& font) {
+CharacterMaps ReadCharacterMaps(const SelectedFont& font) {
   constexpr DWORD kTag = TableTag("cmap");
-  constexpr size_t kHeaderSize = 4;
-  constexpr DWORD kRecordSize = 8;
-  const std::vector<uint8_t> header = font.Table(kTag, 0, kHeaderSize);
-  if (header.size() < kHeaderSize) return CharacterMaps::kNone;
-  const std::vector<uint8_t> records = font.Table(kTag, kHeaderSize, kRecordSize * ReadU16(header, 2));
-  CharacterMaps found = CharacterMaps::kNone;
-  for (size_t at = 0; at + kRecordSize <= records.size(); at += kRecordSize) {
-    const uint16_t platform = ReadU16(records, at);
-    const uint16_t encoding = ReadU16(records, at + 2);
-    const bool isMicrosoft = platform == 3;
-    if (platform == 0 || (isMicrosoft && (encoding == 1 || encoding == 10))) return CharacterMaps::kUnicode;
-    if (isMicrosoft && encoding == 0) found = CharacterMaps::kSymbol;
-  }
-  return found;
+  const std::vector<uint8_t> header = font.Table(kTag, 0, kCharacterMapHeaderSize);
+  if (header.size() < kCharacterMapHeaderSize) return CharacterMaps::kNone;
+  const size_t size = kCharacterMapHeaderSize + kEncodingRecordSize * ReadU16(header, 2);
+  return FindCharacterMaps(font.Table(kTag, 0, static_cast<DWORD>(size)));
 }
 
 }  // namespace
@@ -64,8 +54,7 @@ CharacterMaps FindCharacterMaps(const SelectedFont& font) {
 FontNaming ReadNaming(const SelectedFont& font) {
   const std::vector<uint8_t> table = font.Table(TableTag("name"));
   FontNaming naming{FontNames(table, kFamilyName), FontNames(table, kFullName), {}};
-  for (std::u16string& family : naming.families) family.resize(std::min(family.size(), kMaxFamilyUnits));
-  std::erase_if(naming.families, [](const auto& name) { return name.empty() || name.front() == u'@'; });
+  KeepFaceNames(naming.families);
   const std::vector<std::u16string> styles = FontNames(table, kStyleName);
   if (!styles.empty()) naming.style = styles.front();
   return naming;
@@ -79,7 +68,7 @@ std::optional<FontFacts> ReadFacts(const SelectedFont& font) {
       font.TableSize(TableTag("fvar")) != 0) {
     return std::nullopt;
   }
-  const CharacterMaps maps = FindCharacterMaps(font);
+  const CharacterMaps maps = ReadCharacterMaps(font);
   if (maps == CharacterMaps::kNone) return std::nullopt;
   const Style style = ReadStyle(head, font.Table(TableTag("OS/2")));
   FontFacts facts{

@@ -10,9 +10,6 @@
 
 namespace hdi {
 
-// Units of a family name that fit a LOGFONTW. Longer names are truncated to this.
-inline constexpr size_t kMaxFamilyUnits = 31;
-
 // From the "name" table, in all languages, best for an English reader first.
 struct FontNaming {
   std::vector<std::u16string> families;  // truncated to fit a LOGFONTW

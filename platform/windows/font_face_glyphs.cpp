@@ -19,11 +19,6 @@ constexpr size_t kLastPrivatePage = 0xF8;
 
 constexpr size_t kHorizontalHeaderSize = 36;  // of "hhea"
 
-// For fonts that do not provide the value.
-constexpr double kUsualCapHeight = 0.7;
-constexpr double kUsualAscent = 0.75;
-constexpr double kUsualDescent = -0.2;
-
 int16_t ReadS16(std::span<const uint8_t> table, size_t at) {
   return static_cast<int16_t>(ReadU16(table, at));
 }

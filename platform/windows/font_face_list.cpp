@@ -8,6 +8,7 @@
 #include <tuple>
 #include <utility>
 
+#include "platform/face_name.h"
 #include "platform/unicode.h"
 #include "platform/windows/selected_font.h"
 
@@ -22,7 +23,7 @@ namespace {
   font.lfItalic = facts.isItalic ? 1 : 0;
   font.lfCharSet = DEFAULT_CHARSET;
   font.lfOutPrecision = OUT_TT_ONLY_PRECIS;
-  PutFaceName(font, name);
+  SetFaceName(font, name);
   return std::bit_cast<::LOGFONTW>(font);
 }
 
@@ -38,7 +39,7 @@ int CALLBACK CollectFont(const ::LOGFONTW* font, const TEXTMETRICW*, DWORD type,
 std::vector<::LOGFONTW> ListFonts(const wchar_t* family) {
   ::LOGFONTW query = {};
   query.lfCharSet = DEFAULT_CHARSET;
-  std::copy_n(family, wcsnlen(family, kMaxFamilyUnits), query.lfFaceName);
+  std::copy_n(family, wcsnlen(family, kMaxFaceNameUnits), query.lfFaceName);
   std::vector<::LOGFONTW> fonts;
   const HDC device = CreateCompatibleDC(nullptr);
   EnumFontFamiliesExW(device, &query, CollectFont, reinterpret_cast<LPARAM>(&fonts), 0);
@@ -47,11 +48,6 @@ std::vector<::LOGFONTW> ListFonts(const wchar_t* family) {
 }
 
 }  // namespace
-
-void PutFaceName(LOGFONTW& font, std::u16string_view name) {
-  std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), u'\0');
-  std::copy_n(name.begin(), std::min(name.size(), kMaxFamilyUnits), font.lfFaceName);
-}
 
 SystemFace::SystemFace(FontFacts facts, std::u16string fullName, std::u16string selectingName,
                        const ::LOGFONTW& own)
@@ -67,7 +63,7 @@ SystemFace::SystemFace(FontFacts facts, std::u16string fullName, std::u16string 
 
 bool SystemFace::IsNamed(std::u16string_view name) const {
   const auto equals = [&](const std::u16string& own) {
-    return SameName(std::u16string_view(own).substr(0, kMaxFamilyUnits), name.substr(0, kMaxFamilyUnits));
+    return SameName(std::u16string_view(own).substr(0, kMaxFaceNameUnits), name.substr(0, kMaxFaceNameUnits));
   };
   return std::any_of(facts_.names.families.begin(), facts_.names.families.end(), equals) ||
          std::any_of(facts_.names.fullNames.begin(), facts_.names.fullNames.end(), equals);

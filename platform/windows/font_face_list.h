@@ -18,9 +18,6 @@
 
 namespace hdi {
 
-// Sets the face name of a LOGFONTW, truncated to fit.
-void PutFaceName(LOGFONTW& font, std::u16string_view name);
-
 class SystemFace final : public FontFace {
  public:
   // `own` selects the font exactly as its file has it.

@@ -8,12 +8,10 @@
 #include <span>
 #include <utility>
 
+#include "platform/glyph_contours.h"
+
 namespace hdi {
 namespace {
-
-GlyphPoint Between(const GlyphPoint& from, const GlyphPoint& to, double part) {
-  return {from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part};
-}
 
 class ContourMaker {
  public:
@@ -21,14 +19,14 @@ class ContourMaker {
 
   void AddOnCurve(const GlyphPoint& point) {
     if (control_) {
-      CurveTo(*std::exchange(control_, std::nullopt), point);
+      AddQuadratic(contour_, *std::exchange(control_, std::nullopt), point);
     } else {
-      LineTo(point);
+      AddLine(contour_, point);
     }
   }
 
   void AddControl(const GlyphPoint& point) {
-    if (control_) CurveTo(*control_, Between(*control_, point, 0.5));
+    if (control_) AddQuadratic(contour_, *control_, Between(*control_, point, 0.5));
     control_ = point;
   }
 
@@ -38,17 +36,6 @@ class ContourMaker {
   }
 
  private:
-  void LineTo(const GlyphPoint& end) {
-    const GlyphPoint start = contour_.back();
-    if (start.x == end.x && start.y == end.y) return;
-    contour_.insert(contour_.end(), {Between(start, end, 1.0 / 3), Between(start, end, 2.0 / 3), end});
-  }
-
-  void CurveTo(const GlyphPoint& control, const GlyphPoint& end) {
-    contour_.insert(contour_.end(),
-                    {Between(contour_.back(), control, 2.0 / 3), Between(end, control, 2.0 / 3), end});
-  }
-
   GlyphContour contour_;
   std::optional<GlyphPoint> control_;  // waiting for the end of its curve
 };
@@ -112,7 +99,7 @@ std::vector<GlyphContour> MakeContours(const GlyphData& glyph, double scale) {
     }
     start = end;
   }
-  std::erase_if(contours, [](const GlyphContour& contour) { return contour.size() == 1; });
+  RemoveAnchors(contours);
   return contours;
 }
 

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/face_name.h"
 #include "platform/windows/font_face_list.h"
 
 namespace hdi {
@@ -143,7 +144,7 @@ bool HasFamily(const std::u16string& family) {
   if (name.empty()) return false;
   LOGFONTW font = {};
   font.lfCharSet = DEFAULT_CHARSET;
-  PutFaceName(font, name);
+  SetFaceName(font, name);
   const SystemFace* face = Selected(FontRequest(font)).face;
   return face != nullptr && face->IsNamed(name);
 }
@@ -164,7 +165,7 @@ const FontFace* FindFaceWith(char16_t unit, const LOGFONTW& font) {
 
 LOGFONTW SelectingFont(const LOGFONTW& font, const FontFace& face) {
   LOGFONTW selecting = font;
-  PutFaceName(selecting, static_cast<const SystemFace&>(face).SelectingName());
+  SetFaceName(selecting, static_cast<const SystemFace&>(face).SelectingName());
   if (Selects(selecting, face)) return selecting;
   selecting.lfCharSet = DEFAULT_CHARSET;
   if (Selects(selecting, face)) return selecting;

@@ -8,14 +8,11 @@
 #include <memory>
 
 #include "platform/font_services.h"
+#include "platform/memory.h"
 #include "platform/windows/selected_font.h"
 
 namespace hdi {
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
 
 class SystemFont final : public PlatformFont {
  public:
@@ -31,7 +28,7 @@ class SystemFont final : public PlatformFont {
   std::optional<int32_t> ItalicAngle() const override {
     const UINT size = GetOutlineTextMetricsW(font_.Device(), 0, nullptr);
     if (size == 0) return std::nullopt;
-    const std::unique_ptr<OUTLINETEXTMETRICW, Free> metrics(
+    const std::unique_ptr<OUTLINETEXTMETRICW, MallocDeleter> metrics(
         static_cast<OUTLINETEXTMETRICW*>(std::calloc(1, size)));
     if (!metrics || GetOutlineTextMetricsW(font_.Device(), size, metrics.get()) == 0) return std::nullopt;
     return metrics->otmItalicAngle;

@@ -20,7 +20,7 @@ target_link_libraries(hdi_font_faces PUBLIC gdi32 user32)
 target_sources(hdi_font_subsetter PRIVATE windows/font_subsetter.cpp)
 
 target_sources(hdi_platform PRIVATE
-  windows/companion.cpp
+  windows/companion_module.cpp
   windows/dialogs.cpp
   windows/files.cpp
   windows/memory.cpp

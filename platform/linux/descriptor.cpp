@@ -1,9 +1,9 @@
-// Writes whole blocks to a descriptor.
-#include "platform/linux/write_fully.h"
+#include "platform/linux/descriptor.h"
 
 #include <pthread.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -40,6 +40,16 @@ class FileSizeSignalBlock {
 };
 
 }  // namespace
+
+bool ReadToEnd(int descriptor, std::string& bytes) {
+  std::array<char, 16384> buffer;
+  ssize_t count = 0;
+  do {
+    count = read(descriptor, buffer.data(), buffer.size());
+    if (count > 0) bytes.append(buffer.data(), static_cast<size_t>(count));
+  } while (count > 0 || (count < 0 && errno == EINTR));
+  return count == 0;
+}
 
 int WriteFully(int descriptor, const void* data, size_t size) {
   FileSizeSignalBlock block;
