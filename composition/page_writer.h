@@ -27,6 +27,7 @@
 #include "document/comments.h"
 #include "document/layers.h"
 #include "engine/document.h"
+#include "engine/library.h"
 #include "engine/page.h"
 #include "fonts/font_cache.h"
 #include "fonts/text_geometry.h"

@@ -69,14 +69,6 @@ void RemoveNewPage(CPDF_Document& document, int index, int pages) {
 
 }  // namespace
 
-Library::Library() {
-  FPDF_LIBRARY_CONFIG config{};
-  config.version = 2;
-  FPDF_InitLibraryWithConfig(&config);
-}
-
-Library::~Library() { FPDF_DestroyLibrary(); }
-
 void Document::Implementation::PlaceDone() {
   std::erase_if(pending, [](PendingStream& stream) { return stream.bytes->IsDone() && Place(stream); });
 }

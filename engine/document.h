@@ -15,15 +15,6 @@ namespace hdi::engine {
 class Font;
 class Page;
 
-// Initializes the engine's library; must outlive every document. One at a time.
-class Library {
- public:
-  Library();
-  Library(const Library&) = delete;
-  Library& operator=(const Library&) = delete;
-  ~Library();
-};
-
 // Receives the saved file in blocks. Returning false or throwing ends the saving.
 class BlockSink {
  public:

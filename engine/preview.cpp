@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "engine/library.h"
 #include "public/cpp/fpdf_scopers.h"
 #include "public/fpdfview.h"
 
@@ -13,19 +14,6 @@ namespace {
 constexpr double kPointsPerInch = 72;
 constexpr double kMostPixels = 200e6;
 constexpr double kLongestSide = 65500;
-
-// Initializes the engine for the duration of a rendering.
-class Painter {
- public:
-  Painter() {
-    FPDF_LIBRARY_CONFIG config{};
-    config.version = 2;
-    FPDF_InitLibraryWithConfig(&config);
-  }
-  Painter(const Painter&) = delete;
-  Painter& operator=(const Painter&) = delete;
-  ~Painter() { FPDF_DestroyLibrary(); }
-};
 
 PagePicture BlankPicture(double width, double height) {
   if (width > kLongestSide || height > kLongestSide || width * height > kMostPixels) {
@@ -44,7 +32,7 @@ PagePicture BlankPicture(double width, double height) {
 }  // namespace
 
 PagePicture PaintFirstPage(const std::filesystem::path& pdf, double dotsPerInch) {
-  const Painter painter;
+  const Library library;
   // The engine takes UTF-8 on Windows and a native path elsewhere, which u8string returns unchanged.
   const std::u8string path = pdf.u8string();
   const ScopedFPDFDocument document(FPDF_LoadDocument(reinterpret_cast<const char*>(path.c_str()), nullptr));

@@ -1,4 +1,4 @@
-// What a document says to its reader beside its pages' contents, as another library reads it back.
+// Parts of a document other than page contents, read back with qpdf.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,6 +8,7 @@
 #include "document/layers.h"
 #include "document/page_background.h"
 #include "document/viewport.h"
+#include "engine/library.h"
 #include "engine/page.h"
 #include "tests/support/saved_document.h"
 
@@ -28,7 +29,7 @@ class DocumentTest : public testing::Test {
   engine::Document document_;
 };
 
-TEST_F(DocumentTest, GroupsAreListedByFirstUseAndShownByPageAndName) {
+TEST_F(DocumentTest, ListsGroupsByFirstUseAndOrdersThemByPageAndName) {
   Layers layers(document_);
   const uint32_t first = NewPage();
   const uint32_t second = NewPage();
@@ -37,7 +38,7 @@ TEST_F(DocumentTest, GroupsAreListedByFirstUseAndShownByPageAndName) {
   const uint32_t a = layers.GetLayerGroup(first, u"A");
   const uint32_t otherC = layers.GetLayerGroup(second, u"C");
   const uint32_t otherA = layers.GetLayerGroup(second, u"A");
-  // A surrogate is a lower unit than the private use area, whatever the characters.
+  // Surrogates sort before the private use area as 16-bit units, though not as characters.
   const uint32_t privateUse = layers.GetLayerGroup(first, u"\uE000");
   const uint32_t surrogate = layers.GetLayerGroup(first, u"\U0001F600");
   EXPECT_EQ(layers.GetLayerGroup(first, u"B"), b);
@@ -72,9 +73,9 @@ TEST_F(DocumentTest, CommentsAreSquaresWithTextStrings) {
             "/T (Orvane SHX Text) /Type /Annot >> ]");
 }
 
-TEST_F(DocumentTest, TheBackgroundLiesBelowTheContents) {
+TEST_F(DocumentTest, BackgroundIsBelowTheContents) {
   const auto page = document_.NewPage(0, 100, 200);
-  SetPageBackground(*page, 255, 0, 128);  // without contents there is nothing to lie below
+  SetPageBackground(*page, 255, 0, 128);  // no effect without contents
   EXPECT_FALSE(page->HasContents());
   page->SetContents(nullptr, "0 0 m");
   SetPageBackground(*page, 256, 0, 128);
@@ -89,7 +90,7 @@ TEST_F(DocumentTest, TheBackgroundLiesBelowTheContents) {
   EXPECT_EQ(engine::SavedDocument(document_).PageContents(0), expected);
 }
 
-TEST_F(DocumentTest, EveryPageHasItsOwnMeasure) {
+TEST_F(DocumentTest, EachPageHasItsOwnMeasure) {
   const std::pair<float, const char*> cases[] = {
       {8.333333F, "8.333333"},
       {8.333333F, "8.333333"},

@@ -1,4 +1,4 @@
-// Streams that are compressed in pieces, read back by zlib.
+// Streams compressed in pieces, decompressed by zlib.
 #include "engine/compressed_stream.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 namespace hdi::engine {
 namespace {
 
-// Text like a page's: numbers of four digits with operators between, in which little repeats.
+// Text like a page's: four-digit numbers with operators in between and few repetitions.
 std::string PageText(size_t size) {
   std::string text;
   uint32_t state = 1;
@@ -39,21 +39,21 @@ std::vector<uint8_t> Compressed(const std::vector<std::string>& parts, Compressi
   return bytes;
 }
 
-// The text that zlib reads, or its complaint.
+// Returns the text that zlib decompresses, or its error.
 std::string Inflated(const std::vector<uint8_t>& bytes, size_t size) {
   std::string text(size + 1, '\0');
   auto length = static_cast<uLongf>(text.size());
   auto used = static_cast<uLong>(bytes.size());
   const int status = uncompress2(reinterpret_cast<Bytef*>(text.data()), &length, bytes.data(), &used);
   if (status != Z_OK) return zError(status);
-  if (used != bytes.size()) return "bytes behind the stream";
+  if (used != bytes.size()) return "bytes after the stream";
   text.resize(length);
   return text;
 }
 
-TEST(CompressedStreamTest, PiecesJoinToOneStreamThatIsTheSameWithAnyNumberOfThreads) {
+TEST(CompressedStreamTest, IsTheSameForAnyNumberOfThreads) {
   const std::vector<std::vector<std::string>> cases = {
-      {PageText(1'900'000)},  // cut by the stream itself
+      {PageText(1'900'000)},  // split by the stream itself
       {PageText(300'000), PageText(750'000), PageText(99'999), PageText(7)},
       {PageText(1), std::string(40'000, 'x'), PageText(70'001), ""},
       {""},
@@ -71,7 +71,7 @@ TEST(CompressedStreamTest, PiecesJoinToOneStreamThatIsTheSameWithAnyNumberOfThre
   }
 }
 
-TEST(CompressedStreamTest, AStreamThatIsGivenUpLeavesThePoolToTheNext) {
+TEST(CompressedStreamTest, AbandonedStreamFreesThePool) {
   const std::string text = PageText(3'000'000);
   for (const unsigned workers : {0U, 1U, 2U}) {
     DeflatePool pool(Compression::kFast, workers);
@@ -82,7 +82,7 @@ TEST(CompressedStreamTest, AStreamThatIsGivenUpLeavesThePoolToTheNext) {
   }
 }
 
-// What zlib says of the start of the last block (data_type, zlib.h), in bits.
+// Returns the start of the last block in bits, as reported by zlib (data_type in zlib.h).
 size_t FinalBlockByZlib(const std::vector<uint8_t>& deflate) {
   z_stream stream{};
   EXPECT_EQ(inflateInit2(&stream, -MAX_WBITS), Z_OK);
@@ -104,8 +104,8 @@ size_t FinalBlockByZlib(const std::vector<uint8_t>& deflate) {
   return begin;
 }
 
-TEST(DeflateBlocksTest, TheFinalBlockIsWhereZlibFindsIt) {
-  std::string mixed;  // stored, fixed and dynamic blocks, long runs, and codes longer than a table
+TEST(DeflateBlocksTest, FindsTheFinalBlockLikeZlib) {
+  std::string mixed;  // stored, fixed and dynamic blocks, long runs, and codes longer than kTableBits
   for (uint32_t i = 0; i < 400'000; ++i)
     mixed += static_cast<char>(i < 100'000 ? (i * i * 2654435761U) >> 24 : 'a');
   for (int i = 0; i < 20; ++i) mixed += std::string(size_t{1} << i, static_cast<char>(i));

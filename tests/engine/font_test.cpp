@@ -1,4 +1,4 @@
-// Fonts of the engine's document, held against the engine's own look-up and against FreeType.
+// Fonts, compared with the engine's own look-up and with FreeType.
 #include "engine/font.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +11,7 @@
 #include "core/fpdfapi/font/cpdf_font.h"
 #include "core/fxge/freetype/fx_freetype.h"
 #include "engine/document.h"
+#include "engine/library.h"
 #include "fpdfsdk/cpdfsdk_helpers.h"
 #include "platform/font_subsetter.h"
 #include "public/cpp/fpdf_scopers.h"
@@ -45,14 +46,14 @@ std::string Subset(const std::string& file, std::u16string_view units) {
   return subset;
 }
 
-// The widths by glyph of the one font in a document.
+// Returns the widths by glyph of the only font in a document.
 std::map<int, int> SavedWidths(Document& document) {
   std::map<int, int> widths;
   SavedDocument saved(document);
   for (auto& object : saved.Objects()) {
     if (!object.isDictionary() || !object.hasKey("/W")) continue;
     auto array = object.getKey("/W").getArrayAsVector();
-    // Either a first glyph and a list of widths, or a first and a last glyph and their one width.
+    // Either a first glyph and an array of widths, or first glyph, last glyph and width.
     for (size_t i = 0; i + 1 < array.size();) {
       int glyph = array[i].getIntValueAsInt();
       if (array[i + 1].isArray()) {
@@ -76,8 +77,8 @@ class FontTest : public testing::Test {
   Library library_;
 };
 
-// The first has characters beyond U+FFFF, the last a map for symbols alone.
-TEST_F(FontTest, CodesAreTheEnginesForEveryUnit) {
+// The first font has characters beyond U+FFFF, the last only a symbol map.
+TEST_F(FontTest, CodesMatchTheEngineForEveryUnit) {
   const std::u16string units = AllUnits();
   for (const std::string& file : {font_files::Read("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"), serif_,
                                   font_files::Read("/usr/share/wine/fonts/symbol.ttf")}) {
@@ -98,8 +99,9 @@ TEST_F(FontTest, CodesAreTheEnginesForEveryUnit) {
   }
 }
 
-// Glyphs that others are composed of have no character here, which leaves gaps between those that have one.
-TEST_F(FontTest, WidthsOfASubsetAreTheFonts) {
+// Components of composite glyphs have no character here, which leaves gaps in the numbers of those that have
+// one.
+TEST_F(FontTest, WidthsOfASubsetMatchTheFont) {
   const std::string file = Subset(serif_, u"IMbfmw\u00C9\u00E9\u00EE\u00FC");
   Document document;
   const auto font = Font::Load(document, Bytes(file));
@@ -121,7 +123,7 @@ TEST_F(FontTest, WidthsOfASubsetAreTheFonts) {
   FT_Done_FreeType(library);
 }
 
-TEST_F(FontTest, FilesThatAreNoFontsAreRefused) {
+TEST_F(FontTest, RejectsInvalidFiles) {
   const auto loads = [](const std::string& file) {
     Document document;
     return Font::Load(document, Bytes(file)) != nullptr;
@@ -137,7 +139,7 @@ TEST_F(FontTest, FilesThatAreNoFontsAreRefused) {
     without.replace(without.find(table), 4, "none");
     EXPECT_FALSE(loads(without)) << table;
   }
-  // A length beyond the file bars the tables that a reader needs to show the font.
+  // If a table extends beyond the file, the font is rejected only if readers need that table.
   for (const auto& [table, isNeeded] : {std::pair("hmtx", true), std::pair("post", false)}) {
     std::string longer = serif_;
     longer.replace(longer.find(table) + 12, 4, font_files::BigEndian(longer.size(), 4));

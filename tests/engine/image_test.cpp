@@ -1,4 +1,4 @@
-// Images of the engine's document, as another library reads them.
+// Image XObjects, read back with qpdf.
 #include "engine/image.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "engine/library.h"
 #include "tests/support/saved_document.h"
 
 namespace hdi::engine {
@@ -23,7 +24,7 @@ std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 void Append(Bytes& bytes, std::initializer_list<uint8_t> more) { bytes.insert(bytes.end(), more); }
 
-// A JPEG as far as its header, 5 by 3 pixels. A comment of `padding` bytes stands before everything else.
+// Returns a 5 x 3 JPEG up to its header, after a comment of `padding` bytes.
 Bytes JpegHeader(uint8_t components, uint8_t precision, bool hasAdobeMarker, size_t padding = 0) {
   const size_t length = padding + 2;
   Bytes jpeg = {0xFF, 0xD8, 0xFF, 0xFE, static_cast<uint8_t>(length >> 8), static_cast<uint8_t>(length)};
@@ -40,7 +41,7 @@ Bytes JpegHeader(uint8_t components, uint8_t precision, bool hasAdobeMarker, siz
   return jpeg;
 }
 
-// The entries but for the kind of object, the length and the mask.
+// Returns the entries except type, length and mask.
 std::string Entries(QPDFObjectHandle image) {
   auto dictionary = image.getDict().shallowCopy();
   EXPECT_EQ(dictionary.getKey("/Type").unparse() + dictionary.getKey("/Subtype").unparse(), "/XObject/Image");
@@ -75,7 +76,7 @@ TEST_F(ImageTest, JpegsKeepTheirBytes) {
   }
 }
 
-TEST_F(ImageTest, JpegsThatCantBeReadMakeNothing) {
+TEST_F(ImageTest, RejectsUnreadableJpegs) {
   const Bytes whole = JpegHeader(3, 8, false);
   for (size_t size = 0; size + 2 < whole.size(); ++size) {
     EXPECT_EQ(AddJpegImage(document_, std::span(whole).first(size), Counting(15)), 0U) << size;
@@ -85,8 +86,8 @@ TEST_F(ImageTest, JpegsThatCantBeReadMakeNothing) {
   }
 }
 
-TEST_F(ImageTest, AJpegsMaskHasTheJpegsSize) {
-  const Bytes alpha = Counting(16);  // a byte too many
+TEST_F(ImageTest, JpegMaskHasTheSizeOfTheJpeg) {
+  const Bytes alpha = Counting(16);  // one byte too many
   const Bytes jpeg = JpegHeader(3, 8, true);
   const uint32_t image = AddJpegImage(document_, jpeg, alpha);
   const uint32_t opaque = AddJpegImage(document_, jpeg, std::span(alpha).first(14));
@@ -119,7 +120,7 @@ TEST_F(ImageTest, PixelsAreCompressed) {
                 Text(bits));
 }
 
-TEST_F(ImageTest, PixelsOfAnotherSizeMakeNothing) {
+TEST_F(ImageTest, RejectsPixelsOfAnotherSize) {
   const Bytes bytes = Counting(12);
   const auto part = [&](size_t size) { return std::span(bytes).first(size); };
   EXPECT_EQ(AddColorImage(document_, 2, 2, part(12), part(3)), 0U);

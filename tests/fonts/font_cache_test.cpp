@@ -1,4 +1,4 @@
-// Fonts of a job, with font services, font names and a subsetter that the tests make up.
+// The font cache with fake font services, font names and a fake subsetter.
 #include "fonts/font_cache.h"
 
 #include <gmock/gmock.h>
@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "engine/library.h"
 #include "platform/host_library.h"
 #include "tests/support/font_files.h"
 #include "tests/support/log_font.h"
@@ -13,7 +14,7 @@
 
 namespace hdi {
 
-// In place of the host library's own: a font's name is its face's, and "nameless" has none.
+// Replaces the host library's function: a font's name is its face name, and "nameless" has none.
 bool GetFontFullName(const LOGFONTW* font, std::u16string& name) {
   const std::u16string face = font->lfFaceName;
   if (face == u"nameless") return false;
@@ -46,18 +47,18 @@ struct FakeServices final : FontServices {
 
   std::string file;
   std::string collection;
-  size_t excess = 0;  // of the size that is told over the one that is read
+  size_t excess = 0;  // by which the reported size exceeds the bytes read
   std::optional<int32_t> italicAngle;
   bool canCreate = true;
   mutable int created = 0;
 };
 
-// What the subsetter gives, no package when it is empty, and what it was called with: the size of the source,
-// flags to encoding, and the characters to keep.
+// The fake subsetter's result, none if empty, and its calls: the size of the source, the arguments from flags
+// to encoding, and the characters to keep.
 std::string subsetPackage;
 std::vector<std::vector<uint32_t>> subsetCalls;
 
-// The result is upside down, as only the package counts.
+// Returns 0 for failure and 1000 for success, since only the package may count.
 uint32_t Subset(const uint8_t* /*source*/, uint32_t sourceSize, uint8_t** package, uint32_t* packageSize,
                 uint32_t* written, uint16_t flags, uint16_t collectionIndex, uint16_t format,
                 uint16_t language, uint16_t platform, uint16_t encoding, const uint16_t* keepList,
@@ -111,7 +112,7 @@ class FontCacheTest : public testing::Test {
   }
 
   const std::string whole_ = font_files::ReadLiberationSerif();
-  // As good as a subset, and to be told from the whole font.
+  // Valid like a subset, but distinguishable from the whole font.
   const std::string subset_ = whole_ + std::string(4, '\0');
   FakeServices services_;
   FontUsage usage_;
@@ -120,20 +121,20 @@ class FontCacheTest : public testing::Test {
   FontCache cache_{services_, FindSubset};
 };
 
-TEST_F(FontCacheTest, AFontIsSubsetOnceForItsName) {
+TEST_F(FontCacheTest, SubsetsAFontOncePerName) {
   services_.file = whole_;
   services_.excess = 10;
   subsetPackage = subset_;
   const engine::Font* font = Handle(u"Serif");
   ASSERT_NE(font, nullptr);
   EXPECT_EQ(Handle(u"Serif", {.height = 90}), font);
-  const size_t size = whole_.size();  // as read, whatever was told
+  const size_t size = whole_.size();  // as read, not as reported
   EXPECT_THAT(subsetCalls,
               ElementsAre(ElementsAre(size, 1, 0, 0, 0, 3, 65535, 'A', 'g', 'z', 0xD834, 0xDD1E)));
   EXPECT_EQ(SavedFontFiles(), std::vector<std::string>{subset_});
 }
 
-TEST_F(FontCacheTest, WithoutARecordedNameOrBytesThereIsNoFont) {
+TEST_F(FontCacheTest, ReturnsNullWithoutCharactersOrData) {
   EXPECT_EQ(Handle(u"Serif"), nullptr);
   services_.collection = font_files::Collection({font_files::NamedFont({{1, 1, "Sans"}})});
   EXPECT_EQ(Handle(u"Serif"), nullptr);
@@ -150,7 +151,7 @@ TEST_F(FontCacheTest, WithoutARecordedNameOrBytesThereIsNoFont) {
   EXPECT_TRUE(subsetCalls.empty());
 }
 
-TEST_F(FontCacheTest, WithoutASubsetTheWholeFontIsEmbedded) {
+TEST_F(FontCacheTest, EmbedsTheWholeFontWithoutASubset) {
   services_.file = whole_;
   EXPECT_NE(Handle(u"Serif"), nullptr);
   EXPECT_EQ(subsetCalls.size(), 1U);
@@ -162,7 +163,7 @@ TEST_F(FontCacheTest, WithoutASubsetTheWholeFontIsEmbedded) {
   EXPECT_EQ(SavedFontFiles(), (std::vector<std::string>{whole_, whole_}));
 }
 
-TEST_F(FontCacheTest, ARefusedSubsetBarsTheNameAndARefusedWholeFontDoesNot) {
+TEST_F(FontCacheTest, RefusedSubsetBlocksTheNameUnlikeARefusedFont) {
   services_.file = "no font";
   EXPECT_EQ(Handle(u"Serif"), nullptr);
   services_.file = whole_;
@@ -177,7 +178,7 @@ TEST_F(FontCacheTest, ARefusedSubsetBarsTheNameAndARefusedWholeFontDoesNot) {
   EXPECT_EQ(subsetCalls.size(), 4U);  // every run tries again
 }
 
-TEST_F(FontCacheTest, AMemberOfACollectionIsSubsetByItsIndex) {
+TEST_F(FontCacheTest, SubsetsACollectionMemberByIndex) {
   services_.collection = font_files::Collection(
       {font_files::NamedFont({{1, 1, "Serif Bold"}}), font_files::NamedFont({{1, 1, "Serif"}})});
   subsetPackage = subset_;
@@ -187,7 +188,7 @@ TEST_F(FontCacheTest, AMemberOfACollectionIsSubsetByItsIndex) {
               ElementsAre(ElementsAre(size, 5, 1, 0, 0, 3, 65535, 'A', 'g', 'z', 0xD834, 0xDD1E)));
 }
 
-TEST_F(FontCacheTest, ACollectionWithoutASubsetIsEmbeddedWholeWithItsFirstFace) {
+TEST_F(FontCacheTest, EmbedsTheWholeCollectionWithoutASubset) {
   services_.collection = font_files::Collection({whole_, font_files::NamedFont({{1, 1, "Serif"}})});
   const engine::Font* font = Handle(u"Serif");
   ASSERT_NE(font, nullptr);
@@ -197,7 +198,7 @@ TEST_F(FontCacheTest, ACollectionWithoutASubsetIsEmbeddedWholeWithItsFirstFace) 
   EXPECT_EQ(SavedFontFiles(), std::vector<std::string>{services_.collection});
 }
 
-TEST_F(FontCacheTest, TheFirstItalicFontOfAFaceSettlesItsSlant) {
+TEST_F(FontCacheTest, CachesSyntheticItalicByFaceName) {
   services_.italicAngle = 0;
   EXPECT_FALSE(NeedsSyntheticItalic(u"Upright", false));
   EXPECT_EQ(services_.created, 0);
@@ -205,7 +206,7 @@ TEST_F(FontCacheTest, TheFirstItalicFontOfAFaceSettlesItsSlant) {
   services_.italicAngle = -120;
   EXPECT_TRUE(NeedsSyntheticItalic(u"Upright"));
   EXPECT_FALSE(NeedsSyntheticItalic(u"Slanted"));
-  const std::u16string longName(32, u'x');  // without a zero at its end
+  const std::u16string longName(32, u'x');  // fills the field, unterminated
   EXPECT_FALSE(NeedsSyntheticItalic(longName));
   services_.italicAngle.reset();
   EXPECT_FALSE(NeedsSyntheticItalic(u"Bitmap"));

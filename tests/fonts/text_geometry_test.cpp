@@ -1,4 +1,4 @@
-// Matrices to the last bit, and extents.
+// Text matrices, exact to the last bit, and extents.
 #include "fonts/text_geometry.h"
 
 #include <gtest/gtest.h>
@@ -10,14 +10,14 @@ namespace {
 
 constexpr float kQuarterTurn = 1.5707964F;
 
-// Fused multiply-adds would give other bits.
-TEST(TextGeometry, TheRunMatrixIsExact) {
+// Fused multiply-adds would change the result.
+TEST(TextGeometry, RunMatrixIsExact) {
   EXPECT_EQ(ComputeRunMatrix(
                 {.x = 1000.25F, .y = -37.5F, .angle = 0.7F, .obliqueAngle = 0.26179939F, .widthFactor = 0.8F},
                 1234.567F, true),
             (Matrix{0x1.879966p-1F, 0x1.49d6e6p-1F, -0x1.daa2p-3F, 0x1.1cbcc4p+0F, 0x1.e61ffp+10F,
                     0x1.7aea3ap+9F}));
-  // Upwards: the sine is 1, the cosine all but 0.
+  // Upwards: the sine is 1, the cosine nearly 0.
   EXPECT_EQ(ComputeRunMatrix({.x = 3, .y = 4, .angle = kQuarterTurn, .obliqueAngle = 0, .widthFactor = 1}, 10,
                              false),
             (Matrix{-0x1.777a5cp-25F, 1, -1, -0x1.777a5cp-25F, 0x1.7ffffcp+1F, 14}));
@@ -31,7 +31,7 @@ TEST(TextGeometry, SyntheticItalicsFollowTheWidthFactor) {
   EXPECT_EQ(ComputeRunMatrix(placement, 0, true)[2], 0.16958116F);
 }
 
-TEST(TextGeometry, TheExtentIsTheBoxAboveTheBaseLine) {
+TEST(TextGeometry, ExtentIsTheBoxAboveTheBaseline) {
   constexpr double kTurn = std::numbers::pi;
   constexpr double kRoot = std::numbers::sqrt2 / 2;
   const struct {

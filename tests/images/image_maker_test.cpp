@@ -1,4 +1,4 @@
-// Rasters, as the pixels of the saved images tell them.
+// Rasters, compared with the pixels of the saved images.
 #include "images/image_maker.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "engine/library.h"
 #include "images/palette_expansion.h"
 #include "tests/support/saved_document.h"
 
@@ -29,7 +30,7 @@ class ImageMakerTest : public testing::Test {
     header.biHeight = height;
     header.biBitCount = static_cast<uint16_t>(bitCount);
     header.biClrUsed = 1;  // never read
-    // Both end with their last byte, so that the sanitizer sees what is read beyond.
+    // Both blocks are exactly sized, so that a sanitizer detects reads past the end.
     Bytes raster(sizeof header + palette.size());
     std::memcpy(raster.data(), &header, sizeof header);
     std::ranges::copy(palette, raster.begin() + sizeof header);
@@ -41,7 +42,7 @@ class ImageMakerTest : public testing::Test {
   engine::Document document_;
 };
 
-TEST_F(ImageMakerTest, RastersBecomeBitsOrColoursWithAMask) {
+TEST_F(ImageMakerTest, StoresBitsOrColorsWithAMask) {
   struct Case {
     int32_t width, height;
     int bitCount;
@@ -77,7 +78,7 @@ TEST_F(ImageMakerTest, RastersBecomeBitsOrColoursWithAMask) {
   }
 }
 
-TEST_F(ImageMakerTest, WhatHasNoPixelsMakesNone) {
+TEST_F(ImageMakerTest, RejectsRastersWithoutPixels) {
   const Bytes bits(8);
   BITMAPINFOHEADER header{};
   for (const int bitCount : {0, 1, 4, 8, 16, 24, 32}) {
