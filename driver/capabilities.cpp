@@ -52,6 +52,25 @@ SheetSize SheetOf(const DriverDevMode& record) {
   return {record.paperWidth, record.paperHeight};
 }
 
+// The host's own indexes.
+int32_t HostCapability(uint32_t index) {
+  switch (index) {
+    case 175:
+    case 180:
+    case 182:
+    case 183:
+    case 184:
+    case 185:
+    case 187:
+    case 191:
+      return 1;
+    case 178:
+      return 2;
+    default:
+      return 0;
+  }
+}
+
 int32_t Capability(const DriverDevMode& record, uint32_t index) {
   const int32_t dpi = DotsPerInch(record);
   const SheetSize sheet = SheetOf(record);
@@ -92,19 +111,8 @@ int32_t Capability(const DriverDevMode& record, uint32_t index) {
       return ToDots(record.marginLeft, dpi);
     case kPhysicalOffsetY:
       return ToDots(record.marginTop, dpi);
-    case 175:  // from here on the host's own
-    case 180:
-    case 182:
-    case 183:
-    case 184:
-    case 185:
-    case 187:
-    case 191:
-      return 1;
-    case 178:
-      return 2;
     default:
-      return 0;
+      return HostCapability(index);
   }
 }
 

@@ -86,9 +86,9 @@ class PaperReader {
     const std::optional<int32_t> id = isPaper ? ParseNumber(name.substr(kPaperPrefix.size())) : std::nullopt;
     // Only the plain form of the number is accepted: changes look the section up by it.
     if (!id || *id < 1 || *id > kLargestId || !SameName(name, SectionName(*id))) {
-      return At("a section here is [Paper N] with N from 1 to 32767");
+      return At("a further section must be [Paper N] with N from 1 to 32767");
     }
-    if (!ids_.insert(*id).second) return At("this paper is there twice");
+    if (!ids_.insert(*id).second) return At("duplicate paper");
     papers_.emplace_back().id = *id;
     keys_.clear();
     sectionLine_ = lineNumber_;
@@ -98,7 +98,8 @@ class PaperReader {
   std::optional<Fault> ReadEntry(const Profile::Line& line) {
     if (papers_.empty()) {
       if (!headSeen_) return At("a key before the first section");
-      if (!SameName(line.name, kFormatKey) || line.value != kFormat) return At("not Format=1");
+      if (!SameName(line.name, kFormatKey) || line.value != kFormat)
+        return At("only Format=1 may precede the first paper");
       formatSeen_ = true;
       return std::nullopt;
     }
@@ -109,7 +110,7 @@ class PaperReader {
     }
     const auto* row = std::find_if(std::begin(kLengthKeys), std::end(kLengthKeys),
                                    [&](const LengthKey& key) { return SameName(key.key, line.name); });
-    if (row == std::end(kLengthKeys)) return At("a key that no paper has");
+    if (row == std::end(kLengthKeys)) return At("unknown key");
     const std::optional<int32_t> length = ParseNumber(line.value);
     if (!length) return At("not a whole number of tenths of a millimetre");
     return TakeKey(row->key, [&] { paper.*row->field = *length; });
@@ -117,7 +118,7 @@ class PaperReader {
 
   template <typename Store>
   std::optional<Fault> TakeKey(std::u16string_view key, Store store) {
-    if (!keys_.insert(key).second) return At("this key is there twice");
+    if (!keys_.insert(key).second) return At("duplicate key");
     store();
     return std::nullopt;
   }
@@ -126,7 +127,7 @@ class PaperReader {
   [[nodiscard]] std::optional<Fault> CheckPaper() const {
     if (papers_.empty()) return std::nullopt;
     if (papers_.back().width > 0 && papers_.back().height > 0) return std::nullopt;
-    return Fault{sectionLine_, "this paper's width or height is missing or not above zero"};
+    return Fault{sectionLine_, "the paper's width or height is missing or not positive"};
   }
 
   std::vector<PaperSize> papers_;
@@ -141,7 +142,7 @@ class PaperReader {
 void ReportOnce(const std::u16string& path, const Fault& fault) {
   static std::set<std::u16string> reported;
   if (!reported.insert(path).second) return;
-  std::fprintf(stderr, "%s:%zu: %s; the built-in papers are used\n", ToUtf8(path).c_str(), fault.line,
+  std::fprintf(stderr, "%s:%zu: %s; using the built-in papers\n", ToUtf8(path).c_str(), fault.line,
                fault.text.c_str());
 }
 
@@ -171,7 +172,7 @@ PaperFile::ReadResult PaperFile::Read(const std::u16string& path) {
   PaperReader reader;
   const std::optional<Fault> fault = loaded == LoadResult::kLoaded
                                          ? reader.Read(profile_.Lines())
-                                         : std::optional(Fault{1, "the file can't be read"});
+                                         : std::optional(Fault{1, "the file cannot be read"});
   if (fault) {
     ReportOnce(path, *fault);
     return ReadResult::kBroken;
