@@ -1,4 +1,4 @@
-// Names that the driver makes of others: the file offered for a document, and the application that plots.
+// Derived names: the proposed file name of a document, and the plotting application.
 #include <gtest/gtest.h>
 
 #include "driver/creator.h"
@@ -7,7 +7,7 @@
 namespace hdi {
 namespace {
 
-TEST(ProposedFileName, IsTheDocumentsNameWithoutWhatFollowsTheLastDot) {
+TEST(ProposedFileName, IsTheDocumentNameWithoutItsExtension) {
   const std::pair<const char16_t*, const char16_t*> cases[] = {
       {u"c:\\x\\plan.dwg", u"plan.pdf"},   {u"/x/plan.dwg", u"plan.pdf"},
       {u"plan", u"Drawing1.pdf"},          {u"a.b.c", u"a.b.pdf"},
@@ -22,7 +22,7 @@ TEST(ProposedFileName, IsTheDocumentsNameWithoutWhatFollowsTheLastDot) {
 }
 
 #if defined(_WIN32)
-TEST(Creator, StandsBetweenTheLastBackslashAndTheLastDot) {
+TEST(Creator, IsBetweenTheLastBackslashAndTheLastDot) {
   EXPECT_TRUE(CreatorOf(u"c:\\apps\\cad.exe") == u"cad");
   EXPECT_TRUE(CreatorOf(u"c:\\a.b\\tool") == u"");
   EXPECT_TRUE(CreatorOf(u"c:\\.exe") == u"");

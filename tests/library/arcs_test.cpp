@@ -1,4 +1,4 @@
-// Arcs held against the exact ellipse.
+// Arcs compared with the exact ellipse.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,7 +22,7 @@ std::vector<HT_BezierCurve> Convert(const HT_EllipArc& arc) {
 
 bool SameBits(const HT_Double_Point& a, const HT_Double_Point& b) { return a.x == b.x && a.y == b.y; }
 
-// A point of the curve in the plane where the ellipse is the unit circle.
+// Maps a point of the curve to the plane in which the ellipse is the unit circle.
 HT_Double_Point UnitPoint(const HT_EllipArc& arc, const HT_BezierCurve& curve, double t) {
   const double u = 1.0 - t;
   const auto mix = [&](double a, double b, double c, double d) {
@@ -37,20 +37,20 @@ HT_Double_Point UnitPoint(const HT_EllipArc& arc, const HT_BezierCurve& curve, d
 TEST(Arcs, StayWithinATwentiethOfADot) {
   const struct {
     HT_EllipArc arc;
-    size_t count;     // the least that will do
-    double span = 0;  // where it is not from start to end
+    size_t count;     // the smallest number that suffices
+    double span = 0;  // if not from start to end
   } kCases[] = {
       {{{12.5, -7.25}, 183, 20, 0.3, 0.7, 0.7 + kTurn}, 4},
       {{{0, 0}, 20, 184, -2, 1, 1 - kTurn}, 5, kTurn},
       {{{1e5, -1e5}, 1e5, 1e5, 4, -3, -3 + kTurn}, 12},
       {{{1, 2}, 1e5, 0.01, 0, 3, 4}, 2},
       {{{1, 2}, 40, 30, 1, 2, 3}, 1},
-      {{{1, 2}, 100, 30, -1, 2, 0}, 3, kTurn - 2},  // an end below the start is moved up by whole turns
+      {{{1, 2}, 100, 30, -1, 2, 0}, 3, kTurn - 2},  // an end below the start is increased by full turns
       {{{1, 2}, 30, 30, 0, 1, 2 - 3 * kTurn}, 1, 1},
       {{{1, 2}, 30, 30, 0, 0, kTurn / 4}, 1},
       {{{1, 2}, 30, 30, 0, 0, kTurn / 4 + 1e-8}, 2},
       {{{7, 8}, 30000, 20000, 6, 9, 11.5}, 4},
-      // Whole turns, with ends that are not exact or go on.
+      // Full turns with inexact ends, or more than a turn.
       {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 + kTurn - 1e-12}, 4},
       {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 + 3 * kTurn}, 4, kTurn},
       {{{1, 2}, 30, 20, 0.3, 0.7, 0.7 - 2 * kTurn}, 4, kTurn},
@@ -66,7 +66,7 @@ TEST(Arcs, StayWithinATwentiethOfADot) {
     const double piece = span / static_cast<double>(count);
     for (size_t i = 0; i < count; ++i) {
       EXPECT_TRUE(i == 0 || SameBits(curves[i - 1].end, curves[i].start));
-      // A curve touches the ellipse at its ends and in its middle, and is furthest from it in between.
+      // A curve touches the ellipse at its ends and middle and is farthest from it in between.
       for (const double t : {0.0, 0.5, 1.0}) {
         const HT_Double_Point point = UnitPoint(arc, curves[i], t);
         const double angle = arc.startAngle + piece * (static_cast<double>(i) + t);
@@ -79,7 +79,7 @@ TEST(Arcs, StayWithinATwentiethOfADot) {
   }
 }
 
-TEST(Arcs, AppendsNothingWithoutAnArc) {
+TEST(Arcs, AppendsNothingForDegenerateArcs) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   std::vector<HT_BezierCurve> curves = Convert({{0, 0}, 1, 1, 0, 0, 1});
   for (const HT_EllipArc& arc :
@@ -88,7 +88,7 @@ TEST(Arcs, AppendsNothingWithoutAnArc) {
     HT_ConvertEllipArcToBezierCurves(arc, curves);
   }
   EXPECT_EQ(curves.size(), 1U);
-  // Huge and empty radii end, too.
+  // Huge and zero radii terminate, too.
   EXPECT_EQ(Convert({{0, 0}, 1e300, 1, 0, 0, kTurn}).size(), 1024U);
   EXPECT_TRUE(SameBits(Convert({{5, 6}, 0, 0, 0, 0, 1}).back().end, {5, 6}));
 }

@@ -1,4 +1,4 @@
-// Global memory, the device list and the comparison of numbers.
+// Global memory, the device list and number comparison.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 using std::u16string;
 using namespace std::string_literals;
 
-TEST(GlobalMemory, LivesBetweenLockAndUnlock) {
+TEST(GlobalMemory, IsLockedAndUnlocked) {
   void* handle = GlobalAlloc(0x42, 1244);  // movable and zeroed
   EXPECT_EQ(GlobalSize(handle), 1244U);
   auto* memory = static_cast<uint8_t*>(GlobalLock(handle));
@@ -36,7 +36,7 @@ TEST(GlobalMemory, LivesBetweenLockAndUnlock) {
   }
 }
 
-TEST(DeviceList, NamesSectionsInFileOrder) {
+TEST(DeviceList, ListsSectionsInFileOrder) {
   const scratch::Directory folder;
   folder.Write("list.ini", "; c\n[General]\nx=[y]\n\n[Plotter 2]\n[]\n[general]\n[PDF]\nName=P\n");
   folder.Write("empty.ini", "key=1\n");
@@ -48,7 +48,7 @@ TEST(DeviceList, NamesSectionsInFileOrder) {
   } kCases[] = {
       {whole, 23, u"General\0Plotter 2\0PDF\0\0"s},
       {whole, 23, u"General\0Plotter 2\0PDF\0\0XX"s},
-      {whole, 23, u"General\0Plotter 2\0\0XXX"s},  // names that don't fit are left out
+      {whole, 23, u"General\0Plotter 2\0\0XXX"s},  // names that do not fit are left out
       {whole, 23, u"\0\0XXXXXX"s},
       {folder.Path16("empty.ini"), 0, u"\0\0X"s},
       {folder.Path16("none.ini"), 0, u"\0"s},

@@ -1,4 +1,4 @@
-// The paper functions and the paper file behind them.
+// The paper functions and paper files.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -23,7 +23,7 @@ bool Same(const PaperSize& a, const PaperSize& b) { return std::memcmp(&a, &b, s
 
 class PaperList : public testing::Test {
  protected:
-  // What a capability gives, as an array of `Value`.
+  // Returns a capability's values as an array of `Value`.
   template <typename Value>
   [[nodiscard]] std::vector<Value> Ask(int capability, size_t valuesEach = 1) const {
     const auto number = static_cast<uint16_t>(capability);
@@ -43,15 +43,15 @@ class PaperList : public testing::Test {
   std::u16string file = user.Path16("papers.ini");
 };
 
-TEST_F(PaperList, BuiltInListServesWithoutAFile) {
+TEST_F(PaperList, BuiltInListIsUsedWithoutAFile) {
   const std::vector<PaperSize> papers = Papers();
   const PaperSize a4 = {9, {u'A', u'4'}, 2100, 2970, 170, 170, 50, 50, {}};
   EXPECT_TRUE(Same(*std::ranges::find(papers, 9, &PaperSize::id), a4));
   file = ToUtf16(HDI_BUILD_DIR) + u"/papers.ini";
-  EXPECT_TRUE(std::ranges::equal(Papers(), papers, Same)) << "the file that is installed holds the same list";
+  EXPECT_TRUE(std::ranges::equal(Papers(), papers, Same)) << "the installed file has the same list";
 }
 
-TEST_F(PaperList, CapabilitiesAnswerFromTheSameList) {
+TEST_F(PaperList, CapabilitiesUseTheSameList) {
   user.Write("papers.ini",
              std::string(kHead) +
                  "[Paper 7]\nName=\xC3\xBC\nWidth=10\nHeight=20\n[paper 300]\nwidth=30\nheight=40\n");
@@ -75,7 +75,7 @@ TEST_F(PaperList, ChangesPersist) {
   EXPECT_TRUE(Same(Papers().at(before), roll));
   EXPECT_EQ(Modify(wide), 1);
   EXPECT_EQ(Delete(256), 1);
-  EXPECT_EQ(Create(roll), 256) << "the first id that is free";
+  EXPECT_EQ(Create(roll), 256) << "the first free id";
   const std::vector<PaperSize> papers = Papers();
   ASSERT_EQ(papers.size(), before + 2);
   EXPECT_TRUE(Same(*std::ranges::find(papers, 1, &PaperSize::id), wide));
@@ -93,7 +93,7 @@ TEST_F(PaperList, ChangesPersist) {
   EXPECT_EQ(Create(roll), 0);
 }
 
-TEST_F(PaperList, TheInstalledFileServesUntilTheUserHasOne) {
+TEST_F(PaperList, InstalledFileIsUsedUntilTheUserHasOne) {
   const std::string installed =
       std::string("; ours\n") + kHead + "\n[Paper 5]\nName=Only\nWidth=10\nHeight=20\n";
   application.Write("papers.ini", installed);
@@ -104,7 +104,7 @@ TEST_F(PaperList, TheInstalledFileServesUntilTheUserHasOne) {
   EXPECT_TRUE(user.Read("papers.ini").starts_with(installed));
 }
 
-TEST_F(PaperList, ABrokenFileIsReportedOnceAndKept) {
+TEST_F(PaperList, BrokenFileIsReportedOnceAndKept) {
   const std::vector<PaperSize> builtIn = Papers();
   const std::string head = kHead;
   const std::string nine = head + "[Paper 9]\nWidth=1\n";
@@ -121,7 +121,7 @@ TEST_F(PaperList, ABrokenFileIsReportedOnceAndKept) {
                                                        {nine + "Height=1\n[Paper 9]\n", ":6: "}};
   int number = 0;
   for (const auto& [content, line] : cases) {
-    const std::string name = std::to_string(number++) + ".ini";  // a file is reported once in a process
+    const std::string name = std::to_string(number++) + ".ini";  // each file is reported once a process
     user.Write(name, content);
     file = user.Path16(name);
     testing::internal::CaptureStderr();

@@ -1,4 +1,4 @@
-// Texts split into runs of one font, and the fonts' names. Every case runs in a process of its own.
+// Text runs and font names. Every case runs in its own process.
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -14,7 +14,7 @@ namespace {
 
 using std::u16string;
 
-// Each run in brackets: font name, characters, italics asked for, first advance.
+// Describes each run in brackets: font name, characters, requested slant, first advance.
 std::string Describe(const HT_Text& text) {
   std::string description;
   size_t count = 0;
@@ -37,14 +37,14 @@ std::string Describe(const HT_Text& text) {
   return description;
 }
 
-// With the advances 0, 1, 2, ...
+// Splits with the advances 0, 1, 2, ...
 HT_Text Split(const LOGFONTW& font, const u16string& characters) {
   std::vector<double> advances(characters.size());
   std::iota(advances.begin(), advances.end(), 0.0);
   return {&font, characters.data(), static_cast<int32_t>(characters.size()), advances.data()};
 }
 
-TEST(TextRuns, AreOfOneFontEach) {
+TEST(TextRuns, HaveOneFontEach) {
   const LOGFONTW sans = MakeLogFont(u"liberation sans", {.height = -40});
   const LOGFONTW italic = MakeLogFont(u"DejaVu Sans", {.isItalic = true});
   const LOGFONTW tahoma = MakeLogFont(u"Tahoma", {.isItalic = true});
@@ -56,11 +56,11 @@ TEST(TextRuns, AreOfOneFontEach) {
       {sans, u"Plan 1", "[Liberation Sans|Plan 1|upright|0]"},
       {sans, u"A 中 b",
        "[Liberation Sans|A |upright|0][WenQuanYi Zen Hei|中|upright|2][Liberation Sans| b|upright|3]"},
-      // What no font has stays with the font that was asked for, a surrogate for one, in whatever order.
+      // Characters that no font has, surrogates included, stay in the requested font, in any order.
       {sans, u"中\uFFFF", "[WenQuanYi Zen Hei|中|upright|0][Liberation Sans|\uFFFF|upright|1]"},
       {sans, u"a😀b", "[Liberation Sans|a😀b|upright|0]"},
       {sans, u"\uFFFFz", "[Liberation Sans|\uFFFFz|upright|0]"},
-      // Italics stay asked for, but where the character is in an upright face alone.
+      // The request for italics is kept, except where only an upright face has the character.
       {tahoma, u"a", "[Tahoma|a|italic|0]"},
       {italic, u"aع", "[DejaVu Sans Oblique|a|italic|0][DejaVu Sans|ع|upright|1]"},
   };
@@ -72,14 +72,14 @@ TEST(TextRuns, AreOfOneFontEach) {
   }
 }
 
-TEST(TextRuns, OfAShapeFontAreInTheInterfaceFont) {
+TEST(TextRuns, OfStrokeFontsUseTheInterfaceFont) {
   const LOGFONTW font = MakeLogFont(u"Liberation Serif", {.isItalic = true});
   EXPECT_EQ(Describe({&font, u"Ab中", 3, nullptr}), "[DejaVu Sans|Ab|upright][WenQuanYi Zen Hei|中|upright]");
   EXPECT_EQ(Describe({&font, u"x", 0, nullptr}), "");
   EXPECT_EQ(Describe(HT_Text(HT_Text(&font, u"x", -1, nullptr))), "");
 }
 
-TEST(FontNames, AreNotNeeded) {
+TEST(FontNames, AreMissingWithoutFonts) {
   const scratch::Directory folder;
   const scratch::Variable configuration(
       "FONTCONFIG_FILE",

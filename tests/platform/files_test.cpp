@@ -1,4 +1,4 @@
-// Files, the process, and conversions of text.
+// Files, the process's environment and text conversion.
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
@@ -38,8 +38,8 @@ class Files : public testing::Test {
   OutputFile file;
 };
 
-TEST_F(Files, OpenKeepsTheContentAndWriteGoesOverIt) {
-  EXPECT_THROW(file.Write("x", 1), std::system_error);  // nothing is open
+TEST_F(Files, OpenKeepsTheContentAndWriteOverwritesIt) {
+  EXPECT_THROW(file.Write("x", 1), std::system_error);  // not open
   folder.Write("ü.pdf", "0123456789");
   ASSERT_TRUE(file.Open(folder.Path16("ü.pdf")));
   file.Write("ab", 2);
@@ -67,7 +67,7 @@ TEST_F(Files, OnlyFilesAreRemoved) {
 
 #if defined(_WIN32)
 
-TEST_F(Files, WhatAnotherHoldsOpenStaysAsItIs) {
+TEST_F(Files, FilesOpenElsewhereAreUnchanged) {
   folder.Write("held ü.pdf", "content");
   const std::u16string path = folder.Path16("held ü.pdf");
   const HANDLE held = CreateFileW(Wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -79,13 +79,13 @@ TEST_F(Files, WhatAnotherHoldsOpenStaysAsItIs) {
 
   EXPECT_TRUE(file.Open(path));
   OutputFile second;
-  EXPECT_FALSE(second.Open(path)) << "the file is its maker's own";
+  EXPECT_FALSE(second.Open(path)) << "exclusive access";
   ExpectRemoval("held ü.pdf", true, false);
   file.Close();
   EXPECT_TRUE(second.Open(path));
 }
 
-TEST_F(Files, DevicesTakeOutputAndAreNoFiles) {
+TEST_F(Files, DevicesTakeOutputButAreNotFiles) {
   EXPECT_FALSE(FileExists(u"NUL"));
   ASSERT_TRUE(file.Open(u"NUL"));
   EXPECT_NO_THROW(file.Write("x", 1));
@@ -94,7 +94,7 @@ TEST_F(Files, DevicesTakeOutputAndAreNoFiles) {
 
 #else
 
-TEST_F(Files, LinksAreRemovedAndDevicesAreNoFiles) {
+TEST_F(Files, LinksAreRemovedAndDevicesAreNotFiles) {
   folder.Write("kept", "x");
   std::filesystem::create_symlink("kept", folder.Path("link"));
   std::filesystem::create_symlink("nowhere", folder.Path("dangling"));
@@ -106,7 +106,7 @@ TEST_F(Files, LinksAreRemovedAndDevicesAreNoFiles) {
   EXPECT_TRUE(std::filesystem::is_symlink(folder.Path("device")));
 }
 
-TEST_F(Files, AFullDiskTruncatesInSilence) {
+TEST_F(Files, FullDiskTruncatesSilently) {
   ASSERT_TRUE(file.Open(folder.Path16("cut.pdf")));
   const std::string block(3000, 'x');
   rlimit before;
@@ -114,8 +114,8 @@ TEST_F(Files, AFullDiskTruncatesInSilence) {
   const rlimit limit = {4096, before.rlim_max};
   setrlimit(RLIMIT_FSIZE, &limit);
   file.Write(block.data(), block.size());
-  file.Write(block.data(), block.size());  // a part fits
-  file.Write(block.data(), block.size());  // nothing fits, and the signal would end the process
+  file.Write(block.data(), block.size());  // partly fits
+  file.Write(block.data(), block.size());  // does not fit; the signal would end the process
   setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(folder.Read("cut.pdf"), std::string(4096, 'x'));
   sigset_t pending;
@@ -141,7 +141,7 @@ TEST_F(Files, ReplacingKeepsLinksAndPermissions) {
 
 #endif
 
-TEST(Process, KnowsItsFileAndVariables) {
+TEST(Process, HasAFileAndVariables) {
   EXPECT_TRUE(std::filesystem::is_regular_file(ProcessFileName()));
   const scratch::Variable variable("HDI_TEST_VARIABLE", std::string(5000, 'v'));
   EXPECT_EQ(EnvironmentVariable(u"HDI_TEST_VARIABLE"), std::u16string(5000, u'v'));
@@ -151,7 +151,7 @@ TEST(Process, KnowsItsFileAndVariables) {
   EXPECT_EQ(TemporaryDirectory(), temporary.Path16());
 }
 
-TEST(Unicode, ConvertsWhatIsWellFormedAndMarksTheRest) {
+TEST(Unicode, ConvertsWellFormedTextAndReplacesTheRest) {
   const std::u16string text = std::u16string(u"a\0ü建\U0001F600", 6);
   EXPECT_EQ(ToUtf8(text), std::string("a\0\xC3\xBC\xE5\xBB\xBA\xF0\x9F\x98\x80", 11));
   EXPECT_EQ(ToUtf16(ToUtf8(text)), text);

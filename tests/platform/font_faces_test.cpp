@@ -1,6 +1,5 @@
-// The faces that the system offers, how they are chosen, and the data of their files. The fonts are those of
-// tests/fonts.conf, which Wine offers too. On Linux every case runs in a process of its own, as the list of
-// faces is made once.
+// The system's faces: selection, metrics and font data. The fonts are those of tests/fonts.conf, which Wine
+// offers, too. On Linux every case runs in its own process, since the list of faces is built once.
 #include "platform/font_faces.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +29,7 @@ namespace {
 
 std::string NameOf(const FontFace* face) { return face == nullptr ? "none" : ToUtf8(face->FullName()); }
 
-TEST(FontFaces, FollowTheRequest) {
+TEST(FontFaces, MatchTheRequest) {
   const struct {
     const char16_t* family;
     FontStyle style;
@@ -40,16 +39,16 @@ TEST(FontFaces, FollowTheRequest) {
     {u"Liberation Sans", {0}, "Liberation Sans"},
     {u"Liberation Sans", {600}, "Liberation Sans Bold"},
     {u"Tahoma", {700, true}, "Tahoma Bold"},
-    {u"DejaVu Sans", {200}, "DejaVu Sans"},  // whose typographic family has a light face
+    {u"DejaVu Sans", {200}, "DejaVu Sans"},  // its typographic family has a light face
     {u"DejaVu Sans Light", {}, "DejaVu Sans ExtraLight"},
     {u"DejaVu Sans Condensed", {700}, "DejaVu Sans Condensed Bold"},
-    {u"DejaVu Serif Bold Italic", {}, "DejaVu Serif Bold Italic"},  // by its full name
+    {u"DejaVu Serif Bold Italic", {}, "DejaVu Serif Bold Italic"},  // by full name
     {u"@WenQuanYi Zen Hei Sharp", {}, "WenQuanYi Zen Hei Sharp"},
     {u"Wingdings", {}, "Wingdings"},
     {u"Liberation Sans", {400, false, 161}, "Liberation Sans"},
-    {u"Liberation Sans", {400, false, 134}, "WenQuanYi Zen Hei"},  // whose letters it lacks
-    {u"Liberation Sans", {400, false, 222}, "Liberation Sans"},    // as all others do
-    // Families that are not there.
+    {u"Liberation Sans", {400, false, 134}, "WenQuanYi Zen Hei"},  // lacks the letters
+    {u"Liberation Sans", {400, false, 222}, "Liberation Sans"},    // so do all others
+    // Missing families.
     {u"Arial", {700}, "Liberation Sans Bold"},
     {u"", {400, false, 136}, "WenQuanYi Zen Hei"},
 #if !defined(_WIN32)
@@ -72,11 +71,11 @@ TEST(FontFaces, FollowTheRequest) {
   }
   EXPECT_TRUE(HasFamily(u"DEJAVU sans"));
   EXPECT_FALSE(HasFamily(u"Arial"));
-  // A face without italics stays the one for italics.
+  // A face without italics is still selected for italics.
   EXPECT_EQ(SelectingFont(MakeLogFont(u"x", {400, true}), *FindFace(MakeLogFont(u"Tahoma"))).lfItalic, 1);
 }
 
-TEST(FontFaces, CharactersGoToAFaceThatHasThem) {
+TEST(FontFaces, SubstituteMissingCharacters) {
   const LOGFONTW like = MakeLogFont(u"Liberation Sans", {700});
   EXPECT_EQ(NameOf(FindFaceWith(u'中', like)), "WenQuanYi Zen Hei");
   EXPECT_EQ(NameOf(FindFaceWith(u'ع', like)), "DejaVu Sans Bold");
@@ -89,24 +88,24 @@ TEST(FontFaces, CharactersGoToAFaceThatHasThem) {
   EXPECT_TRUE(symbols->HasCharacter(0xFC));
   EXPECT_FALSE(symbols->HasCharacter(u'中'));
   EXPECT_EQ(symbols->Outline(0xFC).size(), symbols->Outline(0xF0FC).size());
-  // Pictures are no substitute for letters.
+  // Symbols do not substitute for letters.
   EXPECT_TRUE(FindFaceWith(u'A', MakeLogFont(u"Wingdings"))->HasCharacter(u'é'));
 }
 
-TEST(FontFaces, MeasureAndOutlineInEms) {
+TEST(FontFaces, HaveMetricsAndOutlinesInEms) {
   const FontFace* face = FindFace(MakeLogFont(u"DejaVu Sans"));
   EXPECT_DOUBLE_EQ(face->CapHeight(), 1493.0 / 2048);
   EXPECT_NEAR(face->Ascent(), 0.76, 0.001);
   EXPECT_NEAR(face->Descent(), -0.208, 0.001);
   EXPECT_DOUBLE_EQ(face->Advance(u'A'), 1401.0 / 2048);
   EXPECT_DOUBLE_EQ(face->Advance(0xD800), face->Advance(0xFFFF));
-  // Only the first advances of a font of one width are written out.
+  // A monospaced font stores only its first advances.
   EXPECT_DOUBLE_EQ(FindFace(MakeLogFont(u"Liberation Mono"))->Advance(u'ж'), 1229.0 / 2048);
-  // In a collection a face has its own characters.
+  // Members of a collection have their own characters.
   EXPECT_EQ(FindFace(MakeLogFont(u"WenQuanYi Zen Hei Mono"))->Advance(u'i'), 0.5);
 
   EXPECT_TRUE(face->Outline(u' ').empty());
-  const std::vector<GlyphContour> outline = face->Outline(u'Ä');  // made of two glyphs
+  const std::vector<GlyphContour> outline = face->Outline(u'Ä');  // a composite of two glyphs
   EXPECT_EQ(outline.size(), face->Outline(u'A').size() + 2);
   double highest = 0;
   for (const GlyphContour& contour : outline) {
@@ -117,7 +116,7 @@ TEST(FontFaces, MeasureAndOutlineInEms) {
   }
   EXPECT_NEAR(highest, 0.913, 0.001);
 
-  // Its ring begins and ends with control points, and so starts halfway between them.
+  // The ring starts and ends with control points, so it starts halfway between them.
   const std::vector<GlyphContour> bullseye = face->Outline(u'ʘ');
   ASSERT_EQ(bullseye.size(), 3U);
   EXPECT_NEAR(bullseye[1].front().x, 1155.5 / 2048, 0.5 / 2048);
@@ -130,7 +129,7 @@ constexpr const char* kCollection = "/usr/share/fonts/truetype/wqy/wqy-zenhei.tt
 constexpr const char* kPlain = "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf";
 constexpr const char* kSymbols = "/usr/share/wine/fonts/webdings.ttf";
 
-// Empty when there is none.
+// Empty if there is none.
 std::string Data(const LOGFONTW& font, uint32_t table) {
   const auto platformFont = SystemFontServices().CreateFontIndirect(font);
   const uint32_t size = platformFont->GetFontData(table, nullptr, 0);
@@ -142,7 +141,7 @@ std::string Data(const LOGFONTW& font, uint32_t table) {
   return bytes;
 }
 
-// A system of its own for one test, with the fonts that lie in the folder.
+// A system with only the fonts in the folder.
 class SmallSystem {
  public:
   const scratch::Directory folder;
@@ -153,7 +152,7 @@ class SmallSystem {
                                                         folder.Path("cache") + "</cachedir></fontconfig>")};
 };
 
-TEST(Fontconfig, EachFaceIsSelectedByAFontOfItsOwn) {
+TEST(Fontconfig, EveryFaceCanBeSelected) {
   const auto& faces = FaceList::Get().Faces();
   ASSERT_GT(faces.size(), 30U);
   std::set<std::u16string> names;
@@ -163,7 +162,7 @@ TEST(Fontconfig, EachFaceIsSelectedByAFontOfItsOwn) {
     for (const LOGFONTW& asked : {MakeLogFont(u"x"), MakeLogFont(u"", {700, true, 134, 0x31})}) {
       EXPECT_EQ(FindFace(SelectingFont(asked, *face)), face.get());
     }
-    // The first member of the collection that has the name must be the face's own.
+    // The first member of the collection with that name must be the face itself.
     const FontFile file(face->Path());
     const std::vector<uint32_t> offsets = file.MemberOffsets();
     const auto isNamedSo = [&](uint32_t offset) {
@@ -189,7 +188,7 @@ TEST(FontData, IsTheFileOrTheCollection) {
   EXPECT_EQ(Data(plain, 0x64616568).size(), 54U);  // "head"
   EXPECT_EQ(Data(plain, 0x58585858), "");
 
-  // A member is also to be had as a font of its own, of the same tables.
+  // A member is also available as a plain font with the same tables.
   const LOGFONTW member = MakeLogFont(u"WenQuanYi Zen Hei Mono");
   EXPECT_EQ(Data(member, kFontCollection), font_files::Read(kCollection));
   const scratch::Directory folder;
@@ -199,7 +198,7 @@ TEST(FontData, IsTheFileOrTheCollection) {
   const FontMember copy = alone.Member(0);
   EXPECT_EQ(copy.tables.size(), source.tables.size());
   for (const FontTable& table : copy.tables) {
-    const bool isHead = table.tag == FontTag("head");  // which has the checksum of the whole
+    const bool isHead = table.tag == FontTag("head");  // holds the checksum of the whole file
     EXPECT_EQ(alone.Read(table) == collection.Read(*source.Find(table.tag)), !isHead) << table.tag;
   }
   const std::vector<uint8_t> bytes = alone.Read(0, alone.Size());
@@ -216,13 +215,13 @@ TEST(FontData, IsTheFileOrTheCollection) {
   }
 }
 
-TEST(FontData, EndsWithTheFile) {
+TEST(FontData, IsMissingWithoutTheFile) {
   const SmallSystem system;
   const std::string kept = system.folder.Write("a.ttf", font_files::Read(kPlain));
   const std::string cut = system.folder.Write("b.ttf", font_files::Read(kSymbols));
   system.folder.Write("copy.ttf", font_files::Read(kPlain));
   system.folder.Write("junk.ttf", "no font");
-  ASSERT_NE(FcConfigGetCurrent(), nullptr);  // lists what is there now
+  ASSERT_NE(FcConfigGetCurrent(), nullptr);  // lists the fonts present now
   std::filesystem::resize_file(cut, 2000);
 
   ASSERT_EQ(FaceList::Get().Faces().size(), 1U);
@@ -239,7 +238,7 @@ TEST(FontData, EndsWithTheFile) {
   EXPECT_EQ(Data(font, kWholeFontFile), "");
 }
 
-TEST(Fontconfig, NeedsNoFaces) {
+TEST(Fontconfig, WorksWithoutFaces) {
   const SmallSystem system;
   const LOGFONTW font = MakeLogFont(u"Arial");
   EXPECT_EQ(FindFace(font), nullptr);

@@ -1,5 +1,4 @@
-// What the font subsetter makes of installed fonts, read back and judged by an OpenType
-// sanitiser, and that nothing of a damaged font goes further than a clean failure.
+// The font subsetter with installed fonts, checked by an OpenType sanitizer, and with damaged ones.
 #include "platform/font_subsetter.h"
 
 #include <gmock/gmock.h>
@@ -39,7 +38,7 @@ constexpr const char* kDingbats = "/usr/share/wine/fonts/wingding.ttf";
 constexpr uint16_t kPlain = hdi::kSubsetFlagSubset;
 constexpr uint16_t kMember = hdi::kSubsetFlagSubset | hdi::kSubsetFlagCollection;
 
-// The subset, nothing when there is none. A failure must leave the results alone.
+// Returns the subset, empty on failure. A failure must leave the output arguments unchanged.
 string Subset(const string& font, const u16string& codes, uint16_t flags = kPlain, uint16_t index = 0) {
   uint8_t* package = nullptr;
   uint32_t size = 7;
@@ -58,7 +57,7 @@ string Subset(const string& font, const u16string& codes, uint16_t flags = kPlai
   return subset;
 }
 
-// All that shows of a glyph: its advance, and its outline.
+// Returns what is visible of a glyph: advance and outline.
 std::vector<double> Look(const hdi::FontGlyphs& glyphs, uint16_t glyph) {
   std::vector<double> look{glyphs.Advance(glyph)};
   for (const hdi::GlyphContour& contour : glyphs.Outline(glyph)) {
@@ -68,14 +67,14 @@ std::vector<double> Look(const hdi::FontGlyphs& glyphs, uint16_t glyph) {
   return look;
 }
 
-// A table of a font file, or of a member of a collection.
+// Reads a table of a font file or collection member.
 Bytes Table(const string& path, const char (&tag)[5], uint16_t index = 0) {
   const hdi::FontFile file(path);
   return file.Read(*file.Member(file.MemberOffsets().at(index)).Find(hdi::FontTag(tag)));
 }
 
-// The subset is sound, has only what a reader needs, is named and slanted like the source, and maps exactly
-// the characters of `mapped`, each to a glyph of its own that looks as in the source.
+// Expects a valid subset with only the tables that a reader needs, with the names and slant of the source,
+// that maps exactly the characters of `mapped`, each to its own glyph that looks as in the source.
 void ExpectSubset(const string& subset, const u16string& mapped, const char* source, uint16_t index = 0) {
   ASSERT_THAT(subset, testing::Not(IsEmpty()));
   const scratch::Directory directory;
@@ -117,24 +116,24 @@ void ExpectSubsetOf(const char* path, const u16string& codes, const u16string& m
   ExpectSubset(Subset(font_files::Read(path), codes), mapped, path);
 }
 
-TEST(FontSubsetter, KeepsCharactersWithTheirLooksAndPassesOverOthers) {
+TEST(FontSubsetter, KeepsTheLookOfCharactersAndSkipsMissingOnes) {
   ExpectSubsetOf(kSans, u" AaÅéλЖאب", u" AaÅéλЖאب");
   ExpectSubsetOf(kItalic, u"Wörld ½", u" Wdlr½ö");
   ExpectSubsetOf(kSans, u"A\u4E2D\xD83D\xDE00\xFFFF", u"A");
   ExpectSubsetOf(kSans, u"\u4E2D\u6587", u"");
-  ExpectSubsetOf(kDingbats, u"lnÄ\u011F\uF06E", u"ln\uF06E");  // symbols, under the codes as given
+  ExpectSubsetOf(kDingbats, u"lnÄ\u011F\uF06E", u"ln\uF06E");  // symbols keep the codes given
 
   const scratch::Directory directory;
   const string path = directory.Write("font.ttf", Subset(font_files::Read(kSans), u"Hello, world"));
-  EXPECT_EQ(hdi::ReadU16(Table(path, "maxp"), 4), 1 + 9) << "the missing glyph and one for each letter";
+  EXPECT_EQ(hdi::ReadU16(Table(path, "maxp"), 4), 1 + 9) << "the missing-character glyph and one a letter";
 }
 
-TEST(FontSubsetter, GivesCharactersThatShareAGlyphOneEach) {
+TEST(FontSubsetter, SeparatesSharedGlyphs) {
   ExpectSubsetOf(kSans, u" -\u00A0\u00ADµΔΩμ\u2126\u2206", u" -\u00A0\u00ADµΔΩμ\u2126\u2206");
   ExpectSubsetOf(kItalic, u" A\u00A0\u00AD\u2010", u" A\u00A0\u00AD\u2010");
 }
 
-TEST(FontSubsetter, TakesMembersOfACollection) {
+TEST(FontSubsetter, SubsetsMembersOfACollection) {
   const string font = font_files::Read(kChinese);
   for (uint16_t index = 0; index < 3; ++index) {
     ExpectSubset(Subset(font, u"Ab中文字\u3000", kMember, index), u"Ab\u3000中字文", kChinese, index);
@@ -143,8 +142,8 @@ TEST(FontSubsetter, TakesMembersOfACollection) {
   EXPECT_THAT(Subset(font, u"A", kPlain), IsEmpty());
 }
 
-// Thousands of characters, many of which share glyphs, so that the outlines outgrow short offsets.
-TEST(FontSubsetter, KeepsWholeAlphabets) {
+// Thousands of characters, many sharing glyphs, so that the outlines exceed short offsets.
+TEST(FontSubsetter, KeepsThousandsOfCharacters) {
   const auto test = [](const char* path, uint16_t flags, char16_t first, char16_t last) {
     const hdi::FontGlyphs source(path, 0);
     u16string codes;
@@ -158,7 +157,7 @@ TEST(FontSubsetter, KeepsWholeAlphabets) {
   test(kChinese, kMember, 0x4E00, 0x9FFF);
 }
 
-TEST(FontSubsetter, FailsForWhatIsNotItsJob) {
+TEST(FontSubsetter, FailsForUnsupportedArguments) {
   const string font = font_files::Read(kSans);
   for (const int flags : {0, int{kMember}, kPlain | 8}) {
     EXPECT_THAT(Subset(font, u"A", static_cast<uint16_t>(flags)), IsEmpty()) << flags;
@@ -166,7 +165,7 @@ TEST(FontSubsetter, FailsForWhatIsNotItsJob) {
   EXPECT_THAT(Subset(font, u""), IsEmpty());
   EXPECT_THAT(Subset({}, u"A"), IsEmpty());
 
-  // Of another kind, or without one of the tables that make the outlines.
+  // With another version tag, or without a table for the outlines.
   for (const auto tag : {"\0\1\0\0"sv, "glyf"sv, "loca"sv, "cmap"sv, "hmtx"sv}) {
     string changed = font;
     changed[changed.find(tag)] ^= 1;
@@ -174,14 +173,14 @@ TEST(FontSubsetter, FailsForWhatIsNotItsJob) {
   }
 }
 
-// Nothing is read that is not there, on which the sanitizers look, and whatever is made can be opened.
-TEST(DamagedFonts, AreReadAsFarAsTheyGo) {
+// The sanitizers detect reads out of bounds; every subset must open.
+TEST(DamagedFonts, AreReadSafely) {
   const u16string codes = u" AÄabé\u00A0\u00AD\uF061";
   const scratch::Directory directory;
   std::mt19937 random(1);
   for (const char* source : {kItalic, kDingbats}) {
     const string font = font_files::Read(source);
-    // The same font as the first of three members, of which the others are not there.
+    // The same font as the first of three members; the others are missing.
     const string collection = "ttcf\0\1\0\0\0\0\0\3\0\0\0\x18\0\0\xFF\xFF\xFF\xFF\xFF\xFF"s + font;
     for (int round = 0; round < 400; ++round) {
       string damaged = round % 3 == 0 ? collection : font;

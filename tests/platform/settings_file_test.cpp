@@ -1,5 +1,5 @@
-// Settings files and the profiles behind them: what is read from which text, what an edit leaves alone, and
-// how a file is replaced. On Windows settings are the system's to read, and profiles hold papers alone.
+// Settings files and profiles: parsing, editing and replacing. On Windows the system reads settings, and
+// profiles are only used for paper lists.
 #include "platform/settings_file.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ class SettingsFile : public testing::Test {
   Profile profile;
 };
 
-TEST_F(SettingsFile, ProfilesAreReadInTheirForm) {
+TEST_F(SettingsFile, ParsesProfiles) {
   const std::pair<std::string, std::optional<std::u16string>> kCases[] = {
       {"[DÄV]\r\nKey=v\r\n", u"v"},
       {"[däv]\nkEY=v\r", u"v"},
@@ -57,7 +57,7 @@ TEST_F(SettingsFile, ProfilesAreReadInTheirForm) {
       {"[Däv]\nKey=a ; b", u"a ; b"},
       {"[Däv]\nKey=a:b=c", u"a:b=c"},
       {"[Däv]\nKey=v\n  more\n", u"v"},
-      {"[Däv]\n;" + std::string(16371, 'x') + "\nKey=v", u"v"},  // the value is the 16,385th byte
+      {"[Däv]\n;" + std::string(16371, 'x') + "\nKey=v", u"v"},  // the value starts at byte 16,385
       {"[Däv]\n#Key=w\n;Key=x\n  ; Key=y\nKey=v\n", u"v"},
       {"[Däv]\nKey=1\nKey=2\n[Däv]\nKey=3\n", u"1"},
       {"[Däv]\nOther=1\n[Däv]\nKey=3\n", std::nullopt},
@@ -71,7 +71,7 @@ TEST_F(SettingsFile, ProfilesAreReadInTheirForm) {
   }
 }
 
-TEST_F(SettingsFile, EditingAProfileKeepsEveryOtherByte) {
+TEST_F(SettingsFile, EditingAProfileKeepsAllOtherBytes) {
   const std::pair<std::string, std::string> kCases[] = {
       {"; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t= old\nz=\xFF\n\n; tail",
        "; c\n\n[a]\nx = 1 ; y\n[DEV]\n  KEY \t=new\nz=\xFF\n\n; tail"},
@@ -86,7 +86,7 @@ TEST_F(SettingsFile, EditingAProfileKeepsEveryOtherByte) {
     EXPECT_TRUE(profile.Set(u"Dev", u"Key", u"new") && profile.Save(iniFile)) << before;
     EXPECT_EQ(folder.Read("ü.ini"), after);
   }
-  // A section goes with its entries and the blank line behind them.
+  // A section is removed with its entries and the blank line after them.
   folder.Write("ü.ini", "[a]\n\n[Dev]\nx=1\n\n; c\n[b]\ny=2\n[c]\n");
   EXPECT_EQ(profile.Load(iniFile), LoadResult::kLoaded);
   EXPECT_TRUE(profile.RemoveSection(u"dev") && profile.RemoveSection(u"b") && profile.Save(iniFile));
@@ -94,7 +94,7 @@ TEST_F(SettingsFile, EditingAProfileKeepsEveryOtherByte) {
   EXPECT_EQ(folder.Read("ü.ini"), "[a]\n\n; c\n[c]\n");
 }
 
-TEST_F(SettingsFile, WhatIsWrittenIsReadBackOrRefused) {
+TEST_F(SettingsFile, ValuesAreReadBackOrRefused) {
   folder.Write("ü.ini", Utf16(u"[a]\r\n"));
   for (const char16_t* value : {u"", u" v ", u"\"v\"", u"'", u"''", u"a;b=c:[d]", u"ü建\U0001F600"}) {
     EXPECT_TRUE(Write(u"Dev", u"Key", value));
@@ -107,13 +107,13 @@ TEST_F(SettingsFile, WhatIsWrittenIsReadBackOrRefused) {
   EXPECT_FALSE(Write(u"Dev\n", u"Key", u"v"));
   EXPECT_EQ(folder.Read("ü.ini"), before);
 
-  // What is read is cut at the length of the platform's buffer.
+  // Values are truncated to the length of the platform's buffer.
   folder.Write("ü.ini", "[Dev]\nKey=\"" + std::string(5000, 'a') + "\"");
   EXPECT_EQ(Read(u"Key"), std::u16string(255, u'a'));
   EXPECT_EQ(Read(u"No", std::u16string(300, u'b')), std::u16string(255, u'b'));
 }
 
-TEST_F(SettingsFile, IsMadeWithItsDirectoriesAndReplacedWhole) {
+TEST_F(SettingsFile, IsCreatedWithItsDirectoriesAndReplacedWhole) {
   const std::u16string directory = folder.Path16("new/deep");
   const std::u16string file = folder.Path16("new/deep/s.ini");
   EXPECT_TRUE(WriteSetting(u"Dev", u"Key", u"v", file));
@@ -125,14 +125,14 @@ TEST_F(SettingsFile, IsMadeWithItsDirectoriesAndReplacedWhole) {
   EXPECT_FALSE(profile.Save(directory));
   EXPECT_EQ(profile.Load(directory), LoadResult::kUnreadable);
   EXPECT_EQ(profile.Load(folder.Path16("none/s.ini")), LoadResult::kMissing);
-  EXPECT_EQ(profile.Load(directory + file), LoadResult::kMissing);  // a whole path behind another one
+  EXPECT_EQ(profile.Load(directory + file), LoadResult::kMissing);  // an absolute path appended to another
   EXPECT_EQ(Read(u"Key"), u"fallback");
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
     EXPECT_EQ(entry.path().string().find(".tmp"), std::string::npos) << entry.path();
   }
 }
 
-TEST_F(SettingsFile, TellsItsSections) {
+TEST_F(SettingsFile, ListsItsSections) {
   EXPECT_TRUE(SettingSections(iniFile).empty());
   folder.Write("ü.ini", "[b]\nKey=1\n;[c]\n[a]\n[B]\n");
   EXPECT_EQ(SettingSections(iniFile), (std::vector<std::u16string>{u"b", u"a", u"B"}));

@@ -1,4 +1,4 @@
-// Fonts for tests: installed ones by path, and small collections made byte by byte.
+// Fonts for tests: installed files, and small collections built in memory.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace font_files {
 
-// Empty when the file is not there.
+// Empty if the file does not exist.
 inline std::string Read(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -39,7 +39,7 @@ struct Name {
   std::string bytes;
 };
 
-// A font with a table "abcd" without content and a table of names.
+// A font with an empty table "abcd" and a "name" table.
 inline std::string NamedFont(const std::vector<Name>& names) {
   constexpr uint64_t kEnd = 12 + 2 * 16;
   std::string font = BigEndian(0x00010000, 4) + BigEndian(2, 2) + BigEndian(0, 6);
@@ -61,7 +61,7 @@ inline std::string Collection(const std::vector<std::string>& fonts) {
   for (std::string font : fonts) {
     const size_t start = 12 + 4 * fonts.size() + bodies.size();
     offsets += BigEndian(start, 4);
-    // Tables count from the start of the collection.
+    // Table offsets are from the start of the collection.
     for (size_t at = 12 + 8; at < 12 + 16 * static_cast<size_t>(font[5]); at += 16) {
       uint64_t offset = start;
       for (size_t i = 0; i < 4; ++i)

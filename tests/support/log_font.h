@@ -1,4 +1,4 @@
-// One maker of LOGFONTW for all tests.
+// Makes LOGFONTW records for tests.
 #pragma once
 
 #include <algorithm>

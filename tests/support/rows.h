@@ -1,4 +1,4 @@
-// Tables of tests in text files.
+// Test cases in text files.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,8 +11,8 @@
 
 namespace rows {
 
-// A row is a line and the one below it, which is indented. A number sign begins a remark. `file` is named
-// from the folder of the tests on.
+// Reads rows of a line and the indented line below it. Lines that start with a number sign are comments.
+// `file` is relative to the tests' folder.
 inline std::vector<std::pair<std::string, std::string>> Read(const std::string& file) {
   std::vector<std::pair<std::string, std::string>> rows;
   std::ifstream stream(std::filesystem::path(HDI_SOURCE_DIR "/tests") / file, std::ios::binary);

@@ -1,4 +1,4 @@
-// A document as another library reads it back.
+// Reads a saved document back with qpdf.
 #pragma once
 
 #include <qpdf/QPDF.hh>
@@ -18,7 +18,7 @@ struct StringSink final : BlockSink {
   std::string bytes;
 };
 
-// The data of a stream without its compression; a JPEG stays what it is.
+// Returns the uncompressed data of a stream; JPEG data is left as it is.
 inline std::string StreamData(QPDFObjectHandle stream) {
   const bool isJpeg = stream.getDict().getKey("/Filter").isNameAndEquals("/DCTDecode");
   const auto data = isJpeg ? stream.getRawStreamData() : stream.getStreamData(qpdf_dl_generalized);
@@ -38,7 +38,7 @@ class SavedDocument {
   size_t PageCount() { return pdf_.getAllPages().size(); }
   QPDFObjectHandle Page(size_t index) { return pdf_.getAllPages().at(index); }
 
-  // One item for each stream.
+  // One item per stream.
   std::vector<std::string> PageContents(size_t index) {
     std::vector<std::string> contents;
     for (auto& stream : Page(index).getPageContents()) contents.push_back(StreamData(stream));

@@ -1,5 +1,4 @@
-// What the tests of the seams need of their surroundings: a directory and variables that are put back behind
-// each test. Names and paths are UTF-8.
+// A temporary directory, and environment variables that are restored after a test. Names and paths are UTF-8.
 #pragma once
 
 #include <cstdlib>
@@ -15,7 +14,7 @@
 
 namespace scratch {
 
-// Null takes the variable away.
+// Null removes the variable.
 #if defined(_WIN32)
 inline void SetVariable(const char* name, const char* value) {
   _putenv_s(name, value == nullptr ? "" : value);

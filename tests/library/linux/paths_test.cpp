@@ -1,4 +1,4 @@
-// The directories on Linux.
+// Directories on Linux.
 #include <gtest/gtest.h>
 
 #include "platform/host_library.h"

@@ -1,5 +1,5 @@
-// Dialogs, the terminal, the viewer and the companion module. Programs of the desktop are scripts that stand
-// first in PATH and note their arguments; the terminal is a pseudo terminal.
+// Dialogs, the terminal, the viewer and the companion module. Desktop programs are replaced by scripts at the
+// front of PATH that record their arguments; the terminal is a pseudo terminal.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Puts another descriptor in a standard stream's place.
+// Replaces a standard stream by another descriptor.
 class Stream : scratch::Fixed {
  public:
   Stream(int stream, int replacement) : stream_(stream), before_(dup(stream)) { dup2(replacement, stream); }
@@ -35,24 +35,24 @@ class Stream : scratch::Fixed {
   int before_;
 };
 
-// A display, and a standard input that is no terminal even when the tests are run on one.
+// Provides a display, and a standard input that is not a terminal.
 class Desktop : public testing::Test {
  protected:
   void WriteScript(const std::string& name, const std::string& body) const {
     chmod(bin.Write(name, "#!/bin/sh\ncd '" + bin.Path() + "'\n" + body).c_str(), 0755);
   }
-  // Notes its arguments, one a line, before it does what `body` says.
+  // Records its arguments, one a line, then runs `body`.
   void FakeZenity(const std::string& body) const {
     WriteScript("zenity", "printf '%s\\n' \"$@\" > arguments\n" + body);
   }
 
-  // What a question on a terminal gives when `typed` is typed; what was shown goes to `shown`.
+  // Returns the result of a question on a terminal when `typed` is typed; `shown` receives the output.
   template <typename Question>
   auto OnTerminal(const std::string& typed, Question question) {
     int master = -1;
     int slave = -1;
     termios settings = {};
-    settings.c_lflag = ICANON;  // lines as they are typed, without an echo
+    settings.c_lflag = ICANON;  // canonical mode without echo
     settings.c_cc[VEOF] = '\x04';
     EXPECT_EQ(openpty(&master, &slave, nullptr, &settings, nullptr), 0);
     EXPECT_EQ(write(master, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
@@ -95,14 +95,14 @@ TEST_F(Desktop, SavePathComesFromTheDialog) {
   }
 }
 
-TEST_F(Desktop, ReplacingIsAskedInTheDialog) {
+TEST_F(Desktop, ReplacingIsConfirmedInTheDialog) {
   const struct {
     const char* body;
     bool replaces;
     int32_t hint;
   } kRows[] = {{"exit 1", false, 7},
                {"exit 0", true, 0},
-               // The third button answers with its own text and the status of a refusal.
+               // The third button reports its own text and the status of a refusal.
                {"for a; do case $a in --extra-button=*) echo \"${a#*=}\";; esac; done; exit 1", true, 1}};
   for (const auto& row : kRows) {
     FakeZenity(row.body);
@@ -112,7 +112,7 @@ TEST_F(Desktop, ReplacingIsAskedInTheDialog) {
   }
 }
 
-TEST_F(Desktop, MessagesAreShownAsTheyStand) {
+TEST_F(Desktop, MessagesAreShownVerbatim) {
   for (const char* body : {"exit 0", "exit 1"}) {
     FakeZenity(body);
     testing::internal::CaptureStderr();
@@ -122,7 +122,7 @@ TEST_F(Desktop, MessagesAreShownAsTheyStand) {
   }
 }
 
-TEST_F(Desktop, WithoutADisplayTheAnswerIsNoAndMessagesGoToStandardError) {
+TEST_F(Desktop, WithoutADisplayMessagesGoToStandardError) {
   const scratch::Variable noDisplay("DISPLAY", std::nullopt);
   FakeZenity("echo /tmp/plan.pdf");
   testing::internal::CaptureStderr();
@@ -136,19 +136,19 @@ TEST_F(Desktop, WithoutADisplayTheAnswerIsNoAndMessagesGoToStandardError) {
   EXPECT_TRUE(AskReplaceExisting(nullptr, noHint));
 }
 
-TEST_F(Desktop, WithoutADialogProgramQuestionsGoToATerminal) {
+TEST_F(Desktop, WithoutADialogProgramTheTerminalAsks) {
   const scratch::Variable noProgram("PATH", bin.Path());
   const auto save = [] { return AskSavePath(nullptr, u"plan.pdf"); };
   const std::pair<const char*, std::optional<std::u16string>> kPaths[] = {
       {"/tmp/o u t\n", u"/tmp/o u t.pdf"},
       {"\n", u"plan.pdf"},
       {"/tmp/\n", u"/tmp/plan.pdf"},
-      {"\x04", std::nullopt}};  // the end of input
+      {"\x04", std::nullopt}};  // end of input
   for (const auto& [typed, path] : kPaths) {
     EXPECT_EQ(OnTerminal(typed, save), path) << typed;
     EXPECT_EQ(shown, "Save as [plan.pdf]: ");
   }
-  // The answers yes carry the hint that they leave; the others leave it alone.
+  // A yes sets the hint; a no leaves it unchanged.
   const std::pair<const char*, int32_t> kAnswers[] = {{"Yes\n", 0}, {"y\n", 0}, {"a\n", 1}, {"All\n", 1},
                                                       {"n\n", 7},   {"\n", 7},  {"\x04", 7}};
   for (const auto& [typed, hint] : kAnswers) {
@@ -158,18 +158,18 @@ TEST_F(Desktop, WithoutADialogProgramQuestionsGoToATerminal) {
   }
 }
 
-TEST_F(Desktop, TheViewerRunsOnItsOwn) {
-  // It notes its arguments and its session only after it has been told to go on.
+TEST_F(Desktop, ViewerIsDetached) {
+  // Records its arguments and its session, but only after the file "go" exists.
   WriteScript("xdg-open",
               "while [ ! -e go ]; do sleep 0.02; done\n"
               "{ printf '%s\\n' \"$@\"; cut -d' ' -f6 /proc/$$/stat; } > part\nmv part noted\n");
   std::array<int, 2> hostsOwn;
   ASSERT_EQ(pipe(hostsOwn.data()), 0);
   OpenInViewer(u"-a b:c.pdf");
-  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "nothing is left to wait for";
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
   close(hostsOwn[1]);
   char byte = 0;
-  EXPECT_EQ(read(hostsOwn[0], &byte, 1), 0) << "nobody but this process holds the pipe open";
+  EXPECT_EQ(read(hostsOwn[0], &byte, 1), 0) << "no other process has the pipe open";
   close(hostsOwn[0]);
 
   EXPECT_FALSE(std::filesystem::exists(bin.Path("noted")));
@@ -185,7 +185,7 @@ TEST_F(Desktop, TheViewerRunsOnItsOwn) {
   OpenInViewer(u"/tmp/x.pdf");  // no such program
 }
 
-TEST_F(Desktop, ACompanionWithoutTheFunctionsAnswersNo) {
+TEST_F(Desktop, CompanionWithoutTheFunctionsAnswersNo) {
   std::filesystem::copy_file(HDI_BUILD_DIR "/libHDIDriver.so", application.Path("PDF-UI.dll"));
   FakeZenity("exit 0");
   EXPECT_FALSE(AskReplaceExisting(nullptr, noHint));

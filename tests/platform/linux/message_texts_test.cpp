@@ -1,4 +1,4 @@
-// The string table by the user's language.
+// The string table in the user's language.
 #include "platform/message_texts.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-// The dialogs as they are opened, the viewer, failing disks, the companion module and the string table. What
-// this program would import of the desktop is here, and only notes how it is called.
+// Dialogs, the viewer, write errors, the companion module and the string table. The desktop functions that
+// this program would import are replaced by functions that record their arguments.
 #include <gtest/gtest.h>
 #include <windows.h>
-// These take its types for granted.
+// These require the types of <windows.h>.
 #include <commdlg.h>
 #include <shellapi.h>
 
@@ -58,7 +58,7 @@ BOOL WINAPI WriteOrFail(HANDLE file, const void* data, DWORD size, DWORD* writte
 
 }  // namespace
 
-// The slots of the import table, which the linker would otherwise take from the system's libraries.
+// Import table slots, which the linker would otherwise take from the system's libraries.
 extern "C" {
 decltype(&NoteSaveDialog) __imp_GetSaveFileNameW = NoteSaveDialog;
 decltype(&NoteMessage) __imp_MessageBoxW = NoteMessage;
@@ -69,7 +69,7 @@ decltype(&WriteOrFail) __imp_WriteFile = WriteOrFail;
 namespace hdi {
 namespace {
 
-TEST(Desktop, ShowsTheSystemsOwnDialogsAndViewer) {
+TEST(Desktop, ShowsTheSystemDialogsAndViewer) {
   const std::wstring desktop = std::to_wstring(reinterpret_cast<uintptr_t>(GetDesktopWindow()));
   answer = 1;
   EXPECT_EQ(AskSavePath(reinterpret_cast<void*>(0x1234), u"plan.pdf"), u"C:\\ü plan.pdf");
@@ -114,7 +114,7 @@ TEST(Companion, MissingModulesAndFunctionsAnswerNo) {
   EditProperties(nullptr, nullptr);
 }
 
-TEST(Companion, TakesTheWindowAndAnswers) {
+TEST(Companion, GetsTheWindowAndAnswers) {
   const scratch::Variable application("HDI_APP_DIR", HDI_COMPANION_DIR);
   int32_t noHint = 0;
   EXPECT_TRUE(AskReplaceExisting(nullptr, noHint));
@@ -130,7 +130,7 @@ TEST(Companion, TakesTheWindowAndAnswers) {
   EXPECT_EQ(GetModuleHandleW(L"PDF-UI.dll"), nullptr);
 }
 
-TEST(MessageTexts, ComeFromTheModuleInTheUsersLanguage) {
+TEST(MessageTexts, ComeFromTheModuleInTheUserLanguage) {
   EXPECT_EQ(MessageText(kTextFileInUse), u"");
   const std::wstring driver = std::filesystem::path(HDI_DRIVER_PATH).make_preferred().wstring();
   ASSERT_NE(LoadLibraryExW(driver.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH), nullptr)
