@@ -1,4 +1,4 @@
-// The host's side of the border for the tests: loading, calling, and directories to play in.
+// The host's side of the border: loading, calling and temporary directories.
 #include "tests/border/border.h"
 
 #include <deque>
@@ -43,7 +43,7 @@ std::string Sandbox::Log() const {
 }
 
 void* Driver::Patch(size_t slot, void* function) const {
-  constexpr size_t kHead = 2;  // offset to top and type information stand before slot 0
+  constexpr size_t kHead = 2;  // offset to top and type information precede slot 0
   constexpr size_t kSlotCount = 26;
   static std::deque<std::array<void*, kHead + kSlotCount>> tables;  // outlive their drivers
   auto& table = tables.emplace_back();

@@ -1,6 +1,6 @@
-// The driver as a host without any of this project's headers knows it: operations by slot, entry points by
-// position, settings by offset, all written down a second time so that a change of the headers cannot hide.
-// Serves every platform; what differs by platform is behind system.h.
+// The driver as seen by a host that uses none of this project's headers: operations by slot, entry points by
+// position, settings by offset. Everything is defined a second time, so that a change of the headers is
+// detected. Platform differences are behind system.h.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -57,7 +57,7 @@ void WriteAt(void* base, size_t offset, T value) {
   std::memcpy(static_cast<std::byte*>(base) + offset, &value, sizeof value);
 }
 
-// A base of what must not be copied.
+// Base of classes that must not be copied.
 struct Fixed {
   Fixed() = default;
   Fixed(const Fixed&) = delete;
@@ -70,7 +70,7 @@ struct Point {
   double x, y;
 };
 
-// A polygon of a clip.
+// A polygon of a clip list.
 struct ClipNode {
   uint32_t apply;
   const ClipNode* next;
@@ -79,17 +79,17 @@ struct ClipNode {
 };
 static_assert(sizeof(ClipNode) == 32);
 
-// The record's sheet as paperId, width, height, left, top, right, bottom.
+// The record's sheet: paperId, width, height, left, top, right, bottom.
 using Sheet = std::array<int32_t, 7>;
 [[nodiscard]] inline Sheet SheetOf(const void* record) { return ReadAt<Sheet>(record, kPaperId); }
 
-// Empty when there is no such file. In text, a line ends with a line feed on every platform.
+// Empty if the file does not exist. In text mode lines end with a line feed on every platform.
 [[nodiscard]] std::string ReadFile(const std::filesystem::path& file,
                                    std::ios::openmode mode = std::ios::binary);
 
-// Directories of their own for one test: app/ with pdf.ini, user/ and out/, and a desktop that notes in
-// $HDI_TEST_LOG what it is asked to show, so that no test ever opens a window. The environment and the
-// directories are put back at the end.
+// Directories for one test: app/ with pdf.ini, user/ and out/, and a desktop that records in $HDI_TEST_LOG
+// what it is asked to show, so that no test opens a window. Restores the environment and removes the
+// directories at the end.
 class Sandbox : Fixed {
  public:
   Sandbox();
@@ -101,9 +101,9 @@ class Sandbox : Fixed {
   [[nodiscard]] std::filesystem::path Out() const { return root_ / "out"; }
   [[nodiscard]] std::u16string OutPath(const std::string& name) const { return (Out() / name).u16string(); }
   void WriteList(const std::string& text) const { std::ofstream(App() / "pdf.ini") << text; }
-  // Sets a variable of the environment, or takes it away.
+  // Sets an environment variable, or removes it.
   void SetVariable(const std::string& name, const std::optional<std::string>& value);
-  // What has been noted since it was last asked for.
+  // Returns what was logged since the last call.
   [[nodiscard]] std::string Log() const;
 
  private:
@@ -124,7 +124,7 @@ class Module : Fixed {
   void* entry_ = ModuleSymbol(handle_, "IT_Driver");
 };
 
-// A driver object: nothing but an address and the slots behind it.
+// A driver object: an address and its slots.
 class Driver {
  public:
   explicit Driver(void* object) : object_(object) {}
@@ -140,15 +140,15 @@ class Driver {
   [[nodiscard]] uint8_t* Settings() const { return Call<uint8_t*>(24); }
   [[nodiscard]] Record Copy() const { return ReadAt<Record>(Settings(), 0); }
   void Normalize(void* record) const { Call<void, void*>(22, record); }
-  // Puts a function of the test into a slot of this object alone and returns what was there.
+  // Replaces a slot of this object only and returns the previous function.
   void* Patch(size_t slot, void* function) const;
 
  private:
   void* object_;
 };
 
-// The host's list of drivers. The module calls the second and the third virtual operation; what is still held
-// is released at the end.
+// The host's list of drivers. The module calls the second and third virtual operation. Releases all remaining
+// drivers at the end.
 class DriverList final : Fixed {
  public:
   explicit DriverList(Module& module) : module_(module) {}
@@ -175,7 +175,7 @@ class DriverList final : Fixed {
   [[nodiscard]] Driver At(size_t index) const { return Driver(held_.at(index)); }
   [[nodiscard]] size_t Size() const { return held_.size(); }
 
-  // The calls of the module, and what a test notes between them.
+  // The module's calls, and what tests add between them.
   std::vector<std::string> calls;
 
  private:
@@ -183,7 +183,7 @@ class DriverList final : Fixed {
   std::vector<void*> held_;
 };
 
-// The host's device, with some bytes behind what the driver knows that it must leave alone.
+// The host's device, followed by bytes that the driver must not touch.
 class Device : Fixed {
  public:
   explicit Device(Driver driver) : driver_(driver) { host.driver = driver.Object(); }
@@ -206,8 +206,8 @@ class Device : Fixed {
   int32_t StartPage(const void* record = nullptr) { return Call<int32_t, const void*>(21, record); }
   int32_t EndPage() { return Call(22); }
   int32_t EndDocument() { return Call(20); }
-  void PlotPage();  // with a line on it
-  // A document of one page, 0 when it could not be started.
+  void PlotPage();  // a page with a line
+  // Plots a document of one page; 0 if it could not be started.
   int32_t Plot(const std::u16string& output, const char16_t* docName = nullptr);
 
   struct {
@@ -232,7 +232,7 @@ class GlobalBlock : Fixed {
   [[nodiscard]] void* Handle() const { return handle_; }
   [[nodiscard]] uint8_t* Lock() const { return Call<uint8_t*>("GlobalLock", handle_); }
   bool Unlock() const { return Call<int32_t>("GlobalUnlock", handle_) != 0; }
-  // Whether somebody has left the block locked; unlocks it then.
+  // Whether the block was left locked; unlocks it.
   [[nodiscard]] bool WasLeftLocked() const { return Lock() != nullptr && Unlock() && !Unlock(); }
 
   template <typename Result, typename... Arguments>
@@ -244,11 +244,11 @@ class GlobalBlock : Fixed {
   void* handle_;
 };
 
-// Every test gets directories of its own and loads the module afresh.
+// Every test has its own directories and loads the module anew.
 class BorderTest : public testing::Test {
  protected:
-  // The first of two drivers that share a paper file, made on demand, or the last one of a list of devices.
-  // Neither starts a viewer.
+  // The first of two drivers that share a paper file, created on demand, or the last of a device list.
+  // Neither opens a viewer.
   Driver FirstDriver();
   Driver LastDriverOf(const std::string& devices);
 

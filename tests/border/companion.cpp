@@ -1,5 +1,5 @@
-// A companion module for the tests: edits the record it is handed, and answers the question about an existing
-// file as the environment says. Both note what they were given in $HDI_TEST_LOG.
+// A companion module for tests: edits the record it gets, and answers the question about an existing file
+// from environment variables. Both functions log their arguments in $HDI_TEST_LOG.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -13,7 +13,7 @@ void Note(const char* text, uint64_t number) {
   std::ofstream(std::getenv("HDI_TEST_LOG"), std::ios::app) << text << ' ' << number << '\n';
 }
 
-// 0 where the variable is not set.
+// Returns 0 if the variable is not set.
 int32_t NumberIn(const char* variable) {
   const char* text = std::getenv(variable);
   return text == nullptr ? 0 : std::atoi(text);

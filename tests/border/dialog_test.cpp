@@ -1,4 +1,4 @@
-// Jobs that ask the user: the save dialog, the question about an existing file, the properties.
+// Jobs that ask the user: the save dialog, the question about an existing file, and the properties.
 #include "tests/border/border.h"
 
 namespace border {
@@ -19,7 +19,7 @@ class DialogTest : public BorderTest {
   }
   void MakeOld() const { std::ofstream(chosen) << "old"; }
   [[nodiscard]] bool OldIsThere() const { return ReadFile(chosen) == "old"; }
-  // A document on a fresh device of `driver`, whose output the user is asked for.
+  // Plots a document on a new device of `driver`, asking the user for the output.
   static int32_t Plot(Driver driver, const char16_t* docName = nullptr, void* window = nullptr) {
     Device device(driver);
     device.Open();
@@ -30,7 +30,7 @@ class DialogTest : public BorderTest {
   fs::path chosen = sandbox.Out() / "chosen.pdf";
 };
 
-TEST_F(DialogTest, AsksForAnySpellingAndTakesTheAnswerAsItIs) {
+TEST_F(DialogTest, AsksForAnySpellingAndTakesTheAnswerVerbatim) {
   const fs::path plotted = sandbox.Out() / "plan.plt";
   for (const char16_t* output : {u"FILE:", u"file:", u"FiLe:"}) {
     sandbox.SetVariable("HDI_TEST_CHOICE", plotted.string());
@@ -54,7 +54,7 @@ TEST_F(DialogTest, CompanionAsksAndItsAnswerIsKept) {
   for (const int no : {0, 2, -1}) {
     Answer(no, 7);
     EXPECT_EQ(Plot(FirstDriver()), 0) << no;
-    EXPECT_TRUE(OldIsThere()) << "1 alone is yes";
+    EXPECT_TRUE(OldIsThere()) << "only 1 is yes";
   }
   EXPECT_FALSE(fs::exists(userFile));
 
@@ -70,11 +70,11 @@ TEST_F(DialogTest, CompanionAsksAndItsAnswerIsKept) {
 
   Answer(1, 0);
   EXPECT_EQ(Plot(LastDriverOf("[general]\n[A]\n")), 1);
-  EXPECT_NE(sandbox.Log().find("hint 0"), std::string::npos) << "a saved choice does not come back";
+  EXPECT_NE(sandbox.Log().find("hint 0"), std::string::npos) << "a saved choice is not read back";
   EXPECT_EQ(ReadFile(userFile, std::ios::in), "[PDFBase]\nPDFSaveNotHint=0\n");
 }
 
-TEST_F(DialogTest, SettingOfTheDevicesSectionSparesTheQuestion) {
+TEST_F(DialogTest, SettingOfTheDeviceSkipsTheQuestion) {
   for (const auto& [value, asked] : {std::pair("12", false),
                                      {"abc", true},
                                      {"0", true},
@@ -93,7 +93,7 @@ TEST_F(DialogTest, PropertiesEditTheRecordInPlace) {
   EXPECT_EQ(driver.Call<int32_t>(4, static_cast<void*>(nullptr)), 1);
   EXPECT_EQ(driver.Copy(), before) << "without a companion";
   InstallCompanion();
-  EXPECT_EQ(driver.Call<int32_t>(4, reinterpret_cast<void*>(77)), 1) << "the dialog's own answer is ignored";
+  EXPECT_EQ(driver.Call<int32_t>(4, reinterpret_cast<void*>(77)), 1) << "the dialog's result is ignored";
   EXPECT_EQ(sandbox.Log(), "properties 77\n");
   EXPECT_EQ(ReadAt<uint32_t>(driver.Settings(), kBackground), 0xFFFFFF01U);
 }

@@ -1,4 +1,4 @@
-// The exported function and what a driver object says of itself.
+// The exported function and the identity of driver objects.
 #include <limits>
 #include <new>
 
@@ -9,7 +9,7 @@ namespace {
 
 using EntryTest = BorderTest;
 
-TEST_F(EntryTest, CodesAreReadWholeAndUnknownOnesDoNothing) {
+TEST_F(EntryTest, CodesHave64BitsAndUnknownOnesDoNothing) {
   for (const uint64_t code : {uint64_t{0}, uint64_t{1}, uint64_t{4}, uint64_t{0x100000002},
                               uint64_t{0x100000003}, std::numeric_limits<uint64_t>::max()}) {
     EXPECT_EQ(module.ItDriver(code, nullptr), 1) << code;
@@ -20,7 +20,7 @@ TEST_F(EntryTest, CodesAreReadWholeAndUnknownOnesDoNothing) {
   EXPECT_EQ(module.ItDriver(3, nullptr), 0);
 }
 
-TEST_F(EntryTest, MakesOneDriverPerSectionBehindTheFirst) {
+TEST_F(EntryTest, CreatesADriverPerSectionAfterTheFirst) {
   for (const char* text : {"", "; nothing\n", "[Only]\nName=Only\n"}) {
     sandbox.WriteList(text);
     EXPECT_EQ(list.Create(), 1) << text;
@@ -35,9 +35,9 @@ TEST_F(EntryTest, MakesOneDriverPerSectionBehindTheFirst) {
   EXPECT_EQ(list.At(0).Text(1), u"DWG to PDF 1.0") << "no key: the default";
   EXPECT_EQ(list.At(1).Text(1), u"") << "an empty value is a value";
   EXPECT_EQ(list.At(2).Text(1), u"Same");
-  EXPECT_EQ(list.At(3).Text(1), u"Same") << "equal names still are two drivers";
-  EXPECT_EQ(list.At(4).Text(1), std::u16string(255, u'n')) << "values are cut";
-  EXPECT_EQ(list.Create(), 1) << "a second call makes a second set";
+  EXPECT_EQ(list.At(3).Text(1), u"Same") << "equal names are separate drivers";
+  EXPECT_EQ(list.At(4).Text(1), std::u16string(255, u'n')) << "values are truncated";
+  EXPECT_EQ(list.Create(), 1) << "a second call creates a second set";
   EXPECT_EQ(list.Size(), 10U);
 }
 
@@ -76,28 +76,28 @@ void* SpyDestroy(void* object, uint32_t flags) {
   return object;
 }
 
-TEST_F(EntryTest, ReleaseDestroysFirstAndTellsTheHostThen) {
+TEST_F(EntryTest, ReleaseDestroysBeforeTellingTheHost) {
   const Driver driver = FirstDriver();
   destroyList = &list;
   void* destroy = driver.Patch(25, reinterpret_cast<void*>(&SpyDestroy));
   EXPECT_EQ(list.Release(driver.Object()), 1);
   EXPECT_EQ(list.Size(), 1U);
-  EXPECT_EQ(list.Release(nullptr), 1) << "the host is told of nothing, too";
+  EXPECT_EQ(list.Release(nullptr), 1) << "the host is also told about null";
   EXPECT_EQ(list.calls, (std::vector<std::string>{"add", "add", "destroy 1", "remove", "remove null"}));
   driver.Patch(25, destroy);
   EXPECT_EQ(driver.Call<void*>(25, uint32_t{1}), driver.Object());
 }
 
-TEST_F(EntryTest, DestroyFreesTheObjectWhenAsked) {
+TEST_F(EntryTest, DestroyFreesTheObjectOnRequest) {
   const auto size = [](void* handle) { return GlobalBlock::Call<size_t>("GlobalSize", handle); };
   for (const uint32_t flags : {2U, 3U}) {
     const Driver driver = list.Size() == 0 ? FirstDriver() : list.At(0);
     void* defaults = driver.Call<void*>(12);
     EXPECT_NE(size(defaults), 0U);
     EXPECT_EQ(driver.Call<void*>(25, flags), driver.Object());
-    EXPECT_EQ(size(defaults), 0U) << "the block of defaults goes with the driver";
+    EXPECT_EQ(size(defaults), 0U) << "freed with the driver";
     list.Forget(driver.Object());
-    if (flags == 2) ::operator delete(driver.Object());  // whoever frees it twice is found out
+    if (flags == 2) ::operator delete(driver.Object());  // a second free would be detected
   }
   EXPECT_EQ(list.calls, std::vector<std::string>(2, "add")) << "only the exported function tells the host";
 }

@@ -1,11 +1,11 @@
-// A raster of the host's for the tests.
+// A host raster for tests.
 #pragma once
 
 #include "tests/border/border.h"
 
 namespace border {
 
-// Two pixels wide and three high, with seven virtual operations, in a record whose four numbers all differ.
+// Two pixels wide and three high, with seven virtual operations, in a record whose four numbers differ.
 class HostRaster final : Fixed {
  public:
   explicit HostRaster(uint16_t bitCount) {
@@ -20,7 +20,7 @@ class HostRaster final : Fixed {
   virtual int32_t Height() { return 3; }
   virtual int32_t HasAlpha() { return 1; }
   virtual void* Bits() { return bits_.data(); }
-  // Gray, 1 x 1: as much of a JPEG as is read.
+  // A gray 1 x 1 JPEG, up to what is read of it.
   virtual void* Encode(const char* format, int32_t quality, uint64_t* size) {
     static std::string jpeg("\xFF\xD8\xFF\xC0\0\x0B\x08\0\1\0\1\1\1\x11\0\xFF\xDA\0\x08\1\1\0\0\x3F\0", 25);
     EXPECT_EQ(format, std::string("jpeg"));
@@ -32,10 +32,10 @@ class HostRaster final : Fixed {
   virtual void FreeEncoded(void* /*data*/) { --alive; }
 
   [[nodiscard]] const void* Record() const { return &record_; }
-  // The bitmap's header, with room for a palette behind it.
+  // The bitmap header, followed by room for a palette.
   [[nodiscard]] uint8_t* BitmapHeader() { return header_.data(); }
 
-  int alive = 0;  // encodings that have not been given back
+  int alive = 0;  // encodings not yet freed
 
  private:
   struct {

@@ -1,5 +1,4 @@
-// A job from its output's name to the finished file, the states in between, and the table of entry points
-// that it goes through.
+// A job from the output's name to the finished file, the states in between, and the table of entry points.
 #include "tests/border/border.h"
 
 namespace border {
@@ -9,7 +8,7 @@ namespace fs = std::filesystem;
 class JobTest : public BorderTest {
  protected:
   JobTest() { device.Open(); }
-  // A document of a page, which is not ended.
+  // Starts a document and plots a page, without ending it.
   void Start() {
     EXPECT_EQ(device.StartDocument(path.c_str()), 1);
     device.PlotPage();
@@ -28,7 +27,7 @@ constexpr std::array<size_t, 34> kFilled = {0,  1,  2,  5,  6,  7,  18, 19, 20, 
 std::vector<size_t> steps;
 std::array<void*, kPositionCount> real;
 
-// Notes that an entry has been called, and calls it.
+// Records the call of an entry and forwards it.
 template <size_t kPosition>
 void* Spy(void* device) {
   steps.push_back(kPosition);
@@ -47,29 +46,29 @@ TEST_F(JobTest, TableIsFilledWhileOpenAndEmptyOtherwise) {
   EXPECT_NE(device.host.job, nullptr);
   real[1] = std::exchange(table[1], reinterpret_cast<void*>(&Spy<1>));
   EXPECT_EQ(device.Close(), 1);
-  EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{1}) << "closing goes through the table";
+  EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{1}) << "closing uses the table";
   EXPECT_EQ(device.host.table, table) << "the pointer stays";
   EXPECT_EQ(device.host.driver, driver.Object());
   EXPECT_EQ(device.host.job, nullptr);
-  EXPECT_EQ(device.Started(), 1) << "cleared by nobody but the host";
-  EXPECT_EQ(std::ranges::count(device.host.foreign, 0), 92) << "the host's own";
+  EXPECT_EQ(device.Started(), 1) << "cleared only by the host";
+  EXPECT_EQ(std::ranges::count(device.host.foreign, 0), 92) << "not touched";
 
   table[3] = real[1];
   Device next(driver);
   EXPECT_EQ(next.Open(), 1);
   EXPECT_EQ(next.host.table, table);
-  EXPECT_EQ(table[3], real[1]) << "opening touches no other position";
+  EXPECT_EQ(table[3], real[1]) << "opening leaves other positions alone";
   EXPECT_EQ(next.Close(), 1);
   EXPECT_EQ(std::count(table, table + kPositionCount, nullptr), 59) << "closing clears every position";
 }
 
-TEST_F(JobTest, StartGoesThroughTheTableAndEndDoesNot) {
+TEST_F(JobTest, StartUsesTheTableAndEndDoesNot) {
   std::copy_n(device.host.table, kPositionCount, real.begin());
   void* object = &device.host;
   for (const size_t position : {5U, 6U}) {
     EXPECT_EQ(reinterpret_cast<int32_t (*)(void**)>(real[position])(&object), 1);
   }
-  EXPECT_EQ(device.Started(), 0) << "creating and finishing do nothing before the start";
+  EXPECT_EQ(device.Started(), 0) << "no effect before the start";
 
   for (const auto& [position, spy] : {std::pair(2, &Spy<2>), {5, &Spy<5>}, {6, &Spy<6>}, {7, &Spy<7>}}) {
     device.host.table[position] = reinterpret_cast<void*>(spy);
@@ -78,7 +77,7 @@ TEST_F(JobTest, StartGoesThroughTheTableAndEndDoesNot) {
   EXPECT_EQ(device.StartDocument(path.c_str()), 1);
   EXPECT_EQ(std::exchange(steps, {}), (std::vector<size_t>{2, 7, kNormalize, 5}));
   EXPECT_EQ(device.StartPage(), 1);
-  EXPECT_TRUE(steps.empty()) << "a page without a record of its own takes the sheet as it stands";
+  EXPECT_TRUE(steps.empty()) << "without a record the sheet is used as it is";
   const Record page = driver.Copy();
   EXPECT_EQ(device.StartPage(page.data()), 1);
   EXPECT_EQ(std::exchange(steps, {}), std::vector<size_t>{kNormalize});
@@ -141,49 +140,49 @@ TEST_F(JobTest, CompressionIsASettingOfTheDevice) {
   EXPECT_GT(normal, sizeWith("Compression=fast\n"));
 }
 
-TEST_F(JobTest, FileIsEmptyUntilTheEndAndAnOldOneIsReplacedUnasked) {
+TEST_F(JobTest, FileIsEmptyUntilTheEndAndReplacesAnOldOne) {
   SetUpUser(sandbox);
   std::ofstream(file) << std::string(100000, 'x');
   Start();
   EXPECT_EQ(fs::file_size(file), 0U);
-  EXPECT_TRUE(fs::is_directory(sandbox.Root() / "ORVANE-PORT")) << "in the directory for temporary files";
+  EXPECT_TRUE(fs::is_directory(sandbox.Root() / "ORVANE-PORT")) << "in the temporary directory";
   EXPECT_EQ(device.EndDocument(), 1);
   EXPECT_LT(fs::file_size(file), 100000U);
   EXPECT_TRUE(IsSoundPdf(file));
   EXPECT_EQ(sandbox.Log(), "");
 }
 
-TEST_F(JobTest, OneDocumentForOneOpening) {
+TEST_F(JobTest, OneDocumentPerOpening) {
   EXPECT_EQ(device.Plot(path), 1);
   EXPECT_EQ(device.Plot(sandbox.OutPath("two")), 0);
   EXPECT_FALSE(fs::exists(sandbox.Out() / "two.pdf"));
 
   device.SetStarted(0);
   EXPECT_EQ(device.Plot(path), 1);
-  EXPECT_EQ(PageCount(file), 2) << "the list still holds what was plotted";
+  EXPECT_EQ(PageCount(file), 2) << "the list still holds the first plot";
   device.Close();
 
   Device other(driver);
   other.Open();
   EXPECT_EQ(other.Plot(path), 1);
-  EXPECT_EQ(PageCount(file), 1) << "a fresh device starts an empty list";
+  EXPECT_EQ(PageCount(file), 1) << "a new device has an empty list";
 }
 
-TEST_F(JobTest, EndsOnlyWhatHasBeenStarted) {
+TEST_F(JobTest, EndsOnlyAStartedJob) {
   Start();
   device.SetStarted(0);
   EXPECT_EQ(device.EndDocument(), 1);
   EXPECT_EQ(fs::file_size(file), 0U);
   device.SetStarted(1);
   EXPECT_EQ(device.EndDocument(), 1);
-  EXPECT_EQ(PageCount(file), 2) << "played into the same document again";
+  EXPECT_EQ(PageCount(file), 2) << "replayed into the same document";
 }
 
-TEST_F(JobTest, ClosedBeforeItsEndLeavesAnEmptyFileAndTheNextJobAlone) {
-  static void* abandoned = nullptr;  // the writer, which is lost: a leak that is meant
+TEST_F(JobTest, ClosingEarlyLeavesAnEmptyFileAndTheNextJobIntact) {
+  static void* abandoned = nullptr;  // the writer: leaked on purpose
   Start();
   abandoned = device.Call<void*>(7);
-  EXPECT_NE(abandoned, nullptr) << "the output that is open already";
+  EXPECT_NE(abandoned, nullptr) << "the output already open";
   EXPECT_EQ(device.Close(), 1);
   EXPECT_EQ(fs::file_size(file), 0U);
 
@@ -194,10 +193,10 @@ TEST_F(JobTest, ClosedBeforeItsEndLeavesAnEmptyFileAndTheNextJobAlone) {
   EXPECT_EQ(PageCount(sandbox.Out() / "next.pdf"), 1);
 }
 
-TEST_F(JobTest, PageTakesOfItsRecordWhatBothSizesSay) {
+TEST_F(JobTest, PageCopiesItsRecordByBothSizes) {
   struct Case {
     uint16_t ownSize, ownExtra, extra;
-    bool orientation, background;  // which are taken over
+    bool orientation, background;  // which parts are copied
   };
   Start();
   uint8_t* own = driver.Settings();
@@ -216,7 +215,7 @@ TEST_F(JobTest, PageTakesOfItsRecordWhatBothSizesSay) {
     EXPECT_EQ(device.StartPage(page.data()), 1);
     EXPECT_EQ(SheetOf(own)[1], test.orientation ? 2970 : 2100);
     EXPECT_EQ(ReadAt<uint32_t>(own, kBackground), test.background ? 0xF0E0D0U : 0x010203U);
-    EXPECT_EQ(ReadAt<uint16_t>(own, kDriverExtra), test.extra) << "part of what was copied";
+    EXPECT_EQ(ReadAt<uint16_t>(own, kDriverExtra), test.extra) << "copied, too";
   }
   EXPECT_EQ(device.EndDocument(), 1);
 }

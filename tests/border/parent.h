@@ -1,11 +1,11 @@
-// The parent that a companion module is handed; linux/parent.cpp knows its form there.
+// The parent that a companion module gets. linux/parent.cpp knows its form.
 #pragma once
 
 #include <cstdint>
 
 namespace border {
 
-// The host's window handle, as a number.
+// Returns the host's window handle as a number.
 [[nodiscard]] uint64_t WindowOf(const void* parent);
 
 }  // namespace border

@@ -1,4 +1,4 @@
-// The settings record, byte by byte, the operations that move or edit it, and the paper that it chooses.
+// The settings record byte by byte, the operations that copy or edit it, and its paper.
 #include <algorithm>
 #include <numeric>
 
@@ -34,13 +34,13 @@ Record DefaultRecord() {
   return record;
 }
 
-// The size of the record when there is none.
+// Returns the record's size if there is no difference.
 size_t FirstDifference(const void* actual, const Record& expected) {
   const auto record = ReadAt<Record>(actual, 0);
   return static_cast<size_t>(std::ranges::mismatch(record, expected).in1 - record.begin());
 }
 
-// A record with something in every byte but the size of the driver data.
+// A record without zero bytes except for the size of the driver data.
 Record FullRecord(uint8_t first, uint16_t driverExtra = 1024) {
   Record record;
   std::iota(record.begin(), record.end(), first);
@@ -48,13 +48,13 @@ Record FullRecord(uint8_t first, uint16_t driverExtra = 1024) {
   return record;
 }
 
-TEST_F(SettingsTest, FreshRecordHoldsTheDefaults) {
+TEST_F(SettingsTest, NewRecordHoldsTheDefaults) {
   EXPECT_EQ(FirstDifference(list.At(1).Settings(), DefaultRecord()), kRecordSize);
   EXPECT_NE(list.At(0).Settings(), list.At(1).Settings());
   EXPECT_EQ(list.At(0).Settings(), list.At(0).Settings()) << "the record itself, not a copy";
 }
 
-TEST_F(SettingsTest, RecordCrossesWholeInBothDirections) {
+TEST_F(SettingsTest, RecordIsCopiedCompletelyInBothDirections) {
   const GlobalBlock block(kRecordSize);
   uint8_t* content = block.Lock();
   block.Unlock();
@@ -68,10 +68,10 @@ TEST_F(SettingsTest, RecordCrossesWholeInBothDirections) {
   EXPECT_EQ(FirstDifference(content, FullRecord(1)), kRecordSize);
   EXPECT_FALSE(block.WasLeftLocked());
 
-  EXPECT_EQ(driver.Call<int32_t>(7, static_cast<void*>(nullptr)), 1) << "nothing to give is given";
-  EXPECT_EQ(driver.Call<int32_t>(6, static_cast<void*>(nullptr)), 0) << "nothing can't be locked";
+  EXPECT_EQ(driver.Call<int32_t>(7, static_cast<void*>(nullptr)), 1) << "null is accepted";
+  EXPECT_EQ(driver.Call<int32_t>(6, static_cast<void*>(nullptr)), 0) << "null cannot be locked";
 
-  // Other sizes of driver data are refused, in a block that stays locked.
+  // Other sizes of driver data are rejected; the block stays locked.
   for (const uint16_t extra : {uint16_t{0}, uint16_t{1023}, uint16_t{1025}}) {
     WriteAt(content, 0, FullRecord(3, extra));
     for (const size_t slot : {6U, 7U}) {
@@ -83,7 +83,7 @@ TEST_F(SettingsTest, RecordCrossesWholeInBothDirections) {
   EXPECT_EQ(FirstDifference(record, FullRecord(1)), kRecordSize);
 }
 
-TEST_F(SettingsTest, DefaultBlockIsOneBlockAndHoldsDefaultsAlways) {
+TEST_F(SettingsTest, DefaultBlockIsUniqueAndAlwaysHoldsDefaults) {
   void* handle = driver.Call<void*>(12);
   WriteAt(record, 0, FullRecord(4));
   EXPECT_EQ(driver.Call<void*>(12), handle);
@@ -97,7 +97,7 @@ TEST_F(SettingsTest, OptionsKnowTwoIds) {
   struct Case {
     uint32_t id;
     int64_t value;
-    int32_t layers, open;  // behind it, 7 before
+    int32_t layers, open;  // afterwards; 7 before
   };
   for (const Case& test : {Case{180, 0, 0, 7}, Case{180, 0x100000000, 1, 7}, Case{189, 0, 7, 0},
                            Case{189, -5, 7, 1}, Case{188, 0, 7, 7}, Case{181, 0, 7, 7}}) {
@@ -117,15 +117,15 @@ TEST_F(SettingsTest, BackgroundColor) {
     EXPECT_EQ(driver.Call<uint32_t>(21), read);
   }
   driver.Patch(24, reinterpret_cast<void*>(&NoSettings));
-  EXPECT_EQ(driver.Call<uint32_t>(21), 0xFFFFFFU) << "asked through the virtual table, which gave null";
+  EXPECT_EQ(driver.Call<uint32_t>(21), 0xFFFFFFU) << "through the patched slot, which returns null";
 }
 
-TEST_F(SettingsTest, PaperFileIsJoinedBehindTheUsersDirectory) {
+TEST_F(SettingsTest, PaperFileIsBelowTheUserDirectory) {
   const std::u16string user = (sandbox.User() / "").u16string();
   const std::u16string second = (sandbox.App() / "PDF.ini").u16string();
   const std::pair<const char*, std::u16string> cases[] = {{"PaperFile=my/papers.ini", u"my/papers.ini"},
                                                           {"PaperFile=", u""},
-                                                          {"Name=C", second},  // a path behind a path
+                                                          {"Name=C", second},  // a path appended to a path
                                                           {"PrivateFile=x.ini\nPaperFile=d.ini", u"d.ini"}};
   for (const auto& [keys, path] : cases) {
     EXPECT_EQ(LastDriverOf(std::string("[general]\n[A]\n") + keys + "\n").Text(23), user + path);
@@ -138,11 +138,11 @@ TEST_F(SettingsTest, PaperFileIsJoinedBehindTheUsersDirectory) {
   testing::internal::CaptureStderr();
   const Driver bare = LastDriverOf("[general]\n[A]\n");
   bare.Normalize(bare.Settings());
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the built-in papers serve, in silence";
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "uses the built-in papers silently";
   EXPECT_EQ(SheetOf(bare.Settings()), kDefaultSheet);
 }
 
-TEST_F(SettingsTest, PapersAreMadeChangedAndRemoved) {
+TEST_F(SettingsTest, PapersAreCreatedChangedAndRemoved) {
   alignas(8) std::array<uint8_t, 160> paper{};
   int32_t id = -1;
   const auto change = [&](size_t slot, std::array<int32_t, 6> lengths) {
@@ -166,28 +166,28 @@ TEST_F(SettingsTest, PapersAreMadeChangedAndRemoved) {
   EXPECT_EQ(change(16, {1200, 9000, 23, 24, 21, 22}), 0);
 }
 
-TEST_F(SettingsTest, ChoiceOfPaperBecomesTheSheet) {
+TEST_F(SettingsTest, ChosenPaperBecomesTheSheet) {
   const Sheet landscape = {9, 2970, 2100, 170, 50, 170, 50};
-  const Sheet custom = {0, 1234, 2345, 3, -2, 4, 1};  // turned, and cut toward zero
+  const Sheet custom = {0, 1234, 2345, 3, -2, 4, 1};  // rotated, and truncated towards zero
   EXPECT_EQ(SetCustomPaper(u"Mine", 1234.9, 2345.9, 1.9, -2.9, 3.9, 4.9), 1);
   struct Step {
     size_t offset;
     int16_t value;
     Sheet sheet;
-    bool isFresh;  // the snapshot
+    bool isFresh;  // whether the snapshot is up to date
   };
   const Step steps[] = {
       {kOrientation, 1, kDefaultSheet, true},
       {kOrientation, 2, landscape, true},
-      {kOrientation, 3, kDefaultSheet, true},                   // 2 alone is landscape
-      {kWidth, 4711, {9, 4711, 2970, 50, 170, 50, 170}, true},  // nothing has changed: left alone
+      {kOrientation, 3, kDefaultSheet, true},                   // only 2 is landscape
+      {kWidth, 4711, {9, 4711, 2970, 50, 170, 50, 170}, true},  // unchanged public part: left alone
       {0, u'Q', kDefaultSheet, true},                           // any byte of the public part counts
       {kWidth, 4711, {9, 4711, 2970, 50, 170, 50, 170}, true},
       {kPublicSize - 2, 0x100, kDefaultSheet, true},
-      {kPaperChoice, 12345, kDefaultSheet, false},  // which no list holds
+      {kPaperChoice, 12345, kDefaultSheet, false},  // not in any list
       {kPaperChoice, -9, kDefaultSheet, false},
       {kPaperChoice, 0, custom, false},
-      {kPaperChoice, 9, custom, true},  // nothing has changed since the snapshot
+      {kPaperChoice, 9, custom, true},  // unchanged since the snapshot
       {kOrientation, 2, landscape, true},
       {kPaperChoice, 0, custom, false},
       {kOrientation, 1, custom, false},
@@ -225,7 +225,7 @@ TEST_F(SettingsTest, CapabilitiesFollowTheRecord) {
   device.Open();
   WriteAt<int16_t>(record, kOrientation, 2);
   EXPECT_EQ(device.Caps(1000), 0U);
-  EXPECT_EQ(SheetOf(record)[1], 2970) << "an index out of range makes the sheet up to date, too";
+  EXPECT_EQ(SheetOf(record)[1], 2970) << "an index out of range also updates the sheet";
   struct Step {
     size_t offset;
     int16_t value;
@@ -241,7 +241,7 @@ TEST_F(SettingsTest, CapabilitiesFollowTheRecord) {
       {kPrintQuality, 600, 88, 600},
       {kYResolution, 300, 90, 300},
       {kOrientation, 1, 110, 4960},
-      // Margins as turned: left 30, top 20, right 40, bottom 10.
+      // Margins as rotated: left 30, top 20, right 40, bottom 10.
       {kPaperChoice, 0, 110, 6000},
       {kPaperChoice, 0, 111, 3000},
       {kPaperChoice, 0, 112, 70},
@@ -252,7 +252,7 @@ TEST_F(SettingsTest, CapabilitiesFollowTheRecord) {
     WriteAt(record, offset, value);
     EXPECT_EQ(static_cast<int32_t>(device.Caps(index)), result) << offset << ' ' << value << ' ' << index;
   }
-  // The public sizes are taken only while nothing has changed.
+  // The public sizes are only used while nothing has changed.
   WriteAt<int16_t>(record, kPaperWide, 254);
   WriteAt<int16_t>(record, kPaperLength, -508);
   std::memcpy(record + kSnapshot, record, kPublicSize);

@@ -1,4 +1,4 @@
-// What the border's tests take from the platform. Every platform defines all of it once: linux/ here, and
+// Platform functions of the border tests, defined once per platform: in linux/ here, and in
 // tests/windows/border/.
 #pragma once
 
@@ -12,24 +12,24 @@ namespace border {
 
 class Sandbox;
 
-// PDF.hdi, loaded as a host does it; what loads nothing ends the test program.
+// Loads PDF.hdi as a host does. Failing to load ends the test program.
 [[nodiscard]] void* LoadModule();
 void UnloadModule(void* module);
 [[nodiscard]] void* ModuleSymbol(void* module, const char* name);
 
-// A function for global memory: GlobalAlloc and its family.
+// Returns a global memory function: GlobalAlloc and its family.
 [[nodiscard]] void* MemorySymbol(const char* name);
 
 [[nodiscard]] std::optional<std::string> Variable(const std::string& name);
 void SetVariable(const std::string& name, const std::optional<std::string>& value);
 
-// Gives the sandbox a desktop that notes the start of a viewer, and nobody who sits before it.
+// Gives the sandbox a desktop that logs the start of a viewer, without a user.
 void SetUpDesktop(Sandbox& sandbox);
-// Puts somebody before it, who answers the save dialog with $HDI_TEST_CHOICE, empty for cancelling. A line of
-// the log tells what the dialog proposed: "save NAME".
+// Adds a user who answers the save dialog with $HDI_TEST_CHOICE; empty cancels. The log gets a line "save
+// NAME" with the proposed name.
 void SetUpUser(Sandbox& sandbox);
 
-// Whether `file` is a PDF without a fault, by a party that had no hand in writing it.
+// Whether `file` is a valid PDF, checked by other software.
 [[nodiscard]] testing::AssertionResult IsSoundPdf(const std::filesystem::path& file);
 [[nodiscard]] int PageCount(const std::filesystem::path& file);
 

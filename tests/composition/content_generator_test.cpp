@@ -1,4 +1,4 @@
-// The content stream's exact form, object by object.
+// The exact content stream of each kind of object.
 #include "composition/content_generator.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 namespace hdi {
 namespace {
 
-// Names in the order of use, and the dictionaries asked for.
+// Numbers names in order of use and keeps the dictionaries.
 class CountingNames final : public ResourceNames {
  public:
   std::string AddExtGState(const ExtGStateEntries& entries) override {
@@ -51,7 +51,7 @@ PathObject Stroked(PathPoints points) {
 
 class ContentTest : public testing::Test {
  protected:
-  // What the stream holds between its head and its end.
+  // Returns the stream between its head and its end.
   std::string Body(std::string_view end = "Q\n") {
     const std::string_view stream = content_.Finish();
     EXPECT_EQ(stream.substr(0, kHead.size()), kHead);
@@ -63,12 +63,12 @@ class ContentTest : public testing::Test {
   ContentGenerator content_{names_};
 };
 
-TEST_F(ContentTest, NoObjectsGiveNoStreamAndNoResources) {
+TEST_F(ContentTest, IsEmptyWithoutObjects) {
   EXPECT_TRUE(content_.Finish().empty());
   EXPECT_TRUE(names_.states.empty());
 }
 
-TEST_F(ContentTest, ARedLineAndItsLikeNextToIt) {
+TEST_F(ContentTest, WritesStateOnlyOnce) {
   PathObject line = Stroked(Line(100, 200, 300, 400));
   line.attributes.fillColor = {255, 255, 255};
   line.attributes.strokeColor = {255, 0, 0};
@@ -81,7 +81,7 @@ TEST_F(ContentTest, ARedLineAndItsLikeNextToIt) {
             (ExtGStateEntries{.fillAlpha = 1.0F, .strokeAlpha = 1.0F, .blendMode = BlendMode::kNormal}));
 }
 
-TEST_F(ContentTest, EveryLineAttributeIsWrittenOnChange) {
+TEST_F(ContentTest, WritesEachLineAttributeOnChange) {
   PathObject line = Stroked(Line(0, 0, 1, 1));
   line.attributes.lineCap = 1;
   line.attributes.lineJoin = 2;
@@ -109,7 +109,7 @@ TEST_F(ContentTest, PaintingOperators) {
   EXPECT_EQ(Body(), body);
 }
 
-TEST_F(ContentTest, RectanglesAndWhatMissesBeingOne) {
+TEST_F(ContentTest, RectanglesAndNearRectangles) {
   const auto path = [](std::initializer_list<std::pair<float, float>> corners, bool close) {
     PathPoints points;
     for (const auto& [x, y] : corners) points.push_back({x, y, PointType::kLine, false});
@@ -118,13 +118,13 @@ TEST_F(ContentTest, RectanglesAndWhatMissesBeingOne) {
     return Stroked(points);
   };
   content_.Write(path({{1, 2}, {5, 2}, {5, 9}, {1, 9}, {1, 2}}, false));
-  content_.Write(path({{5, 9}, {5, 2}, {1, 2}, {1, 9}}, true));  // negative height, no "h" behind
+  content_.Write(path({{5, 9}, {5, 2}, {1, 2}, {1, 9}}, true));  // negative height, no "h" after it
   PathObject byMove = path({{1, 2}, {5, 2}, {5, 9}, {1, 9}, {1, 2}}, false);
   byMove.points[4].type = PointType::kMove;  // the fifth point may be of any type
   content_.Write(byMove);
   content_.Write(path({{1, 2}, {5, 2}, {5, 9}, {1, 9}}, false));
   content_.Write(path({{1, 2}, {5, 3}, {5, 9}, {1, 9}}, true));
-  content_.Write(path({{1, 2}, {5, 2}, {1, 2}, {1, 9}}, true));  // first and third are one point
+  content_.Write(path({{1, 2}, {5, 2}, {1, 2}, {1, 9}}, true));  // first and third point are the same
   EXPECT_EQ(Body(),
             "1 2 4 7 re S\n5 9 -4 -7 re S\n1 2 4 7 re S\n1 2 m 5 2 l 5 9 l 1 9 l S\n"
             "1 2 m 5 3 l 5 9 l 1 9 l h S\n1 2 m 5 2 l 1 2 l 1 9 l h S\n");
@@ -136,7 +136,7 @@ TEST_F(ContentTest, CurvesAndCloseFlags) {
   PathPoints closed = points;
   closed[3].close = true;
   content_.Write(Stroked(closed));
-  PathPoints cut = points;  // a curve that lacks its end
+  PathPoints cut = points;  // a curve without its end point
   cut.resize(3);
   content_.Write(Stroked(cut));
   PathPoints closedEarly = points;
@@ -150,7 +150,7 @@ TEST_F(ContentTest, CurvesAndCloseFlags) {
   EXPECT_EQ(Body(), "0 0 m .5 .5 1.25 1.25 2 2 c h S\n" + broken + broken + broken + "3 4 m S\n");
 }
 
-TEST_F(ContentTest, AClipIsWrittenWhereItsPointsChange) {
+TEST_F(ContentTest, WritesClipsWhereTheirPointsChange) {
   PathObject line = Stroked(Line(0, 0, 1, 1));
   line.attributes.strokeColor = {255, 0, 0};
   const auto writeUnder = [&](const PathPoints& points) {
@@ -159,18 +159,18 @@ TEST_F(ContentTest, AClipIsWrittenWhereItsPointsChange) {
   };
   content_.Write(line);
   writeUnder(Line(5, 5, 6, 6));
-  writeUnder(Line(5, 5, 6, 6));                                                  // another object
+  writeUnder(Line(5, 5, 6, 6));                                                  // a different object
   writeUnder({{5, 5, PointType::kLine, true}, {6, 6, PointType::kMove, true}});  // flags do not count
   line.attributes.clip = nullptr;
   content_.Write(line);
   writeUnder(Line(std::numeric_limits<float>::quiet_NaN(), 5, 6, 6));
-  content_.Write(line);  // never the same
+  content_.Write(line);  // never equal to itself
   const std::string red = "1 0 0 RG 0 0 m 1 1 l S\n";
   EXPECT_EQ(Body("Q\nQ\n"), red + "q\n5 5 m 6 6 l W n " + red + "0 0 m 1 1 l S\n0 0 m 1 1 l S\nQ\nq\n" + red +
                                 "q\n0 5 m 6 6 l W n " + red + "Q\nq\n0 5 m 6 6 l W n " + red);
 }
 
-TEST_F(ContentTest, TextCountsItsOwnLineAttributesAndImagesNone) {
+TEST_F(ContentTest, TextUsesItsOwnLineAttributesAndImagesNone) {
   PathObject line = Stroked(Line(0, 0, 1, 1));
   line.attributes.lineWidth = 2;
   TextObject text;
@@ -187,7 +187,7 @@ TEST_F(ContentTest, TextCountsItsOwnLineAttributesAndImagesNone) {
   content_.Write(line);
   content_.Write(image);
   content_.Write(line);
-  image.matrix = {0, 0, 0, 40, 5, 6};  // no width: nothing to see
+  image.matrix = {0, 0, 0, 40, 5, 6};  // no width: not visible
   content_.Write(image);
   EXPECT_EQ(
       Body(),
@@ -195,7 +195,7 @@ TEST_F(ContentTest, TextCountsItsOwnLineAttributesAndImagesNone) {
       "2 w 0 0 m 1 1 l S\nq 30 0 0 40 5 6 cm /FXX1 Do Q\n0 0 m 1 1 l S\n");
 }
 
-TEST_F(ContentTest, ALongPathIsWrittenWhole) {
+TEST_F(ContentTest, WritesLongPathsCompletely) {
   PathPoints points = {{0, 0, PointType::kMove, false}};
   std::string expected = "0 0 m ";
   for (int i = 1; i < 1000; ++i) {
@@ -219,7 +219,7 @@ class PieceSink final : public ContentSink {
   std::string taken;
 };
 
-TEST_F(ContentTest, AnAttemptTakesBackWhatTheSinkHasGot) {
+TEST_F(ContentTest, AttemptUndoesWhatTheSinkHasTaken) {
   PieceSink sink;
   ContentGenerator content(names_, &sink);
   content.Write(Stroked(Line(1, 2, 3, 4)));

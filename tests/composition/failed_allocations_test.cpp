@@ -1,4 +1,4 @@
-// A plot for which one allocation fails, each in turn: it loses a record at most, and nothing else.
+// Plots with one failing allocation, each in turn: at most one record is lost.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 
 namespace {
 
-int64_t allocationsLeft = -1;  // the one behind these fails; below 0: none does
+int64_t allocationsLeft = -1;  // the allocation after these fails; none if negative
 
 void* Allocate(size_t size) noexcept {
   if (allocationsLeft >= 0 && allocationsLeft-- == 0) return nullptr;
@@ -39,8 +39,8 @@ void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, size_t) noexcept { std::free(block); }
 void operator delete[](void* block, size_t) noexcept { std::free(block); }
 
-// fxcrt::Observable::AddObserver. The engine does not survive a failure there: the pointer that observes has
-// its target already and takes itself out of a list that it is not in.
+// fxcrt::Observable::AddObserver must not fail: the observing pointer has its target already and would remove
+// itself from a list that it is not in.
 extern "C" void __real__ZN5fxcrt10Observable11AddObserverEPNS0_13ObserverIfaceE(void* self, void* observer);
 extern "C" void __wrap__ZN5fxcrt10Observable11AddObserverEPNS0_13ObserverIfaceE(void* self, void* observer) {
   const int64_t left = std::exchange(allocationsLeft, -1);
@@ -51,14 +51,14 @@ extern "C" void __wrap__ZN5fxcrt10Observable11AddObserverEPNS0_13ObserverIfaceE(
 namespace hdi {
 namespace {
 
-// Runs the steps while the allocation behind the first `count` fails; whether there was one.
+// Runs the steps with the allocation after the first `count` failing; returns whether there was one.
 bool RunWithout(int64_t count, const std::function<void()>& steps) {
   allocationsLeft = count;
   steps();
   return std::exchange(allocationsLeft, -1) < 0;
 }
 
-// An object with all that it refers to but its parent.
+// Describes an object and everything it refers to, except its parent.
 std::string Describe(QPDFObjectHandle object) {
   std::string text;
   if (object.isStream()) return Describe(object.getDict()) + engine::StreamData(object);
@@ -73,7 +73,7 @@ std::string Describe(QPDFObjectHandle object) {
   return "<<" + text + ">>";
 }
 
-// All that readers see, and the count of images and layers, to be seen or not.
+// Everything visible to readers, and the number of images and layers, visible or not.
 std::string Description(engine::SavedDocument saved) {
   std::string text = Describe(saved.Catalog().getKey("/OCProperties"));
   for (size_t i = 0; i < saved.PageCount(); ++i) text += Describe(saved.Page(i));
@@ -108,7 +108,7 @@ class SmallRaster final : public RasterImage {
     uint8_t palette[8] = {255, 255, 255, 255, 0, 0, 0, 255};
   } content_;
   uint8_t pixel_[4] = {};
-  // Gray, 1 x 1: as much of a JPEG as is read.
+  // A gray 1 x 1 JPEG, up to what is read of it.
   uint8_t jpeg_[25] = {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 1, 0, 1,  1, 1,
                        0x11, 0,    0xFF, 0xDA, 0, 8,  1, 1, 0, 0, 63, 0};
 };
@@ -122,7 +122,7 @@ class FailedAllocations : public testing::Test {
     plot_.Settings().textAsGeometry = 0;
   }
 
-  // Every kind of record; texts and rasters each with a font or a format of their own.
+  // Every kind of record; each text and raster with its own font or format.
   void RecordPages() {
     const std::vector<HT_Double_Point> square = {{0, 0}, {9, 0}, {9, 9}, {0, 9}, {0, 0}};
     const uint32_t count = 5;
@@ -158,7 +158,7 @@ class FailedAllocations : public testing::Test {
     RecordText(u"Liberation Serif", u"A\u2713");
     const LOGFONTW shapeFont = SystemFontServices().DefaultInterfaceFont().value();
     DevText(device_, &shapeFont, square.data(), u"a", 1, nullptr, 12, 0, 1, 1);
-    DevSetAlpha(device_, 255);  // black and white stay so
+    DevSetAlpha(device_, 255);  // keeps black and white as they are
     for (const HostImageRecord& image : images_) DevBitmap(device_, &image);
     DevEndLink(device_);
     DevShxComment(device_, u"comment", rectangle, 4);
@@ -176,8 +176,8 @@ class FailedAllocations : public testing::Test {
                    1);
   }
 
-  // What a reader of the pages gets when the allocation behind the first `count` fails; empty when there are
-  // no more than these.
+  // Returns what a reader sees if the allocation after the first `count` fails; empty if there are no more
+  // than these.
   std::string Replay(int64_t count, const FontUsage& fontUsage) {
     PageWriter writer;
     EXPECT_TRUE(writer.OpenOutput(directory_.Path16("plot.pdf")));
@@ -190,7 +190,7 @@ class FailedAllocations : public testing::Test {
   }
   std::string Replay(int64_t count = -1) { return Replay(count, plot_.Job().fontUsage); }
 
-  // What is left of the plot without one of its records. Points count for nothing without their paint step.
+  // Descriptions of the plot without one of its records. Points only count together with their paint record.
   std::set<std::string> OutcomesWithoutARecord() {
     std::set<std::string> outcomes;
     PlotCommand* pathStart = plot_.Job().head;
@@ -216,8 +216,8 @@ class FailedAllocations : public testing::Test {
   scratch::Directory directory_;
 };
 
-// A font for which there is no memory leaves out its run, not the text.
-TEST_F(FailedAllocations, AReplayLosesARecordAtMost) {
+// Without memory for a font its run is left out, not the text.
+TEST_F(FailedAllocations, ReplayLosesAtMostOneRecord) {
   RecordPages();
   std::set<std::string> outcomes = OutcomesWithoutARecord();
   outcomes.insert(Replay());
@@ -233,7 +233,7 @@ TEST_F(FailedAllocations, AReplayLosesARecordAtMost) {
   EXPECT_GT(count, 1000);
 }
 
-TEST_F(FailedAllocations, AnEntryDropsItsCallAndAnswersOne) {
+TEST_F(FailedAllocations, EntriesDropTheCallAndReturnOne) {
   struct {
     EXTLOGPEN32 pen{};
     uint32_t moreEntries[3] = {1, 2, 3};

@@ -1,4 +1,4 @@
-// The forms of numbers, as exact texts.
+// The exact text of numbers.
 #include "composition/number_writer.h"
 
 #include <gtest/gtest.h>
@@ -39,10 +39,10 @@ std::string SixDigits(std::initializer_list<float> values) {
   return texts;
 }
 
-TEST(WriteReal, HasNoMoreDecimalsThanAsked) {
+TEST(WriteReal, LimitsDecimals) {
   EXPECT_EQ(Reals(5, {0.0F, -0.0F, 0.5F, -0.5F, 0.24F, 0.024F, 1.5F, 10.5F, 100.25F, 1000.125F, 10000.0625F}),
             "0 0 .5 -.5 .24 .024 1.5 10.5 100.25 1000.125 10000.0625 ");
-  // The f32 that is closest to five millionths lies below them.
+  // The f32 closest to five millionths is below them.
   EXPECT_EQ(Reals(5, {0.000004F, 0.000005F, 0.000006F, -0.00001F, 0.9999999F, 9.999996F, 7.5e-7F}),
             "0 0 .00001 -.00001 1 10 0 ");
   EXPECT_EQ(Reals(5, {12.3456F, 3.5277777F, 0.28346458F, -1234.5678F}),
@@ -64,13 +64,13 @@ TEST(WriteReal, HasEightOrNineDigits) {
   EXPECT_EQ(Reals(5, {kInfinity, -kInfinity, kNotANumber}), largest + " -" + largest + " 0 ");
 }
 
-TEST(WriteReal, WholeNumbersAreAsIntegersAre) {
+TEST(WriteReal, WritesWholeNumbersLikeIntegers) {
   for (int32_t whole = -70000; whole < 0x1000000; whole += whole < 70000 ? 1 : 4999) {
     ASSERT_EQ(Written(static_cast<float>(whole), kPointPrecision), std::to_string(whole));
   }
 }
 
-TEST(WriteReal, UnlimitedPrecisionGivesTheSameFloatBack) {
+TEST(WriteReal, UnlimitedPrecisionRoundTrips) {
   std::mt19937 random(5);
   for (int i = 0; i < 100000; ++i) {
     const auto value = std::bit_cast<float>(static_cast<uint32_t>(random()));

@@ -1,4 +1,4 @@
-// Pages, as another library reads them back from the saved file.
+// Pages, read back from the saved file with qpdf.
 #include "composition/page_writer.h"
 
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ class PageWriterTest : public testing::Test {
   std::optional<PageWriter> writer_{std::in_place};
 };
 
-TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
+TEST_F(PageWriterTest, KeepsStateAcrossPagesExceptPathClipAndOrigin) {
   writer_->BeginPage(1, 100, 200);
   writer_->SetOrigin(10, 20);
   writer_->SetStrokeColor({255, 0, 0}, BlendMode::kNormal);
@@ -53,7 +53,7 @@ TEST_F(PageWriterTest, StateSurvivesAPageAndPathsClipsAndOriginsDoNot) {
   writer_->FinishPage();
   DrawLine(7, 7, 8, 8);  // no page
   writer_->FinishPage();
-  writer_->BeginPage(9, 50, 60);  // the number runs ahead
+  writer_->BeginPage(9, 50, 60);  // beyond the last page
   DrawLine(1, 2, 3, 4);
   writer_->FinishPage();
   writer_->BeginPage(3, 50.5, 60);
@@ -84,7 +84,7 @@ int32_t Replay(std::vector<std::pair<uint8_t, void*>> records, PageWriter& write
   return ReplayCommands(list.data(), {}, nullptr, writer);
 }
 
-TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodes) {
+TEST_F(PageWriterTest, ReplaySkipsReservedOpcodes) {
   StartPageData page{.pageNumber = 1,
                      .width = 10,
                      .height = 10,
@@ -108,7 +108,7 @@ TEST_F(PageWriterTest, TheReplayPassesOverReservedOpcodes) {
   EXPECT_EQ(Saved().PageContents(0), expected);
 }
 
-TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
+TEST_F(PageWriterTest, SavesOnlyVisibleImages) {
   struct {
     BITMAPINFOHEADER header{};
     uint8_t palette[4] = {1, 2, 3, 4};
@@ -117,7 +117,7 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   raster.header.biHeight = 1;
   raster.header.biBitCount = 8;
   const uint8_t bits[4] = {};
-  // Gray, 1 x 1: as much of a JPEG as is read.
+  // A gray 1 x 1 JPEG, up to what is read of it.
   const std::vector<uint8_t> jpeg = {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0, 1, 0, 1,  1, 1,
                                      0x11, 0,    0xFF, 0xDA, 0, 8,  1, 1, 0, 0, 63, 0};
   const uint8_t plane[1] = {9};
@@ -130,8 +130,8 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   writer_->SetLinkTarget(u"x");
   place({5, 6, 3, 4});
   place({1, 2, 0, 4});
-  place({1, 2, 3, 1e-50});                         // 0 as a page's number
-  writer_->PlaceJpeg(plane, plane, {1, 2, 3, 4});  // no JPEG
+  place({1, 2, 3, 1e-50});                         // 0 as an f32
+  writer_->PlaceJpeg(plane, plane, {1, 2, 3, 4});  // not a JPEG
   writer_->SetLinkTarget(u"");
   writer_->FinishPage();
   place({1, 2, 3, 4});  // no page any more
@@ -141,11 +141,11 @@ TEST_F(PageWriterTest, OnlyImagesThatShowAreSaved) {
   EXPECT_EQ(std::ranges::count_if(saved.Objects(), isImage), 4);  // two, each with its mask
   EXPECT_EQ(saved.PageContents(0)[1],
             kHead + "q 3 0 0 4 5 6 cm /FXX1 Do Q\nq 3 0 0 4 5 6 cm /FXX2 Do Q\nQ\n");
-  // What doesn't show takes its place in a link all the same.
+  // Images that are not visible still extend a link.
   EXPECT_EQ(saved.Page(0).getKey("/Annots").getArrayItem(0).getKey("/Rect").unparse(), "[ 1 2 8 10 ]");
 }
 
-// A raster that can be encoded no more, has no pixels or has even lost its header.
+// A raster that cannot be encoded any more, has no pixels or has lost its header.
 class FadingRaster final : public RasterImage {
  public:
   const BITMAPINFOHEADER* GetImageHeader() override { return header.biBitCount == 0 ? nullptr : &header; }
@@ -161,7 +161,7 @@ class FadingRaster final : public RasterImage {
   bool hasPixels = true;
 };
 
-TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
+TEST_F(PageWriterTest, UnavailableRastersAreLeftOutOrEndTheReplay) {
   FadingRaster raster;
   const HostImageRecord image{&raster, 0, 0, 1, {}, 1};
   writer_->BeginPage(1, 10, 10);
@@ -187,8 +187,8 @@ TEST_F(PageWriterTest, RastersThatAreGoneAreLeftOutOrEndTheReplay) {
   EXPECT_FALSE(saved.Page(0).getKey("/Resources").hasKey("/XObject"));
 }
 
-// A page that is one long path, one of many strokes, and small ones.
-TEST_F(PageWriterTest, APlotIsTheSameWithAnyNumberOfThreads) {
+// A page with one long path, one with many strokes, and small ones.
+TEST_F(PageWriterTest, PlotIsTheSameForAnyNumberOfThreads) {
   const auto plot = [this](unsigned workers) {
     writer_->StartDocument(u"test", engine::Compression::kFast, workers);
     for (uint32_t page = 1; page <= 5; ++page) {

@@ -1,4 +1,4 @@
-// Arenas and records: chunk rules, the packed layouts, and what a job's opening and closing does to them.
+// Arenas and records: chunks, packed layouts, and the effect of opening and closing a job.
 #include "recording/command_list.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ class ArenaTest : public testing::Test {
   }
 };
 
-TEST_F(ArenaTest, ARecordTakesTheLast56BytesOfAChunkButNot55) {
+TEST_F(ArenaTest, RecordFitsTheLast56BytesOfAChunkButNot55) {
   const PlotCommand* first = AllocRecord();
   const ArenaChunk* chunk = recordArena.current;
   EXPECT_EQ(reinterpret_cast<const uint8_t*>(first), chunk->base);
@@ -38,7 +38,7 @@ TEST_F(ArenaTest, ARecordTakesTheLast56BytesOfAChunkButNot55) {
   EXPECT_EQ(recordArena.Room(), 0U);
 }
 
-TEST_F(ArenaTest, SideDataIsPackedAndALargeRequestGetsAChunkOfItsOwn) {
+TEST_F(ArenaTest, SideDataIsPackedAndLargeRequestsGetTheirOwnChunk) {
   const uint8_t* a = AllocSide(17);
   EXPECT_EQ(AllocSide(4), a + 17);
   const uint8_t* whole = AllocSide(kChunk);
@@ -57,7 +57,7 @@ TEST_F(ArenaTest, SideDataIsPackedAndALargeRequestGetsAChunkOfItsOwn) {
   EXPECT_EQ(sideArena.current->previous, nullptr);
 }
 
-TEST(Record, TheTwoTopBitsOfTheOpcodeByteCarryNothing) {
+TEST(Record, TopTwoBitsOfTheOpcodeByteAreIgnored) {
   PlotCommand record{};
   record.opcodeByte = 0x5B;
   EXPECT_EQ(record.OpcodeValue(), OP_MOVE_TO);
@@ -66,7 +66,7 @@ TEST(Record, TheTwoTopBitsOfTheOpcodeByteCarryNothing) {
   EXPECT_EQ(record.OpcodeValue(), OP_STROKE_PATH);
 }
 
-TEST(JobList, BeginsWithItsHeadAndASecondOpenKeepsOnlySideData) {
+TEST(JobList, StartsWithItsHeadAndASecondOpenKeepsOnlySideData) {
   RecordedDevice first;
   EXPECT_EQ(first.Job().head, first.Job().tail);
   EXPECT_EQ(first.Job().head->OpcodeValue(), OP_LIST_HEAD);

@@ -1,5 +1,4 @@
-// What whole plots do not show of pages, links, layers and texts: odd arguments, answers, and the path that
-// each call ends.
+// Entries for pages, links, layers and texts: unusual arguments, results, and the path that each call ends.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -32,9 +31,9 @@ class EntriesTest : public testing::Test {
   HostDevice* device_ = &plot_.device;
 };
 
-TEST_F(EntriesTest, APageTakesTheGivenRecordAndForgetsThePath) {
+TEST_F(EntriesTest, PageTakesTheGivenRecordAndDropsThePath) {
   DriverDevMode given = plot_.Settings();
-  given.dm.dmPaperSize = -7;  // no list holds it: the fields stay as given
+  given.dm.dmPaperSize = -7;  // not in any list: the fields stay as given
   given.paperWidth = 254;
   given.paperHeight = 508;
   plot_.Polyline({{1, 0}, {2, 0}});
@@ -45,13 +44,13 @@ TEST_F(EntriesTest, APageTakesTheGivenRecordAndForgetsThePath) {
   EXPECT_EQ(plot_.Job().pageCounter, 1U);
 
   given.paperWidth = 999;
-  given.dm.dmDriverExtra = 0;  // only the public part is taken over
+  given.dm.dmDriverExtra = 0;  // only the public part is copied
   DevStartPage(device_, &given);
   EXPECT_EQ(plot_.Settings().paperWidth, 254);
   EXPECT_EQ(plot_.Settings().dm.dmDriverExtra, 0);
 }
 
-TEST_F(EntriesTest, LinksGetASchemeWhereTheTargetTells) {
+TEST_F(EntriesTest, LinksGetASchemeForPathsAndWebAddresses) {
   for (const char16_t* target :
        {u"C:\\plans\\a.dwg", u"wWw.example.org", u"www:x", u"http://x", u"x:y", u"1:y", u"", u"w"}) {
     EXPECT_EQ(DevBeginLink(device_, target), 1);
@@ -63,7 +62,7 @@ TEST_F(EntriesTest, LinksGetASchemeWhereTheTargetTells) {
   EXPECT_EQ(DevBeginLink(nullptr, u"x"), 0);
 }
 
-TEST_F(EntriesTest, LayersAreRecordedWhenTheyChange) {
+TEST_F(EntriesTest, LayersAreRecordedOnChange) {
   const std::u16string longest(1023, u'x');
   EXPECT_EQ(DevSetLayer(device_, 7, u"Wall"), 1);
   EXPECT_EQ(DevSetLayer(device_, 0, u"Wall"), 1);
@@ -74,7 +73,7 @@ TEST_F(EntriesTest, LayersAreRecordedWhenTheyChange) {
   EXPECT_DEATH((void)DevSetLayer(device_, 0, (longest + u"x").c_str()), "");
 }
 
-TEST_F(EntriesTest, WhatRecordsNothingEndsThePathAllTheSame) {
+TEST_F(EntriesTest, CallsWithoutARecordStillEndThePath) {
   plot_.Settings().linksEnabled = 0;
   plot_.Settings().layersEnabled = 0;
   plot_.Settings().textAsGeometry = 1;
@@ -92,7 +91,7 @@ TEST_F(EntriesTest, WhatRecordsNothingEndsThePathAllTheSame) {
   EXPECT_THAT(results, ElementsAre(0, 1, 1, 0, 0, 0));
 }
 
-TEST_F(EntriesTest, TextsAnswerWhetherTheyWillShow) {
+TEST_F(EntriesTest, TextsReturnWhetherTheyAreVisible) {
   EXPECT_EQ(Text(u"a", kWidths, 1.000001), 1);
   EXPECT_EQ(Text(u"a", kWidths, 1.0001), 0);
   EXPECT_EQ(Text(u"", nullptr), 0);
@@ -110,7 +109,7 @@ std::u16string Reversed(std::u16string text) {
   return text;
 }
 
-TEST(ReverseRightToLeft, StretchesWithTheBlanksBehind) {
+TEST(ReverseRightToLeft, RunsIncludeTrailingBlanks) {
   EXPECT_EQ(Reversed(u"a\u05d0\u05d1 \u05d2 b"), u"a \u05d2 \u05d1\u05d0b");
   EXPECT_EQ(Reversed(u" \u05d0\u05d1 "), u"  \u05d1\u05d0");
   EXPECT_EQ(Reversed(u"\u05d0\u05d11\u05d2\u05d3"), u"\u05d1\u05d01\u05d3\u05d2");
@@ -119,8 +118,8 @@ TEST(ReverseRightToLeft, StretchesWithTheBlanksBehind) {
   EXPECT_EQ(Reversed(u""), u"");
 }
 
-TEST(ReverseRightToLeft, EndsOfTheRanges) {
-  // Two of a kind change places only when they are right-to-left.
+TEST(ReverseRightToLeft, RangesOfUnits) {
+  // Two right-to-left units change places; others do not.
   const auto swaps = [](char16_t unit) {
     const std::u16string text{unit, u'\u05d0'};
     return Reversed(text) != text;

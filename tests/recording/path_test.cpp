@@ -1,4 +1,4 @@
-// How geometry calls are stitched into path records.
+// How geometry calls are joined to path records.
 #include "recording/path.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace {
 
 using Points = std::vector<HT_Double_Point>;
 
-// Without a page started the printable height is 0, so records hold -y of the host's y.
+// Before a page is started the printable height is 0, so records hold the host's y negated.
 constexpr HT_Double_Point kA{10, 0};
 constexpr HT_Double_Point kB{20, -5};
 constexpr HT_Double_Point kC{30, -9};
@@ -26,13 +26,13 @@ class PathTest : public testing::Test {
 TEST_F(PathTest, PolylinesJoinAndLoneMovesBecomeDots) {
   const std::pair<std::vector<Points>, const char*> cases[] = {
       {{{kA, kB}, {kB, kC}}, "M 10 0, L 20 5, L 30 9, STROKE"},
-      {{{kA, kB}, {kC, kB}}, "M 10 0, L 20 5, L 30 9, STROKE"},                          // walked backwards
-      {{{kC, kA}, {kA, kB, kC, kA}}, "M 30 9, L 10 0, L 30 9, L 20 5, L 10 0, STROKE"},  // a ring too
+      {{{kA, kB}, {kC, kB}}, "M 10 0, L 20 5, L 30 9, STROKE"},                          // added backwards
+      {{{kC, kA}, {kA, kB, kC, kA}}, "M 30 9, L 10 0, L 30 9, L 20 5, L 10 0, STROKE"},  // also for a ring
       {{{kA, kB}, {{20.4, -5.4}, kC}}, "M 10 0, L 20 5, L 30 9, STROKE"},
       {{{kA, kB}, {{20.6, -5}, kC}}, "M 10 0, L 20 5, M 21 5, L 30 9, STROKE"},
       {{{kA}, {kB, kC}}, "M 10 0, L 10 0, M 20 5, L 30 9, STROKE"},
       {{{kA, kA}}, "M 10 0, L 10 0, STROKE"},
-      // The flag of that lone move outlives the flush; the replay drops the line to nowhere.
+      // loneMove is still set after that flush; the replay drops the line to infinity.
       {{{kB, kC}}, "L inf inf, M 20 5, L 30 9, STROKE"},
       {{{{0.5, -0.5}, {-0.5, 0.5}, {-0.6, 0.4}, {2.49, 0}}}, "M 1 1, L -1 -1, L -1 0, L 2 0, STROKE"},
   };
@@ -45,7 +45,7 @@ TEST_F(PathTest, PolylinesJoinAndLoneMovesBecomeDots) {
 
 TEST_F(PathTest, CurvesDoNotRound) {
   const Points curve = {{2.25, 0}, {3.5, -1.5}, {4.5, -2.5}, {5.25, -3.75}, {9, 9}, {8, 8}, {7, 7}};
-  DevPolyBezier(device_, curve.data(), 6);  // the last two points belong to no whole group
+  DevPolyBezier(device_, curve.data(), 6);  // the last two points are an incomplete group
   EXPECT_EQ(plot_.TakeRecords(), "M 2.25 0, C 3.5 1.5 4.5 2.5 5.25 3.75");
   plot_.Settings().keepFractions = 1;
   plot_.Polyline({{5.25, -3.75}, {6.5, -4.5}});
@@ -54,10 +54,10 @@ TEST_F(PathTest, CurvesDoNotRound) {
   const Points still(4, kA);
   EXPECT_EQ(DevPolyBezier(device_, still.data(), 4), 1);
   EXPECT_EQ(DevPolyBezier(device_, still.data(), 3), 1);
-  EXPECT_EQ(plot_.TakeRecords(), "M 10 0");  // a curve that goes nowhere is dropped
+  EXPECT_EQ(plot_.TakeRecords(), "M 10 0");  // a curve of a single point is dropped
 }
 
-TEST_F(PathTest, PolygonsStandAloneAndWaitForAFill) {
+TEST_F(PathTest, PolygonsAreSeparateAndWaitForAFill) {
   plot_.Polyline({kA, kB});
   const Points triangle = {kB, kC, kA};
   DevPolygon(device_, triangle.data(), 3);
@@ -76,14 +76,14 @@ TEST_F(PathTest, PolygonsStandAloneAndWaitForAFill) {
   EXPECT_EQ(plot_.TakeRecords(), "");
 }
 
-TEST_F(PathTest, AFillLeavesThePathPendingAndEndPathForgetsIt) {
+TEST_F(PathTest, FillLeavesThePathPendingAndEndPathDropsIt) {
   plot_.Polyline({kA, kB});
   DevFillPath(device_);
   DevEndPage(device_);
   EXPECT_EQ(plot_.TakeRecords(), "M 10 0, L 20 5, FILL 1, STROKE, ENDPAGE");
   plot_.Polyline({kA, kB});
   DevEndPath(device_);
-  plot_.Polyline({kB, kC});  // the very same point begins a subpath now
+  plot_.Polyline({kB, kC});  // the same point now starts a subpath
   EXPECT_EQ(plot_.TakeRecords(), "M 10 0, L 20 5, M 20 5, L 30 9");
 }
 
@@ -103,13 +103,13 @@ TEST_F(PathTest, ClipsOfAPage) {
   EXPECT_EQ(plot_.TakeRecords(), "M 10 0, L 20 5, L 30 9");
 
   DevStartPage(device_, nullptr);
-  DevSetClip(device_, &open);  // no quadrilateral: no effect, but it was the page's first
+  DevSetClip(device_, &open);  // not a quadrilateral: no effect, but it was the page's first clip
   EXPECT_EQ(plot_.TakeRecords(), "PAGE");
   DevSetClip(device_, &second);
   EXPECT_TRUE(plot_.TakeRecords().ends_with(", CLIP"));
 }
 
-TEST_F(PathTest, AnArcRunsFromItsFirstToItsSecondAngleSeenWithYUp) {
+TEST_F(PathTest, ArcRunsFromItsFirstToItsSecondAngleWithYUp) {
   const HT_Double_Point center{100, -100};
   EXPECT_EQ(DevArc(device_, &center, 40, 40, 0, 0, 1.5707963267948966), 1);
   const std::string records = plot_.TakeRecords();

@@ -5,7 +5,7 @@
 namespace hdi {
 namespace {
 
-// So many numbers of a record's side data.
+// The first `count` numbers of a record's side data.
 std::string Floats(const PlotCommand& record, size_t count) {
   std::string text;
   for (size_t i = 0; i < count; ++i) {
@@ -16,7 +16,7 @@ std::string Floats(const PlotCommand& record, size_t count) {
   return text;
 }
 
-// So many 16-bit units behind the layout `Data`. Tests record ASCII here.
+// The 16-bit units after the layout `Data`; tests record only ASCII.
 template <typename Data>
 std::string Units(const PlotCommand& record) {
   std::string text = " ";

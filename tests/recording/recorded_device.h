@@ -1,4 +1,4 @@
-// A device with an open job whose command list a test can read: entries record into the real arenas.
+// A device with an open job whose command list can be read. Entries record into the real arenas.
 #pragma once
 
 #include <string>
@@ -25,7 +25,7 @@ class RecordedDevice {
   [[nodiscard]] PlotJob& Job() { return *device.job; }
   [[nodiscard]] DriverDevMode& Settings() { return *driver.GetDevModePointer(); }
 
-  // The records since the last call as text, such as "M 1 2, L 3 4, STROKE".
+  // Returns the records since the last call as text, such as "M 1 2, L 3 4, STROKE".
   [[nodiscard]] std::string TakeRecords();
 
   int32_t Polyline(const std::vector<HT_Double_Point>& points) {
@@ -42,7 +42,7 @@ class RecordedDevice {
   };
 
   SilentWriter writer_;
-  PlotCommand* taken_ = nullptr;  // the last record that a test has seen
+  PlotCommand* taken_ = nullptr;  // the last record returned
 };
 
 }  // namespace hdi

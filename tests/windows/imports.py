@@ -1,4 +1,4 @@
-"""Reads what the Windows programs import and export, and the version of the driver.
+"""Checks the imports and exports of the Windows programs, and the driver's version.
 
 imports.py OBJDUMP DIRECTORY    the folder with PDF.hdi, HDIDriver.dll and hdiplot.exe
 """
@@ -11,7 +11,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-# What every Windows has, and the host's own library.
+# The libraries of every Windows system, and the host's own.
 SYSTEM = {"kernel32.dll", "user32.dll", "gdi32.dll", "advapi32.dll", "shell32.dll", "ole32.dll", "msvcrt.dll"}
 LIBRARY = {"hdidriver.dll"}
 IMPORTS = {
@@ -19,12 +19,12 @@ IMPORTS = {
     "HDIDriver.dll": SYSTEM,
     "hdiplot.exe": SYSTEM | {"windowscodecs.dll"} | LIBRARY,
 }
-# The head of VS_FIXEDFILEINFO: its signature, its own version, and that of the file, 4.0.0.0.
+# The start of VS_FIXEDFILEINFO: signature, structure version, and file version 4.0.0.0.
 VERSION = struct.pack("<IIII", 0xFEEF04BD, 0x00010000, 4 << 16, 0)
 
 
 def check_imports(name: str, headers: str) -> list[str]:
-    """What a file imports and should not."""
+    """Returns messages about unexpected imports of a file."""
     imported = {found.lower() for found in re.findall(r"DLL Name: (\S+)", headers)}
     messages = [f"{name} imports {library}" for library in sorted(imported - IMPORTS[name])]
     if "kernel32.dll" not in imported:
@@ -32,12 +32,12 @@ def check_imports(name: str, headers: str) -> list[str]:
     if name == "PDF.hdi" and not LIBRARY <= imported:
         messages.append(f"{name} does not import HDIDriver.dll")
     if not re.search(r"^Entry d 0+ 0+ Delay Import", headers, re.MULTILINE):
-        messages.append(f"{name} has imports that are loaded later")
+        messages.append(f"{name} has delay-loaded imports")
     return messages
 
 
 def check_exports(headers: str) -> list[str]:
-    """What is wrong with the one export of the driver."""
+    """Returns messages about the exports of the driver, which must be IT_Driver alone."""
     count = re.search(r"Export Address Table\s+([0-9a-f]{8})\n", headers)
     _, _, table = headers.partition("[Ordinal/Name Pointer] Table\n")
     names = re.findall(r"\] (\S+)$", table.partition("\n\n")[0], re.MULTILINE)
@@ -47,7 +47,7 @@ def check_exports(headers: str) -> list[str]:
 
 
 def main() -> int:
-    """Checks the three files; the exit status is 1 when there is a complaint."""
+    """Checks the three files; returns exit status 1 if there are messages."""
     objdump, directory = sys.argv[1], Path(sys.argv[2])
     messages = []
     for name in IMPORTS:
@@ -58,7 +58,7 @@ def main() -> int:
             messages += check_exports(headers)
     if VERSION not in (directory / "PDF.hdi").read_bytes():
         messages.append("PDF.hdi has no version resource, or another version")
-    print("\n".join([*messages, f"{len(IMPORTS)} files, {len(messages)} complaints"]))
+    print("\n".join([*messages, f"{len(IMPORTS)} files, {len(messages)} errors"]))
     return 1 if messages else 0
 
 

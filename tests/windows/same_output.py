@@ -1,9 +1,9 @@
-"""Plots with this machine's hdiplot and with the Windows one under Wine, and compares what comes out.
+"""Plots with the native hdiplot and with the Windows one under Wine, and compares the results.
 
 same_output.py HDIPLOT WINDOWS_HDIPLOT WINE DIRECTORY    the directory has traces and drawings
 
-Results of calls and everything in the PDFs must be the same, page streams byte for byte. Wine's font packager hands
-back whole fonts: of embedded ones the names, the look and the text that a reader finds are compared.
+Results of calls and everything in the PDFs must be the same, page streams byte for byte. Wine's font packager returns
+whole fonts, so embedded fonts are compared by name, by the rendered page and by the extracted text.
 """
 
 from __future__ import annotations
@@ -23,42 +23,42 @@ from typing import Any, Iterator
 
 RESOLUTION = "60"
 
-# What stands in for fonts that are not installed is each system's own choice. Here it is that of fonts.conf.
+# Substitutes for missing fonts are up to the system. This one is the choice of fonts.conf.
 SUBSTITUTES = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes"
 INTERFACE_FONT = ("/v", "MS Shell Dlg", "/d", "DejaVu Sans", "/f")
 
-# What is changed in sources or left out, as it cannot come out the same, with the reason.
+# Changes to sources for what cannot be the same, with the reason.
 EXCEPTIONS = {
-    "Wine tells no italic angle, so a face that leans of its own is slanted once more": [
+    "Wine reports no italic angle, so italic faces are slanted twice": [
         ('("lfItalic": )1', r"\g<1>0"),
         (r"(\\f[^;|]*(?:\|[^;|i]*)*\|i)1", r"\g<1>0"),
     ],
-    "What stands in for a font that nobody has": [('^.*"No Such Face".*$', "")],
-    "The packager hands a collection back whole, of which the engine takes the first font": [
+    "Substitutes for a missing font": [('^.*"No Such Face".*$', "")],
+    "The packager returns a whole collection, and the engine takes its first font": [
         ('^.*"lfFaceName": "(?:WenQuanYi Zen Hei Mono|文泉驛等寬正黑|文泉驿点阵正黑)".*$', "")
     ],
-    "The engine finds no characters in a font of symbols that nobody has packed": [('^.*"Wingdings".*$', "")],
+    "The engine finds no characters in an unpackaged symbol font": [('^.*"Wingdings".*$', "")],
 }
 
-# Text is white until there is a brush, and looks the same then whatever it is.
+# Text is white until a brush is set, and then white text looks the same whatever it says.
 STARTED_PAGE = re.compile('^.*"call": "DevStartPage".*$', re.MULTILINE)
 BLACK_BRUSH = '{"call": "DevSetBrush", "color": [0, 0, 0]}'
 
-# Entries of fonts that depend on how much of them is embedded.
+# Font entries that depend on how much of the font is embedded.
 FONT_DATA = ("/W", "/ToUnicode", "/FontFile2")
 SHOWN_CODES = re.compile(r"<(\w*)> Tj")
 DATE = re.compile(r'"u:D:\d{14}"')
-# Characters that share a glyph in many fonts. Which of them a code reads as depends on how much is embedded.
+# Characters that share a glyph in many fonts. Which of them a code maps to depends on how much is embedded.
 SHARED_GLYPHS = str.maketrans("\u00a0\u00ad\u037e", " -;")
 
 
 def run(*command: str) -> bytes:
-    """What a command prints; throws CalledProcessError when it fails."""
+    """Returns the standard output of a command; raises CalledProcessError if it fails."""
     return subprocess.run(command, stdout=subprocess.PIPE, check=True, timeout=120).stdout
 
 
 def document_lines(pdf: Path) -> Iterator[str]:
-    """Everything in a PDF but the data of fonts, by object; how many codes are shown stands for the codes."""
+    """Yields everything in a PDF except font data, by object; shown codes are replaced by their number."""
     read = run("qpdf", "--json=2", "--json-stream-data=inline", "--decode-level=generalized", str(pdf))
     objects: dict[str, Any] = json.loads(read)["qpdf"][1]
     values = [entry.get("value") for entry in objects.values()]
@@ -74,7 +74,7 @@ def document_lines(pdf: Path) -> Iterator[str]:
 
 
 def comparable(source: Path, directory: Path) -> Path:
-    """The source, or one in the directory that lacks what cannot come out the same and shows its text."""
+    """Returns the source, or a changed copy without what cannot be the same and with visible text."""
     text = changed = source.read_text(encoding="utf-8", errors="surrogateescape")
     for changes in EXCEPTIONS.values():
         for pattern, replacement in changes:
@@ -89,7 +89,7 @@ def comparable(source: Path, directory: Path) -> Path:
 
 
 def differences(source: Path, commands: list[list[str]], directory: Path) -> list[str]:
-    """What differs between the plots of a source by each of two commands."""
+    """Returns the differences between the plots of a source by two commands."""
     options = ["--results"] if source.suffix == ".jsonl" else ["--quiet"]
     pdf = directory / "plot.pdf"
     found = []
@@ -105,17 +105,17 @@ def differences(source: Path, commands: list[list[str]], directory: Path) -> lis
 
 
 def main() -> int:
-    """Compares the plots of all sources; the exit status is 1 when some differ."""
+    """Compares the plots of all sources; returns exit status 1 if some differ."""
     hdiplot, windows, wine, folder = sys.argv[1:]
     sources = sorted([*Path(folder).glob("*.jsonl"), *Path(folder).glob("*.dxf")])
     failed = 0
-    # As long as one program runs, others start fast.
+    # While one program runs, others start quickly.
     quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
     with subprocess.Popen([wine, "cmd"], stdin=subprocess.PIPE, **quiet):
         run(wine, "reg", "add", SUBSTITUTES, *INTERFACE_FONT)
         for source in sources:
             with tempfile.TemporaryDirectory() as directory:
-                # A user directory of its own keeps the papers and settings of whoever runs this out of it.
+                # A separate user directory keeps the caller's papers and settings out.
                 os.environ["HDI_USER_DIR"] = directory
                 changed = comparable(source.resolve(), Path(directory))
                 messages = differences(changed, [[hdiplot], [wine, windows]], Path(directory))

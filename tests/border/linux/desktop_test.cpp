@@ -1,5 +1,4 @@
-// What Linux alone has of the border: the module's symbols, the host's library in a test's place, the
-// desktop.
+// The border on Linux: the module's symbols, a replaced host library function, the desktop.
 #include <chrono>
 #include <cstdlib>
 #include <thread>
@@ -14,19 +13,19 @@ std::u16string askedFile;
 
 using DesktopTest = BorderTest;
 
-TEST_F(DesktopTest, ExportsOneSymbolOnly) {
+TEST_F(DesktopTest, ExportsOnlyOneSymbol) {
   EXPECT_EQ(std::system("test \"$(nm -D --defined-only '" HDI_DRIVER_PATH "' | cut -c18-)\" = 'T IT_Driver'"),
             0);
 }
 
-TEST_F(DesktopTest, ListFilesNameIsLowerCase) {
+TEST_F(DesktopTest, ListFileNameIsLowerCase) {
   sandbox.WriteList("[general]\n[A]\n");
   fs::rename(sandbox.App() / "pdf.ini", sandbox.App() / "PDF.ini");
   EXPECT_EQ(list.Create(), 1);
   EXPECT_EQ(list.Size(), 0U);
 }
 
-TEST_F(DesktopTest, CapabilitiesAreAskedOfTheFilesOfTheSection) {
+TEST_F(DesktopTest, CapabilitiesUseTheFilesOfTheSection) {
   const std::u16string app = (sandbox.App() / "").u16string();
   const std::u16string papers = (sandbox.User() / "p.ini").u16string();
   for (const auto& [keys, file] : {std::pair("PrivateFile=x.ini\n", u"x.ini"), {"", u"pdf.ini"}}) {
@@ -40,7 +39,7 @@ TEST_F(DesktopTest, CapabilitiesAreAskedOfTheFilesOfTheSection) {
   }
 }
 
-TEST_F(DesktopTest, OutputThatCannotBeReplacedLeavesEverythingAndSaysSo) {
+TEST_F(DesktopTest, OutputThatCannotBeReplacedIsReported) {
   fs::create_directory(sandbox.Out() / "taken.pdf");
   Device device(FirstDriver());
   device.Open();
@@ -54,7 +53,7 @@ TEST_F(DesktopTest, OutputThatCannotBeReplacedLeavesEverythingAndSaysSo) {
   EXPECT_EQ(device.Plot(sandbox.OutPath("free")), 1) << "the job was still open";
 }
 
-TEST_F(DesktopTest, ViewerIsStartedUnlessItIsTurnedOff) {
+TEST_F(DesktopTest, ViewerIsStartedUnlessTurnedOff) {
   const Driver driver = FirstDriver();
   for (const auto& [name, open] :
        {std::pair("quiet.pdf", int64_t{0}), {"with blank; $HOME.pdf", int64_t{1}}}) {
@@ -73,7 +72,7 @@ TEST_F(DesktopTest, ViewerIsStartedUnlessItIsTurnedOff) {
 }  // namespace
 }  // namespace border
 
-// Stands before the host library's own in what the module is bound to.
+// Preempts the host library's function for the module.
 extern "C" __attribute__((visibility("default"))) int32_t HT_DefaultDeviceCapabilities(uint16_t capability,
                                                                                        char* output,
                                                                                        const void* devMode,

@@ -1,5 +1,5 @@
-// What a host plots through positions and byte offsets alone, as it stands in the saved document: no two
-// positions and no two fields can change places unseen.
+// A page plotted through positions and byte offsets alone, checked in the saved document, so that no two
+// positions or fields can be swapped unnoticed.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -29,13 +29,13 @@ constexpr std::array<Point, 4> kCurve = {{{10, 10}, {20, 30}, {40, 50}, {60, 70}
 constexpr std::array<Point, 4> kSquare = {{{10, 10}, {90, 10}, {90, 80}, {10, 80}}};
 constexpr std::array<Point, 5> kLineAndTriangle = {{{13, 14}, {15, 16}, {17, 18}, {19, 20}, {21, 22}}};
 
-// 144 dots an inch, so that a dot is half a point, on a sheet whose six lengths all differ. The printable
-// area is 288 dots high.
+// 144 dots an inch, so a dot is half a point, on a sheet whose six lengths differ. The printable area is 288
+// dots high.
 class PageTest : public BorderTest {
  protected:
   PageTest() {
     uint8_t* record = driver.Settings();
-    WriteAt<int16_t>(record, kPaperChoice, -7);  // which no list holds: the sheet stays as it is
+    WriteAt<int16_t>(record, kPaperChoice, -7);  // not in any list: the sheet stays as it is
     WriteAt<int16_t>(record, kPrintQuality, 144);
     WriteAt(record, kWidth, std::array<int32_t, 6>{2540, 1270, 127, 254, 381, 508});
     WriteAt<uint32_t>(record, kBackground, 0x00003366);
@@ -57,14 +57,14 @@ class PageTest : public BorderTest {
                        0.5);
   }
   void Start() { EXPECT_EQ(device.StartDocument(path.c_str()), 1); }
-  // The first page of the document, which is saved now.
+  // Saves the document and returns its first page.
   QPDFObjectHandle SavedPage() {
     EXPECT_EQ(device.EndDocument(), 1);
     pdf = std::make_unique<QPDF>();
     pdf->processFile(std::filesystem::path(path).c_str());
     return pdf->getAllPages().at(0);
   }
-  // Without the codes of texts, which the subset of the font gives.
+  // Without the codes of texts, which depend on the font subset.
   static std::string ContentOf(const QPDFObjectHandle& page) {
     std::string content;
     Pl_String text("content", nullptr, content);
@@ -74,7 +74,7 @@ class PageTest : public BorderTest {
     }
     return content;
   }
-  // What a path of keys and indexes leads to.
+  // The value at a path of keys and indexes.
   static std::string ValueAt(QPDFObjectHandle object, const std::string& path) {
     std::istringstream steps(path);
     for (std::string step; std::getline(steps, step, '/');) {
@@ -90,7 +90,7 @@ class PageTest : public BorderTest {
   std::unique_ptr<QPDF> pdf;
 };
 
-TEST_F(PageTest, EachPositionAnswersAndDraws) {
+TEST_F(PageTest, EachPositionReturnsAndDraws) {
   const ClipNode second = {2, nullptr, 3, kLineAndTriangle.data()};
   const ClipNode first = {0, &second, 4, kSquare.data()};
   const uint32_t counts[] = {2, 3};
@@ -102,7 +102,7 @@ TEST_F(PageTest, EachPositionAnswersAndDraws) {
   struct Row {
     const char* answers;  // without a job, without an output, in a document
     std::function<int32_t()> call;
-    size_t option = kRecordSize;  // of the record, which is set before
+    size_t option = kRecordSize;  // set in the record before the call
     int32_t value = 0;
   };
   const Row rows[] = {
@@ -196,7 +196,7 @@ TEST_F(PageTest, EachPositionAnswersAndDraws) {
   };
   for (const auto& [steps, value] : values) EXPECT_EQ(ValueAt(page, steps), value) << steps;
   EXPECT_EQ(page.getKey("/Annots").getArrayNItems(), 2);
-  EXPECT_EQ(coloured.alive, 0) << "what a host encodes goes back to it";
+  EXPECT_EQ(coloured.alive, 0) << "encodings are freed";
 }
 
 std::string LocalDate() {

@@ -1,4 +1,4 @@
-// On Linux a companion's parent is the window handle itself.
+// On Linux the parent is the window handle itself.
 #include "tests/border/parent.h"
 
 namespace border {

@@ -1,4 +1,4 @@
-// The platform's side of the tests on Linux: the desktop is made of scripts at the head of the path.
+// Platform functions of the tests on Linux. The desktop consists of scripts at the front of PATH.
 #include "tests/border/system.h"
 
 #include <dlfcn.h>
