@@ -18,8 +18,6 @@ PointData CurrentPoint(const PlotJob& job) {
   return {static_cast<float>(job.currentX), static_cast<float>(job.currentY)};
 }
 
-float Narrow(double value) { return static_cast<float>(value); }
-
 }  // namespace
 
 float RoundToDot(float value) {

@@ -10,6 +10,9 @@
 
 namespace hdi {
 
+// Records hold coordinates as f32.
+[[nodiscard]] inline float Narrow(double value) { return static_cast<float>(value); }
+
 // Rounds a coordinate to whole dots, halves away from zero, as f64 arithmetic would.
 [[nodiscard]] float RoundToDot(float value);
 

@@ -9,8 +9,6 @@
 namespace hdi {
 namespace {
 
-float Narrow(double value) { return static_cast<float>(value); }
-
 // Does not flush: the paint record must directly follow the open path.
 int32_t PaintPath(HostDevice* device, Opcode opcode) {
   PlotJob* job = JobOf(device);
