@@ -13,7 +13,7 @@ uint32_t Layers::GetLayerGroup(uint32_t page, std::u16string_view name) {
   if (name.empty()) return 0;
   if (page == lastPage_ && name == lastName_) return lastGroup_;
 
-  std::u16string nameAskedFor(name);
+  std::u16string requested(name);
   PageLayers& layers = pageLayers_[page];
   auto entry = layers.groups.find(name);
   if (entry == layers.groups.end()) entry = layers.groups.emplace(name, 0).first;
@@ -25,7 +25,7 @@ uint32_t Layers::GetLayerGroup(uint32_t page, std::u16string_view name) {
     names.insert(std::ranges::lower_bound(names, name), entry->first);
     ++groupCount_;
   }
-  lastName_ = std::move(nameAskedFor);
+  lastName_ = std::move(requested);
   lastPage_ = page;
   lastGroup_ = entry->second;
   return lastGroup_;

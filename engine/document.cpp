@@ -118,7 +118,7 @@ std::unique_ptr<Page> Document::NewPage(int index, double width, double height) 
     return std::make_unique<Page>(std::move(page));
   } catch (const std::bad_alloc&) {
     RemoveNewPage(pdf, index, pages);
-    RemoveObjectsBehind(pdf, lastObject);
+    RemoveObjectsAfter(pdf, lastObject);
     throw;
   }
 }

@@ -17,7 +17,7 @@ inline void RemoveObject(CPDF_Document& document, uint32_t number) noexcept {
 }
 
 // Removes all objects with numbers above `last`.
-inline void RemoveObjectsBehind(CPDF_Document& document, uint32_t last) noexcept {
+inline void RemoveObjectsAfter(CPDF_Document& document, uint32_t last) noexcept {
   for (uint32_t number = document.GetLastObjNum(); number > last; --number) {
     document.DeleteIndirectObject(number);
   }
@@ -31,7 +31,7 @@ class NewObjects {
   NewObjects(const NewObjects&) = delete;
   NewObjects& operator=(const NewObjects&) = delete;
   ~NewObjects() {
-    if (!areKept_) RemoveObjectsBehind(document_, last_);
+    if (!areKept_) RemoveObjectsAfter(document_, last_);
   }
 
   void Keep() noexcept { areKept_ = true; }

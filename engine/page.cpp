@@ -95,12 +95,12 @@ void Page::SetContents(const std::shared_ptr<const char[]>& owner, std::string_v
   document.pending.push_back({stream, std::move(implementation_->contents)});
 }
 
-void Page::WrapContents(std::string_view before, std::string_view behind) {
+void Page::WrapContents(std::string_view before, std::string_view after) {
   CPDF_Document& document = implementation_->Pdf();
   const auto array = ContentsArray(*implementation_->page->GetMutableDict(), document);
   if (array == nullptr) return;
   array->InsertNewAt<CPDF_Reference>(0, &document, AddPlainStream(document, before));
-  array->AppendNew<CPDF_Reference>(&document, AddPlainStream(document, behind));
+  array->AppendNew<CPDF_Reference>(&document, AddPlainStream(document, after));
 }
 
 void Page::PrependContents(std::string_view bytes) {
@@ -205,7 +205,7 @@ void Page::Attempt::Undo() noexcept {
     for (const auto& [category, all] : page_.resources) resources->RemoveFor(CategoryKey(category));
   }
   page_.KeepFirstAnnotations(annotations_);
-  RemoveObjectsBehind(page_.Pdf(), lastObject_);
+  RemoveObjectsAfter(page_.Pdf(), lastObject_);
 }
 
 std::string NumberText(float value) {

@@ -58,7 +58,7 @@ class Page {
   // Appends the last piece, makes the stream the page's contents and adds all resources named so far.
   void SetContents(const std::shared_ptr<const char[]>& owner, std::string_view bytes);
   // Adds a stream before and one after the page's contents. Does nothing for a page without contents.
-  void WrapContents(std::string_view before, std::string_view behind);
+  void WrapContents(std::string_view before, std::string_view after);
   // Adds a stream before the page's contents. Does nothing for a page without contents.
   void PrependContents(std::string_view bytes);
 

@@ -87,14 +87,14 @@ void Profile::Parse(std::string_view bytes) {
   while (!bytes.empty()) {
     size_t at = 0;
     while (at + unit <= bytes.size() && bytes.substr(at, unit) != feed) at += unit;
-    size_t behind = at + unit;
-    if (behind > bytes.size()) at = behind = bytes.size();  // the last line has no line ending
-    if (behind > at && at >= unit && bytes.substr(at - unit, unit) == carriageReturn) at -= unit;
+    size_t next = at + unit;
+    if (next > bytes.size()) at = next = bytes.size();  // the last line has no line ending
+    if (next > at && at >= unit && bytes.substr(at - unit, unit) == carriageReturn) at -= unit;
     Line line = ReadLine(Decode(bytes.substr(0, at)));
     line.text = bytes.substr(0, at);
-    line.end = bytes.substr(at, behind - at);
+    line.end = bytes.substr(at, next - at);
     lines_.push_back(std::move(line));
-    bytes.remove_prefix(behind);
+    bytes.remove_prefix(next);
   }
 }
 
@@ -191,10 +191,9 @@ void Profile::Insert(size_t position, Line line) {
 bool Profile::RemoveSection(std::u16string_view section) {
   const std::optional<size_t> head = FindSection(section);
   if (!head) return false;
-  size_t behind = LastOfSection(*head) + 1;
-  if (behind < lines_.size() && lines_[behind].text.empty()) ++behind;  // the blank line between two sections
-  lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(*head),
-               lines_.begin() + static_cast<ptrdiff_t>(behind));
+  size_t end = LastOfSection(*head) + 1;
+  if (end < lines_.size() && lines_[end].text.empty()) ++end;  // the blank line between two sections
+  lines_.erase(lines_.begin() + static_cast<ptrdiff_t>(*head), lines_.begin() + static_cast<ptrdiff_t>(end));
   return true;
 }
 

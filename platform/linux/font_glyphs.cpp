@@ -192,9 +192,9 @@ void FontGlyphs::Measure() {
   if (lowest >= 0) lowest = face->descender;
   // sCapHeight exists from version 2 on.
   const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
-  const bool isTold = os2 != nullptr && os2->version != 0xFFFF && os2->version >= 2 && os2->sCapHeight > 0 &&
-                      os2->sCapHeight < 2 * face->units_per_EM;
-  if (isTold) capital = os2->sCapHeight;
+  const bool hasCapHeight = os2 != nullptr && os2->version != 0xFFFF && os2->version >= 2 &&
+                            os2->sCapHeight > 0 && os2->sCapHeight < 2 * face->units_per_EM;
+  if (hasCapHeight) capital = os2->sCapHeight;
   if (capital > 0) capHeight_ = capital / unitsPerEm_;
   if (highest > 0) ascent_ = highest / unitsPerEm_;
   if (lowest < 0) descent_ = lowest / unitsPerEm_;

@@ -66,9 +66,9 @@ const SystemFace* FirstCovering(const FontRequest& request, const std::vector<co
 Selection Select(const FontRequest& request) {
   Selection selection;
   selection.face = PickByName(request);
-  const bool serves = selection.face != nullptr &&
-                      (!request.AsksForCharSet() || CoversCharacterSet(selection.face->Pattern(), request));
-  if (serves) return selection;
+  const bool isUsable = selection.face != nullptr &&
+                        (!request.AsksForCharSet() || CoversCharacterSet(selection.face->Pattern(), request));
+  if (isUsable) return selection;
   selection.order = SortFaces(request);
   if (const SystemFace* covering = FirstCovering(request, selection.order)) {
     selection.face = covering;
