@@ -22,6 +22,11 @@ struct Vec2 {
 [[nodiscard]] inline Vec2 TurnedLeft(Vec2 a) { return {-a.y, a.x}; }
 [[nodiscard]] inline Vec2 Between(Vec2 a, Vec2 b, double part) { return a + (b - a) * part; }
 [[nodiscard]] inline bool IsFinite(Vec2 a) { return std::isfinite(a.x) && std::isfinite(a.y); }
+// The zero vector stays as it is.
+[[nodiscard]] inline Vec2 Unit(Vec2 a) {
+  const double length = Length(a);
+  return length > 0 ? a * (1 / length) : Vec2{};
+}
 // The unit vector at `angle` radians.
 [[nodiscard]] inline Vec2 Direction(double angle) { return {std::cos(angle), std::sin(angle)}; }
 
@@ -59,6 +64,11 @@ struct Box {
     return Empty() ? 0 : std::max({std::abs(low.x), std::abs(low.y), std::abs(high.x), std::abs(high.y)});
   }
 
+  // Whether `p` lies in the box or within `around` of it.
+  [[nodiscard]] bool Contains(Vec2 p, double around = 0) const {
+    return p.x >= low.x - around && p.x <= high.x + around && p.y >= low.y - around && p.y <= high.y + around;
+  }
+
   // Adds the square of half side `around` about `p`. Ignores a point that is not finite.
   void Add(Vec2 p, double around = 0) {
     if (!IsFinite(p)) return;
@@ -66,12 +76,5 @@ struct Box {
     high = {std::max(high.x, p.x + around), std::max(high.y, p.y + around)};
   }
 };
-
-template <typename Points>
-[[nodiscard]] Box BoxOf(const Points& points) {
-  Box box;
-  for (const Vec2 point : points) box.Add(point);
-  return box;
-}
 
 }  // namespace hdiplot

@@ -32,12 +32,21 @@ struct Affine {
     return difference <= 1e-6 * LargestScale();
   }
 
+  // Must have a determinant.
+  [[nodiscard]] Affine Inverse() const {
+    const double area = Determinant();
+    return {d / area, -b / area, -c / area, a / area, (c * f - d * e) / area, (b * e - a * f) / area};
+  }
+
+  // Takes (1, 0) to `right`, (0, 1) to `up`, and then the origin to `origin`.
+  [[nodiscard]] static Affine OfAxes(Vec2 right, Vec2 up, Vec2 origin) {
+    return {right.x, right.y, up.x, up.y, origin.x, origin.y};
+  }
   [[nodiscard]] static Affine Translation(Vec2 by) { return {1, 0, 0, 1, by.x, by.y}; }
   [[nodiscard]] static Affine Scaling(double x, double y) { return {x, 0, 0, y, 0, 0}; }
   [[nodiscard]] static Affine Rotation(double angle) {
-    const double cosine = std::cos(angle);
-    const double sine = std::sin(angle);
-    return {cosine, sine, -sine, cosine, 0, 0};
+    const Vec2 right = hdiplot::Direction(angle);
+    return OfAxes(right, TurnedLeft(right), {});
   }
 };
 

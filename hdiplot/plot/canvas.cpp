@@ -17,51 +17,18 @@ constexpr uint32_t kCommentFlags = 0;
 
 hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
 
-struct Segment {
-  Vec2 from;
-  Vec2 to;
-};
-
-// The part of `segment` with `coordinate` from -limit to limit; none when it lies beyond.
-std::optional<Segment> Clipped(const Segment& segment, double Vec2::*coordinate, double limit) {
-  const double from = segment.from.*coordinate;
-  const double to = segment.to.*coordinate;
-  if ((from > limit && to > limit) || (from < -limit && to < -limit)) return std::nullopt;
-  const auto within = [&](Vec2 p) {
-    const double bound = std::clamp(p.*coordinate, -limit, limit);
-    if (p.*coordinate == bound) return p;
-    Vec2 at = Between(segment.from, segment.to, (bound - from) / (to - from));
-    at.*coordinate = bound;
-    return at;
-  };
-  return Segment{within(segment.from), within(segment.to)};
+std::vector<hdi::HT_Double_Point> HostRing(const Ring& ring) {
+  std::vector<hdi::HT_Double_Point> points;
+  points.reserve(ring.size());
+  for (const Vec2& p : ring) points.push_back(HostPoint(p));
+  return points;
 }
 
-ClipRing RingAround(const Box& box) {
-  return {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
-}
+Box BoxOf(const Sheet& sheet) { return {{0, 0}, {sheet.width, sheet.height}}; }
 
-Box BoxOf(const ClipArea& area) {
-  Box box;
-  for (const ClipRing& ring : area) {
-    for (const Vec2& p : ring) box.Add(p);
-  }
-  return box;
-}
-
-ClipRing SheetRing(const Sheet& sheet) {
-  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
-}
-
-std::vector<hdi::HT_Double_Point> SheetCorners(const Sheet& sheet) {
-  return {{0, 0}, {sheet.width, 0}, {sheet.width, sheet.height}, {0, sheet.height}};
-}
-
-// Of an area that nothing on the sheet sticks out of.
-std::vector<hdi::HT_Double_Point> CornersAround(const Sheet& sheet) {
-  const double right = 2 * sheet.width;
-  const double down = 2 * sheet.height;
-  return {{-sheet.width, -sheet.height}, {right, -sheet.height}, {right, down}, {-sheet.width, down}};
+// Larger than all that shows on the sheet.
+Box BoxAround(const Sheet& sheet) {
+  return {{-sheet.width, -sheet.height}, {2 * sheet.width, 2 * sheet.height}};
 }
 
 }  // namespace
@@ -136,7 +103,7 @@ void Canvas::LinkArea(const std::string& target, const Box& area) {
   UseFill({});
   BeginLink(target);
   BeginRing();
-  for (const Vec2& p : RingAround(seen)) RingPoint(p);
+  for (const Vec2& p : CornersOf(seen)) RingPoint(p);
   FillRings(hdi::kFillWinding);
   EndLink();
 }
@@ -162,8 +129,7 @@ void Canvas::Dot(Vec2 at) {
 void Canvas::Line(Vec2 from, Vec2 to) {
   std::optional<Segment> line = Segment{from, to};
   if (!IsPlottable(from) || !IsPlottable(to)) {
-    line = IsFinite(to - from) ? Clipped(*line, &Vec2::x, kFarthest) : std::nullopt;
-    if (line) line = Clipped(*line, &Vec2::y, kFarthest);
+    line = IsFinite(to - from) ? ClippedToSquare(*line, kFarthest) : std::nullopt;
   }
   if (!line) {
     NoteMissing();
@@ -226,26 +192,26 @@ Vec2 Canvas::OnWholeDot(Vec2 p) const {
 }
 
 void Canvas::ClipToSheet() {
-  clips_ = {{SheetRing(sheet_)}};
+  clips_ = {{CornersOf(BoxOf(sheet_))}};
   SetClip(clips_.back());
 }
 
-ClipArea Canvas::WithinClips(const ClipArea& area) const {
-  ClipArea within = clips_.empty() ? area : Common(area, clips_.back());
-  std::erase_if(within, [](const ClipRing& ring) { return ring.size() < 3; });
+Area Canvas::WithinClips(const Area& area) const {
+  Area within = clips_.empty() ? area : Common(area, clips_.back());
+  std::erase_if(within, [](const Ring& ring) { return ring.size() < 3; });
   return within;
 }
 
-bool Canvas::ClipTo(const ClipArea& area) {
-  const ClipArea within = WithinClips(area);
+bool Canvas::ClipTo(const Area& area) {
+  const Area within = WithinClips(area);
   if (!within.empty()) SetClip(within);
   return !within.empty();
 }
 
-void Canvas::Unclip() { SetClip(clips_.empty() ? ClipArea() : clips_.back()); }
+void Canvas::Unclip() { SetClip(clips_.empty() ? Area() : clips_.back()); }
 
-bool Canvas::BeginView(const ClipArea& area) {
-  ClipArea within = WithinClips(area);
+bool Canvas::BeginView(const Area& area) {
+  Area within = WithinClips(area);
   if (within.empty()) return false;
   clips_.push_back(std::move(within));
   Unclip();
@@ -258,16 +224,13 @@ void Canvas::EndView() {
 }
 
 // The driver takes the first clip of a page for the page's own, and any later one for a clip.
-void Canvas::SetClip(const ClipArea& area) {
-  const std::vector<std::vector<hdi::HT_Double_Point>> page{SheetCorners(sheet_)};
+void Canvas::SetClip(const Area& area) {
+  const std::vector<std::vector<hdi::HT_Double_Point>> page{HostRing(CornersOf(BoxOf(sheet_)))};
   if (!hasPageClip_) device_.SetClip(page);
   hasPageClip_ = true;
   std::vector<std::vector<hdi::HT_Double_Point>> polygons;
-  for (const ClipRing& ring : area) {
-    polygons.emplace_back();
-    for (const Vec2& p : ring) polygons.back().push_back(HostPoint(p));
-  }
-  if (polygons.empty()) polygons.push_back(CornersAround(sheet_));
+  for (const Ring& ring : area) polygons.push_back(HostRing(ring));
+  if (polygons.empty()) polygons.push_back(HostRing(CornersOf(BoxAround(sheet_))));
   device_.SetClip(polygons);
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "hdiplot/device/plot_device.h"
-#include "hdiplot/geometry/clip_area.h"
+#include "hdiplot/geometry/clipping.h"
 #include "hdiplot/geometry/curves.h"
 #include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/page_setup.h"
@@ -105,10 +105,10 @@ class Canvas {
   void ClipToSheet();
   // Keeps what follows, up to Unclip, within the area, and within the view and the sheet as before. False
   // when nothing of it is there; then there is no clip to end.
-  [[nodiscard]] bool ClipTo(const ClipArea& area);
+  [[nodiscard]] bool ClipTo(const Area& area);
   void Unclip();
   // The same for all that follows up to EndView, with other clips in between.
-  [[nodiscard]] bool BeginView(const ClipArea& area);
+  [[nodiscard]] bool BeginView(const Area& area);
   void EndView();
 
   // An image, which must live until the device's EndDoc.
@@ -136,8 +136,8 @@ class Canvas {
 
   void SetPen(const Pen& pen);
   [[nodiscard]] Box Seen(const Box& area) const;
-  [[nodiscard]] ClipArea WithinClips(const ClipArea& area) const;
-  void SetClip(const ClipArea& area);
+  [[nodiscard]] Area WithinClips(const Area& area) const;
+  void SetClip(const Area& area);
   void UseFillMode(uint32_t mode);
   void CloseRing();
   void FlushPathPart();
@@ -155,7 +155,7 @@ class Canvas {
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
   bool hasPageClip_ = false;
-  std::vector<ClipArea> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
+  std::vector<Area> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
   bool isMissing_ = false;
 };
 

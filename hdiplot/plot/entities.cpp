@@ -113,7 +113,7 @@ void EntityPlotter::DrawPointFigure(Vec2 at) {
     default:
       canvas_.Dot(at);
   }
-  if (scale_.pointMode & kCircle) canvas_.Arc({at, {half, 0}, {0, half}, 0, kWholeTurn});
+  if (scale_.pointMode & kCircle) canvas_.Arc(CircularArc(at, half, {0, kWholeTurn}));
   if (scale_.pointMode & kSquare) {
     const Vec2 corner{half, half};
     const Vec2 other{half, -half};
@@ -141,10 +141,9 @@ void EntityPlotter::Draw(const FaceEntity& face) {
 void EntityPlotter::Draw(const ViewportEntity& viewport) {
   if (!viewport.clip.empty()) return;
   UseStyle();
-  points_.clear();
-  for (const Vec2& p : FrameOf(viewport)) points_.push_back(map_(p));
-  points_.push_back(points_.front());
-  canvas_.Polyline(points_);
+  Ring frame = Mapped(FrameOf(viewport), map_);
+  frame.push_back(frame.front());
+  canvas_.Polyline(frame);
 }
 
 void EntityPlotter::Draw(const TextEntity& text) { DrawText(texts_.Set(text)); }

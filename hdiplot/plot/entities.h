@@ -2,8 +2,8 @@
 #pragma once
 
 #include "hdiplot/model/drawing.h"
+#include "hdiplot/plot/boundaries.h"
 #include "hdiplot/plot/canvas.h"
-#include "hdiplot/plot/hatch_boundary.h"
 #include "hdiplot/plot/image_plotter.h"
 #include "hdiplot/plot/polyline_plotter.h"
 #include "hdiplot/plot/styles.h"

@@ -33,14 +33,6 @@ int Difference(Rgb a, Rgb b) {
   return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
 }
 
-// The other way round: from the drawing to where (1, 0) is the gradient's right and (0, 1) its up.
-Affine Inverse(const Affine& map) {
-  const double area = map.Determinant();
-  return {map.d / area, -map.b / area, -map.c / area, map.a / area, 0, 0};
-}
-
-Ring Rectangle(Vec2 low, Vec2 high) { return {low, {high.x, low.y}, high, {low.x, high.y}}; }
-
 // With a gable, as readers that fit rectangles to whole pixels would lay one over its neighbours.
 Ring Strip(Vec2 low, Vec2 high) {
   const double top = high.y + (high.y - low.y) / 8;
@@ -49,7 +41,7 @@ Ring Strip(Vec2 low, Vec2 high) {
 
 Ring Disc(Vec2 center, double radius, double tolerance) {
   Ring ring;
-  AppendFlattened(ConicArc{center, {radius, 0}, {0, radius}, 0, kWholeTurn}, tolerance, ring);
+  AppendFlattened(CircularArc(center, radius, {0, kWholeTurn}), tolerance, ring);
   return ring;
 }
 
@@ -129,11 +121,9 @@ std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, s
 
 std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vector<Ring>& rings, size_t count,
                                  double tolerance) {
-  const Vec2 right = gradient.right;
-  const Vec2 up = gradient.up;
-  const Affine toDrawing{right.x, right.y, up.x, up.y, 0, 0};
+  const Affine toDrawing = Affine::OfAxes(gradient.right, gradient.up, {});
   if (std::abs(toDrawing.Determinant()) < 1e-6) return {};
-  const Affine fromDrawing = Inverse(toDrawing);
+  const Affine fromDrawing = toDrawing.Inverse();
   Box box;
   for (const Ring& ring : rings) {
     for (const Vec2& p : ring) box.Add(fromDrawing(p));
@@ -143,17 +133,13 @@ std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vecto
   // The outline of the first area, and sides that areas share, are to show nowhere. Readers that draw all
   // things at least a pixel wide would show those sides once for each band.
   const Vec2 room = (box.high - box.low) * 0.5;
-  Box around;
-  around.Add(box.low - room);
-  around.Add(box.high + room);
-  std::vector<Ring> outlines{Rectangle(around.low, around.high)};
+  const Box around{box.low - room, box.high + room};
+  std::vector<Ring> outlines{CornersOf(around)};
   const Nesting nesting(gradient, box, around, tolerance);
   for (size_t i = 1; i < count; ++i) {
     outlines.push_back(nesting.AreaFrom(static_cast<double>(i) / static_cast<double>(count)));
   }
-  for (Ring& outline : outlines) {
-    for (Vec2& p : outline) p = toDrawing(p);
-  }
+  for (Ring& outline : outlines) outline = Mapped(std::move(outline), toDrawing);
   return outlines;
 }
 
@@ -161,7 +147,7 @@ void FillBands(Canvas& canvas, const GradientBands& bands, const std::vector<Rin
                const Affine& map) {
   std::vector<Ring> onPaper = rings;
   for (Ring& ring : onPaper) {
-    for (Vec2& p : ring) p = map(p);
+    ring = Mapped(std::move(ring), map);
     if (std::erase_if(ring, [](Vec2 p) { return !Canvas::IsPlottable(p); }) > 0) canvas.NoteMissing();
   }
   if (!canvas.ClipTo(EvenOddArea(onPaper))) return;

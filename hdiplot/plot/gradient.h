@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "hdiplot/model/drawing.h"
+#include "hdiplot/plot/boundaries.h"
 #include "hdiplot/plot/canvas.h"
-#include "hdiplot/plot/hatch_boundary.h"
 #include "hdiplot/plot/styles.h"
 
 namespace hdiplot {

@@ -16,66 +16,66 @@ double PeriodOf(const std::vector<double>& dashes) {
 
 const std::vector<PatternPiece>& PatternCutter::Cut(const HatchPatternLine& family) {
   pieces_.clear();
-  const Frame frame = FrameOf(family);
-  const int64_t step = LineStep(frame);
+  const Axes axes = AxesOf(family);
+  const int64_t step = LineStep(axes);
   if (step == 0) return pieces_;
   double period = PeriodOf(family.dashes);
   if (!(period > limits_.shortestPattern)) period = 0;  // continuous
 
-  FindCrossings(frame, step);
+  FindCrossings(axes, step);
   Thin(family.dashes, period, step);
   // A polygon is crossed an even number of times by every line: pairs bound what lies inside.
   for (size_t i = 0; i + 1 < crossings_.size(); i += 2) {
-    CutLine(frame, family.dashes, period, crossings_[i].line, crossings_[i].along, crossings_[i + 1].along);
+    CutLine(axes, family.dashes, period, crossings_[i].line, crossings_[i].along, crossings_[i + 1].along);
   }
   return pieces_;
 }
 
-PatternCutter::Frame PatternCutter::FrameOf(const HatchPatternLine& family) {
-  Frame frame;
-  frame.direction = {std::cos(family.angle), std::sin(family.angle)};
-  frame.origin = family.base;
-  frame.spacing = Cross(frame.direction, family.offset);
-  frame.shift = Dot(frame.direction, family.offset);
-  if (frame.spacing < 0) {  // count the lines the other way round
-    frame.spacing = -frame.spacing;
-    frame.shift = -frame.shift;
+PatternCutter::Axes PatternCutter::AxesOf(const HatchPatternLine& family) {
+  Axes axes;
+  axes.direction = Direction(family.angle);
+  axes.origin = family.base;
+  axes.spacing = Cross(axes.direction, family.offset);
+  axes.shift = Dot(axes.direction, family.offset);
+  if (axes.spacing < 0) {  // count the lines the other way round
+    axes.spacing = -axes.spacing;
+    axes.shift = -axes.shift;
   }
-  return frame;
+  return axes;
 }
 
 // How many lines on from one that is drawn the next one is; 0 when there are none to draw.
-int64_t PatternCutter::LineStep(const Frame& frame) const {
+int64_t PatternCutter::LineStep(const Axes& axes) const {
   double farthest = 0;  // across, from line 0
   double travel = 0;    // across, along the whole boundary
   for (const Ring& ring : rings_) {
-    double before = frame.Across(ring.back());
+    double before = axes.Across(ring.back());
     for (const Vec2& p : ring) {
-      const double across = frame.Across(p);
-      if (!std::isfinite(across) || !std::isfinite(frame.Along(p))) return 0;
+      const double across = axes.Across(p);
+      if (!std::isfinite(across) || !std::isfinite(axes.Along(p))) return 0;
       farthest = std::max(farthest, std::abs(across));
       travel += std::abs(across - before);
       before = across;
     }
   }
   constexpr double kMostLines = 1e15;  // their numbers have to be exact as f64
-  if (!(farthest / frame.spacing < kMostLines)) return 0;
-  const double close = limits_.closestLines / frame.spacing - 1e-9;
-  const double pieces = travel / frame.spacing / 2;
+  if (!(farthest / axes.spacing < kMostLines)) return 0;
+  const double close = limits_.closestLines / axes.spacing - 1e-9;
+  const double pieces = travel / axes.spacing / 2;
   const double many = pieces / static_cast<double>(limits_.mostPieces);
   return static_cast<int64_t>(std::ceil(std::clamp(std::max(close, many), 1.0, kMostLines)));
 }
 
-void PatternCutter::FindCrossings(const Frame& frame, int64_t step) {
+void PatternCutter::FindCrossings(const Axes& axes, int64_t step) {
   crossings_.clear();
-  const double pitch = frame.spacing * static_cast<double>(step);
+  const double pitch = axes.spacing * static_cast<double>(step);
   for (const Ring& ring : rings_) {
     Vec2 from = ring.back();
     for (const Vec2& to : ring) {
-      const double acrossFrom = frame.Across(from);
-      const double acrossTo = frame.Across(to);
-      const double alongFrom = frame.Along(from);
-      const double alongTo = frame.Along(to);
+      const double acrossFrom = axes.Across(from);
+      const double acrossTo = axes.Across(to);
+      const double alongFrom = axes.Along(from);
+      const double alongTo = axes.Along(to);
       const auto first = static_cast<int64_t>(std::floor(std::min(acrossFrom, acrossTo) / pitch));
       const auto last = static_cast<int64_t>(std::ceil(std::max(acrossFrom, acrossTo) / pitch));
       for (int64_t i = first; i <= last; ++i) {
@@ -106,17 +106,17 @@ void PatternCutter::Thin(const std::vector<double>& dashes, double period, int64
   std::erase_if(crossings_, [&](const Crossing& crossing) { return crossing.line / step % keepEvery != 0; });
 }
 
-void PatternCutter::CutLine(const Frame& frame, const std::vector<double>& dashes, double period,
-                            int64_t line, double from, double to) {
+void PatternCutter::CutLine(const Axes& axes, const std::vector<double>& dashes, double period, int64_t line,
+                            double from, double to) {
   const auto add = [&](double start, double end) {
-    pieces_.push_back({frame.At(line, start), frame.At(line, end)});
+    pieces_.push_back({axes.At(line, start), axes.At(line, end)});
   };
   if (period == 0) {
     if (to > from) add(from, to);  // not where the line touches a corner
     return;
   }
   // Each line's pattern begins at its own base point, which lies `shift` further along than its neighbour's.
-  const double base = static_cast<double>(line) * frame.shift;
+  const double base = static_cast<double>(line) * axes.shift;
   double start = base + std::floor((from - base) / period) * period;
   // A single line may still be too long for its dashes.
   for (uint64_t left = limits_.mostPieces; start < to && left > 0; --left) {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hdiplot/model/drawing.h"
-#include "hdiplot/plot/hatch_boundary.h"
+#include "hdiplot/plot/boundaries.h"
 
 namespace hdiplot {
 
@@ -40,7 +40,7 @@ class PatternCutter {
   };
 
   // A family in coordinates of its own, `along` its lines and `across` them.
-  struct Frame {
+  struct Axes {
     Vec2 direction;
     Vec2 origin;
     double spacing = 0;  // across, from one line to the next; above 0
@@ -52,12 +52,12 @@ class PatternCutter {
     }
   };
 
-  [[nodiscard]] static Frame FrameOf(const HatchPatternLine& family);
-  [[nodiscard]] int64_t LineStep(const Frame& frame) const;
-  void FindCrossings(const Frame& frame, int64_t step);
+  [[nodiscard]] static Axes AxesOf(const HatchPatternLine& family);
+  [[nodiscard]] int64_t LineStep(const Axes& axes) const;
+  void FindCrossings(const Axes& axes, int64_t step);
   void Thin(const std::vector<double>& dashes, double period, int64_t step);
-  void CutLine(const Frame& frame, const std::vector<double>& dashes, double period, int64_t line,
-               double from, double to);
+  void CutLine(const Axes& axes, const std::vector<double>& dashes, double period, int64_t line, double from,
+               double to);
 
   const std::vector<Ring>& rings_;
   PatternLimits limits_;

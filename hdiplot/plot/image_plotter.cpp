@@ -7,6 +7,8 @@
 #include <cmath>
 #include <optional>
 
+#include "hdiplot/plot/boundaries.h"
+
 namespace hdiplot {
 
 namespace {
@@ -35,11 +37,7 @@ Placing PlacingOf(const ImageEntity& image, const Affine& map) {
 }
 
 Box BoxOf(const Placing& placing) {
-  Box box;
-  for (const Vec2& side : {Vec2{}, placing.along, placing.down, placing.along + placing.down}) {
-    box.Add(placing.corner + side);
-  }
-  return box;
+  return BoxOf(Parallelogram(placing.corner, placing.along, placing.down));
 }
 
 // None when the sides are not the sheet's.
@@ -50,11 +48,6 @@ std::optional<ImageTurn> TurnOf(const Placing& placing) {
   if (isNone(along.y) && isNone(down.x)) return ImageTurn{false, along.x < 0, down.y < 0};
   if (isNone(along.x) && isNone(down.y)) return ImageTurn{true, down.x < 0, along.y < 0};
   return std::nullopt;
-}
-
-std::vector<Vec2> Mapped(std::vector<Vec2> ring, const Affine& map) {
-  for (Vec2& p : ring) p = map(p);
-  return ring;
 }
 
 // The size of the pixels that an image is made anew of, in dots.
@@ -83,16 +76,11 @@ ImageData MakeUpright(Raster& raster, const Placing& placing) {
   const Vec2 right = sourceOf({box.Width() / columns, 0});
   const Vec2 down = sourceOf({0, box.Height() / rows});
   const Vec2 origin = sourceOf(box.low - placing.corner);
-  const Affine map{right.x, right.y, down.x, down.y, origin.x, origin.y};
-  return Resampled(source, map, static_cast<int32_t>(columns), static_cast<int32_t>(rows));
+  return Resampled(source, Affine::OfAxes(right, down, origin), static_cast<int32_t>(columns),
+                   static_cast<int32_t>(rows));
 }
 
 }  // namespace
-
-std::vector<Vec2> FrameOf(const ImageEntity& image) {
-  return {image.corner, image.corner + image.right, image.corner + image.right + image.up,
-          image.corner + image.up};
-}
 
 void ImagePlotter::Plot(const ImageEntity& image, const Affine& map, const Stroke& stroke) {
   const auto isPlottable = [&map](Vec2 p) { return Canvas::IsPlottable(map(p)); };
@@ -122,14 +110,14 @@ void ImagePlotter::Plot(const WipeoutEntity& wipeout, const Affine& map) {
 
 void ImagePlotter::DrawFrame(const ImageEntity& image, const Affine& map, const Stroke& stroke) {
   const bool isClipped = !image.clip.empty() && !image.clipInverted;
-  std::vector<Vec2> ring = Mapped(isClipped ? image.clip : FrameOf(image), map);
+  Ring ring = Mapped(isClipped ? image.clip : FrameOf(image), map);
   ring.push_back(ring.front());
   canvas_.UseStroke(stroke);
   canvas_.Polyline(ring);
 }
 
 bool ImagePlotter::Clip(const ImageEntity& image, const Affine& map) {
-  const ClipArea clip = {Mapped(image.clip, map)};
+  const Area clip = {Mapped(image.clip, map)};
   return canvas_.ClipTo(image.clipInverted ? Without({Mapped(FrameOf(image), map)}, clip) : clip);
 }
 

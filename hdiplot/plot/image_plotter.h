@@ -40,7 +40,4 @@ class ImagePlotter {
   std::map<std::tuple<const Raster*, int64_t, int64_t, int64_t, int64_t>, Raster*> upright_;
 };
 
-// The outline of an image as it was taken, whatever is seen of it.
-[[nodiscard]] std::vector<Vec2> FrameOf(const ImageEntity& image);
-
 }  // namespace hdiplot

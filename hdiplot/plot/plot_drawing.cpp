@@ -87,8 +87,7 @@ Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
   HatchEntity area;
   area.loops = viewport.clip;
   const std::vector<Ring> rings = BoundaryRings(area, tolerance);
-  Box box;
-  for (const Vec2& p : rings.empty() ? Ring() : rings.front()) box.Add(p);
+  const Box box = rings.empty() ? Box{} : BoxOf(rings.front());
   const bool isOutline = !box.Empty() && std::min(box.Width(), box.Height()) > tolerance;
   return isOutline ? rings.front() : FrameOf(viewport);
 }
@@ -114,8 +113,7 @@ ShapeScale ScaleOf(const Drawing& drawing, const PlotOptions& options, const She
 
 bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) {
   constexpr double kTolerance = 0.25;  // dots
-  Ring outline = OutlineOf(viewport, kTolerance / map.LargestScale());
-  for (Vec2& p : outline) p = map(p);
+  const Ring outline = Mapped(OutlineOf(viewport, kTolerance / map.LargestScale()), map);
   if (!std::ranges::all_of(outline, [](Vec2 p) { return Canvas::IsPlottable(p); })) {
     ++tooFarOff_;
     return false;
@@ -151,13 +149,8 @@ bool HasClips(const DrawingPart& part) {
 // A scale of the user's can make a drawing larger than the sheet.
 bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
   constexpr double kOverhang = 1;  // dots; a drawing that has been fitted may stick out by a rounding error
-  const Vec2 corners[] = {map(extents.low), map(extents.high)};
-  bool fits = true;
-  for (const Vec2& p : corners) {
-    fits = fits && p.x >= -kOverhang && p.x <= sheet.width + kOverhang && p.y >= -kOverhang &&
-           p.y <= sheet.height + kOverhang;
-  }
-  return fits;
+  const Box whole{{0, 0}, {sheet.width, sheet.height}};
+  return whole.Contains(map(extents.low), kOverhang) && whole.Contains(map(extents.high), kOverhang);
 }
 
 }  // namespace

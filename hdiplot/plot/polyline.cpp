@@ -4,14 +4,7 @@ namespace hdiplot {
 
 namespace {
 
-Vec2 Unit(Vec2 v) {
-  const double length = Length(v);
-  return length > 0 ? v * (1 / length) : Vec2{};
-}
-
-bool IsStraight(const PolySegment& segment) {
-  return !segment.arc && !(segment.from.x == segment.to.x && segment.from.y == segment.to.y);
-}
+bool IsStraight(const PolySegment& segment) { return !segment.arc && segment.from != segment.to; }
 
 // From the corner between two straight segments to its left outline point, for a half width of 1; the left
 // normal of `own` when the corner is too sharp.
@@ -33,6 +26,67 @@ std::optional<size_t> Neighbour(const PolylineEntity& polyline, size_t index, bo
   }
   if (index > 0) return index - 1;
   return polyline.closed ? std::optional(count - 1) : std::nullopt;
+}
+
+// Both sides of a segment, point by point from its start to its end.
+class Sides {
+ public:
+  void Add(Vec2 at, Vec2 offset) {
+    left_.push_back(at + offset);
+    right_.push_back(at - offset);
+  }
+
+  // Up the left side and down the right one.
+  [[nodiscard]] std::vector<Vec2> Outline() && {
+    left_.insert(left_.end(), right_.rbegin(), right_.rend());
+    return std::move(left_);
+  }
+
+ private:
+  std::vector<Vec2> left_;
+  std::vector<Vec2> right_;
+};
+
+std::vector<Vec2> BendOutline(const PolySegment& segment, double tolerance) {
+  const ConicArc& arc = *segment.arc;
+  const double startHalf = segment.startWidth / 2;
+  const double endHalf = segment.endWidth / 2;
+  // As many steps as the outer rim takes.
+  ConicArc rim = arc;
+  const double widen = 1 + std::max(startHalf, endHalf) / Length(arc.u);
+  rim.u = rim.u * widen;
+  rim.v = rim.v * widen;
+  std::vector<Vec2> steps;
+  AppendFlattened(rim, tolerance, steps);
+  const double side = arc.Span() > 0 ? -1 : 1;  // the centre is to the left of a counter-clockwise arc
+  Sides sides;
+  for (size_t i = 0; i <= steps.size(); ++i) {
+    const double part = static_cast<double>(i) / static_cast<double>(steps.size());
+    const Vec2 at = arc.At(arc.start + arc.Span() * part);
+    sides.Add(at, Unit(at - arc.center) * (side * (startHalf + (endHalf - startHalf) * part)));
+  }
+  return std::move(sides).Outline();
+}
+
+std::vector<Vec2> BarOutline(const PolylineEntity& polyline, size_t index, const PolySegment& segment) {
+  Vec2 startOffset = TurnedLeft(Unit(segment.to - segment.from));
+  Vec2 endOffset = startOffset;
+  if (const auto other = Neighbour(polyline, index, false)) {
+    const PolySegment before = SegmentOf(polyline, *other);
+    if (IsStraight(before) && before.endWidth == segment.startWidth) {
+      startOffset = MiterOffset(before, segment, segment);
+    }
+  }
+  if (const auto other = Neighbour(polyline, index, true)) {
+    const PolySegment behind = SegmentOf(polyline, *other);
+    if (IsStraight(behind) && behind.startWidth == segment.endWidth) {
+      endOffset = MiterOffset(segment, behind, segment);
+    }
+  }
+  Sides sides;
+  sides.Add(segment.from, startOffset * (segment.startWidth / 2));
+  sides.Add(segment.to, endOffset * (segment.endWidth / 2));
+  return std::move(sides).Outline();
 }
 
 }  // namespace
@@ -70,51 +124,7 @@ double LargestWidth(const PolylineEntity& polyline) {
 
 std::vector<Vec2> SegmentOutline(const PolylineEntity& polyline, size_t index, double tolerance) {
   const PolySegment segment = SegmentOf(polyline, index);
-  const double startHalf = segment.startWidth / 2;
-  const double endHalf = segment.endWidth / 2;
-  std::vector<Vec2> left;
-  std::vector<Vec2> right;
-  const auto add = [&](Vec2 at, Vec2 offset) {
-    left.push_back(at + offset);
-    right.push_back(at - offset);
-  };
-
-  if (segment.arc) {
-    const ConicArc& arc = *segment.arc;
-    // As many steps as the outer rim takes.
-    ConicArc rim = arc;
-    const double widen = 1 + std::max(startHalf, endHalf) / Length(arc.u);
-    rim.u = rim.u * widen;
-    rim.v = rim.v * widen;
-    std::vector<Vec2> steps;
-    AppendFlattened(rim, tolerance, steps);
-    const double side = arc.Span() > 0 ? -1 : 1;  // left of a counter-clockwise arc lies its centre
-    for (size_t i = 0; i <= steps.size(); ++i) {
-      const double part = static_cast<double>(i) / static_cast<double>(steps.size());
-      const Vec2 at = arc.At(arc.start + arc.Span() * part);
-      add(at, Unit(at - arc.center) * (side * (startHalf + (endHalf - startHalf) * part)));
-    }
-  } else {
-    const Vec2 normal = TurnedLeft(Unit(segment.to - segment.from));
-    Vec2 startOffset = normal;
-    Vec2 endOffset = normal;
-    if (const auto other = Neighbour(polyline, index, false)) {
-      const PolySegment before = SegmentOf(polyline, *other);
-      if (IsStraight(before) && before.endWidth == segment.startWidth) {
-        startOffset = MiterOffset(before, segment, segment);
-      }
-    }
-    if (const auto other = Neighbour(polyline, index, true)) {
-      const PolySegment behind = SegmentOf(polyline, *other);
-      if (IsStraight(behind) && behind.startWidth == segment.endWidth) {
-        endOffset = MiterOffset(segment, behind, segment);
-      }
-    }
-    add(segment.from, startOffset * startHalf);
-    add(segment.to, endOffset * endHalf);
-  }
-  left.insert(left.end(), right.rbegin(), right.rend());
-  return left;
+  return segment.arc ? BendOutline(segment, tolerance) : BarOutline(polyline, index, segment);
 }
 
 }  // namespace hdiplot

@@ -2,9 +2,8 @@
 #include "hdiplot/plot/shape_meter.h"
 
 #include "hdiplot/geometry/splines.h"
-#include "hdiplot/plot/image_plotter.h"
+#include "hdiplot/plot/boundaries.h"
 #include "hdiplot/plot/polyline.h"
-#include "hdiplot/plot/walk.h"
 
 namespace hdiplot {
 
@@ -74,8 +73,7 @@ void ShapeMeter::AddForm(const PolylineEntity& polyline) {
 }
 
 void ShapeMeter::AddForm(const SplineEntity& spline) {
-  Box frame;
-  for (const Vec2& p : spline.controlPoints) frame.Add(p);
+  const Box frame = BoxOf(spline.controlPoints);
   cubics_.clear();
   const double size = std::max(frame.Width(), frame.Height());
   AppendCubics(spline, std::max(1e-4 * size, kRoundingNoise * frame.Magnitude()), cubics_);

@@ -10,12 +10,6 @@ Affine ModelToSheet(const ViewportEntity& viewport) {
          Affine::Translation(viewport.target * -1);
 }
 
-std::vector<Vec2> FrameOf(const ViewportEntity& viewport) {
-  const Vec2 half{viewport.width / 2, viewport.height / 2};
-  const Vec2 other{half.x, -half.y};
-  return {viewport.center - half, viewport.center + other, viewport.center + half, viewport.center - other};
-}
-
 DrawingWalk::DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink)
     : drawing_(drawing), sink_(sink), options_(options), sheetStyles_(drawing, options) {}
 

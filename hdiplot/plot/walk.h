@@ -15,9 +15,6 @@ namespace hdiplot {
 // From the model's coordinates to those of the viewport's layout.
 [[nodiscard]] Affine ModelToSheet(const ViewportEntity& viewport);
 
-// The corners of its rectangle.
-[[nodiscard]] std::vector<Vec2> FrameOf(const ViewportEntity& viewport);
-
 // Takes what is plotted. `map` leads from the shape's coordinates to those that the walk was given.
 class ShapeSink {
  public:

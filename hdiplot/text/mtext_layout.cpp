@@ -137,7 +137,7 @@ class MTextLayout {
     for (Line& line : lines_) PlaceAcross(line);
     PlaceDown();
     TextBlock block;
-    block.frame = FrameOf(entity_.right, entity_.up, entity_.place);
+    block.frame = Affine::OfAxes(entity_.right, entity_.up, entity_.place);
     LineWriter writer(block, fonts_);
     for (const Line& line : lines_) writer.Write(line);
     return block;

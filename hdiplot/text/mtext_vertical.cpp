@@ -48,7 +48,7 @@ TextBlock LayOutVerticalMText(const MTextEntity& entity, const TextStyle& style,
 
   const int place = std::clamp(entity.attachment, 1, 9) - 1;
   TextBlock block;
-  block.frame = FrameOf(entity.right, entity.up, entity.place);
+  block.frame = Affine::OfAxes(entity.right, entity.up, entity.place);
   const int row = place / 3;
   Vec2 top{widest / 2 - boxWidth * (place % 3) / 2, longest * row / 2};
   for (const TextColumn& column : columns) {

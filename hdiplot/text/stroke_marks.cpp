@@ -1,9 +1,9 @@
 #include "hdiplot/text/stroke_marks.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "hdiplot/geometry/transform.h"
+#include "hdiplot/geometry/clipping.h"
+#include "hdiplot/geometry/curves.h"
 
 namespace hdiplot {
 
@@ -13,11 +13,10 @@ using Strokes = std::vector<std::vector<Vec2>>;
 
 std::vector<Vec2> Circle(Vec2 center, double radius) {
   constexpr int kSides = 16;
-  constexpr double kTurn = 6.283185307179586;
   std::vector<Vec2> points;
   points.reserve(kSides + 1);
   for (int i = 0; i < kSides; ++i) {
-    points.push_back(center + Vec2{std::cos(kTurn * i / kSides), std::sin(kTurn * i / kSides)} * radius);
+    points.push_back(center + Direction(kWholeTurn * i / kSides) * radius);
   }
   points.push_back(points.front());
   return points;
@@ -91,10 +90,7 @@ bool AddAccent(char16_t accent, StrokeGlyph& glyph) {
   const Strokes above = AccentAbove(accent);
   const Strokes below = AccentBelow(accent);
   if (above.empty() && below.empty()) return false;
-  Box box;
-  for (const auto& stroke : glyph.strokes) {
-    for (const Vec2& p : stroke) box.Add(p);
-  }
+  Box box = BoxOf(glyph.strokes);
   if (box.Empty()) box.Add({glyph.advance / 2, 0});
   constexpr double kGap = 0.06;
   const Vec2 place{(box.low.x + box.high.x) / 2, above.empty() ? 0 : box.high.y + kGap};

@@ -25,7 +25,7 @@ double PartBefore(TextAlign align) {
 }
 
 // Backwards and upside down mirror about the place. Between two points the text stays between them.
-Affine FrameOf(const TextEntity& entity) {
+Affine BlockMap(const TextEntity& entity) {
   Vec2 right = entity.right;
   Vec2 up = entity.up;
   Vec2 origin = entity.place;
@@ -37,7 +37,7 @@ Affine FrameOf(const TextEntity& entity) {
     up = TurnedLeft(right) * side;
     if (entity.backwards) origin = entity.end;
   }
-  return FrameOf(right * (entity.backwards ? -1 : 1), up * (entity.upsideDown ? -1 : 1), origin);
+  return Affine::OfAxes(right * (entity.backwards ? -1 : 1), up * (entity.upsideDown ? -1 : 1), origin);
 }
 
 // Aligned texts grow as a whole to fill the distance, fitted ones in width only.
@@ -72,7 +72,7 @@ TextBlock LayOutAlong(const TextEntity& entity, const std::vector<MarkedText>& m
   const double width = WidthOf(text, font, look);
   const Vec2 start{-PartBefore(entity.align) * width, BaseLine(entity, font, look.height)};
   TextBlock block;
-  block.frame = FrameOf(entity);
+  block.frame = BlockMap(entity);
   if (!HasOnlyBlanks(text)) block.pieces.push_back({text, start, width, look});
   Vec2 at = start;
   for (const MarkedText& piece : marked) {
@@ -89,7 +89,7 @@ TextBlock LayOutDownward(const TextEntity& entity, std::u16string_view text, con
   TextColumn column;
   column.Add(text, font, look);
   TextBlock block;
-  block.frame = FrameOf(entity);
+  block.frame = BlockMap(entity);
   column.WriteTo(block, {0, PartBefore(entity.align) * column.Length()});
   return block;
 }

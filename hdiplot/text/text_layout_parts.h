@@ -34,9 +34,4 @@ void AddRules(LineMarks marks, Vec2 from, double toX, const TextLook& look, std:
 [[nodiscard]] inline bool IsBlank(char16_t unit) { return unit == u' ' || unit == u'\u3000'; }
 [[nodiscard]] bool HasOnlyBlanks(std::u16string_view text);
 
-// The map that leads the axes to `right` and `up`, and the origin to `origin`.
-[[nodiscard]] inline Affine FrameOf(Vec2 right, Vec2 up, Vec2 origin) {
-  return {right.x, right.y, up.x, up.y, origin.x, origin.y};
-}
-
 }  // namespace hdiplot

@@ -18,7 +18,7 @@ namespace {
 
 using Color = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
-const std::filesystem::path kFolder = HDI_SOURCE_DIR "/tests/hdiplot/plot/images";
+const std::filesystem::path kFolder = HDI_SOURCE_DIR "/tests/hdiplot/image/images";
 
 // A row in hexadecimal, or with 'w' and 'b' where there is one bit. The alpha is told where it is no 255.
 std::string RowText(const ImageData& image, int32_t y) {

@@ -1,4 +1,4 @@
-#include "hdiplot/plot/hatch_boundary.h"
+#include "hdiplot/plot/boundaries.h"
 
 #include "hdiplot/geometry/splines.h"
 #include "hdiplot/plot/polyline.h"
@@ -70,6 +70,13 @@ std::vector<Ring> BoundaryRings(const HatchEntity& hatch, double tolerance) {
     if (ring.size() > 2) rings.push_back(std::move(ring));
   }
   return rings;
+}
+
+Ring FrameOf(const ImageEntity& image) { return Parallelogram(image.corner, image.right, image.up); }
+
+Ring FrameOf(const ViewportEntity& viewport) {
+  const Vec2 half{viewport.width / 2, viewport.height / 2};
+  return CornersOf(Box{viewport.center - half, viewport.center + half});
 }
 
 }  // namespace hdiplot
