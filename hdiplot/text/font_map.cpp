@@ -9,6 +9,7 @@
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/names.h"
+#include "hdiplot/system/split.h"
 #include "hdiplot/text/font_table.h"
 #include "hdiplot/text/stroke_font.h"
 
@@ -30,19 +31,10 @@ std::string_view WithoutByteOrderMark(std::string_view text) {
   return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
 }
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+std::string_view TrimmedBlanks(std::string_view text) { return Trimmed<char>(text, " \t\r"); }
 
-// Cuts `text` at the first `separator`: what is before it; all of it when there is none.
-std::string_view TakePart(std::string_view& text, char separator) {
-  const size_t end = std::min(text.find(separator), text.size());
-  const std::string_view part = Trimmed(text.substr(0, end));
-  text.remove_prefix(std::min(end + 1, text.size()));
-  return part;
+std::string_view TakeTrimmed(std::string_view& text, char separator) {
+  return TrimmedBlanks(TakePart(text, separator));
 }
 
 template <typename Entry>
@@ -54,16 +46,16 @@ const Entry* FindStem(std::span<const Entry> table, std::string_view stem) {
 // What a line says behind its '='; throws std::invalid_argument with what is wrong.
 MappedFont ParseFont(std::string_view text) {
   MappedFont font;
-  std::string_view name = TakePart(text, ',');
+  std::string_view name = TakeTrimmed(text, ',');
   font.isStroke = LowerCase(name).starts_with(kStrokePrefix);
-  if (font.isStroke) name = Trimmed(name.substr(kStrokePrefix.size()));
+  if (font.isStroke) name = TrimmedBlanks(name.substr(kStrokePrefix.size()));
   font.name = font.isStroke ? LowerCase(name) : std::string(name);
   if (name.empty()) throw std::invalid_argument("there is no font behind the \"=\"");
   if (font.isStroke && !StrokeFont::Exists(font.name)) {
     throw std::invalid_argument("there is no stroke font \"" + font.name + "\"");
   }
   while (!text.empty()) {
-    const std::string_view look = TakePart(text, ',');
+    const std::string_view look = TakeTrimmed(text, ',');
     if (EqualWithoutCase(look, "bold") && !font.isStroke) {
       font.bold = true;
     } else if (EqualWithoutCase(look, "italic") && !font.isStroke) {
@@ -99,11 +91,11 @@ void FontMap::Read(const std::filesystem::path& file) {
   std::string text;
   for (size_t number = 1; std::getline(stream, text); ++number) {
     std::string_view line = number == 1 ? WithoutByteOrderMark(text) : text;
-    line = Trimmed(line.substr(0, line.find('#')));
+    line = TrimmedBlanks(line.substr(0, line.find('#')));
     if (line.empty()) continue;
     try {
       if (line.find('=') == std::string_view::npos) throw std::invalid_argument("a line is NAME = FONT");
-      const std::string_view name = TakePart(line, '=');
+      const std::string_view name = TakeTrimmed(line, '=');
       if (name.empty()) throw std::invalid_argument("there is no name before the \"=\"");
       entries.insert_or_assign(FoldedName(FontFileName(name)), ParseFont(line));
     } catch (const std::invalid_argument& error) {

@@ -1,20 +1,19 @@
-// Lays out texts of paragraphs: aligns their lines in the box, stacks them around the place, and turns them
-// into pieces, as few as the looks allow.
+// Lays out paragraphs: aligns lines in the box, places them around the insertion point, and writes them as
+// few pieces as the looks allow.
+#include <algorithm>
 #include <deque>
 
 #include "hdiplot/text/mtext_lines.h"
-#include "hdiplot/text/mtext_stack.h"
-#include "hdiplot/text/mtext_vertical.h"
-#include "hdiplot/text/text_layout_parts.h"
+#include "hdiplot/text/text_parts.h"
 
 namespace hdiplot {
 namespace {
 
 constexpr double kLineDistance = 5.0 / 3;  // of base lines, in heights of capitals
-constexpr double kLeastGap = 0.2;          // between what stands out of two lines, in heights
+constexpr double kLeastGap = 0.2;          // between the ink of two lines, in heights
 constexpr double kRoundingRoom = 1e-9;
 
-// Atoms of one paragraph between two edges. Places are in the block, X first from the left edge of the box.
+// A line of a paragraph. X coordinates count from the left edge of the box until PlaceAcross.
 struct Line {
   const MTextParagraph* paragraph = nullptr;
   const std::vector<TextAtom>* atoms = nullptr;
@@ -22,28 +21,28 @@ struct Line {
   bool isLast = false;
   double indent = 0;
   std::vector<double> xs{};  // where the atoms begin, and the end of the last
-  double stretch = 1;        // of the letters' distance
+  double stretch = 1;        // factor on the letter spacing
   double tallest = 0;        // heights of capitals
-  double ascent = 0;         // of everything, over the base line
+  double ascent = 0;         // of all atoms, above the base line
   double depth = 0;          // below it
   double y = 0;              // of the base line
 
   [[nodiscard]] const TextAtom& AtomAt(size_t i) const { return (*atoms)[range.begin + i]; }
   [[nodiscard]] size_t AtomCount() const { return range.end - range.begin; }
 
-  // Of a span over the base line.
+  // Of the span's base line above that of the line.
   [[nodiscard]] double RiseOf(const MTextSpan& span) const {
     return (tallest - span.look.height) * static_cast<double>(span.level) / 2;
   }
 };
 
-// The part of the free room that is before a line, and of a tabbed text that is before its stop.
+// The part of a tabbed text that precedes its stop.
 double PartBefore(TabStop::Kind kind) { return static_cast<double>(kind) / 2; }
 
-// Into pieces and rules, each as long as nothing changes.
-class LineWriter {
+// Writes lines as pieces and rules. A new one starts only where the look or the place changes.
+class PieceWriter {
  public:
-  LineWriter(TextBlock& block, FontSource& fonts) : block_(block), fonts_(fonts) {}
+  PieceWriter(TextBlock& block, FontSource& fonts) : block_(block), fonts_(fonts) {}
 
   void Write(const Line& line) {
     piece_.reset();
@@ -113,7 +112,7 @@ class LineWriter {
 
   TextBlock& block_;
   FontSource& fonts_;
-  std::optional<TextPiece> piece_;     // not yet ended
+  std::optional<TextPiece> piece_;     // still open
   const MTextSpan* marked_ = nullptr;  // the first span under the pending rules
   Vec2 markedFrom_;
   double markedTo_ = 0;
@@ -138,7 +137,7 @@ class MTextLayout {
     PlaceDown();
     TextBlock block;
     block.frame = Affine::OfAxes(entity_.right, entity_.up, entity_.place);
-    LineWriter writer(block, fonts_);
+    PieceWriter writer(block, fonts_);
     for (const Line& line : lines_) writer.Write(line);
     return block;
   }
@@ -189,7 +188,7 @@ class MTextLayout {
     return width;
   }
 
-  // Blanks at the end count here: a line of them alone is as high as they are.
+  // Includes trailing blanks: a line of blanks is as high as they are.
   static void MeasureDown(Line& line) {
     const size_t count = line.range.next - line.range.begin;
     for (size_t i = 0; i < count; ++i)
@@ -204,7 +203,7 @@ class MTextLayout {
     }
   }
 
-  // Without a width to wrap at, the widest line gives the box.
+  // Without a wrap width the box is as wide as the widest line.
   void SettleBoxWidth() {
     if (boxWidth_ > 0) return;
     for (const Line& line : lines_) {
@@ -242,7 +241,7 @@ class MTextLayout {
     for (double& x : line.xs) x += shift;
   }
 
-  // What stands at tabs stays there: only the text behind the last is widened, and no blanks before it.
+  // Text at tab stops keeps its place: only what follows the last tab is widened, without leading blanks.
   static size_t FirstToWiden(const Line& line) {
     size_t first = line.AtomCount();
     while (first > 0 && line.AtomAt(first - 1).kind != TextAtom::Kind::kTab) --first;
@@ -277,7 +276,7 @@ class MTextLayout {
                     above.depth + below.ascent + kLeastGap * height_);
   }
 
-  // Of a line's letters and stacks, below its base line.
+  // The depth of a line's letters and stacks below its base line.
   [[nodiscard]] double FootOf(const Line& line) const {
     if (line.range.next == line.range.begin) {
       return -fonts_.FontFor(start_.font).Descent() * line.tallest;
@@ -291,7 +290,7 @@ class MTextLayout {
     return foot;
   }
 
-  // From the capitals of the first line to the lowest letters of the last.
+  // The text reaches from the capitals of the first line to the descenders of the last.
   void PlaceDown() {
     double y = -lines_.front().ascent;
     lines_.front().y = y;
@@ -307,13 +306,62 @@ class MTextLayout {
   FontSource& fonts_;
   TextLook start_;
   double height_;    // of the whole text's capitals
-  double boxWidth_;  // 0 until it is known
+  double boxWidth_;  // 0: not known yet
   int column_;
   int row_;
   std::vector<MTextParagraph> paragraphs_;
-  std::deque<std::vector<TextAtom>> atoms_;  // of each paragraph; lines point there
+  std::deque<std::vector<TextAtom>> atoms_;  // by paragraph; lines point into it
   std::vector<Line> lines_;
 };
+
+// In heights of the text's capitals: the distance from foot to head of horizontal lines.
+constexpr double kColumnGap = 2.0 / 3;
+// The side bearing of a letter, in heights. Columns are aligned by their ink.
+constexpr double kWhite = 1.0 / 7;
+
+TextColumn ColumnOf(const MTextParagraph& paragraph, FontSource& fonts) {
+  TextColumn column;
+  for (const MTextSpan& span : paragraph.spans) {
+    if (span.stack) {
+      column.Add(LayOutStack(*span.stack, span.look, span.level, fonts), span.look);
+    } else {
+      const bool isTab = span.text == u"\t";
+      column.Add(isTab ? u" " : std::u16string_view(span.text), fonts.FontFor(span.look.font), span.look);
+    }
+  }
+  return column;
+}
+
+// Each paragraph is a column, whatever the entity's width; the first is the leftmost. Lines along the text,
+// indents, tab stops and alignment do not apply.
+TextBlock LayOutVerticalMText(const MTextEntity& entity, const TextStyle& style, FontSource& fonts) {
+  const TextLook start = StartLook(style, entity.height, style.widthFactor, style.oblique);
+  std::vector<TextColumn> columns;
+  double widest = 0;
+  double longest = 0;
+  for (const MTextParagraph& paragraph : ParseMText(entity.text, start)) {
+    const TextColumn& column = columns.emplace_back(ColumnOf(paragraph, fonts));
+    widest = std::max(widest, column.Width());
+    longest = std::max(longest, column.Length());
+  }
+  widest = std::max(widest - 2 * kWhite * start.height, 0.0);
+  const double gap = kColumnGap * start.height;
+  const double distance = (widest + gap) * (entity.lineSpacing > 0 ? UsableFactor(entity.lineSpacing) : 1);
+  const auto count = static_cast<double>(columns.size());
+  // Every column is as wide as the distance, the last one too, less the default gap.
+  const double boxWidth = std::max(count * distance - gap, (count - 1) * distance + widest);
+
+  const int place = std::clamp(entity.attachment, 1, 9) - 1;
+  TextBlock block;
+  block.frame = Affine::OfAxes(entity.right, entity.up, entity.place);
+  const int row = place / 3;
+  Vec2 top{widest / 2 - boxWidth * (place % 3) / 2, longest * row / 2};
+  for (const TextColumn& column : columns) {
+    column.WriteTo(block, top);
+    top.x += distance;
+  }
+  return block;
+}
 
 }  // namespace
 

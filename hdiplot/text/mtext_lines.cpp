@@ -1,8 +1,7 @@
 // Words, blanks and ideographs, and how many of them a line takes.
 #include "hdiplot/text/mtext_lines.h"
 
-#include "hdiplot/text/mtext_stack.h"
-#include "hdiplot/text/text_layout_parts.h"
+#include "hdiplot/text/text_parts.h"
 
 namespace hdiplot {
 namespace {

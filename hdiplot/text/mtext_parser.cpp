@@ -1,32 +1,158 @@
-// The walk through a text of paragraphs, code by code.
 #include "hdiplot/text/mtext_parser.h"
 
+#include <algorithm>
 #include <cmath>
-#include <numbers>
 
-#include "hdiplot/text/mtext_values.h"
-#include "hdiplot/text/text_layout_parts.h"
+#include "hdiplot/geometry/curves.h"
+#include "hdiplot/system/ascii_case.h"
+#include "hdiplot/system/split.h"
+#include "hdiplot/text/text_parts.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 namespace {
 
-// Groups within groups; deeper ones no longer bring back what was before them.
+// Groups nested deeper than this do not restore the state at their end.
 constexpr size_t kDeepestGroup = 256;
 
-// In units, of a list up to its semicolon. Where it is farther away there is no list.
+// In units, up to the semicolon that ends a list. A longer one is not a list.
 constexpr size_t kLongestList = 1000;
 
-EntityColor IndexColor(double number) {
+EntityColor ReadIndexColor(double number) {
   const double index = std::clamp(std::round(number), 0.0, 256.0);
   if (index == 0) return {EntityColor::Kind::kByBlock, 7};
   if (index == 256) return {EntityColor::Kind::kByLayer, 7};
   return {EntityColor::Kind::kIndex, static_cast<uint32_t>(index)};
 }
 
-// Written with blue in the highest byte.
-EntityColor TrueColor(double number) {
+// 0xBBGGRR.
+EntityColor ReadTrueColor(double number) {
   const auto bgr = static_cast<uint32_t>(std::clamp(number, 0.0, double{0xffffff}));
   return {EntityColor::Kind::kTrue, (bgr & 0xff) << 16 | (bgr & 0xff00) | bgr >> 16};
+}
+
+// Bounds the copy for each paragraph.
+constexpr size_t kMostTabs = 20;
+constexpr size_t kLongestFontName = 255;
+constexpr double kFarthest = 1e6;  // of indents and tabs, in heights
+
+std::u16string_view TrimmedSpaces(std::u16string_view text) { return Trimmed<char16_t>(text, u" "); }
+
+std::string FontName(std::u16string_view name) {
+  return hdi::ToUtf8(TrimmedSpaces(name).substr(0, kLongestFontName));
+}
+
+bool HasFontExtension(std::string_view name) {
+  const std::string upper = UpperCase(name);
+  return upper.ends_with(".SHX") || upper.ends_with(".TTF") || upper.ends_with(".TTC") ||
+         upper.ends_with(".OTF");
+}
+
+// Removes a number from the start of the text. 0 for a star or nothing, which mean the default.
+double TakeLength(std::u16string_view& text) {
+  if (text.starts_with(u'*')) text.remove_prefix(1);
+  return std::clamp(TakeNumber(text).value_or(0), -kFarthest, kFarthest);
+}
+
+ParagraphAlign ReadAlign(char16_t letter) {
+  switch (letter) {
+    case u'l':
+      return ParagraphAlign::kLeft;
+    case u'c':
+      return ParagraphAlign::kCenter;
+    case u'r':
+      return ParagraphAlign::kRight;
+    case u'j':
+      return ParagraphAlign::kJustified;
+    case u'd':
+      return ParagraphAlign::kDistributed;
+    default:
+      return ParagraphAlign::kByAttachment;
+  }
+}
+
+// Treats decimal tabs as right tabs: most columns have as many digits behind the point in every line.
+std::vector<TabStop> ReadTabs(std::u16string_view list) {
+  std::vector<TabStop> tabs;
+  while (!list.empty() && tabs.size() < kMostTabs) {
+    std::u16string_view item = TakePart(list, u',');
+    TabStop tab;
+    if (item.starts_with(u'c')) tab.kind = TabStop::Kind::kCenter;
+    if (item.starts_with(u'r') || item.starts_with(u'd')) tab.kind = TabStop::Kind::kRight;
+    if (!item.empty() && !IsDigit(item.front())) item.remove_prefix(1);
+    tab.at = TakeLength(item);
+    if (tab.at > 0) tabs.push_back(tab);
+  }
+  return tabs;
+}
+
+// Applies "Family|b1|i0|c0|p34", "file.shx" or "file.shx,big.shx" to `font`. `isFile`: a name without an
+// extension is a file's.
+void ReadFont(std::u16string_view value, bool isFile, FontChoice& font) {
+  std::u16string_view names = TakePart(value, u'|');
+  const std::string name = FontName(TakePart(names, u','));
+  const std::string bigFont = FontName(names);
+  if (name.empty() && bigFont.empty()) return;
+  if (!bigFont.empty()) font.bigFontFile = bigFont;
+  FontChoice changed;
+  changed.bigFontFile = font.bigFontFile;
+  bool saysWeight = false;
+  while (!value.empty()) {
+    const std::u16string_view property = TakePart(value, u'|');
+    const bool on = property.ends_with(u'1');
+    if (property.starts_with(u'b')) changed.bold = on;
+    if (property.starts_with(u'i')) changed.italic = on;
+    saysWeight = saysWeight || property.starts_with(u'b');
+  }
+  if (name.empty()) return;
+  (HasFontExtension(name) || (isFile && !saysWeight) ? changed.fontFile : changed.family) = name;
+  font = changed;
+}
+
+// Applies "i-2,l2,qc,t4,c8,r12" to `format`. Ignores other properties.
+void ReadParagraphFormat(std::u16string_view value, ParagraphFormat& format) {
+  while (!value.empty()) {
+    const char16_t letter = value.front();
+    value.remove_prefix(1);
+    switch (letter) {
+      case u'*':
+        format = {};
+        break;
+      case u'i':
+        format.first = TakeLength(value);
+        break;
+      case u'l':
+        format.left = TakeLength(value);
+        break;
+      case u'r':
+        format.right = TakeLength(value);
+        break;
+      case u'q':
+        format.align = ReadAlign(value.empty() ? u'*' : value.front());
+        if (!value.empty()) value.remove_prefix(1);
+        break;
+      case u't':  // runs to the end of the list
+        format.tabs = ReadTabs(value);
+        return;
+      default:
+        break;
+    }
+  }
+}
+
+// The parts of "1/2", "+0.1^-0.2" or "3#4". None without one of these three separators.
+std::optional<TextStack> ReadStack(std::u16string_view value) {
+  for (size_t i = 0; i < value.size(); ++i) {
+    if (value[i] == u'\\') {
+      ++i;
+      continue;
+    }
+    const size_t form = std::u16string_view(u"^/#").find(value[i]);
+    if (form == std::u16string_view::npos) continue;
+    return TextStack{PlainText(TrimmedSpaces(value.substr(0, i))),
+                     PlainText(TrimmedSpaces(value.substr(i + 1))), static_cast<TextStack::Form>(form)};
+  }
+  return std::nullopt;
 }
 
 class Parser {
@@ -41,7 +167,7 @@ class Parser {
   }
 
  private:
-  // What a group restores at its end.
+  // Restored at the end of a group.
   struct State {
     TextLook look;
     LineMarks marks;
@@ -156,16 +282,16 @@ class Parser {
         state_.level = static_cast<SpanLevel>(std::clamp(*number, 0.0, 2.0));
         break;
       case u'C':
-        look.color = IndexColor(*number);
+        look.color = ReadIndexColor(*number);
         break;
       case u'c':
-        look.color = TrueColor(*number);
+        look.color = ReadTrueColor(*number);
         break;
       case u'H':
         change(look.height, UsableHeight);
         break;
       case u'Q':
-        look.oblique = UsableOblique(*number * std::numbers::pi / 180);
+        look.oblique = UsableOblique(Radians(*number));
         break;
       case u'T':
         change(look.tracking, UsableFactor);
@@ -206,7 +332,7 @@ class Parser {
     }
   }
 
-  // What the reader of the file could not resolve, such as half of a pair.
+  // \U+XXXX that the file's reader left, such as half of a surrogate pair.
   void ReadUnit() {
     std::u16string_view digits = rest_;
     if (!digits.starts_with(u'+')) return Append(u'U');
@@ -217,7 +343,7 @@ class Parser {
     Append(static_cast<char16_t>(*unit));
   }
 
-  // A character of an unknown code page: the digit of the page and four of the character.
+  // \M+NXXXX of an unknown code page: a digit for the page and four for the character.
   void ReadByteCharacter() {
     constexpr size_t kDigits = 5;
     std::u16string_view digits = rest_;
@@ -280,7 +406,7 @@ class Parser {
   std::vector<State> groups_;
   size_t deeperGroups_ = 0;
   std::vector<MTextParagraph> paragraphs_;
-  bool spanOpen_ = false;  // whether the last span takes further characters
+  bool spanOpen_ = false;  // further characters go to the last span
 };
 
 }  // namespace

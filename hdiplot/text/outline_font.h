@@ -1,14 +1,36 @@
 // A font with outlines, to measure and to draw with.
 #pragma once
 
+#include <array>
 #include <map>
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "hdiplot/text/text_block.h"
-#include "hdiplot/text/unit_table.h"
 #include "platform/font_faces.h"
 
 namespace hdiplot {
+
+// A value for each UTF-16 unit, made when first asked for. References stay valid.
+template <typename Value>
+class UnitTable {
+ public:
+  // The value of `unit`; `make(unit)` gives it the first time.
+  template <typename Make>
+  const Value& Get(char16_t unit, const Make& make) {
+    auto& page = pages_[unit / kPageSize];
+    if (page == nullptr) page = std::make_unique<Page>();
+    std::optional<Value>& value = (*page)[unit % kPageSize];
+    if (!value) value = make(unit);
+    return *value;
+  }
+
+ private:
+  static constexpr size_t kPageSize = 256;
+  using Page = std::array<std::optional<Value>, kPageSize>;
+  std::array<std::unique_ptr<Page>, 0x10000 / kPageSize> pages_;
+};
 
 // A face, and for characters that it lacks the faces that the driver takes for them, at the same size. Not
 // for several threads.

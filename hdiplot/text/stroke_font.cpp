@@ -6,9 +6,7 @@
 #include <array>
 #include <string_view>
 
-#include "hdiplot/geometry/transform.h"
-#include "hdiplot/text/hershey_font.h"
-#include "hdiplot/text/stroke_marks.h"
+#include "hdiplot/geometry/clipping.h"
 
 namespace hdiplot {
 

@@ -7,9 +7,8 @@
 #include <vector>
 
 #include "hdiplot/text/outline_font.h"
-#include "hdiplot/text/stroke_glyph.h"
+#include "hdiplot/text/stroke_glyphs.h"
 #include "hdiplot/text/text_block.h"
-#include "hdiplot/text/unit_table.h"
 
 namespace hdiplot {
 

@@ -1,5 +1,7 @@
-// Codes of two per cent signs and of carets.
 #include "hdiplot/text/text_codes.h"
+
+#include <charconv>
+#include <cmath>
 
 #include "platform/unicode.h"
 
@@ -11,8 +13,7 @@ constexpr char16_t kPlusMinus = u'\u00b1';
 
 constexpr size_t kDigits = 3;
 
-// The character of a number. Stroke fonts begin the upper half with three signs of drawings; what follows is
-// the Western code page, 1252.
+// The character of %%nnn: code page 1252, but 127 to 129 are the three symbols of stroke fonts.
 std::optional<char16_t> NumberedCharacter(unsigned number) {
   constexpr unsigned kFirstSign = 127;
   constexpr std::u16string_view kSigns = {
@@ -25,12 +26,12 @@ std::optional<char16_t> NumberedCharacter(unsigned number) {
   return static_cast<char16_t>(number);
 }
 
-// `digits` follow the two signs.
+// `digits` follow the two percent signs.
 PercentCode ReadNumber(std::u16string_view digits, const PercentCode& meaningless) {
   if (digits.size() < kDigits) return meaningless;
   unsigned number = 0;
   for (const char16_t digit : digits.substr(0, kDigits)) {
-    if (digit < u'0' || digit > u'9') return meaningless;
+    if (!IsDigit(digit)) return meaningless;
     number = number * 10 + (digit - u'0');
   }
   if (number > 0xff) return meaningless;
@@ -39,9 +40,42 @@ PercentCode ReadNumber(std::u16string_view digits, const PercentCode& meaningles
 
 }  // namespace
 
+std::optional<double> TakeNumber(std::u16string_view& text) {
+  constexpr size_t kLongestNumber = 40;
+  std::string digits;
+  for (const char16_t unit : text.substr(0, kLongestNumber)) {
+    if (unit > 0x7f) break;
+    digits += static_cast<char>(unit);
+  }
+  const char* start = digits.data();
+  const char* end = start + digits.size();
+  if (digits.starts_with('+')) ++start;
+  double number = 0;
+  const auto [read, error] = std::from_chars(start, end, number);
+  if (error != std::errc{} || !std::isfinite(number)) return std::nullopt;
+  text.remove_prefix(static_cast<size_t>(read - digits.data()));
+  return number;
+}
+
+std::optional<uint32_t> TakeHexadecimal(std::u16string_view& text, size_t digits) {
+  if (text.size() < digits) return std::nullopt;
+  uint32_t number = 0;
+  for (const char16_t unit : text.substr(0, digits)) {
+    if (IsDigit(unit)) {
+      number = number * 16 + (unit - u'0');
+    } else if ((unit | 0x20) >= u'a' && (unit | 0x20) <= u'f') {
+      number = number * 16 + ((unit | 0x20) - u'a' + 10U);
+    } else {
+      return std::nullopt;
+    }
+  }
+  text.remove_prefix(digits);
+  return number;
+}
+
 PercentCode ReadPercentCode(std::u16string_view text) {
   constexpr std::u16string_view kSigns = u"%%";
-  // At the very end they are more likely two per cent signs than a code without its letter.
+  // At the very end they are more likely two percent signs than a truncated code.
   if (!text.starts_with(kSigns) || text.size() == kSigns.size()) return {};
   const std::u16string_view rest = text.substr(kSigns.size());
   const PercentCode meaningless{.length = kSigns.size()};
@@ -83,6 +117,26 @@ std::u16string WithoutCaretCodes(std::string_view utf8) {
     text[out++] = unit;
   }
   text.resize(out);
+  return text;
+}
+
+std::u16string PlainText(std::u16string_view value) {
+  std::u16string text;
+  while (!value.empty()) {
+    const PercentCode code = ReadPercentCode(value);
+    if (code.length > 0) {
+      if (code.character) text += *code.character;
+      value.remove_prefix(code.length);
+      continue;
+    }
+    if (value.front() == u'\\' && value.size() > 1) {
+      value.remove_prefix(1);
+      text += value.front() == u'~' ? u'\u00a0' : value.front();
+    } else if (IsPrinted(value.front())) {
+      text += value.front();
+    }
+    value.remove_prefix(1);
+  }
   return text;
 }
 

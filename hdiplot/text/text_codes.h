@@ -1,8 +1,9 @@
-// The codes that texts of one line and of paragraphs have in common: %%c and the like for characters, %%u and
-// the like for lines along the text, and ^I and the like for what a DXF file cannot hold as it is.
+// The codes that single lines and paragraphs share: %%c and others for characters, %%u and others for lines
+// along the text, ^I and others for control characters.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,8 +11,8 @@
 
 namespace hdiplot {
 
-// What %%c stands for. Of the characters that look like a diameter it is the one that every Latin font has,
-// and the one that people type when they search; U+2300 and U+2205 are in few fonts, and on few keyboards.
+// %%c. Of the characters that look like a diameter sign, the one that every Latin font has and that users
+// type in a search; few fonts have U+2300 or U+2205.
 inline constexpr char16_t kDiameter = u'\u00d8';
 
 // Lines drawn along a text.
@@ -23,27 +24,39 @@ struct LineMarks {
 };
 
 struct PercentCode {
-  size_t length = 0;                    // in units, 0: the text does not start with a code
+  size_t length = 0;                    // units; 0: the text does not start with a code
   std::optional<char16_t> character{};  // in place of the code
   bool LineMarks::*toggled = nullptr;
 };
 
-// Reads a code at the start of the text. One that means nothing is the two signs alone, so that what follows
-// them stays.
+// Reads a code at the start of the text. An unknown code is the two percent signs alone: what follows them is
+// text.
 [[nodiscard]] PercentCode ReadPercentCode(std::u16string_view text);
 
-// ^I, ^J and ^M become the control characters, a caret and a blank become a caret, and other carets stay.
+// Resolves ^I, ^J and ^M to control characters and "^ " to a caret. Other carets stay.
 [[nodiscard]] std::u16string WithoutCaretCodes(std::string_view utf8);
 
-// Whether a character takes part in a line. Control characters do not.
+[[nodiscard]] inline bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+// Whether a character is text; control characters are not.
 [[nodiscard]] inline bool IsPrinted(char16_t unit) { return unit >= 0x20 && unit != 0x7f; }
+
+// Removes a number from the start of the text. None, and nothing removed, if there is no number.
+[[nodiscard]] std::optional<double> TakeNumber(std::u16string_view& text);
+
+// Removes `digits` hexadecimal digits from the start of the text. None, and nothing removed, if there are
+// fewer.
+[[nodiscard]] std::optional<uint32_t> TakeHexadecimal(std::u16string_view& text, size_t digits);
+
+// A text without the codes for characters, and without the backslashes before others.
+[[nodiscard]] std::u16string PlainText(std::u16string_view value);
 
 struct MarkedText {
   std::u16string text;
   LineMarks marks;
 };
 
-// A text of one line without its codes, in pieces where the marks change. At least one piece.
+// A single line without its codes, split where the marks change. At least one piece.
 [[nodiscard]] std::vector<MarkedText> ReadTextLine(std::string_view utf8);
 
 }  // namespace hdiplot

@@ -1,8 +1,7 @@
 // Lays out texts of one line: where the line starts, how it is stretched, and the column of vertical styles.
 #include <numeric>
 
-#include "hdiplot/text/text_column.h"
-#include "hdiplot/text/text_layout_parts.h"
+#include "hdiplot/text/text_parts.h"
 
 namespace hdiplot {
 namespace {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hdiplot/text/text_parts.h"
 #include "hdiplot/text/text_shaping.h"
 #include "platform/unicode.h"
 
@@ -13,10 +14,6 @@ namespace {
 // Whether there are bytes that begin the letters from U+0600 to U+06FF.
 bool HasArabic(const std::string& text) {
   return std::ranges::any_of(text, [](char c) { return c >= '\xD8' && c <= '\xDB'; });
-}
-
-FontChoice ChoiceOf(const TextStyle& style) {
-  return {style.family, style.fontFile, style.bigFontFile, style.bold, style.italic};
 }
 
 }  // namespace
@@ -39,7 +36,7 @@ TextBlock TextSetter::Set(const MTextEntity& text) {
 
 // Before the layout, as joined letters have widths of their own. Codes in the text separate letters.
 std::string TextSetter::Joined(const std::string& text, const TextStyle& style) const {
-  const PlotFont font = fonts_.Find(ChoiceOf(style));
+  const PlotFont font = fonts_.Find(FontOf(style));
   const OutlineFont* outline = font.outline != nullptr ? font.outline : font.stroke->BigFont();
   return hdi::ToUtf8(JoinedLetters(hdi::ToUtf16(text), [outline](char16_t unit) {
     return outline != nullptr && outline->FaceOf(unit) != nullptr;

@@ -8,7 +8,7 @@
 #include "hdiplot/system/errors.h"
 #include "hdiplot/text/font_book.h"
 #include "hdiplot/text/font_table.h"
-#include "hdiplot/text/hershey_font.h"
+#include "hdiplot/text/stroke_glyphs.h"
 #include "hdiplot/text/text_shaping.h"
 #include "platform/unicode.h"
 #include "tests/support/scratch.h"
