@@ -151,14 +151,14 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>&
   const auto changes = RecordChanges(pages, paper);
   for (size_t i = 0; i < pages.size(); ++i) {
     const DrawingPage& page = pages[i];
-    device.StartPage(changes[i]);
+    device.Make(call::StartPage{changes[i]});
     const uint64_t before = device.ObjectCount();
     const Sheet sheet = MakeSheet(device);
     const PlottedPage plotted = PlotDrawing(page.part, line.plot, sheet, fonts, images, device, progress);
     measure.Add(plotted, sheet);
     Add(plotted.leftOut, skipped);
     for (const auto& [type, count] : SkippedOn(page)) skipped[type] += count;
-    device.EndPage();
+    device.Make(call::EndPage{});
     if (line.verbosity == Verbosity::kVerbose) {
       progress.Finish();
       const std::string layout = page.part.layout != nullptr ? ", " + page.part.layout->name : "";
@@ -166,7 +166,7 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>&
                                     PaperName(page, paper), device.ObjectCount() - before));
     }
   }
-  device.SetLineScale(measure.Get());
+  device.Make(call::SetLineScale{measure.Get()});
   if (measure.Differs() && line.verbosity == Verbosity::kVerbose) {
     PrintLine(stderr, "the drawings differ in scale: a reader measures millimetres on paper");
   }

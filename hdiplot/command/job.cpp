@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "hdiplot/command/output_file.h"
+#include "hdiplot/system/output_file.h"
 #include "hdiplot/command/preview.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/system/errors.h"
@@ -36,7 +36,7 @@ void SetUpDriver(hdi::HT_Driver& driver, const JobSettings& settings, bool open)
 
 Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line) {
   const auto output = line.output ? std::optional(hdi::ToUtf16(*line.output)) : settings.output;
-  file_ = OutputFile(output, settings.defaultOutput);
+  file_ = DriverOutput(output, settings.defaultOutput);
   CheckFiles(line);
   if (line.record) recorder_.emplace(*line.record);
 
@@ -50,10 +50,10 @@ Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine&
     const std::string name = file_ ? PathText(*file_) + ": " : "";
     throw std::runtime_error(name + "the driver did not start the document");
   }
-  device_->SetLineScale(settings.lineScale);
+  device_->Make(call::SetLineScale{settings.lineScale});
   if (recorder_) {
     recorder_->WriteJob(settings);
-    device_->RecordTo(*recorder_);
+    device_->SetListener(*recorder_);
   }
 }
 

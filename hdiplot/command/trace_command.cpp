@@ -6,7 +6,6 @@
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/system/progress.h"
-#include "hdiplot/trace/trace_player.h"
 #include "hdiplot/trace/trace_reader.h"
 #include "platform/unicode.h"
 
@@ -15,7 +14,7 @@ namespace hdiplot {
 namespace {
 
 void PrintResult(const CallLine& line, int64_t result) {
-  const auto name = std::visit([]<typename T>(const T&) { return T::kName; }, line.call);
+  const auto name = std::visit([]<typename T>(const T&) { return T::kEntry.name; }, line.call);
   PrintLine(stdout, fmt::format("{} {} {}", line.line, name, result));
 }
 
@@ -29,10 +28,9 @@ ExitStatus PlotTrace(const CommandLine& line) {
   const Module module(line.module);
   Job job(module.Driver(trace.job.device), trace.job, line);
 
-  TracePlayer player(job.Device());
   progress.Start(trace.calls.size());
   for (size_t i = 0; i < trace.calls.size(); ++i) {
-    const int64_t result = player.Play(trace.calls[i].call);
+    const int64_t result = job.Device().Make(trace.calls[i].call);
     if (line.results) PrintResult(trace.calls[i], result);
     progress.Advance(i + 1);
   }

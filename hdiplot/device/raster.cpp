@@ -1,14 +1,14 @@
-// The raster object, with its JPEG encoder.
 #include "hdiplot/device/raster.h"
 
 #include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <string_view>
 #include <utility>
 
-// Uses FILE without declaring it, so it stands behind <cstdio>.
+// Uses FILE without declaring it, so <cstdio> must come first.
 // clang-format off
 #include <jpeglib.h>
 // clang-format on
@@ -29,13 +29,13 @@ struct JpegJob {
   unsigned long encodedSize = 0;
 };
 
-// The library must not return from its error handler, and its frames know nothing of exceptions.
+// The library's error handler must not return, and exceptions cannot pass through the library's C frames.
 [[noreturn]] void LeaveJpegLibrary(j_common_ptr state) {
   std::longjmp(static_cast<JpegJob*>(state->client_data)->back, 1);
 }
 
-// With an image of 24 or 32 bits whose size is within the format's limits only a lack of memory fails. Then
-// the output buffer is lost, as the library does not tell which of its buffers are still alive.
+// Fails only when memory runs out, as the caller has checked bits and size. The output buffer leaks then: the
+// library does not say which of its buffers are still allocated.
 bool Compress(JpegJob& job, const hdi::BITMAPINFOHEADER& header, uint8_t* pixels, int quality) {
   job.state.client_data = &job;
   job.state.err = jpeg_std_error(&job.errors);
@@ -63,6 +63,20 @@ bool Compress(JpegJob& job, const hdi::BITMAPINFOHEADER& header, uint8_t* pixels
 }
 
 }  // namespace
+
+std::string ImageData::Problem() const {
+  if (bitCount != 1 && bitCount != 8 && bitCount != 24 && bitCount != 32) {
+    return "bitCount: must be 1, 8, 24 or 32";
+  }
+  if (width < 0) return "width: must not be negative";
+  if (height == std::numeric_limits<int32_t>::min()) return "height: is out of range";
+  const size_t colors = bitCount == 1 ? 2 : 256;
+  if (palette.size() > colors) return "palette: has more than " + std::to_string(colors) + " entries";
+  const uint64_t needed = RowBytes(width, bitCount) * RowCount(height);
+  if (pixels.size() >= needed) return "";
+  return "pixels: has " + std::to_string(pixels.size()) + " bytes, but the rows take " +
+         std::to_string(needed);
+}
 
 uint64_t RowBytes(int32_t width, int32_t bitCount) {
   return (static_cast<uint64_t>(width) * static_cast<uint64_t>(bitCount) + 31) / 32 * 4;

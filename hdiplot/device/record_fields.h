@@ -1,4 +1,4 @@
-// The numeric fields of the records that a plot trace names: the driver's settings and the logical font.
+// The numeric fields of records that plot traces name: the driver's settings and the logical font.
 #pragma once
 
 #include <cstdint>
@@ -6,39 +6,30 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/border.h"
-
 namespace hdiplot {
 
-enum class FieldType : uint8_t { kU8, kI16, kU16, kI32, kU32 };
-
+// An integer of `size` bytes at `offset`; signed when `lowest` is negative.
 struct RecordField {
   std::string_view name;
   size_t offset;
-  FieldType type;
-};
-
-struct ValueRange {
-  int64_t lowest;
+  size_t size;
+  int64_t lowest;  // what the field may be set to, from here to `highest`
   int64_t highest;
 };
 
-// A field and the value that it is to take, which lies within Range(*field).
+// A field and its value, which must be in the field's range.
 struct FieldSetting {
   const RecordField* field;
   int64_t value;
   bool operator==(const FieldSetting&) const = default;
 };
+using FieldSettings = std::vector<FieldSetting>;
 
-[[nodiscard]] std::span<const RecordField> DevModeFields();
-[[nodiscard]] std::span<const RecordField> LogFontFields();
+[[nodiscard]] std::span<const RecordField> DevModeFields();  // of hdi::DriverDevMode
+[[nodiscard]] std::span<const RecordField> LogFontFields();  // of hdi::LOGFONTW, without the name
 
 // Null when no field of the record has this name.
 [[nodiscard]] const RecordField* FindField(std::span<const RecordField> fields, std::string_view name);
-
-// What a field may be set to: the range of its type. The two sizes of a settings record end at those of the
-// whole record, as the driver copies as many bytes as they say.
-[[nodiscard]] ValueRange Range(const RecordField& field);
 
 [[nodiscard]] int64_t ReadField(const RecordField& field, const void* record);
 void WriteField(const FieldSetting& setting, void* record);

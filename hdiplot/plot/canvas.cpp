@@ -58,7 +58,7 @@ void Canvas::UseFill(Rgb color) {
     SetPen(pen);
   }
   if (brush_ == color) return;
-  device_.SetBrush({color});
+  device_.Make(call::SetBrush{color});
   brush_ = color;
 }
 
@@ -77,23 +77,23 @@ Box Canvas::Seen(const Box& area) const {
 void Canvas::SetPen(const Pen& pen) {
   stroke_.reset();
   if (pen_ == pen) return;
-  device_.SetPen(pen);
+  device_.Make(call::SetPen{pen});
   pen_ = pen;
 }
 
 void Canvas::UseLayer(const std::u16string& name) {
   if (layer_ == name) return;
-  device_.SetLayer(name);
+  device_.Make(call::SetLayer{name});
   layer_ = name;
 }
 
 void Canvas::UseAlpha(uint8_t alpha) {
   if (alpha_ == alpha) return;
-  device_.SetAlpha(alpha);
+  device_.Make(call::SetAlpha{alpha});
   alpha_ = alpha;
 }
 
-void Canvas::BeginLink(const std::string& target) { device_.BeginLink(hdi::ToUtf16(target)); }
+void Canvas::BeginLink(const std::string& target) { device_.Make(call::BeginLink{hdi::ToUtf16(target)}); }
 
 // Nothing is seen of what is drawn for it.
 void Canvas::LinkArea(const std::string& target, const Box& area) {
@@ -114,7 +114,7 @@ void Canvas::Comment(const std::u16string& text, const Box& whole) {
   const auto down = [](double dots) { return static_cast<int32_t>(std::floor(dots)); };
   const auto up = [](double dots) { return static_cast<int32_t>(std::ceil(dots)); };
   const std::array<int32_t, 4> rect{down(area.low.x), up(area.high.x), down(area.low.y), up(area.high.y)};
-  device_.ShxComment(text, rect, kCommentFlags);
+  device_.Make(call::ShxComment{text, rect, kCommentFlags});
 }
 
 void Canvas::Dot(Vec2 at) {
@@ -123,7 +123,7 @@ void Canvas::Dot(Vec2 at) {
     return;
   }
   const hdi::HT_Double_Point point = HostPoint(at);
-  device_.Polyline({&point, 1});
+  device_.Make(call::Polyline{Points(&point, 1)});
 }
 
 void Canvas::Line(Vec2 from, Vec2 to) {
@@ -136,7 +136,7 @@ void Canvas::Line(Vec2 from, Vec2 to) {
     return;
   }
   const std::array<hdi::HT_Double_Point, 2> points{HostPoint(line->from), HostPoint(line->to)};
-  device_.Polyline(points);
+  device_.Make(call::Polyline{points});
 }
 
 void Canvas::Polyline(std::span<const Vec2> points) {
@@ -147,7 +147,7 @@ void Canvas::Polyline(std::span<const Vec2> points) {
   }
   points_.clear();
   for (const Vec2& p : points) points_.push_back(HostPoint(p));
-  if (!points_.empty()) device_.Polyline(points_);
+  if (!points_.empty()) device_.Make(call::Polyline{points_});
 }
 
 void Canvas::Arc(const ConicArc& arc) {
@@ -156,7 +156,8 @@ void Canvas::Arc(const ConicArc& arc) {
     return;
   }
   const AxisArc axes = AxesOnPaper(arc);
-  device_.Arc(HostPoint(arc.center), axes.radiusA, axes.radiusB, axes.rotation, axes.start, axes.end);
+  device_.Make(
+      call::Arc{HostPoint(arc.center), axes.radiusA, axes.radiusB, axes.rotation, axes.start, axes.end});
 }
 
 void Canvas::BeginPath(Vec2 at) {
@@ -180,8 +181,8 @@ void Canvas::EndPath() { FlushPathPart(); }
 
 void Canvas::FlushPathPart() {
   assert(!points_.empty());
-  if (pathPart_ == PathPart::kLines) device_.Polyline(points_);
-  if (pathPart_ == PathPart::kCurves) device_.PolyBezier(points_);
+  if (pathPart_ == PathPart::kLines) device_.Make(call::Polyline{points_});
+  if (pathPart_ == PathPart::kCurves) device_.Make(call::PolyBezier{points_});
   points_.assign(1, hdi::HT_Double_Point(points_.back()));
   pathPart_ = PathPart::kNone;
 }
@@ -226,12 +227,12 @@ void Canvas::EndView() {
 // The driver takes the first clip of a page for the page's own, and any later one for a clip.
 void Canvas::SetClip(const Area& area) {
   const std::vector<std::vector<hdi::HT_Double_Point>> page{HostRing(CornersOf(BoxOf(sheet_)))};
-  if (!hasPageClip_) device_.SetClip(page);
+  if (!hasPageClip_) device_.Make(call::SetClip{page});
   hasPageClip_ = true;
   std::vector<std::vector<hdi::HT_Double_Point>> polygons;
   for (const Ring& ring : area) polygons.push_back(HostRing(ring));
   if (polygons.empty()) polygons.push_back(HostRing(CornersOf(BoxAround(sheet_))));
-  device_.SetClip(polygons);
+  device_.Make(call::SetClip{polygons});
 }
 
 void Canvas::BeginRing() {
@@ -264,35 +265,36 @@ void Canvas::FillRings(uint32_t fillMode) {
   CloseRing();
   if (ringCount_ > 0) {
     UseFillMode(fillMode);
-    device_.PolyPolygon({rings_.data(), ringCount_});
+    device_.Make(call::PolyPolygon{{rings_.data(), ringCount_}});
   }
   ringCount_ = 0;
 }
 
 void Canvas::UseFillMode(uint32_t mode) {
-  if (fillMode_ != mode) device_.SetFillMode(mode);
+  if (fillMode_ != mode) device_.Make(call::SetFillMode{mode});
   fillMode_ = mode;
 }
 
 void Canvas::BeginArea() {
   UseFillMode(hdi::kFillWinding);
-  device_.BeginPath();
+  device_.Make(call::BeginPath{});
 }
 
 void Canvas::AreaCurve(std::span<const Vec2> points) {
   points_.clear();
   for (const Vec2& p : points) points_.push_back(HostPoint(p));
-  device_.PolyBezier(points_);
+  device_.Make(call::PolyBezier{points_});
 }
 
 void Canvas::FillArea() {
-  device_.EndPath();
-  device_.FillPath();
+  device_.Make(call::EndPath{});
+  device_.Make(call::FillPath{});
 }
 
 bool Canvas::Text(const DeviceText& text) {
-  return device_.Text(text.font, HostPoint(text.at), text.text, text.advances, text.height, text.oblique,
-                      text.trackingFactor, text.widthFactor) != 0;
+  const call::Text made{text.font,   HostPoint(text.at), text.text,           text.advances,
+                        text.height, text.oblique,       text.trackingFactor, text.widthFactor};
+  return device_.Make(made) != 0;
 }
 
 }  // namespace hdiplot

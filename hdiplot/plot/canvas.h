@@ -28,7 +28,7 @@ struct Stroke {
   bool operator==(const Stroke&) const = default;
 };
 
-// A line of text as the device takes it; see PlotDevice::Text.
+// A line of text as the device takes it; see call::Text.
 struct DeviceText {
   hdi::LOGFONTW font;
   Vec2 at;  // where the base line begins, dots
@@ -75,7 +75,7 @@ class Canvas {
 
   // What is drawn in between leads to `target`. Links do not nest.
   void BeginLink(const std::string& target);
-  void EndLink() { device_.EndLink(); }
+  void EndLink() { device_.Make(call::EndLink{}); }
   // A link of the part of the area, in dots, that is within the view and the sheet, whatever is drawn there.
   void LinkArea(const std::string& target, const Box& area);
   // Words for a reader to show where the same part lies under the pointer.
@@ -96,7 +96,7 @@ class Canvas {
   // Where the driver would put the end of a line.
   [[nodiscard]] Vec2 OnWholeDot(Vec2 p) const;
   // Keeps what comes from being joined to what has been drawn.
-  void SeparatePath() { device_.BeginPath(); }
+  void SeparatePath() { device_.Make(call::BeginPath{}); }
 
   // In front of all else on a page that is to have clips: behind another clip, or none, the driver takes its
   // pen and brush for black ones, but the page goes on in those from before the first clip.
@@ -112,7 +112,7 @@ class Canvas {
   void EndView();
 
   // An image, which must live until the device's EndDoc.
-  void Bitmap(const hdi::HostImageRecord& record) { device_.Bitmap(record); }
+  void Bitmap(const hdi::HostImageRecord& record) { device_.Make(call::Bitmap{record}); }
 
   // Areas: rings of points that are closed here, then filled together.
   void BeginRing();

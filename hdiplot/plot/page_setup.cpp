@@ -24,10 +24,12 @@ double FittingScale(const Box& extents, const Sheet& sheet) {
 Sheet MakeSheet(PlotDevice& device) {
   Sheet sheet;
   // Margins wider than the paper give negative answers; a dot is left to plot on.
-  const auto dots = [&](int32_t index) { return std::max(static_cast<int32_t>(device.GetCaps(index)), 1); };
+  const auto dots = [&](int32_t index) {
+    return std::max(static_cast<int32_t>(device.Make(call::GetCaps{index})), 1);
+  };
   sheet.width = dots(kPrintableWidth);
   sheet.height = dots(kPrintableHeight);
-  const uint32_t dotsPerInch = device.GetCaps(kDotsPerInchAcross);
+  const uint32_t dotsPerInch = device.Make(call::GetCaps{kDotsPerInchAcross});
   sheet.dotsPerMillimetre = dotsPerInch / kMillimetresPerInch;
   // Read behind the queries, which bring the record up to date.
   const hdi::DriverDevMode& record = *device.Driver().GetDevModePointer();

@@ -1,22 +1,16 @@
-// One JSON object a line, by the descriptions of trace.h.
 #include "hdiplot/trace/trace_writer.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
+#include <concepts>
 #include <iterator>
 #include <nlohmann/json.hpp>
-#include <system_error>
-#include <utility>
+#include <span>
+#include <type_traits>
 #include <vector>
 
-#include "hdiplot/command/output_file.h"
-#include "hdiplot/system/errors.h"
-#include "hdiplot/system/paths.h"
-#include "hdiplot/system/process.h"
+#include "hdiplot/device/raster.h"
 #include "hdiplot/trace/base64.h"
 #include "platform/unicode.h"
 
@@ -26,67 +20,52 @@ namespace {
 
 struct NotFinite {};
 
-class LineWriter {
+// What Describe gets to write the keys of one line. Numbers and objects are formatted here: nlohmann::json
+// writes neither the shortest numbers nor blanks after separators, and takes several times as long.
+class JsonLine {
  public:
-  explicit LineWriter(std::string& line) : line_(line) {}
+  explicit JsonLine(std::string& line) : line_(line) {}
 
   template <typename T>
-  void Required(std::string_view name, const T& value) {
-    Key(name);
-    Write(value);
-  }
-
-  template <typename T>
-  void Optional(std::string_view name, const T& value, const T& valueWhenLeftOut) {
-    if (!(value == valueWhenLeftOut)) Required(name, value);
-  }
-
-  // Element by element: GCC 14 warns of vectors' own comparison, whose memcmp gets an empty vector's null
-  // pointer.
-  template <typename T>
-  void Optional(std::string_view name, const std::vector<T>& value, const std::vector<T>& valueWhenLeftOut) {
-    const auto same = [](const T& a, const T& b) { return a == b; };
-    if (!std::ranges::equal(value, valueWhenLeftOut, same)) Required(name, value);
-  }
-
-  template <typename T>
-  void Optional(std::string_view name, const std::optional<T>& value) {
-    if (value) Required(name, *value);
-  }
-
-  template <typename T>
-  void Object(const T& described) {
-    Open('{');
-    T::Describe(described, *this);
-    Close('}');
-  }
-
-  void Open(char bracket) {
-    line_ += bracket;
-    needsComma_ = false;
-  }
-
-  void Close(char bracket) {
-    line_ += bracket;
-    needsComma_ = true;
-  }
-
-  void Key(std::string_view name) {
+  JsonLine& operator()(std::string_view name, const T& value) {
     Separate();
     fmt::format_to(std::back_inserter(line_), "\"{}\": ", name);
     needsComma_ = false;
+    Write(value);
+    return *this;
   }
 
-  void Write(bool value) {
-    line_ += value ? "true" : "false";
+  template <typename T>
+  JsonLine& Optional(std::string_view name, const T& value, const std::type_identity_t<T>& leftOut = {}) {
+    return value == leftOut ? *this : (*this)(name, value);
+  }
+
+  // Not by the vector's own comparison: GCC 14 warns that its memcmp gets an empty vector's null pointer.
+  template <typename T>
+  JsonLine& Optional(std::string_view name, const std::vector<T>& value) {
+    return value.empty() ? *this : (*this)(name, value);
+  }
+
+  template <typename T>
+  JsonLine& IfGiven(std::string_view name, const std::optional<T>& value) {
+    return value ? (*this)(name, *value) : *this;
+  }
+
+  // An object of the keys that `describe` writes.
+  template <typename Describe>
+  void Object(const Describe& describe) {
+    Open('{');
+    describe();
+    Close('}');
+  }
+
+ private:
+  void Write(bool value) { Append(value ? "true" : "false"); }
+  template <std::integral T>
+  void Write(T value) {
+    fmt::format_to(std::back_inserter(line_), "{}", value);
     needsComma_ = true;
   }
-
-  void Write(int32_t value) { Number(value); }
-  void Write(uint32_t value) { Number(value); }
-  void Write(int64_t value) { Number(value); }
-  void Write(uint64_t value) { Number(value); }
-  void Write(uint8_t value) { Number(uint32_t{value}); }
 
   // The shortest text that reads back as the same f64. Without a decimal point a negative zero would read
   // back as the integer 0.
@@ -101,68 +80,81 @@ class LineWriter {
   }
 
   void Write(std::string_view text) {
-    line_ += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    needsComma_ = true;
+    Append(nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
   }
-
-  void Write(const std::u16string& text) { Write(std::string_view(hdi::ToUtf8(text))); }
-  void Write(const Rgb& color) { WriteAll(std::array{color.red, color.green, color.blue}); }
-  void Write(const hdi::HT_Double_Point& point) { WriteAll(std::array{point.x, point.y}); }
+  void Write(std::u16string_view text) { Write(std::string_view(hdi::ToUtf8(text))); }
+  void Write(const std::u16string& text) { Write(std::u16string_view(text)); }
+  void Write(const Rgb& color) { Write(std::array{color.red, color.green, color.blue}); }
+  void Write(const hdi::HT_Double_Point& point) { Write(std::array{point.x, point.y}); }
   void Write(const std::vector<uint8_t>& bytes) { Write(std::string_view(EncodeBase64(bytes))); }
+  void Write(hdi::RasterImage* raster) { Write(DescribeRaster(*raster)); }
 
   void Write(const FieldSettings& settings) {
-    Open('{');
-    for (const FieldSetting& setting : settings) Required(setting.field->name, setting.value);
-    Close('}');
+    Object([&] {
+      for (const FieldSetting& setting : settings) (*this)(setting.field->name, setting.value);
+    });
   }
 
   void Write(const hdi::LOGFONTW& font) {
-    Open('{');
-    for (const RecordField& field : LogFontFields())
-      Optional(field.name, ReadField(field, &font), int64_t{0});
-    const std::u16string_view face(font.lfFaceName, std::size(font.lfFaceName));
-    Optional("lfFaceName", std::u16string(face.substr(0, face.find(u'\0'))), std::u16string());
-    Close('}');
-  }
-
-  void Write(const CustomPaper& paper) { Object(paper); }
-  void Write(const ImageData& image) { Object(image); }
-
-  template <typename T, size_t count>
-  void Write(const std::array<T, count>& values) {
-    WriteAll(values);
+    Object([&] {
+      for (const RecordField& field : LogFontFields()) Optional(field.name, ReadField(field, &font));
+      const std::u16string_view face(font.lfFaceName, std::size(font.lfFaceName));
+      Optional("lfFaceName", face.substr(0, face.find(u'\0')));
+    });
   }
 
   template <typename T>
-  void Write(const std::vector<T>& values) {
-    WriteAll(values);
+  requires requires(const T& value, JsonLine& line) { T::Describe(value, line); }
+  void Write(const T& value) {
+    Object([&] { T::Describe(value, *this); });
   }
 
-  template <typename T>
-  void Write(const std::optional<T>& value) {
-    if (value) {
-      Write(*value);
-    } else {
-      line_ += "null";
-      needsComma_ = true;
-    }
-  }
-
- private:
-  template <typename T>
-  void Number(T value) {
-    fmt::format_to(std::back_inserter(line_), "{}", value);
-    needsComma_ = true;
-  }
-
-  template <typename Range>
-  void WriteAll(const Range& values) {
+  template <typename T, size_t extent>
+  void Write(std::span<T, extent> values) {
     Open('[');
     for (const auto& value : values) {
       Separate();
       Write(value);
     }
     Close(']');
+  }
+  template <typename T, size_t count>
+  void Write(const std::array<T, count>& values) {
+    Write(std::span(values));
+  }
+  template <typename T>
+  void Write(const std::vector<T>& values) {
+    Write(std::span(values));
+  }
+
+  // Null stands for a missing value.
+  template <typename T>
+  void WriteOrNull(const T& value) {
+    if (value) {
+      Write(*value);
+    } else {
+      Append("null");
+    }
+  }
+  template <typename T>
+  void Write(const std::optional<T>& value) {
+    WriteOrNull(value);
+  }
+  void Write(const std::vector<double>* values) { WriteOrNull(values); }
+
+  void Append(std::string_view text) {
+    line_ += text;
+    needsComma_ = true;
+  }
+
+  void Open(char bracket) {
+    line_ += bracket;
+    needsComma_ = false;
+  }
+
+  void Close(char bracket) {
+    line_ += bracket;
+    needsComma_ = true;
   }
 
   void Separate() {
@@ -175,63 +167,32 @@ class LineWriter {
 
 }  // namespace
 
-TraceWriter::TraceWriter(std::filesystem::path file) : file_(std::move(file)), place_(WithoutLinks(file_)) {
-  RequireReplaceable(place_);
-  temporary_ = place_;
-  temporary_.replace_filename(
-      PathFromUtf8("." + PathText(place_.filename()) + "." + ProcessNumber() + ".tmp"));
-  stream_ = CreateNew(temporary_);
-  if (stream_ == nullptr)
-    throw FileError(file_, 0, std::string("cannot be written: ") + std::strerror(errno));
-}
-
-TraceWriter::~TraceWriter() {
-  if (temporary_.empty()) return;
-  stream_.reset();
-  std::error_code ignored;
-  std::filesystem::remove(temporary_, ignored);
-}
-
 void TraceWriter::WriteJob(const JobSettings& job) {
-  LineWriter writer(line_);
-  writer.Open('{');
-  writer.Key("job");
-  writer.Object(job);
-  writer.Close('}');
+  JsonLine line(line_);
+  line.Object([&] { line("job", job); });
   EndLine();
 }
 
-void TraceWriter::WriteCall(const Call& call) {
+void TraceWriter::OnCall(const Call& call) {
+  JsonLine line(line_);
+  const auto write = [&line]<typename T>(const T& alternative) {
+    line.Object([&] {
+      line("call", T::kEntry.name);
+      T::Describe(alternative, line);
+    });
+  };
   try {
-    std::visit(
-        [this]<typename T>(const T& described) {
-          LineWriter writer(line_);
-          writer.Open('{');
-          writer.Required("call", T::kName);
-          T::Describe(described, writer);
-          writer.Close('}');
-        },
-        call);
+    std::visit(write, call);
   } catch (const NotFinite&) {
-    problem_ = "a call has a number that is not finite";
+    file_.Fail("a call has a number that is not finite");
   }
   EndLine();
 }
 
 void TraceWriter::EndLine() {
   line_ += '\n';
-  if (problem_.empty() && std::fwrite(line_.data(), 1, line_.size(), stream_.get()) != line_.size()) {
-    problem_ = std::strerror(errno);
-  }
+  file_.Write(line_);
   line_.clear();
-}
-
-void TraceWriter::Finish() {
-  // Some file systems tell only at the end that they had no room.
-  if (std::fclose(stream_.release()) != 0 && problem_.empty()) problem_ = std::strerror(errno);
-  if (problem_.empty()) problem_ = MoveOver(temporary_, place_);
-  if (!problem_.empty()) throw FileError(file_, 0, "cannot be written: " + problem_);
-  temporary_.clear();
 }
 
 }  // namespace hdiplot

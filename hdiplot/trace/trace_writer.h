@@ -4,38 +4,32 @@
 #include <filesystem>
 #include <string>
 
-#include "hdiplot/system/files.h"
+#include "hdiplot/device/plot_device.h"
+#include "hdiplot/system/output_file.h"
 #include "hdiplot/trace/trace.h"
 
 namespace hdiplot {
 
-// A trace file in the making. It is written beside its place, to which symbolic links are followed, under a
-// temporary name and takes its place when it is whole, so a failure leaves no half trace and no changed one.
-class TraceWriter {
+// A trace file in the making, for a device to listen to. It takes its place when it is complete; without
+// Finish there is no trace and no change to an existing one.
+class TraceWriter final : public CallListener {
  public:
-  // Throws FileError when the file cannot be made or replaced.
-  explicit TraceWriter(std::filesystem::path file);
-  TraceWriter(const TraceWriter&) = delete;
-  TraceWriter& operator=(const TraceWriter&) = delete;
-  ~TraceWriter();
+  // Throws FileError when the file cannot be created or replaced.
+  explicit TraceWriter(const std::filesystem::path& file) : file_(file) {}
 
   // At most once, before the first call.
   void WriteJob(const JobSettings& job);
-  void WriteCall(const Call& call);
+  void OnCall(const Call& call) override;
 
-  // Puts the file in its place. Throws FileError when something could not be written, a number that is not
-  // finite included.
-  void Finish();
+  // Moves the file to its place. Throws FileError when anything could not be written, such as a number that
+  // is not finite.
+  void Finish() { file_.Commit(); }
 
  private:
   void EndLine();
 
-  std::filesystem::path file_;       // as the user names it
-  std::filesystem::path place_;      // where symbolic links lead
-  std::filesystem::path temporary_;  // empty when there is none any more
-  FileStream stream_;
-  std::string line_;
-  std::string problem_;  // the first thing that went wrong
+  FileReplacement file_;
+  std::string line_;  // kept for its memory
 };
 
 }  // namespace hdiplot

@@ -3,7 +3,6 @@
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"
 #include "hdiplot/system/errors.h"
-#include "hdiplot/trace/trace_player.h"
 #include "hdiplot/trace/trace_reader.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/memory_file.h"
@@ -19,8 +18,7 @@ void PlayTrace(Trace& trace) {
   trace.job.defaultOutput = kDirectory.Path16("plot.pdf");
   hdi::CPDFDriver driver(u"fuzz");
   Job job(driver, trace.job, CommandLine{});
-  TracePlayer player(job.Device());
-  for (CallLine& line : trace.calls) player.Play(line.call);
+  for (const CallLine& line : trace.calls) job.Device().Make(line.call);
   driver.GetDevModePointer()->openAfterPlot = 0;
   job.Finish();
   const std::string file = kDirectory.Read("plot.pdf");
