@@ -5,15 +5,16 @@
 #include <cmath>
 #include <map>
 #include <optional>
-#include <set>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "hdiplot/command/drawing_input.h"
 #include "hdiplot/command/drawing_pages.h"
 #include "hdiplot/command/job.h"
+#include "hdiplot/command/options.h"
 #include "hdiplot/command/paper_plan.h"
-#include "hdiplot/command/plot_commands.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/plot/plot_drawing.h"
@@ -35,37 +36,33 @@ std::vector<Drawing> ReadDrawings(const CommandLine& line, Progress& progress) {
   return drawings;
 }
 
-// Layers need no entry in a drawing's table.
-std::set<std::string> FoldedLayerNames(const std::vector<Drawing>& drawings) {
-  std::set<std::string> names;
-  const auto addAll = [&names](const Entities& entities) {
-    for (const Entity& entity : entities) names.insert(entity.attributes.layer);
-  };
-  for (const Drawing& drawing : drawings) {
-    for (const auto& [name, layer] : drawing.layers) names.insert(name);
-    for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
-    addAll(drawing.entities);
+std::string JoinedNames(const std::map<std::string, ListedLayer>& layers) {
+  constexpr size_t kMost = 20;
+  std::string names;
+  size_t count = 0;
+  for (const auto& [folded, layer] : layers) {
+    if (count++ == kMost) return names + fmt::format(", ... ({} in all; see --list)", layers.size());
+    names += (names.empty() ? "" : ", ") + layer.name;
   }
-  std::set<std::string> folded;
-  for (const std::string& name : names) folded.insert(FoldedName(name));
-  return folded;
+  return names;
 }
 
-void WarnOfUnmatchedPatterns(const std::vector<std::string>& patterns, const std::vector<Drawing>& drawings) {
+// Throws for a pattern that matches no layer of any drawing.
+void CheckLayerPatterns(const std::vector<std::string>& patterns, const std::vector<Drawing>& drawings) {
   if (patterns.empty()) return;
-  const std::set<std::string> names = FoldedLayerNames(drawings);
+  const std::map<std::string, ListedLayer> layers = LayersOf(drawings);
   for (const std::string& pattern : patterns) {
-    const bool matches = std::ranges::any_of(
-        names, [folded = FoldedName(pattern)](const auto& name) { return MatchesWildcard(folded, name); });
-    if (!matches) PrintError("--layer \"" + pattern + "\" matches no layer of any drawing");
+    const bool matches = std::ranges::any_of(layers, [folded = FoldedName(pattern)](const auto& layer) {
+      return MatchesWildcard(folded, layer.first);
+    });
+    if (matches) continue;
+    throw std::runtime_error("--layer \"" + pattern +
+                             "\" matches no layer; there are: " + JoinedNames(layers));
   }
 }
 
-// 0x00BBGGRR. The driver reads 0 as white, so black is the darkest colour that it can store.
-uint32_t BackgroundWord(Rgb color) {
-  if (color == Rgb{}) color = {1, 1, 1};
-  return uint32_t{color.red} | uint32_t{color.green} << 8 | uint32_t{color.blue} << 16;
-}
+// The driver reads 0 as white, so the darkest colour that it can store stands for black.
+uint32_t BackgroundWord(Rgb color) { return ColorWord(color == Rgb{} ? Rgb{1, 1, 1} : color); }
 
 FontMap ReadFontMap(const PlotOptions& options) {
   FontMap map;
@@ -73,7 +70,7 @@ FontMap ReadFontMap(const PlotOptions& options) {
   return map;
 }
 
-// A drawing without the layout that is asked for is reported and has none.
+// A drawing without the selected layout is reported and has no pages.
 std::vector<DrawingPage> AllPages(const std::vector<Drawing>& drawings, const PlotOptions& options,
                                   FontBook& fonts, size_t& withoutPages) {
   std::vector<DrawingPage> all;
@@ -106,8 +103,11 @@ JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const Pap
   return job;
 }
 
-// By what is printed behind the number.
+// What is left out, with its number, by its type or by the reason.
 using SkippedCounts = std::map<std::string, uint64_t>;
+
+// In the order of the pages.
+using SkippedByDrawing = std::vector<std::pair<const Drawing*, SkippedCounts>>;
 
 void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
   const auto add = [&skipped](const std::string& what, uint64_t count) {
@@ -120,8 +120,8 @@ void Add(const LeftOut& leftOut, SkippedCounts& skipped) {
   add("too far off the sheet", leftOut.tooFarOff);
 }
 
-// The driver knows one scale for all pages of a document. Where the drawings have several, lengths are
-// measured in millimetres of the paper, which is true of each page, and not in units of a drawing.
+// The driver has one scale for all pages of a document. Where the drawings have several, readers measure
+// lengths in millimetres on paper, which is right for every page, instead of in units of a drawing.
 class MeasureScale {
  public:
   void Add(const PlottedPage& page, const Sheet& sheet) {
@@ -133,7 +133,7 @@ class MeasureScale {
     }
   }
   [[nodiscard]] bool Differs() const { return differs_; }
-  // Dots a unit of measure.
+  // In dots per unit of measure.
   [[nodiscard]] double Get() const { return differs_ ? onPaper_ : common_.value_or(onPaper_); }
 
  private:
@@ -142,11 +142,11 @@ class MeasureScale {
   bool differs_ = false;
 };
 
-// What is skipped, by the reader and in plotting.
-SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>& pages,
-                        const PaperPlan& paper, FontBook& fonts, ImageBook& images, PlotDevice& device,
-                        Progress& progress) {
-  SkippedCounts skipped;
+// Returns what is skipped, by the reader and in plotting.
+SkippedByDrawing PlotPages(const CommandLine& line, const std::vector<DrawingPage>& pages,
+                           const PaperPlan& paper, FontBook& fonts, ImageBook& images, PlotDevice& device,
+                           Progress& progress) {
+  SkippedByDrawing skipped;
   MeasureScale measure;
   const auto changes = RecordChanges(pages, paper);
   for (size_t i = 0; i < pages.size(); ++i) {
@@ -156,8 +156,12 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>&
     const Sheet sheet = MakeSheet(device);
     const PlottedPage plotted = PlotDrawing(page.part, line.plot, sheet, fonts, images, device, progress);
     measure.Add(plotted, sheet);
-    Add(plotted.leftOut, skipped);
-    for (const auto& [type, count] : SkippedOn(page)) skipped[type] += count;
+    if (skipped.empty() || skipped.back().first != page.part.drawing) {
+      skipped.emplace_back(page.part.drawing, SkippedCounts());
+    }
+    SkippedCounts& counts = skipped.back().second;
+    Add(plotted.leftOut, counts);
+    for (const auto& [type, count] : SkippedOn(page)) counts[type] += count;
     device.Make(call::EndPage{});
     if (line.verbosity == Verbosity::kVerbose) {
       progress.Finish();
@@ -168,14 +172,19 @@ SkippedCounts PlotPages(const CommandLine& line, const std::vector<DrawingPage>&
   }
   device.Make(call::SetLineScale{measure.Get()});
   if (measure.Differs() && line.verbosity == Verbosity::kVerbose) {
-    PrintLine(stderr, "the drawings differ in scale: a reader measures millimetres on paper");
+    PrintLine(stderr, "the drawings differ in scale: readers measure millimetres on paper");
   }
   return skipped;
 }
 
-void PrintSkipped(const CommandLine& line, const SkippedCounts& skipped) {
+void PrintSkipped(const CommandLine& line, const SkippedByDrawing& skipped) {
   std::FILE* stream = SummaryStream(line);
-  if (stream != nullptr && !skipped.empty()) PrintLine(stream, FormatSkipped(skipped));
+  if (stream == nullptr) return;
+  for (const auto& [drawing, counts] : skipped) {
+    if (counts.empty()) continue;
+    const std::string where = skipped.size() > 1 ? " in " + drawing->name : "";
+    PrintLine(stream, "skipped" + where + ": " + FormatCounts(counts));
+  }
 }
 
 }  // namespace
@@ -195,11 +204,10 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const std::vector<Drawing> drawings = ReadDrawings(line, progress);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
+  CheckLayerPatterns(line.plot.layers, drawings);
   size_t withoutPages = 0;
   std::vector<DrawingPage> pages = AllPages(drawings, line.plot, fonts, withoutPages);
   if (pages.empty()) return ExitStatus::kNothingDone;
-
-  WarnOfUnmatchedPatterns(line.plot.layers, drawings);
 
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
@@ -207,7 +215,7 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   ChooseOrientations(pages, line.plot, paper);
   const DrawingPage& first = pages.front();
   Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line);
-  const SkippedCounts skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
+  const SkippedByDrawing skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);
   const bool isWhole = std::ranges::all_of(drawings, [](const Drawing& d) { return d.losses.empty(); });

@@ -1,10 +1,10 @@
-// Reading a drawing when others may follow that can be read.
 #include "hdiplot/command/drawing_input.h"
 
 #include <exception>
 
 #include "hdiplot/command/printing.h"
 #include "hdiplot/system/errors.h"
+#include "hdiplot/system/names.h"
 
 namespace hdiplot {
 
@@ -23,6 +23,25 @@ std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, Strictnes
     PrintError(FileError(file, 0, error.what()).what());  // no memory, say
   }
   return std::nullopt;
+}
+
+std::map<std::string, ListedLayer> LayersOf(std::span<const Drawing> drawings) {
+  std::map<std::string, ListedLayer> layers;
+  const std::string* last = nullptr;  // entities come in runs of one layer
+  const auto addAll = [&](const Entities& entities) {
+    for (const Entity& entity : entities) {
+      const std::string& name = entity.attributes.layer;
+      if (last == nullptr || *last != name) layers.try_emplace(FoldedName(name), ListedLayer{name, Layer()});
+      last = &name;
+    }
+  };
+  for (const Drawing& drawing : drawings) {
+    for (const auto& [name, layer] : drawing.layers)
+      layers.try_emplace(FoldedName(name), ListedLayer{name, layer});
+    for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
+    addAll(drawing.entities);
+  }
+  return layers;
 }
 
 }  // namespace hdiplot

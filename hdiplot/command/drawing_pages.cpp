@@ -1,4 +1,3 @@
-// The pages of a job and what each of them needs of the driver's record.
 #include "hdiplot/command/drawing_pages.h"
 
 #include <fmt/format.h>
@@ -13,6 +12,7 @@ namespace {
 
 constexpr const char* kModel = "model";
 constexpr const char* kAllLayouts = "all";
+constexpr const char* kSheets = "sheets";  // all layouts, or the model where there are none
 
 bool IsEmpty(const Drawing& drawing, const Layout& layout) {
   bool isEmpty = true;
@@ -29,14 +29,15 @@ bool HasModel(const Drawing& drawing) {
 std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options, FontBook& fonts) {
   const std::string asked = FoldedName(options.layout);
   const bool wantsModel = asked == FoldedName(kModel) || (asked.empty() && HasModel(drawing));
-  const bool wantsAll = asked.empty() || asked == FoldedName(kAllLayouts);
+  const bool wantsSheets = asked.empty() || asked == FoldedName(kSheets);
+  const bool wantsAll = wantsSheets || asked == FoldedName(kAllLayouts);
   std::vector<DrawingPage> pages;
   for (const Layout& layout : drawing.layouts) {
     const bool isWanted = wantsAll ? !IsEmpty(drawing, layout) : FoldedName(layout.name) == asked;
     if (wantsModel || !isWanted) continue;
     pages.push_back({MeasuredPart(drawing, options, fonts, &layout), HasOwnSheet(&layout, options)});
   }
-  if (wantsModel || (asked.empty() && pages.empty())) pages = {{MeasuredPart(drawing, options, fonts)}};
+  if (wantsModel || (wantsSheets && pages.empty())) pages = {{MeasuredPart(drawing, options, fonts)}};
   return pages;
 }
 
@@ -68,7 +69,7 @@ std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<Drawin
     if (page.hasOwnSheet) {
       changes.emplace_back(SheetChanges(*page.part.layout->sheet));
     } else {
-      // A page of another paper behind one of its own takes its paper back in full.
+      // After a page with its own sheet the record has that sheet's paper, so all of it is set.
       changes.push_back(anyOwn ? paper.WholePageChanges(page.orientation)
                                : paper.PageChanges(page.orientation));
     }

@@ -1,4 +1,4 @@
-// Which pages the drawings of a command line become: their models, or layouts of theirs.
+// The pages of a drawing: its model, or layouts.
 #pragma once
 
 #include <map>
@@ -15,28 +15,28 @@ namespace hdiplot {
 struct DrawingPage {
   DrawingPart part;
   bool hasOwnSheet = false;
-  Orientation orientation = Orientation::kPortrait;  // of a page that has none, once it is chosen
+  Orientation orientation = Orientation::kPortrait;  // of a page without, after ChooseOrientations
 };
 
-// What `options` ask for; when they ask for nothing, the model, or where there is none all layouts. These are
-// those that have entities: drawings often have sheets that nobody has ever opened. None when the drawing has
-// no such layout.
+// The pages that `options` select. Default: the model, or every layout with entities if the model is empty.
+// None when the drawing has no such layout.
 [[nodiscard]] std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& options,
                                                FontBook& fonts);
 
-// What to tell the user about a drawing without pages.
+// The message about a drawing without pages.
 [[nodiscard]] std::string NoSuchLayout(const Drawing& drawing, const PlotOptions& options);
 
+// Chooses the orientation of each page without a sheet of its own.
 void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, const PaperPlan& paper);
 
-// What each page has to change in the driver's record.
+// The changes of the driver's record for each page.
 [[nodiscard]] std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<DrawingPage>& pages,
                                                                       const PaperPlan& paper);
 
 // The page's paper for messages.
 [[nodiscard]] std::string PaperName(const DrawingPage& page, const PaperPlan& paper);
 
-// What is skipped in what is on the page.
+// What the reader skipped of what the page shows, by type.
 [[nodiscard]] std::map<std::string, uint64_t> SkippedOn(const DrawingPage& page);
 
 }  // namespace hdiplot

@@ -1,17 +1,20 @@
-// A job from its settings to the finished file.
 #include "hdiplot/command/job.h"
 
 #include <fmt/format.h>
 
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "hdiplot/system/output_file.h"
-#include "hdiplot/command/preview.h"
+#include "engine/preview.h"
 #include "hdiplot/command/printing.h"
+#include "hdiplot/image/png_encoder.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/files.h"
+#include "hdiplot/system/output_file.h"
 #include "hdiplot/system/paths.h"
 #include "platform/unicode.h"
 
@@ -29,6 +32,23 @@ void SetUpDriver(hdi::HT_Driver& driver, const JobSettings& settings, bool open)
   if (const auto& paper = settings.customPaper) {
     driver.SetCustomPaper(paper->name.c_str(), paper->width, paper->height, paper->left, paper->right,
                           paper->top, paper->bottom);
+  }
+}
+
+// Paints the first page of `pdf` into the PNG file `file`. Throws FileError when there is no such page, when
+// it is too large, or when the file cannot be written.
+void WritePreview(const fs::path& pdf, const fs::path& file, int dotsPerInch) {
+  try {
+    const hdi::engine::PagePicture page = hdi::engine::PaintFirstPage(pdf, dotsPerInch);
+    const std::vector<uint8_t> png =
+        EncodePng({page.width, page.height, page.stride, page.pixels}, dotsPerInch);
+    FileReplacement replacement(file);
+    replacement.Write({reinterpret_cast<const char*>(png.data()), png.size()});
+    replacement.Commit();
+  } catch (const hdi::engine::PreviewError& error) {
+    throw FileError(pdf, 0, error.what());
+  } catch (const std::bad_alloc&) {
+    throw FileError(file, 0, "cannot be written: out of memory");
   }
 }
 
@@ -62,29 +82,22 @@ void Job::CheckFiles(const CommandLine& line) const {
     throw std::runtime_error(
         "no output file: give one with -o, or as output or defaultOutput in the job line");
   }
-  for (const fs::path& input : line.inputs) {
-    if (file_ && LeadToSameFile(*file_, input)) throw FileError(input, 0, "is the input and the output");
-    if (line.record && LeadToSameFile(*line.record, input))
-      throw FileError(input, 0, "is the input and the record");
+  if (line.preview && !file_) throw std::runtime_error("--preview needs an output file: give one with -o");
+  using Role = std::pair<const char*, fs::path>;
+  std::vector<Role> written;
+  if (file_) written.emplace_back("output", *file_);
+  if (line.record) written.emplace_back("record", *line.record);
+  if (line.preview) written.emplace_back("preview", *line.preview);
+  const auto requireTwoFiles = [](const Role& a, const Role& b) {
+    if (!LeadToSameFile(a.second, b.second)) return;
+    throw FileError(a.second, 0, std::string("is the ") + a.first + " and the " + b.first);
+  };
+  for (size_t i = 0; i < written.size(); ++i) {
+    for (const fs::path& input : line.inputs) requireTwoFiles({"input", input}, written[i]);
+    for (size_t j = 0; j < i; ++j) requireTwoFiles(written[j], written[i]);
   }
-  if (file_ && line.record && LeadToSameFile(*file_, *line.record)) {
-    throw FileError(*file_, 0, "is the output and the record");
-  }
-  if (line.preview) CheckPreview(line);
+  if (line.preview) RequireWritable(*line.preview);
   if (file_) RequireWritable(*file_);
-}
-
-void Job::CheckPreview(const CommandLine& line) const {
-  const fs::path& preview = *line.preview;
-  if (!file_) throw std::runtime_error("--preview needs an output file: give one with -o");
-  if (LeadToSameFile(preview, *file_)) throw FileError(preview, 0, "is the output and the preview");
-  if (line.record && LeadToSameFile(preview, *line.record)) {
-    throw FileError(preview, 0, "is the record and the preview");
-  }
-  for (const fs::path& input : line.inputs) {
-    if (LeadToSameFile(preview, input)) throw FileError(preview, 0, "is the input and the preview");
-  }
-  RequireWritable(preview);
 }
 
 void Job::Finish() {
@@ -93,7 +106,7 @@ void Job::Finish() {
   try {
     device_->EndDoc();
   } catch (const std::exception& error) {
-    // A write that fails otherwise than for a full disk.
+    // A failed write other than for a full disk.
     throw std::runtime_error((file_ ? PathText(*file_) + ": " : "") + "cannot be written: " + error.what());
   }
   device_.reset();

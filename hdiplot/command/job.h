@@ -1,5 +1,5 @@
-// One job on one driver, whatever is plotted in it: the settings, the document's start and end, the recorded
-// trace and the output file.
+// One plot job, of drawings or of a trace: settings, start and end of the document, output file, recorded
+// trace and preview.
 #pragma once
 
 #include <chrono>
@@ -8,7 +8,7 @@
 #include <optional>
 
 #include "hdiplot/command/options.h"
-#include "hdiplot/command/report.h"
+#include "hdiplot/command/printing.h"
 #include "hdiplot/device/plot_device.h"
 #include "hdiplot/system/progress.h"
 #include "hdiplot/trace/trace.h"
@@ -19,28 +19,27 @@ namespace hdiplot {
 class Job {
  public:
   // Puts the settings into the driver's record, opens its device and starts the document. The command line's
-  // output goes before that of the settings. Throws a std::runtime_error with the message for the user when
-  // the output cannot be written or the driver refuses, and has touched no file then.
+  // output overrides that of the settings. Throws a std::runtime_error with a message for the user, before
+  // any file is changed, when an output cannot be written or the driver refuses.
   Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line);
 
   [[nodiscard]] PlotDevice& Device() { return *device_; }
 
-  // Ends the document, closes the device and looks at what has been written. Throws a std::runtime_error when
-  // the output is not whole.
+  // Ends the document, closes the device and checks the output. Throws a std::runtime_error when the output
+  // is not complete.
   void Finish();
 
-  // Behind Finish: puts the recorded trace, if there is one, in its place. Throws FileError.
+  // After Finish: moves the recorded trace, if there is one, to its place. Throws FileError.
   void FinishRecord();
 
-  // Behind Finish: writes the picture that the command line asks for. Throws FileError.
+  // After Finish: writes the picture of the first page, if the command line asks for one. Throws FileError.
   void FinishPreview(const CommandLine& line) const;
 
-  // Behind Finish; without the time.
+  // After Finish; without the time.
   [[nodiscard]] const PlotSummary& Summary() const { return summary_; }
 
  private:
   void CheckFiles(const CommandLine& line) const;
-  void CheckPreview(const CommandLine& line) const;
 
   std::optional<std::filesystem::path> file_;  // none when the driver asks the user for it
   std::optional<TraceWriter> recorder_;
@@ -51,11 +50,12 @@ class Job {
 using Clock = std::chrono::steady_clock;
 
 // Finishes the job, the progress bar, the record and the preview, and prints the summary with the time since
-// `start`. A record or a preview that cannot be written is reported and makes the job partly done.
+// `start`. A record or a preview that cannot be written is reported and shows in the status.
 [[nodiscard]] ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start,
                                   Progress& progress);
 
-// Where the summary goes: standard output, or standard error when results are printed there; null when quiet.
+// Where the summary goes: standard output, or standard error when standard output has results; null when
+// quiet.
 [[nodiscard]] std::FILE* SummaryStream(const CommandLine& line);
 
 }  // namespace hdiplot

@@ -1,38 +1,19 @@
-// Telling what is in drawings, without the driver.
+// Printing what drawings contain, and which papers the device has.
 #include <fmt/format.h>
 
 #include <map>
 #include <string>
-#include <utility>
 
 #include "hdiplot/command/drawing_input.h"
-#include "hdiplot/command/plot_commands.h"
+#include "hdiplot/command/options.h"
+#include "hdiplot/command/paper_plan.h"
 #include "hdiplot/command/printing.h"
-#include "hdiplot/command/report.h"
-#include "hdiplot/system/names.h"
+#include "hdiplot/device/module.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 
 namespace {
-
-// By folded name, sorted; a name as the drawing has it first. Layers need no entry in its table.
-using LayersByName = std::map<std::string, std::pair<std::string, Layer>>;
-
-LayersByName LayersOf(const Drawing& drawing) {
-  LayersByName layers;
-  for (const auto& [name, layer] : drawing.layers) layers.try_emplace(FoldedName(name), name, layer);
-  const std::string* last = nullptr;  // entities come in runs of one layer
-  const auto addAll = [&](const Entities& entities) {
-    for (const Entity& entity : entities) {
-      const std::string& name = entity.attributes.layer;
-      if (last == nullptr || *last != name) layers.try_emplace(FoldedName(name), name, Layer());
-      last = &name;
-    }
-  };
-  for (const auto& [name, block] : drawing.blocks) addAll(block.entities);
-  addAll(drawing.entities);
-  return layers;
-}
 
 std::string StateOf(const Layer& layer) {
   constexpr double kPercent = 100;
@@ -51,11 +32,16 @@ void PrintSpace(const char* name, const Drawing& drawing, uint64_t EntityCount::
   PrintLine(stdout, fmt::format("  {}: {}", name, counts.empty() ? "empty" : FormatCounts(counts)));
 }
 
+// A name in a column, and what there is to say of it.
+void PrintRow(const std::string& name, const std::string& text) {
+  PrintLine(stdout, fmt::format("    {:<24} {}", name, text));
+}
+
 void PrintLayout(const Layout& layout) {
   std::string what = "no paper";
   if (layout.sheet) what = fmt::format("{:.6g} x {:.6g} mm", layout.sheet->width, layout.sheet->height);
   what += fmt::format(", {} viewport{}", layout.viewports, layout.viewports == 1 ? "" : "s");
-  PrintLine(stdout, fmt::format("    {:<24} {}", layout.name, what));
+  PrintRow(layout.name, what);
 }
 
 void PrintDrawing(const Drawing& drawing) {
@@ -65,9 +51,7 @@ void PrintDrawing(const Drawing& drawing) {
   if (!drawing.layouts.empty()) PrintLine(stdout, "  layouts:");
   for (const Layout& layout : drawing.layouts) PrintLayout(layout);
   PrintLine(stdout, "  layers:");
-  for (const auto& [folded, layer] : LayersOf(drawing)) {
-    PrintLine(stdout, fmt::format("    {:<24} {}", layer.first, StateOf(layer.second)));
-  }
+  for (const auto& [folded, layer] : LayersOf({&drawing, 1})) PrintRow(layer.name, StateOf(layer.layer));
 }
 
 }  // namespace
@@ -75,17 +59,26 @@ void PrintDrawing(const Drawing& drawing) {
 ExitStatus ListDrawings(const CommandLine& line) {
   Progress progress(ProgressFor(line.verbosity));
   size_t listed = 0;
-  size_t whole = 0;
+  size_t complete = 0;
   for (const auto& file : line.inputs) {
     const auto drawing = ReadOrReport(file, line.strictness, progress);
     if (!drawing) continue;
     progress.Finish();
     PrintDrawing(*drawing);
     ++listed;
-    if (drawing->losses.empty()) ++whole;
+    if (drawing->losses.empty()) ++complete;
   }
   if (listed == 0) return ExitStatus::kNothingDone;
-  return whole < line.inputs.size() ? ExitStatus::kPartlyDone : ExitStatus::kDone;
+  return complete < line.inputs.size() ? ExitStatus::kPartlyDone : ExitStatus::kDone;
+}
+
+ExitStatus ListPapers(const CommandLine& line) {
+  const Module module(line.module);
+  for (const hdi::PaperSize& paper : PapersOf(module.Driver(hdi::ToUtf16(line.device)))) {
+    PrintLine(stdout,
+              fmt::format("{:<20} {} x {} mm", NameOf(paper), paper.width / 10.0, paper.height / 10.0));
+  }
+  return ExitStatus::kDone;
 }
 
 }  // namespace hdiplot

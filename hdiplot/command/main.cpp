@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "hdiplot/command/options.h"
-#include "hdiplot/command/plot_commands.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/system/process.h"
 
@@ -13,7 +12,7 @@ namespace {
 using hdiplot::ExitStatus;
 
 ExitStatus Run(const hdiplot::CommandLine& line) {
-  // The settings record has no place for it.
+  // The settings record has no field for it; the driver reads the environment.
   if (!line.compression.empty()) hdiplot::SetEnvironmentVariable("HDI_COMPRESSION", line.compression);
   if (line.listPapers) return ListPapers(line);
   if (line.list) return ListDrawings(line);

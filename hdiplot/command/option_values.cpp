@@ -1,4 +1,4 @@
-// Option values that are more than a word or a number.
+// Values of options that are more than a word or a number.
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -16,8 +16,8 @@ namespace hdiplot {
 
 namespace {
 
-// PDF viewers show pages of 3 to 14400 points (ISO 32000-1:2008, Annex C); the lower end is raised to what a
-// plot can use.
+// Millimetres. PDF viewers show pages of 3 to 14400 points (ISO 32000-1:2008, Annex C); the lower limit is
+// raised to what a plot can use.
 constexpr double kSmallestPaper = 10;
 constexpr double kLargestPaper = 5080;
 
@@ -43,6 +43,23 @@ double RequireNumber(std::string_view text, const char* message) {
   const std::optional<double> number = ToNumber(text);
   if (!number) throw std::invalid_argument(message);
   return *number;
+}
+
+std::optional<std::pair<double, double>> TwoNumbers(std::string_view text, char separator) {
+  const auto parts = Split(text, separator);
+  const auto first = ToNumber(parts.front());
+  const auto second = ToNumber(parts.back());
+  return parts.size() == 2 && first && second ? std::optional(std::pair(*first, *second)) : std::nullopt;
+}
+
+// A size with another separator than x is no name of a paper.
+void RefuseMisspelledSize(std::string_view size) {
+  for (const char separator : {',', ';', '*', ' '}) {
+    if (!TwoNumbers(size, separator)) continue;
+    std::string meant(size);
+    meant[meant.find(separator)] = 'x';
+    throw std::invalid_argument("must be NAME or WxH (did you mean " + meant + "?)");
+  }
 }
 
 constexpr std::array<std::pair<std::string_view, Rgb>, 11> kColors = {{
@@ -73,16 +90,17 @@ PaperChoice ParsePaper(const std::string& text) {
   const std::string lower = LowerCase(text);
   std::string_view size = lower;
   if (size.ends_with("mm")) size.remove_suffix(2);
-  const auto parts = Split(size, 'x');
-  const auto width = ToNumber(parts.front());
-  const auto height = ToNumber(parts.back());
-  if (parts.size() != 2 || !width || !height) return {text, std::nullopt};
-  for (const double length : {*width, *height}) {
+  const auto numbers = TwoNumbers(size, 'x');
+  if (!numbers) {
+    RefuseMisspelledSize(size);
+    return {text, std::nullopt};
+  }
+  for (const double length : {numbers->first, numbers->second}) {
     if (length < kSmallestPaper || length > kLargestPaper) {
       throw std::invalid_argument("a paper measures from 10 to 5080 millimetres each way");
     }
   }
-  return {"", std::pair(*width, *height)};
+  return {"", numbers};
 }
 
 Margins ParseMargins(const std::string& text) {

@@ -1,10 +1,9 @@
-// The command line.
+// The command line: its options, and the commands that it selects.
 #pragma once
 
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "hdiplot/dxf/dxf_reader.h"
@@ -16,7 +15,7 @@ namespace hdiplot {
 enum class ExitStatus : int {
   kDone = 0,
   kPartlyDone = 1,  // plotted, but some drawings, parts of them or images failed, or the record, the preview
-                    // or the output of text could not be written
+                    // or standard output could not be written
   kNothingDone = 2,
 };
 
@@ -29,14 +28,14 @@ enum class Verbosity { kQuiet, kNormal, kVerbose };
 struct CommandLine {
   std::vector<std::filesystem::path> inputs;  // drawings, or one trace
   bool isTrace = false;
-  bool listPapers = false;            // and nothing else; no inputs then
-  bool list = false;                  // tell what is in the drawings, and plot nothing
-  std::optional<std::string> output;  // of a drawing to be plotted always there
+  bool listPapers = false;            // and plot nothing; no inputs then
+  bool list = false;                  // print what the drawings contain, and plot nothing
+  std::optional<std::string> output;  // always set for drawings to be plotted
   std::optional<std::filesystem::path> record;
   std::optional<std::filesystem::path> preview;  // a picture of the first page
   int previewDpi = 100;
   bool results = false;
-  Strictness strictness = Strictness::kForgiving;  // towards drawings
+  Strictness strictness = Strictness::kForgiving;  // with drawings
   PlotOptions plot;                                // of drawings
   std::string device;                              // empty: the trace's, or the first
   std::filesystem::path module;
@@ -47,16 +46,23 @@ struct CommandLine {
 
 struct ParsedArguments {
   std::optional<CommandLine> commandLine;  // none: there is nothing left to do
-  ExitStatus status = ExitStatus::kDone;   // for that case
+  ExitStatus status = ExitStatus::kDone;   // in that case
 };
 
 // Prints the help, the version, or one message about what is wrong with the arguments.
 [[nodiscard]] ParsedArguments ParseArguments(int argc, const char* const* argv);
 
-// The values of single options; each throws std::invalid_argument with what is wrong.
+// Values of single options. Each throws std::invalid_argument with what is wrong.
 [[nodiscard]] PaperChoice ParsePaper(const std::string& text);
 [[nodiscard]] Margins ParseMargins(const std::string& text);
 [[nodiscard]] double ParseScale(const std::string& text);  // N of 1:N
 [[nodiscard]] Rgb ParseColor(const std::string& text);
+
+// The commands. Each throws a std::runtime_error with the message when it fails as a whole; any other fault
+// is printed and shows in the status.
+[[nodiscard]] ExitStatus PlotTrace(const CommandLine& line);
+[[nodiscard]] ExitStatus PlotDrawings(const CommandLine& line);
+[[nodiscard]] ExitStatus ListDrawings(const CommandLine& line);
+[[nodiscard]] ExitStatus ListPapers(const CommandLine& line);
 
 }  // namespace hdiplot

@@ -1,13 +1,13 @@
-// Papers, orientations and margins.
 #include "hdiplot/command/paper_plan.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <stdexcept>
 
-#include "hdiplot/command/papers.h"
+#include "hdiplot/system/ascii_case.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -16,15 +16,19 @@ namespace {
 
 constexpr const char* kDefaultPaper = "A4";
 constexpr int32_t kCustomPaperId = 0;
-// Of no paper: the driver leaves the sheet's size and margins as the record has them.
+// The number of no paper: the driver then takes the sheet's size and margins from the record.
 constexpr int32_t kUnlistedPaperId = -1;
 constexpr double kTenthsPerMillimetre = 10;
-// Around a sheet of the user's size: this much, but no more than a tenth of the shorter side.
+// Around a sheet of the user's size, in millimetres; at most a tenth of the shorter side.
 constexpr double kDefaultMargin = 5;
 
+// The capability that returns whole PaperSize records.
+constexpr uint16_t kPaperRecords = 19;
+
 const hdi::PaperSize& RequirePaper(const std::vector<hdi::PaperSize>& papers, const std::string& name) {
-  const hdi::PaperSize* paper = FindPaper(papers, name);
-  if (paper != nullptr) return *paper;
+  const auto found = std::ranges::find_if(
+      papers, [&name](const hdi::PaperSize& paper) { return EqualWithoutCase(NameOf(paper), name); });
+  if (found != papers.end()) return *found;
   std::string names;
   for (const hdi::PaperSize& known : papers) names += (names.empty() ? "" : ", ") + NameOf(known);
   throw std::runtime_error("the device has no paper \"" + name + "\"; there are: " + names);
@@ -37,6 +41,20 @@ int16_t OrientationCode(Orientation orientation) {
 }
 
 }  // namespace
+
+std::vector<hdi::PaperSize> PapersOf(hdi::HT_Driver& driver) {
+  hdi::DriverDevMode* record = driver.GetDevModePointer();
+  const int32_t count = driver.DeviceCapabilities(kPaperRecords, nullptr, record);
+  if (count < 1) return {};
+  std::vector<hdi::PaperSize> papers(static_cast<size_t>(count));
+  driver.DeviceCapabilities(kPaperRecords, reinterpret_cast<uint8_t*>(papers.data()), record);
+  return papers;
+}
+
+std::string NameOf(const hdi::PaperSize& paper) {
+  const std::u16string_view units(paper.name, std::size(paper.name));
+  return hdi::ToUtf8(units.substr(0, units.find(u'\0')));
+}
 
 PaperPlan::PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options)
     : isCustom_(options.paper.sizeMillimetres || options.margins) {
@@ -60,8 +78,8 @@ PaperPlan::PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options)
   if (options.margins) margins_ = *options.margins;
   for (const Orientation orientation : {Orientation::kPortrait, Orientation::kLandscape}) {
     const Sheet sheet = SheetFor(orientation);
-    const bool isAskedFor = options.orientation == Orientation::kFit || options.orientation == orientation;
-    if (isAskedFor && (sheet.width < 1 || sheet.height < 1)) {
+    const bool isPossible = options.orientation == Orientation::kFit || options.orientation == orientation;
+    if (isPossible && (sheet.width < 1 || sheet.height < 1)) {
       throw std::runtime_error("the margins leave nothing of the paper " + name_);
     }
   }
@@ -69,8 +87,8 @@ PaperPlan::PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options)
 
 PaperPlan::Placed PaperPlan::PlacedAs(Orientation orientation) const {
   if (orientation == Orientation::kPortrait) return {width_, height_, margins_};
-  // The driver turns a listed paper by a quarter turn, with its margins. Margins of the user's own are those
-  // of the page as it is seen.
+  // The driver rotates a listed paper by a quarter turn, margins included. The user's own margins are those
+  // of the page as it is viewed.
   if (isCustom_) return {height_, width_, margins_};
   return {height_, width_, {margins_.top, margins_.right, margins_.bottom, margins_.left}};
 }
@@ -89,8 +107,8 @@ void PaperPlan::AddTo(JobSettings& job, Orientation orientation) const {
     job.devMode.push_back(DevModeSetting("dmOrientation", OrientationCode(orientation)));
     return;
   }
-  // The driver takes the custom paper's size as it stands and its margins turned by a quarter turn: its top
-  // becomes the page's left, right the top, bottom the right and left the bottom.
+  // The driver takes the custom paper's size unchanged but its margins rotated by a quarter turn: its top
+  // becomes the page's left, its right the top, its bottom the right and its left the bottom.
   const Placed placed = PlacedAs(orientation);
   CustomPaper& paper = job.customPaper.emplace();
   paper.name = hdi::ToUtf16(name_);

@@ -1,7 +1,8 @@
-// From the paper that the command line asks for to the driver's settings.
+// Papers: the device's list, and the driver's settings for the paper that the command line selects.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "hdiplot/plot/page_setup.h"
 #include "hdiplot/plot/plot_options.h"
@@ -10,31 +11,35 @@
 
 namespace hdiplot {
 
-// One paper for all pages of a job. Without margins of the user's own it is one of the driver's list, and
-// each page chooses its orientation. A size or margins of the user's make it the driver's custom paper, of
-// which there is one and which knows no orientation: then the first page chooses for all.
+// The device's papers, in its order.
+[[nodiscard]] std::vector<hdi::PaperSize> PapersOf(hdi::HT_Driver& driver);
+[[nodiscard]] std::string NameOf(const hdi::PaperSize& paper);
+
+// One paper for all pages of a job. A paper of the driver's list with its own margins lets each page choose
+// its orientation. With the user's size or margins it becomes the driver's only custom paper, which has no
+// orientation: the first page then chooses for all.
 class PaperPlan {
  public:
-  // Looks the paper up in the driver's list. Throws std::runtime_error when there is none of this name, or
-  // when the margins leave nothing of the sheet.
+  // Finds the paper in the driver's list by its name, in any case. Throws std::runtime_error when there is
+  // none, or when the margins leave nothing of the sheet.
   PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options);
 
   [[nodiscard]] const std::string& Name() const { return name_; }
   [[nodiscard]] bool IsCustom() const { return isCustom_; }
 
-  // The printable area of a page that is held so; enough of it to compare orientations.
+  // The printable area in this orientation, in millimetres: only for comparing orientations.
   [[nodiscard]] Sheet SheetFor(Orientation orientation) const;
 
-  // Adds what the job needs for its first page, held so, to `job`.
+  // Adds the settings for a first page in this orientation to `job`.
   void AddTo(JobSettings& job, Orientation orientation) const;
 
-  // What a page must change in the record to be held so.
+  // The changes of the driver's record for a page in this orientation.
   [[nodiscard]] std::optional<FieldSettings> PageChanges(Orientation orientation) const;
-  // The same for a page behind one of another paper.
+  // The same for a page that follows one on another paper.
   [[nodiscard]] FieldSettings WholePageChanges(Orientation orientation) const;
 
  private:
-  // Millimetres, as the page is seen.
+  // In millimetres, as the page is viewed.
   struct Placed {
     double width;
     double height;
@@ -45,12 +50,12 @@ class PaperPlan {
   std::string name_;
   int32_t id_ = 0;
   bool isCustom_ = false;
-  double width_ = 0;  // millimetres, of the sheet held upright
+  double width_ = 0;  // millimetres, of the sheet in portrait
   double height_ = 0;
   Margins margins_;
 };
 
-// What a page must change in the record to be on that sheet, whatever papers the driver lists.
+// The changes of the driver's record for a page on this sheet, which need not be in the driver's list.
 [[nodiscard]] FieldSettings SheetChanges(const LayoutSheet& sheet);
 
 }  // namespace hdiplot

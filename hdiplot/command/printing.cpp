@@ -1,8 +1,14 @@
-// Printing through C streams, which remember a failure instead of reporting it by exceptions.
+// Printing through C streams, which remember a failure instead of throwing.
 #include "hdiplot/command/printing.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
+
+#include "hdiplot/system/paths.h"
 
 namespace hdiplot {
 
@@ -10,12 +16,12 @@ namespace {
 
 void Write(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
-// C0, DEL, and C1 as UTF-8 has it (the bytes C2 80 to C2 9F), which terminals obey, too.
+// C0, DEL, and C1 in UTF-8 (the bytes C2 80 to C2 9F): terminals obey all of them.
 bool IsControl(unsigned char before, unsigned char c) {
   return c < 0x20 || c == 0x7f || (before == 0xc2 && c >= 0x80 && c < 0xa0);
 }
 
-// Piece by piece, as there may be no memory left for a copy.
+// In pieces: there may be no memory left for a copy.
 void WriteCleaned(std::FILE* stream, std::string_view text) {
   std::array<char, 256> piece;
   unsigned char before = 0;
@@ -29,6 +35,28 @@ void WriteCleaned(std::FILE* stream, std::string_view text) {
     Write(stream, {piece.data(), length});
     text.remove_prefix(length);
   }
+}
+
+// Digits in groups of three, whatever the locale.
+std::string Grouped(uint64_t number) {
+  std::string text = std::to_string(number);
+  for (size_t at = text.size(); at > 3;) {
+    at -= 3;
+    text.insert(at, 1, ',');
+  }
+  return text;
+}
+
+std::string Counted(uint64_t number, const char* noun) {
+  return Grouped(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
+std::string Size(uint64_t bytes) {
+  constexpr double kKilo = 1000;
+  if (bytes < 1000) return Counted(bytes, "byte");
+  const double size = static_cast<double>(bytes);
+  if (size < 999.5 * kKilo) return fmt::format("{:.0f} KB", size / kKilo);
+  return fmt::format("{:.1f} MB", size / (kKilo * kKilo));
 }
 
 }  // namespace
@@ -46,5 +74,21 @@ void PrintError(std::string_view message) noexcept {
 void PrintText(std::string_view text) noexcept { Write(stdout, text); }
 
 bool FlushStandardOutput() noexcept { return std::fflush(stdout) == 0 && std::ferror(stdout) == 0; }
+
+std::string FormatSummary(const PlotSummary& summary) {
+  std::string text;
+  if (!summary.file.empty()) text = PathText(summary.file) + ": ";
+  text += Counted(summary.pages, "page") + ", " + Counted(summary.objects, "object");
+  if (summary.bytes) text += ", " + Size(*summary.bytes);
+  return text + fmt::format(", {:.2f} s", summary.seconds);
+}
+
+std::string FormatCounts(const std::map<std::string, uint64_t>& counts) {
+  std::vector<std::pair<std::string, uint64_t>> types(counts.begin(), counts.end());
+  std::ranges::stable_sort(types, std::ranges::greater(), &std::pair<std::string, uint64_t>::second);
+  std::string text;
+  for (const auto& [type, count] : types) text += (text.empty() ? "" : ", ") + Grouped(count) + " " + type;
+  return text;
+}
 
 }  // namespace hdiplot

@@ -2,7 +2,7 @@
 #include <fmt/format.h>
 
 #include "hdiplot/command/job.h"
-#include "hdiplot/command/plot_commands.h"
+#include "hdiplot/command/options.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/system/progress.h"

@@ -20,8 +20,8 @@ namespace {
 
 struct NotFinite {};
 
-// What Describe gets to write the keys of one line. Numbers and objects are formatted here: nlohmann::json
-// writes neither the shortest numbers nor blanks after separators, and takes several times as long.
+// What Describe gets to write the keys of one line. Numbers, arrays and objects are formatted here: through
+// nlohmann::json it takes five times as long, and 1 becomes 1.0.
 class JsonLine {
  public:
   explicit JsonLine(std::string& line) : line_(line) {}

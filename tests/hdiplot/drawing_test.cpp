@@ -150,6 +150,18 @@ TEST_F(Drawings, GetAnOutputNamedLikeThemInTheCurrentDirectory) {
   EXPECT_TRUE(place.Has("plan.v2.pdf"));
 }
 
+TEST_F(Drawings, AreTakenFromADirectoryAndPlottedIntoOne) {
+  std::filesystem::create_directory(place.Path("in"));
+  std::filesystem::create_directory(place.Path("out"));
+  for (const char* name : {"in/b.dxf", "in/A.DXF", "in/note.txt"}) place.Write(name, LineDrawing("1", "1"));
+  const Outcome all = place.RunReal("in wide.dxf -o all.pdf -v");
+  EXPECT_THAT(all.err, testing::ContainsRegex("page 1: A.DXF, .*\npage 2: b.dxf, .*\npage 3: wide.dxf, "));
+  EXPECT_EQ(place.RunReal("in/b.dxf -o out --record out/ --preview ./out -q").status, 0);
+  EXPECT_EQ(place.RunReal("out/b.jsonl -o in -q").status, 0);
+  for (const char* name : {"out/b.pdf", "out/b.jsonl", "out/b.png", "in/b.pdf"})
+    EXPECT_TRUE(place.Has(name)) << name;
+}
+
 TEST_F(Drawings, HaveLayersLinksTransparencyAndComments) {
   const std::string all = Plotted("rich.dxf");
   for (const char* part : {"(Doors)", "(http://example.com/)", "/ca "}) EXPECT_THAT(all, HasSubstr(part));

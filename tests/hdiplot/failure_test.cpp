@@ -48,6 +48,14 @@ TEST_F(Failures, GiveOneMessageAndTouchNothing) {
   EXPECT_EQ(place.Read("old.pdf"), "an old file");
 }
 
+TEST_F(Failures, OfAnEmptyCommandLineShowAnExample) {
+  const Outcome outcome = place.RunReal("");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(outcome.err, testing::MatchesRegex("hdiplot: [^\n]*--help\\)\nexample: hdiplot [^\n]*\n"));
+  const std::string help = place.RunReal("--help").out;
+  EXPECT_THAT(help, testing::Not(testing::ContainsRegex("Excludes:|Needs:")));
+}
+
 TEST_F(Failures, OfTheDriverLeaveNoRecord) {
   const std::string words = "good.jsonl -o new.pdf --record new.jsonl";
   ExpectFailure(place.RunFake(words, "FAKE_REFUSE=1"), "new.pdf: the driver did not start the document");

@@ -29,7 +29,7 @@ TEST(OptionValues, HaveTheirForms) {
   EXPECT_EQ(ParsePaper("600x300.5mm").sizeMillimetres, Size({600, 300.5}));
   EXPECT_EQ(ParsePaper("10x5080").sizeMillimetres, Size({10, 5080}));
   EXPECT_EQ(ParsePaper("Matrix").sizeMillimetres, Size());
-  ExpectRefused(ParsePaper, {"", "9x100", "100x5081", "-100x100"});
+  ExpectRefused(ParsePaper, {"", "9x100", "100x5081", "-100x100", "420,297", "420 297mm"});
 
   const auto margins = [](const char* text) {
     const Margins each = ParseMargins(text);

@@ -76,12 +76,14 @@ TEST_F(Process, WhatIsLeftOutIsCountedAndPrintedClean) {
               "0\nCIRCLE\n8\n0\n10\n0\n20\n0\n40\n1e15\n0\nTYP\x1b[2m" +
                   std::string(90, 'E') + "\n8\n0\n0\nENDSEC\n0\nEOF\n");
   const Outcome outcome =
-      place.RunReal("'odd\x1b[1m.dxf' -o out.pdf --scale 1:1 --layer 0 --layer WALL --skip-layer none");
+      place.RunReal("'odd\x1b[1m.dxf' -o out.pdf --scale 1:1 --layer 0 --skip-layer none");
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.err, "hdiplot: --layer \"WALL\" matches no layer of any drawing\n");
+  EXPECT_EQ(outcome.err, "");
   EXPECT_THAT(outcome.out, StartsWith("out.pdf: 1 page, 1 object, ")) << "the line is cut";
   EXPECT_THAT(outcome.out,
               EndsWith("\nskipped: 1 TYP?[2m" + std::string(33, 'E') + "..., 1 too far off the sheet\n"));
+  const std::string several = place.RunReal("a.dxf 'odd\x1b[1m.dxf' -o out.pdf --scale 1:1").out;
+  EXPECT_THAT(several, HasSubstr("\nskipped in odd?[1m.dxf: 1 TYP?[2m"));
 }
 
 }  // namespace

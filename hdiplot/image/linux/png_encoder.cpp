@@ -26,17 +26,17 @@ class PngWriter {
   ~PngWriter() { png_destroy_write_struct(&png_, &info_); }
 
   // False when there is no memory.
-  [[nodiscard]] bool Write(const hdi::engine::PagePicture& picture, uint32_t dotsPerMetre) {
+  [[nodiscard]] bool Write(const BgrPixels& pixels, uint32_t dotsPerMetre) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
     png_set_write_fn(png_, this, TakeBytes, nullptr);
-    png_set_IHDR(png_, info_, static_cast<uint32_t>(picture.width), static_cast<uint32_t>(picture.height), 8,
+    png_set_IHDR(png_, info_, static_cast<uint32_t>(pixels.width), static_cast<uint32_t>(pixels.height), 8,
                  PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
     png_set_pHYs(png_, info_, dotsPerMetre, dotsPerMetre, PNG_RESOLUTION_METER);
     png_write_info(png_, info_);
     png_set_bgr(png_);
-    for (int y = 0; y < picture.height; ++y) {
-      png_write_row(png_, &picture.pixels[static_cast<size_t>(y) * static_cast<size_t>(picture.stride)]);
+    for (int y = 0; y < pixels.height; ++y) {
+      png_write_row(png_, &pixels.bytes[static_cast<size_t>(y) * static_cast<size_t>(pixels.stride)]);
     }
     png_write_end(png_, info_);
     return true;
@@ -63,10 +63,10 @@ class PngWriter {
 
 }  // namespace
 
-std::vector<uint8_t> EncodePng(const hdi::engine::PagePicture& picture, int dotsPerInch) {
+std::vector<uint8_t> EncodePng(const BgrPixels& pixels, int dotsPerInch) {
   constexpr double kInchesPerMetre = 1 / 0.0254;
   PngWriter writer;
-  if (!writer.Write(picture, static_cast<uint32_t>(std::lround(dotsPerInch * kInchesPerMetre)))) {
+  if (!writer.Write(pixels, static_cast<uint32_t>(std::lround(dotsPerInch * kInchesPerMetre)))) {
     throw std::bad_alloc();
   }
   return writer.Take();

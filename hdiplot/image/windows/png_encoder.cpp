@@ -27,7 +27,7 @@ std::vector<uint8_t> BytesOf(IStream& stream) {
 
 }  // namespace
 
-std::vector<uint8_t> EncodePng(const hdi::engine::PagePicture& picture, int dotsPerInch) {
+std::vector<uint8_t> EncodePng(const BgrPixels& pixels, int dotsPerInch) {
   const ImagingSession session;
   const auto factory = session.MakeFactory();
   const auto stream =
@@ -40,13 +40,13 @@ std::vector<uint8_t> EncodePng(const hdi::engine::PagePicture& picture, int dots
   const auto frame = MadeBy<IWICBitmapFrameEncode>(
       [&](IWICBitmapFrameEncode** made) { return encoder->CreateNewFrame(made, nullptr); });
   WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
-  auto* pixels = const_cast<uint8_t*>(picture.pixels.data());  // which are only read
+  auto* bytes = const_cast<uint8_t*>(pixels.bytes.data());  // which are only read
   Require(frame && SUCCEEDED(frame->Initialize(nullptr)) &&
-          SUCCEEDED(frame->SetSize(static_cast<UINT>(picture.width), static_cast<UINT>(picture.height))) &&
+          SUCCEEDED(frame->SetSize(static_cast<UINT>(pixels.width), static_cast<UINT>(pixels.height))) &&
           SUCCEEDED(frame->SetResolution(dotsPerInch, dotsPerInch)) &&
           SUCCEEDED(frame->SetPixelFormat(&format)) && format == GUID_WICPixelFormat24bppBGR &&
-          SUCCEEDED(frame->WritePixels(static_cast<UINT>(picture.height), static_cast<UINT>(picture.stride),
-                                       static_cast<UINT>(picture.pixels.size()), pixels)) &&
+          SUCCEEDED(frame->WritePixels(static_cast<UINT>(pixels.height), static_cast<UINT>(pixels.stride),
+                                       static_cast<UINT>(pixels.bytes.size()), bytes)) &&
           SUCCEEDED(frame->Commit()) && SUCCEEDED(encoder->Commit()));
   return BytesOf(*stream);
 }

@@ -5,7 +5,6 @@
 #include <array>
 
 #include "hdiplot/system/ascii_case.h"
-#include "hdiplot/system/names.h"
 #include "hdiplot/system/wildcard.h"
 #include "platform/environment.h"
 #include "platform/unicode.h"
@@ -53,18 +52,10 @@ std::vector<fs::path> FilesNamed(std::string_view argument) {
   const fs::path path = PathFromUtf8(argument);
   const std::string pattern = PathText(path.filename());
   if (pattern.find_first_of("*?") == std::string::npos) return {path};
-  const std::string folded = FoldedName(pattern);
-  std::vector<fs::path> files;
-  std::error_code error;
-  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    const fs::path name = entry->path().filename();
-    if (!MatchesWildcard(folded, FoldedName(PathText(name)))) continue;
-    fs::path file = path;
-    files.push_back(file.replace_filename(name));
-  }
-  // As folders show them, capitals among the small letters.
-  std::ranges::sort(files, {}, [](const fs::path& file) { return FoldedName(PathText(file.filename())); });
+  std::error_code ignored;
+  std::vector<fs::path> files =
+      NamesMatching(path.has_parent_path() ? path.parent_path() : fs::path("."), pattern, ignored);
+  for (fs::path& file : files) file = fs::path(path).replace_filename(file);
   if (files.empty()) files.push_back(path);
   return files;
 }
