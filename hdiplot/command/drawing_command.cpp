@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 #include <optional>
+#include <ranges>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -36,15 +37,12 @@ std::vector<Drawing> ReadDrawings(const CommandLine& line, Progress& progress) {
   return drawings;
 }
 
-std::string JoinedNames(const std::map<std::string, ListedLayer>& layers) {
+std::string LayerNames(const std::map<std::string, ListedLayer>& layers) {
   constexpr size_t kMost = 20;
-  std::string names;
-  size_t count = 0;
-  for (const auto& [folded, layer] : layers) {
-    if (count++ == kMost) return names + fmt::format(", ... ({} in all; see --list)", layers.size());
-    names += (names.empty() ? "" : ", ") + layer.name;
-  }
-  return names;
+  const auto first = std::views::take(layers, kMost);
+  const std::string names = Listed(first, [](const auto& layer) { return layer.second.name; });
+  if (layers.size() <= kMost) return names;
+  return names + fmt::format(", ... ({} in all; see --list)", layers.size());
 }
 
 // Throws for a pattern that matches no layer of any drawing.
@@ -57,7 +55,7 @@ void CheckLayerPatterns(const std::vector<std::string>& patterns, const std::vec
     });
     if (matches) continue;
     throw std::runtime_error("--layer \"" + pattern +
-                             "\" matches no layer; there are: " + JoinedNames(layers));
+                             "\" matches no layer; there are: " + LayerNames(layers));
   }
 }
 

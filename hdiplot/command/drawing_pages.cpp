@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "hdiplot/command/printing.h"
 #include "hdiplot/system/names.h"
 
 namespace hdiplot {
@@ -44,9 +45,8 @@ std::vector<DrawingPage> PagesOf(const Drawing& drawing, const PlotOptions& opti
 std::string NoSuchLayout(const Drawing& drawing, const PlotOptions& options) {
   if (drawing.layouts.empty()) return drawing.name + ": has no layouts";
   if (FoldedName(options.layout) == FoldedName(kAllLayouts)) return drawing.name + ": all layouts are empty";
-  std::string names;
-  for (const Layout& layout : drawing.layouts) names += (names.empty() ? "" : ", ") + layout.name;
-  return fmt::format("{}: has no layout \"{}\"; there are: {}", drawing.name, options.layout, names);
+  return fmt::format("{}: has no layout \"{}\"; there are: {}", drawing.name, options.layout,
+                     Listed(drawing.layouts, &Layout::name));
 }
 
 void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& options, const PaperPlan& paper) {

@@ -67,14 +67,17 @@ Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine&
   SetUpDriver(driver, settings, line.open);
   device_.emplace(driver);
   if (device_->StartDoc(settings.docName, output, settings.defaultOutput) == 0) {
-    const std::string name = file_ ? PathText(*file_) + ": " : "";
-    throw std::runtime_error(name + "the driver did not start the document");
+    Fail("the driver did not start the document");
   }
   device_->Make(call::SetLineScale{settings.lineScale});
   if (recorder_) {
     recorder_->WriteJob(settings);
     device_->SetListener(*recorder_);
   }
+}
+
+void Job::Fail(const std::string& problem) const {
+  throw std::runtime_error((file_ ? PathText(*file_) + ": " : "") + problem);
 }
 
 void Job::CheckFiles(const CommandLine& line) const {
@@ -107,7 +110,7 @@ void Job::Finish() {
     device_->EndDoc();
   } catch (const std::exception& error) {
     // A failed write other than for a full disk.
-    throw std::runtime_error((file_ ? PathText(*file_) + ": " : "") + "cannot be written: " + error.what());
+    Fail(std::string("cannot be written: ") + error.what());
   }
   device_.reset();
   if (file_) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/printing.h"
@@ -40,6 +41,7 @@ class Job {
 
  private:
   void CheckFiles(const CommandLine& line) const;
+  [[noreturn]] void Fail(const std::string& problem) const;  // with the output's name
 
   std::optional<std::filesystem::path> file_;  // none when the driver asks the user for it
   std::optional<TraceWriter> recorder_;

@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
   } catch (const std::exception& error) {
     hdiplot::PrintError(error.what());
   } catch (...) {
-    hdiplot::PrintError("an unknown error");
+    hdiplot::PrintError("unknown error");
   }
   return static_cast<int>(status);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "hdiplot/command/options.h"
+#include "hdiplot/command/printing.h"
 #include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
@@ -142,9 +143,8 @@ Rgb ParseColor(const std::string& text) {
                            [isHex](auto part) { return ToByte(part, isHex ? 16 : 10); });
   }
   if (!bytes[0] || !bytes[1] || !bytes[2]) {
-    std::string names;
-    for (const auto& [name, color] : kColors) names += (names.empty() ? "" : ", ") + std::string(name);
-    throw std::invalid_argument("must be #RRGGBB, R,G,B or one of " + names);
+    throw std::invalid_argument("must be #RRGGBB, R,G,B or one of " +
+                                Listed(kColors, [](const auto& color) { return color.first; }));
   }
   return {*bytes[0], *bytes[1], *bytes[2]};
 }

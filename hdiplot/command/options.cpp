@@ -8,7 +8,6 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include "hdiplot/command/input_output.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/system/paths.h"

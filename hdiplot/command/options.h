@@ -52,6 +52,15 @@ struct ParsedArguments {
 // Prints the help, the version, or one message about what is wrong with the arguments.
 [[nodiscard]] ParsedArguments ParseArguments(int argc, const char* const* argv);
 
+// The files of a command line. Each throws CLI::ValidationError.
+
+// The files that one argument means: a directory stands for the drawings in it, in alphabetical order.
+[[nodiscard]] std::vector<std::filesystem::path> InputsNamed(const std::string& argument);
+// Sets `isTrace`, and refuses inputs and options that exclude each other.
+void SettleInputs(CommandLine& line);
+// Completes the names of the files to be written: in a directory they are named after the input.
+void SettleOutputs(CommandLine& line);
+
 // Values of single options. Each throws std::invalid_argument with what is wrong.
 [[nodiscard]] PaperChoice ParsePaper(const std::string& text);
 [[nodiscard]] Margins ParseMargins(const std::string& text);

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "hdiplot/command/printing.h"
 #include "hdiplot/system/ascii_case.h"
 #include "platform/unicode.h"
 
@@ -29,9 +30,7 @@ const hdi::PaperSize& RequirePaper(const std::vector<hdi::PaperSize>& papers, co
   const auto found = std::ranges::find_if(
       papers, [&name](const hdi::PaperSize& paper) { return EqualWithoutCase(NameOf(paper), name); });
   if (found != papers.end()) return *found;
-  std::string names;
-  for (const hdi::PaperSize& known : papers) names += (names.empty() ? "" : ", ") + NameOf(known);
-  throw std::runtime_error("the device has no paper \"" + name + "\"; there are: " + names);
+  throw std::runtime_error("the device has no paper \"" + name + "\"; there are: " + Listed(papers, NameOf));
 }
 
 double Tenths(double millimetres) { return std::round(millimetres * kTenthsPerMillimetre); }

@@ -86,9 +86,7 @@ std::string FormatSummary(const PlotSummary& summary) {
 std::string FormatCounts(const std::map<std::string, uint64_t>& counts) {
   std::vector<std::pair<std::string, uint64_t>> types(counts.begin(), counts.end());
   std::ranges::stable_sort(types, std::ranges::greater(), &std::pair<std::string, uint64_t>::second);
-  std::string text;
-  for (const auto& [type, count] : types) text += (text.empty() ? "" : ", ") + Grouped(count) + " " + type;
-  return text;
+  return Listed(types, [](const auto& type) { return Grouped(type.second) + " " + type.first; });
 }
 
 }  // namespace hdiplot

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -23,6 +24,14 @@ void PrintText(std::string_view text) noexcept;
 
 // Whether everything printed to standard output has been written.
 [[nodiscard]] bool FlushStandardOutput() noexcept;
+
+// What `text` returns for each of the items, with commas between them.
+template <typename Items, typename Text>
+[[nodiscard]] std::string Listed(Items&& items, const Text& text) {
+  std::string list;
+  for (const auto& item : items) list += (list.empty() ? "" : ", ") + std::string(std::invoke(text, item));
+  return list;
+}
 
 struct PlotSummary {
   std::filesystem::path file;     // empty when only the driver knows it

@@ -6,7 +6,7 @@
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/system/progress.h"
-#include "hdiplot/trace/trace_reader.h"
+#include "hdiplot/trace/trace.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {

@@ -1,4 +1,3 @@
-// Loading by name, as a host that knows nothing of the module's inside.
 #include "hdiplot/device/module.h"
 
 #include <algorithm>
@@ -27,15 +26,15 @@ Module::Module(std::filesystem::path file) : file_(std::move(file)) {
     throw FileError(file_, 0, std::string("cannot be loaded: ") + error.what());
   }
   itDriver_ = library_->Find<hdi::ItDriverFunction>("IT_Driver");
-  if (itDriver_ == nullptr) throw FileError(file_, 0, "is no driver module, as it has no IT_Driver");
+  if (itDriver_ == nullptr) throw FileError(file_, 0, "is not a driver module: it has no IT_Driver");
   itDriver_(hdi::kCreateDrivers, static_cast<hdi::HostDriverList*>(&list_));
   if (list_.drivers.empty()) {
-    throw FileError(file_, 0, "made no driver; is pdf.ini in the application's directory?");
+    throw FileError(file_, 0, "created no driver; is pdf.ini in the application's directory?");
   }
 }
 
 Module::~Module() {
-  // RemoveDriver shortens the list meanwhile.
+  // Over a copy: RemoveDriver shortens the list.
   for (hdi::HT_Driver* driver : std::vector(list_.drivers)) {
     hdi::DriverRelease release{&list_, driver};
     itDriver_(hdi::kReleaseDriver, &release);

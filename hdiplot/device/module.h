@@ -1,4 +1,4 @@
-// The driver module at run time: loading it, and the drivers that it makes.
+// Loading the driver module, and the drivers that it creates.
 #pragma once
 
 #include <filesystem>
@@ -12,31 +12,31 @@
 
 namespace hdiplot {
 
-// $HDI_MODULE, else PDF.hdi beside the executable.
+// $HDI_MODULE, or PDF.hdi beside the executable.
 [[nodiscard]] std::filesystem::path DefaultModulePath();
 
 // A loaded module with all its drivers. The destructor has the module release them and unloads it.
 class Module {
  public:
-  // Throws FileError when the file is no driver module or makes no driver.
+  // Throws FileError when the file is not a driver module or creates no driver.
   explicit Module(std::filesystem::path file);
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
   ~Module();
 
-  // The driver whose GetName is `name`, or the first one for an empty name. Throws FileError with the names
-  // that there are when there is no such driver.
+  // The driver whose GetName is `name`, or the first one for an empty name. Throws FileError, which lists the
+  // names, when there is no such driver.
   [[nodiscard]] hdi::HT_Driver& Driver(std::u16string_view name) const;
 
  private:
-  // Receives the drivers. The module calls AddDriver for each that it makes and RemoveDriver with the address
-  // of each that it has destroyed.
+  // The module calls AddDriver for each driver that it creates and RemoveDriver with the address of each that
+  // it has destroyed.
   class DriverList final : public hdi::HostDriverList {
    public:
     DriverList() = default;
     DriverList(const DriverList&) = delete;
     DriverList& operator=(const DriverList&) = delete;
-    virtual ~DriverList() = default;  // behind the border's operations
+    virtual ~DriverList() = default;  // after the border's slots
 
     void HostOwn() override {}
     void AddDriver(hdi::HT_Driver* driver) override { drivers.push_back(driver); }

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <variant>
 
 #include "hdiplot/device/calls.h"
@@ -21,25 +19,19 @@ class CallListener {
   ~CallListener() = default;
 };
 
-class PlotDevice {
+class PlotDevice : private OpenDevice {
  public:
-  // Opens `driver`'s device. The driver must outlive it.
-  explicit PlotDevice(hdi::HT_Driver& driver) : device_(driver) {}
+  using OpenDevice::Driver;
+  using OpenDevice::EndDoc;
+  using OpenDevice::OpenDevice;
+  using OpenDevice::StartDoc;
 
   // Sends all further calls to `listener`, too, which must outlive the device.
   void SetListener(CallListener& listener) { listener_ = &listener; }
 
-  [[nodiscard]] hdi::HT_Driver& Driver() const { return device_.Driver(); }
   // Calls that draw, and pages started: what the summary counts.
   [[nodiscard]] uint64_t ObjectCount() const { return objects_; }
   [[nodiscard]] uint32_t PageCount() const { return pages_; }
-
-  // See OpenDevice.
-  int32_t StartDoc(const std::u16string& docName, const std::optional<std::u16string>& output,
-                   const std::u16string& defaultOutput) {
-    return device_.StartDoc(docName, output, defaultOutput);
-  }
-  int32_t EndDoc() { return device_.EndDoc(); }
 
   // Makes a call of namespace `call` and returns the entry's result.
   template <typename T>
@@ -47,14 +39,13 @@ class PlotDevice {
     if (listener_ != nullptr) listener_->OnCall(call);
     if constexpr (T::kEntry.kind == CallKind::kObject) ++objects_;
     if constexpr (T::kEntry.kind == CallKind::kPage) ++pages_;
-    return call.MakeOn(device_);
+    return call.MakeOn(*this);
   }
   int64_t Make(const Call& call) {
     return std::visit([this](const auto& alternative) { return int64_t{Make(alternative)}; }, call);
   }
 
  private:
-  OpenDevice device_;
   CallListener* listener_ = nullptr;
   uint64_t objects_ = 0;
   uint32_t pages_ = 0;

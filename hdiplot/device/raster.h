@@ -38,15 +38,15 @@ class Raster final : public hdi::RasterImage {
   explicit Raster(ImageData image);
   Raster(const Raster&) = delete;
   Raster& operator=(const Raster&) = delete;
-  virtual ~Raster() = default;  // follows the operations of the border in the virtual table
+  virtual ~Raster() = default;  // after the border's slots
 
   const hdi::BITMAPINFOHEADER* GetImageHeader() override { return &block_.header; }
   int32_t GetPixelWidth() override { return block_.header.biWidth; }
   int32_t GetPixelHeight() override { return block_.header.biHeight; }
   int32_t HasAlphaChannel() override { return hasAlpha_ ? 1 : 0; }
   uint8_t* GetPixelBits() override { return pixels_.data(); }
-  // The format must be "jpeg" and the raster have 24 or 32 bits, of which the fourth byte is left out. Null on
-  // failure.
+  // The format must be "jpeg" and the raster have 24 or 32 bits, of which the fourth byte is left out. Null
+  // on failure.
   uint8_t* EncodeToMemory(const char* format, int32_t quality, uint64_t* size) override;
   void FreeEncoded(uint8_t* data) override;
 

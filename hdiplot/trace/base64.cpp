@@ -1,4 +1,3 @@
-// Base64 both ways, three bytes to four characters.
 #include "hdiplot/trace/base64.h"
 
 #include <algorithm>

@@ -12,8 +12,8 @@ namespace hdiplot {
 
 [[nodiscard]] std::string EncodeBase64(std::span<const uint8_t> bytes);
 
-// Nothing when `text` is not base64: a foreign character, a length that is no multiple of four, or padding
-// elsewhere than at the end.
+// None when `text` is not base64: a foreign character, a length that is not a multiple of four, or padding
+// before the end.
 [[nodiscard]] std::optional<std::vector<uint8_t>> DecodeBase64(std::string_view text);
 
 }  // namespace hdiplot

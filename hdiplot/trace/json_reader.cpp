@@ -106,7 +106,7 @@ void ValueReader::Read(const Json& json, std::u16string& value) {
 }
 
 void ValueReader::Read(const Json& json, std::u16string_view& value) {
-  value = storage_.Keep(ReadString(json));
+  value = storage_.Make<std::u16string>(ReadString(json));
 }
 
 void ValueReader::Read(const Json& json, Rgb& value) {

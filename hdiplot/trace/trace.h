@@ -1,9 +1,8 @@
 // A plot trace in memory: the settings of one job and its calls.
 #pragma once
 
-#include <cmath>
 #include <cstdint>
-#include <limits>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,10 +50,6 @@ struct JobSettings {
 // Owns values of any type that calls refer to.
 class CallStorage {
  public:
-  template <typename T>
-  T& Keep(T value) {
-    return Make<T>(std::move(value));
-  }
   template <typename T, typename... Arguments>
   T& Make(Arguments&&... arguments) {
     auto kept = std::make_shared<T>(std::forward<Arguments>(arguments)...);
@@ -77,5 +72,10 @@ struct Trace {
   std::vector<CallLine> calls;
   CallStorage storage;  // of the calls
 };
+
+// Reads and checks the whole file. Every error is a FileError with the line and what is wrong: broken JSON or
+// UTF-8, a key that is unknown, missing or repeated, a value of the wrong type, size or range, an unknown
+// call, a job line that is not the first.
+[[nodiscard]] Trace ReadTrace(const std::filesystem::path& file);
 
 }  // namespace hdiplot

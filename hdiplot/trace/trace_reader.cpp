@@ -1,5 +1,4 @@
-#include "hdiplot/trace/trace_reader.h"
-
+// Reading the lines of a trace file.
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -10,6 +9,7 @@
 
 #include "hdiplot/system/errors.h"
 #include "hdiplot/trace/json_reader.h"
+#include "hdiplot/trace/trace.h"
 
 namespace hdiplot {
 

@@ -3,7 +3,7 @@
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"
 #include "hdiplot/system/errors.h"
-#include "hdiplot/trace/trace_reader.h"
+#include "hdiplot/trace/trace.h"
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/fuzz/memory_file.h"
 #include "tests/support/scratch.h"

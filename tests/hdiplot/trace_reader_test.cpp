@@ -1,12 +1,11 @@
 // Reading traces: what is refused, where, and with which words.
-#include "hdiplot/trace/trace_reader.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "hdiplot/system/errors.h"
+#include "hdiplot/trace/trace.h"
 #include "tests/support/rows.h"
 #include "tests/support/scratch.h"
 

@@ -1,8 +1,8 @@
-#include "hdiplot/command/input_output.h"
-
+// The files that the arguments name.
 #include <CLI/Error.hpp>
 #include <algorithm>
 
+#include "hdiplot/command/options.h"
 #include "hdiplot/dxf/dxf_file.h"
 #include "hdiplot/dxf/group.h"
 #include "hdiplot/system/ascii_case.h"
