@@ -72,13 +72,6 @@ double NumberIn(std::string_view text) {
   return value;
 }
 
-// Most numbers of a content stream are too short to be beyond a limit.
-void CheckNumber(std::string_view text) {
-  constexpr size_t kShort = 9;
-  if (text.size() <= kShort) return;
-  CheckNumberLimits(NumberIn(text), text.find('.') == std::string_view::npos);
-}
-
 class ContentPass {
  public:
   ContentPass(std::string_view content, const FontsByName& fonts) : content_(content), fonts_(fonts) {}
@@ -106,10 +99,21 @@ class ContentPass {
   }
 
   void Operand(const ContentToken& token) {
-    if (token.kind == Kind::kNumber) CheckNumber(Text(token));
+    if (token.kind == Kind::kNumber) Number(token);
     if (token.kind == Kind::kName) CheckNameLimit(Text(token).substr(1));
     if (token.kind == Kind::kString) CheckStringLimit(token.end - token.begin - 2);
     operands_.push_back(token);
+  }
+
+  // An integer beyond 32 bits becomes a real number.
+  void Number(const ContentToken& token) {
+    constexpr size_t kShort = 9;  // too short to be beyond a limit, as most are
+    const std::string_view text = Text(token);
+    if (text.size() <= kShort) return;
+    const double value = NumberIn(text);
+    const bool isInteger = text.find('.') == std::string_view::npos;
+    if (isInteger && !FitsInteger(value)) edits_.push_back({token.end, token.end, "."});
+    CheckRealLimit(value);
   }
 
   void Operator(const ContentToken& token) {

@@ -11,6 +11,7 @@
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "hdiplot/finish/content_pass.h"
+#include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa_fonts.h"
 #include "hdiplot/finish/pdfa_limits.h"
 #include "hdiplot/finish/pdfa_resources.h"
@@ -52,7 +53,7 @@ void ConformLayers(QPDFObjectHandle properties) {
   configuration.removeKey("/AS");
   QPDFObjectHandle order = configuration.getKey("/Order");
   if (!order.isArray()) order = configuration.replaceKeyAndGetNew("/Order", QPDFObjectHandle::newArray());
-  for (QPDFObjectHandle group : properties.getKey("/OCGs").getArrayAsVector()) {
+  for (QPDFObjectHandle group : ItemsOf(properties.getKey("/OCGs"))) {
     const auto items = order.getArrayAsVector();
     const bool isListed = std::ranges::any_of(
         items, [&group](QPDFObjectHandle item) { return item.getObjGen() == group.getObjGen(); });
@@ -96,11 +97,7 @@ class PdfAPass {
  private:
   void ConformPage(QPDFObjectHandle page, size_t number) {
     CheckPage(page);
-    for (QPDFObjectHandle annotation : page.getKey("/Annots").isArray()
-                                           ? page.getKey("/Annots").getArrayAsVector()
-                                           : std::vector<QPDFObjectHandle>()) {
-      ConformAnnotation(annotation);
-    }
+    for (QPDFObjectHandle annotation : ItemsOf(page.getKey("/Annots"))) ConformAnnotation(annotation);
     const FontsByName fonts = fonts_.Conform(page.getKey("/Resources").getKeyIfDict("/Font"));
     const uint64_t leftOut = ConformContents(page, fonts);
     if (leftOut > 0) {
@@ -131,10 +128,8 @@ class PdfAPass {
 
   // Visible glyphs that are left out. The streams of a page count as one, and become one when it changes.
   uint64_t ConformContents(QPDFObjectHandle page, const FontsByName& fonts) {
-    QPDFObjectHandle contents = page.getKey("/Contents");
     std::string content;
-    for (QPDFObjectHandle stream : contents.isArray() ? contents.getArrayAsVector()
-                                                      : std::vector<QPDFObjectHandle>{contents}) {
+    for (QPDFObjectHandle stream : ItemsOrOne(page.getKey("/Contents"))) {
       if (!stream.isStream()) continue;
       const std::shared_ptr<Buffer> data = stream.getStreamData(qpdf_dl_generalized);
       content.append(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()).append("\n");

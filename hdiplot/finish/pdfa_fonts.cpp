@@ -11,6 +11,7 @@
 
 #include <qpdf/Buffer.hh>
 
+#include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa.h"
 #include "hdiplot/finish/text.h"
 
@@ -77,9 +78,7 @@ std::vector<double> DictionaryWidths(QPDFObjectHandle font, size_t glyphs) {
     const bool isThere = glyph >= 0 && static_cast<size_t>(glyph) < widths.size() && width.isNumber();
     if (isThere) widths[static_cast<size_t>(glyph)] = width.getNumericValue();
   };
-  QPDFObjectHandle array = font.getKey("/W");
-  std::vector<QPDFObjectHandle> items =
-      array.isArray() ? array.getArrayAsVector() : std::vector<QPDFObjectHandle>();
+  std::vector<QPDFObjectHandle> items = ItemsOf(font.getKey("/W"));
   for (size_t i = 0; i + 1 < items.size();) {
     if (!items[i].isInteger()) break;
     long long glyph = items[i].getIntValue();
@@ -96,18 +95,18 @@ std::vector<double> DictionaryWidths(QPDFObjectHandle font, size_t glyphs) {
   return widths;
 }
 
-// 6.2.11.5: those of the program within one unit. Glyph 0 is never shown.
+// 6.2.11.5: those of the program within one unit, other than of glyph 0, which is never shown. The others stay
+// as they are, as text is placed by them.
 void ConformWidths(QPDFObjectHandle font, const std::vector<double>& written,
                    const std::vector<double>& advances) {
   bool differs = false;
-  for (size_t glyph = 1; glyph < advances.size(); ++glyph) {
-    differs = differs || std::abs(written[glyph] - advances[glyph]) > 1;
+  QPDFObjectHandle widths = QPDFObjectHandle::newArray();
+  for (size_t glyph = 0; glyph < advances.size(); ++glyph) {
+    const bool isRight = glyph == 0 || std::abs(written[glyph] - advances[glyph]) <= 1;
+    differs = differs || !isRight;
+    widths.appendItem(QPDFObjectHandle::newReal(isRight ? written[glyph] : std::round(advances[glyph])));
   }
   if (!differs) return;
-  QPDFObjectHandle widths = QPDFObjectHandle::newArray();
-  for (const double advance : advances) {
-    widths.appendItem(QPDFObjectHandle::newInteger(std::llround(advance)));
-  }
   QPDFObjectHandle array = QPDFObjectHandle::newArray();
   array.appendItem(QPDFObjectHandle::newInteger(0));
   array.appendItem(widths);
@@ -179,8 +178,7 @@ FontFacts ConformFont(QPDFObjectHandle font) {
 
 FontsByName PdfAFonts::Conform(QPDFObjectHandle resources) {
   FontsByName facts;
-  if (!resources.isDictionary()) return facts;
-  for (auto& [name, font] : resources.getDictAsMap()) {
+  for (auto& [name, font] : EntriesOf(resources)) {
     const auto known = known_.find(font.getObjGen());
     const FontFacts found = known != known_.end() ? known->second : ConformFont(font);
     if (font.isIndirect()) known_.emplace(font.getObjGen(), found);

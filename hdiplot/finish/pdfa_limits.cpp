@@ -10,6 +10,7 @@
 
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa.h"
 
 namespace hdiplot {
@@ -27,17 +28,24 @@ void CheckFilters(QPDFObjectHandle dictionary) {
   constexpr std::array<std::string_view, 7> kFilters = {
       "/ASCIIHexDecode", "/ASCII85Decode", "/FlateDecode", "/RunLengthDecode",
       "/CCITTFaxDecode", "/JBIG2Decode",   "/DCTDecode"};
-  QPDFObjectHandle filter = dictionary.getKey("/Filter");
-  std::vector<QPDFObjectHandle> filters;
-  if (filter.isName()) filters = {filter};
-  if (filter.isArray()) filters = filter.getArrayAsVector();
-  for (QPDFObjectHandle item : filters) {
-    const std::string name = item.isName() ? item.getName() : "";
+  for (QPDFObjectHandle filter : ItemsOrOne(dictionary.getKey("/Filter"))) {
+    if (filter.isNull()) continue;
+    const std::string name = NameOrEmpty(filter);
     if (std::ranges::find(kFilters, name) == kFilters.end()) {
       throw NoPdfA(fmt::format("a stream has the filter {}", name));
     }
   }
   if (dictionary.hasKey("/F")) throw NoPdfA("a stream has its data in another file");
+}
+
+[[noreturn]] void Refuse(double number) {
+  throw NoPdfA(fmt::format("the number {} is beyond the limits", number));
+}
+
+void CheckNumber(QPDFObjectHandle number) {
+  const double value = number.getNumericValue();
+  if (number.isInteger() && !FitsInteger(value)) Refuse(value);
+  CheckRealLimit(value);
 }
 
 void CheckObject(QPDFObjectHandle object);
@@ -59,7 +67,7 @@ void CheckObject(QPDFObjectHandle object) {
   } else if (object.isArray()) {
     for (QPDFObjectHandle item : object.getArrayAsVector()) CheckWithin(item);
   } else if (object.isNumber()) {
-    CheckNumberLimits(object.getNumericValue(), object.isInteger());
+    CheckNumber(object);
   } else if (object.isString()) {
     CheckStringLimit(object.getStringValue().size());
   } else if (object.isName()) {
@@ -69,11 +77,11 @@ void CheckObject(QPDFObjectHandle object) {
 
 }  // namespace
 
-void CheckNumberLimits(double value, bool isInteger) {
-  constexpr double kIntegers = 2147483648.0;
-  const bool fits = isInteger ? value >= -kIntegers && value < kIntegers
-                              : std::abs(value) <= kLargestReal && (value == 0 || std::abs(value) >= kSmallestReal);
-  if (!fits) throw NoPdfA(fmt::format("the number {} is beyond the limits", value));
+bool FitsInteger(double value) { return value >= -2147483648.0 && value < 2147483648.0; }
+
+void CheckRealLimit(double value) {
+  const double size = std::abs(value);
+  if (size > kLargestReal || (size > 0 && size < kSmallestReal)) Refuse(value);
 }
 
 void CheckStringLimit(size_t bytes) {

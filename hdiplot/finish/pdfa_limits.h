@@ -8,8 +8,10 @@
 
 namespace hdiplot {
 
+[[nodiscard]] bool FitsInteger(double value);
+
 // Each throws NoPdfA, with the value, when it is beyond a limit.
-void CheckNumberLimits(double value, bool isInteger);
+void CheckRealLimit(double value);
 void CheckStringLimit(size_t bytes);
 void CheckNameLimit(std::string_view name);  // without the slash
 

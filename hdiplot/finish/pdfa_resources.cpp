@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa.h"
 
 namespace hdiplot {
@@ -26,8 +27,6 @@ void CheckKeys(QPDFObjectHandle dictionary, std::string_view what, Names known) 
     }
   }
 }
-
-std::string NameOrEmpty(QPDFObjectHandle object) { return object.isName() ? object.getName() : ""; }
 
 // 6.1.13: the sides of a page.
 void CheckBox(QPDFObjectHandle box) {
@@ -93,8 +92,8 @@ void CheckPage(QPDFObjectHandle page) {
   CheckBox(page.getKey("/CropBox"));
   QPDFObjectHandle resources = page.getKey("/Resources");
   CheckKeys(resources, "a resource dictionary", {"ExtGState", "Font", "ProcSet", "Properties", "XObject"});
-  for (auto& [name, object] : resources.getKeyIfDict("/XObject").getDictAsMap()) CheckXObject(object);
-  for (auto& [name, state] : resources.getKeyIfDict("/ExtGState").getDictAsMap()) CheckGraphicsState(state);
+  for (auto& [name, object] : EntriesOf(resources.getKeyIfDict("/XObject"))) CheckXObject(object);
+  for (auto& [name, state] : EntriesOf(resources.getKeyIfDict("/ExtGState"))) CheckGraphicsState(state);
 }
 
 void CheckAnnotation(QPDFObjectHandle annotation) {
