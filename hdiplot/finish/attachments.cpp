@@ -13,6 +13,7 @@
 #include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
 #include <qpdf/QPDFFileSpecObjectHelper.hh>
 
+#include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/text.h"
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/errors.h"
@@ -77,7 +78,9 @@ std::string FreeName(QPDFEmbeddedFileDocumentHelper& files, const fs::path& file
 void Attach(QPDF& pdf, const fs::path& file, std::optional<int64_t> latestDate) {
   QPDFEmbeddedFileDocumentHelper files(pdf);
   const std::string name = FreeName(files, file);
-  auto stream = QPDFEFStreamObjectHelper::createEFStream(pdf, ReadFile(file));
+  const std::string bytes = ReadFile(file);
+  auto stream = QPDFEFStreamObjectHelper::createEFStream(pdf, bytes);
+  SetCompressedData(stream.getObjectHandle(), bytes);
   stream.setSubtype(MimeType(file));
   stream.setModDate(DateOf(file, latestDate));
   auto specification = QPDFFileSpecObjectHelper::createFileSpec(pdf, name, stream);

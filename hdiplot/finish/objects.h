@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <qpdf/QPDFObjectHandle.hh>
@@ -21,6 +22,9 @@ namespace hdiplot {
 [[nodiscard]] inline std::vector<QPDFObjectHandle> ItemsOrOne(QPDFObjectHandle object) {
   return object.isArray() ? object.getArrayAsVector() : std::vector<QPDFObjectHandle>{object};
 }
+
+// Gives a stream new data. qpdf would compress it anew in each of its passes over the document.
+void SetCompressedData(QPDFObjectHandle stream, std::string_view data);
 
 // With the slash.
 [[nodiscard]] inline std::string NameOrEmpty(QPDFObjectHandle object) {

@@ -23,7 +23,8 @@ namespace {
 
 // 6.2.3 and 6.2.4.3: what gives DeviceRGB and DeviceGray their meaning.
 void SetOutputIntent(QPDF& pdf) {
-  QPDFObjectHandle profile = pdf.newStream(SrgbProfile());
+  QPDFObjectHandle profile = pdf.newStream();
+  SetCompressedData(profile, SrgbProfile());
   profile.getDict().replaceKey("/N", QPDFObjectHandle::newInteger(3));
   QPDFObjectHandle intent = QPDFObjectHandle::newDictionary();
   intent.replaceKey("/Type", QPDFObjectHandle::newName("/OutputIntent"));
@@ -135,7 +136,10 @@ class PdfAPass {
       content.append(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()).append("\n");
     }
     ConformingContent conforming = ConformContent(content, fonts);
-    if (conforming.content) page.replaceKey("/Contents", pdf_.newStream(*conforming.content));
+    if (conforming.content) {
+      QPDFObjectHandle stream = page.replaceKeyAndGetNew("/Contents", pdf_.newStream());
+      SetCompressedData(stream, *conforming.content);
+    }
     return conforming.glyphsLeftOut;
   }
 
