@@ -39,3 +39,23 @@ function(hdi_limit_exports target script)
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${script}")
   endif()
 endfunction()
+
+# hdi_install(target directory)
+# Installs an artefact. On Windows all are installed into one directory. Elsewhere the installed file finds its
+# shared libraries relative to itself, so that the installed tree can be moved; packages for the system's own
+# directories are configured with CMAKE_SKIP_INSTALL_RPATH.
+function(hdi_install target directory)
+  if(WIN32)
+    install(TARGETS ${target} LIBRARY DESTINATION . RUNTIME DESTINATION .)
+    return()
+  endif()
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${directory}"
+             OUTPUT_VARIABLE libraries)
+  set_target_properties(${target} PROPERTIES
+    BUILD_WITH_INSTALL_RPATH OFF
+    BUILD_RPATH_USE_ORIGIN ON
+    INSTALL_RPATH "$ORIGIN/${libraries}")
+  install(TARGETS ${target}
+    LIBRARY DESTINATION "${directory}" COMPONENT hdiplot NAMELINK_COMPONENT development
+    RUNTIME DESTINATION "${directory}" COMPONENT hdiplot)
+endfunction()

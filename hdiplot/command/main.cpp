@@ -5,6 +5,7 @@
 
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/printing.h"
+#include "hdiplot/device/module.h"
 #include "hdiplot/system/process.h"
 
 namespace {
@@ -12,6 +13,7 @@ namespace {
 using hdiplot::ExitStatus;
 
 ExitStatus Run(const hdiplot::CommandLine& line) {
+  hdiplot::FindInstalledData();
   // The settings record has no field for it; the driver reads the environment.
   if (!line.compression.empty()) hdiplot::SetEnvironmentVariable("HDI_COMPRESSION", line.compression);
   if (line.listPapers) return ListPapers(line);

@@ -16,7 +16,7 @@ namespace hdiplot {
 
 namespace {
 
-constexpr const char* kVersion = "hdiplot 1.0";
+constexpr const char* kVersion = "hdiplot " HDIPLOT_VERSION;
 
 constexpr const char* kDescription =
     "Plots DXF drawings and plot traces to PDF through the driver module PDF.hdi.";
@@ -223,7 +223,8 @@ void ArgumentParser::AddDriver() {
   app_.add_option("--device", line_.device, "The driver's device (default: the first)")
       ->type_name("NAME")
       ->group("Driver");
-  AddPath("--module", line_.module, "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot)")
+  AddPath("--module", line_.module,
+          "The driver module (default: $HDI_MODULE, or PDF.hdi beside hdiplot or as installed)")
       ->group("Driver");
   app_.add_option("--compression", line_.compression,
                   "What matters more, time or size: fast, normal or small (default: the device's setting)")

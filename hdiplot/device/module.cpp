@@ -12,9 +12,31 @@
 
 namespace hdiplot {
 
+namespace {
+
+// `path` relative to the directory of the executable; empty when there is no such file.
+std::filesystem::path InstalledFile(const char* path) {
+  std::error_code unknown;
+  const std::filesystem::path file = (ExecutableFile().parent_path() / path).lexically_normal();
+  return std::filesystem::exists(file, unknown) ? file : std::filesystem::path();
+}
+
+}  // namespace
+
 std::filesystem::path DefaultModulePath() {
   const std::filesystem::path given = PathFromEnvironment("HDI_MODULE");
-  return given.empty() ? ExecutableFile().replace_filename("PDF.hdi") : given;
+  if (!given.empty()) return given;
+  for (const char* path : {"PDF.hdi", HDIPLOT_INSTALLED_MODULE}) {
+    const std::filesystem::path file = InstalledFile(path);
+    if (!file.empty()) return file;
+  }
+  return ExecutableFile().replace_filename("PDF.hdi");
+}
+
+void FindInstalledData() {
+  if (!PathFromEnvironment("HDI_APP_DIR").empty() || !InstalledFile("pdf.ini").empty()) return;
+  const std::filesystem::path settings = InstalledFile(HDIPLOT_INSTALLED_DATA "/pdf.ini");
+  if (!settings.empty()) SetEnvironmentVariable("HDI_APP_DIR", PathText(settings.parent_path()));
 }
 
 Module::Module(std::filesystem::path file) : file_(std::move(file)) {

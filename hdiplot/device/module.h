@@ -12,8 +12,12 @@
 
 namespace hdiplot {
 
-// $HDI_MODULE, or PDF.hdi beside the executable.
+// $HDI_MODULE, or PDF.hdi beside the executable, or the installed one.
 [[nodiscard]] std::filesystem::path DefaultModulePath();
+
+// Sets $HDI_APP_DIR to the directory of the installed pdf.ini, unless it is set or pdf.ini is beside the
+// executable. To be called before a module is loaded.
+void FindInstalledData();
 
 // A loaded module with all its drivers. The destructor has the module release them and unloads it.
 class Module {
