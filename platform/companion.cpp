@@ -1,5 +1,6 @@
 #include "platform/companion.h"
 
+#include <memory>
 #include <string>
 
 #include "platform/companion_module.h"
@@ -22,8 +23,8 @@ void EditProperties(void* parentWindow, HT_Driver* driver) {
   const CompanionModule module(ModulePath());
   auto* edit = module.Find<EditFunction>("InvokeCustomPropertiesDlg");
   if (edit == nullptr) return;
-  const CompanionParent parent(parentWindow);
-  edit(parent.Get(), driver);
+  const std::shared_ptr<void> parent = MakeCompanionParent(parentWindow);
+  edit(parent.get(), driver);
 }
 
 bool AskReplaceExisting(void* parentWindow, int32_t& noHint) {
@@ -31,9 +32,10 @@ bool AskReplaceExisting(void* parentWindow, int32_t& noHint) {
   if (!module.IsLoaded()) return AskReplaceWithoutCompanion(noHint);
   auto* ask = module.Find<SaveAsFunction>("InvokeSaveAsDlg");
   if (ask == nullptr) return false;
-  const CompanionParent parent(parentWindow == nullptr ? DesktopWindow() : parentWindow);
+  const std::shared_ptr<void> parent =
+      MakeCompanionParent(parentWindow == nullptr ? DesktopWindow() : parentWindow);
   int32_t choice = noHint;
-  if (ask(parent.Get(), &choice) != 1) return false;
+  if (ask(parent.get(), &choice) != 1) return false;
   noHint = choice;
   return true;
 }

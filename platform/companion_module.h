@@ -1,6 +1,8 @@
 // The companion module and the parent window of its dialogs, which differ by system.
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
 
 namespace hdi {
@@ -26,20 +28,9 @@ class CompanionModule {
   void* handle_;
 };
 
-// What the module's functions take as their parent, valid for one call: the host's window itself, or on
-// Windows the record of platform/windows/parent_window.h.
-class CompanionParent {
- public:
-  explicit CompanionParent(void* window);
-  CompanionParent(const CompanionParent&) = delete;
-  CompanionParent& operator=(const CompanionParent&) = delete;
-  ~CompanionParent();
-
-  [[nodiscard]] void* Get() const { return parent_; }
-
- private:
-  void* parent_;
-};
+// Returns what the module's functions take as their parent, valid while it is held: the host's window itself,
+// or on Windows the record of platform/windows/parent_window.h.
+[[nodiscard]] std::shared_ptr<void> MakeCompanionParent(void* window);
 
 // The parent window if the host has none; null on Linux.
 [[nodiscard]] void* DesktopWindow();

@@ -17,9 +17,7 @@ CompanionModule::~CompanionModule() {
 
 void* CompanionModule::FindSymbol(const char* name) const { return dlsym(handle_, name); }
 
-CompanionParent::CompanionParent(void* window) : parent_(window) {}
-
-CompanionParent::~CompanionParent() = default;
+std::shared_ptr<void> MakeCompanionParent(void* window) { return {std::shared_ptr<void>(), window}; }
 
 void* DesktopWindow() { return nullptr; }
 

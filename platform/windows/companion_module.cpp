@@ -18,9 +18,9 @@ void* CompanionModule::FindSymbol(const char* name) const {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
 }
 
-CompanionParent::CompanionParent(void* window) : parent_(new ParentWindow{.window = window}) {}
-
-CompanionParent::~CompanionParent() { delete static_cast<ParentWindow*>(parent_); }
+std::shared_ptr<void> MakeCompanionParent(void* window) {
+  return std::make_shared<ParentWindow>(ParentWindow{.window = window});
+}
 
 void* DesktopWindow() { return GetDesktopWindow(); }
 
