@@ -53,6 +53,9 @@ FollowNinja() {
   done
 }
 
+# CodeOf <file>...: prints scripts or CMake files without comment lines, for hashes that comments do not change.
+CodeOf() { sed '/^ *#/d' "$@"; }
+
 # Ninja <build folder> <description> <target>...
 Ninja() {
   local directory=$1 what=$2

@@ -1,5 +1,5 @@
-# Cross-compiles for 64-bit Windows with Debian's mingw-w64, with the runtime of the C++ library linked in: what
-# is built imports nothing but what ships with Windows.
+# Cross-compiles for 64-bit Windows with Debian's mingw-w64. Runtime libraries are linked statically, so that the programs
+# import only DLLs of Windows.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -7,10 +7,10 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# The programs run under Wine.
+# Programs run under Wine.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../../scripts/wine")
 
-# HDI_WINDOWS_LIBRARIES holds the libraries that scripts/windows-libraries has built.
+# HDI_WINDOWS_LIBRARIES is the folder that scripts/windows-libraries builds.
 if(NOT HDI_WINDOWS_LIBRARIES)
   execute_process(
     COMMAND "${CMAKE_CURRENT_LIST_DIR}/../../scripts/windows-libraries" --print-directory
@@ -23,7 +23,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES HDI_WINDOWS_LIBRARIES)
 
-# Windows 10: the engine asks for functions newer than the default.
+# Windows 10: the engine needs functions that are newer than the default.
 add_compile_definitions(_WIN32_WINNT=0x0A00)
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
