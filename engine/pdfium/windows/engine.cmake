@@ -1,5 +1,5 @@
-# What the engine takes besides on Windows: its own copies of Little CMS and OpenJPEG, and headers that the
-# compiler or the platform lacks.
+# Additions for Windows: the engine's own copies of Little CMS and OpenJPEG, and headers that the compiler or the platform
+# lacks.
 #
 #   HDI_WINDOWS_LIBRARIES   folder with the headers of FreeType and libjpeg-turbo (scripts/windows-libraries)
 file(GLOB colour_sources CONFIGURE_DEPENDS "${PDFIUM_SOURCE}/third_party/lcms/src/*.c")
