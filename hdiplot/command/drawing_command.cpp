@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <optional>
-#include <ranges>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -39,10 +39,12 @@ std::vector<Drawing> ReadDrawings(const CommandLine& line, Progress& progress) {
 
 std::string LayerNames(const std::map<std::string, ListedLayer>& layers) {
   constexpr size_t kMost = 20;
-  const auto first = std::views::take(layers, kMost);
-  const std::string names = Listed(first, [](const auto& layer) { return layer.second.name; });
-  if (layers.size() <= kMost) return names;
-  return names + fmt::format(", ... ({} in all; see --list)", layers.size());
+  std::vector<std::string> names;
+  for (const auto& [folded, layer] : layers) {
+    if (names.size() < kMost) names.push_back(layer.name);
+  }
+  if (layers.size() > kMost) names.push_back(fmt::format("... ({} in all; see --list)", layers.size()));
+  return names.empty() ? "none" : Listed(names, std::identity());
 }
 
 // Throws for a pattern that matches no layer of any drawing.
