@@ -32,7 +32,7 @@ void PrintSpace(const char* name, const Drawing& drawing, uint64_t EntityCount::
   PrintLine(stdout, fmt::format("  {}: {}", name, counts.empty() ? "empty" : FormatCounts(counts)));
 }
 
-// A name in a column, and what there is to say of it.
+// One indented line: a name in a column, then its text.
 void PrintRow(const std::string& name, const std::string& text) {
   PrintLine(stdout, fmt::format("    {:<24} {}", name, text));
 }

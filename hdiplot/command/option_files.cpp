@@ -30,7 +30,7 @@ bool HasExtension(const fs::path& file, std::string_view extension) {
   return EqualWithoutCase(PathText(file.extension()), extension);
 }
 
-// By the file's first bytes; by its name where they do not tell, or where they can be read only once.
+// Decided by the first bytes, or by the name where they are ambiguous or can be read only once.
 bool IsTrace(const fs::path& file) {
   constexpr size_t kEnough = 64;
   std::string start(kEnough, '\0');
@@ -57,11 +57,11 @@ fs::path Settled(const char* option, const fs::path& name, const CommandLine& li
     if (line.inputs.size() > 1) Refuse(option, "is a directory; with several drawings a file name is needed");
     file /= line.inputs.front().filename().replace_extension(extension);
   } else if (name.empty()) {
-    Refuse(option, "names no file");
+    Refuse(option, "is empty");
   } else if (!name.has_filename()) {
     Refuse(option, "there is no directory " + PathText(name));
   }
-  if (name == "-") Refuse(option, "takes the name of a file; nothing is written to standard output");
+  if (name == "-") Refuse(option, "must name a file; standard output is not one");
   if (NamesDevice(file)) Refuse(option, "names a device, not a file");
   return file;
 }
@@ -70,7 +70,7 @@ fs::path Settled(const char* option, const fs::path& name, const CommandLine& li
 void SettleOutput(CommandLine& line) {
   if (!line.output && line.isTrace) return;  // the trace may name it
   if (!line.output && line.inputs.size() > 1) Refuse("--output", "is needed to plot several drawings");
-  if (line.output && !IsUtf8(*line.output)) Refuse("--output", "takes a file name in UTF-8");
+  if (line.output && !IsUtf8(*line.output)) Refuse("--output", "must be a file name in UTF-8");
   const fs::path name =
       line.output ? PathFromUtf8(*line.output) : line.inputs.front().filename().replace_extension(".pdf");
   line.output = PathText(Settled("--output", name, line, ".pdf"));
@@ -90,7 +90,7 @@ std::vector<fs::path> InputsNamed(const std::string& argument) {
 
 void SettleInputs(CommandLine& line) {
   line.isTrace = std::ranges::any_of(line.inputs, IsTrace);
-  if (line.isTrace && line.inputs.size() > 1) Refuse("inputs", "a plot trace is played alone");
+  if (line.isTrace && line.inputs.size() > 1) Refuse("inputs", "a plot trace must be the only input");
   if (line.results && !line.isTrace) Refuse("--results", "is for traces");
 }
 
@@ -100,7 +100,7 @@ void SettleOutputs(CommandLine& line) {
   if (line.record) line.record = Settled("--record", *line.record, line, ".jsonl");
   if (line.preview) {
     line.preview = Settled("--preview", *line.preview, line, ".png");
-    if (!HasExtension(*line.preview, ".png")) Refuse("--preview", "takes the name of a PNG file (.png)");
+    if (!HasExtension(*line.preview, ".png")) Refuse("--preview", "must name a PNG file (.png)");
   }
 }
 

@@ -53,7 +53,7 @@ std::optional<std::pair<double, double>> TwoNumbers(std::string_view text, char 
   return parts.size() == 2 && first && second ? std::optional(std::pair(*first, *second)) : std::nullopt;
 }
 
-// A size with another separator than x is no name of a paper.
+// Throws for a size with another separator than x: it is not a paper name.
 void RefuseMisspelledSize(std::string_view size) {
   for (const char separator : {',', ';', '*', ' '}) {
     if (!TwoNumbers(size, separator)) continue;

@@ -92,7 +92,7 @@ class ArgumentParser {
     return line_;
   }
 
-  // What CLI11 has to say about a request for help or for the version.
+  // The text of the help or the version.
   [[nodiscard]] std::string Answer(const CLI::Success& request) const {
     std::ostringstream text;
     app_.exit(request, text, text);

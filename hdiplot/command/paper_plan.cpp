@@ -79,7 +79,7 @@ PaperPlan::PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options)
     const Sheet sheet = SheetFor(orientation);
     const bool isPossible = options.orientation == Orientation::kFit || options.orientation == orientation;
     if (isPossible && (sheet.width < 1 || sheet.height < 1)) {
-      throw std::runtime_error("the margins leave nothing of the paper " + name_);
+      throw std::runtime_error("the margins leave no room on the paper " + name_);
     }
   }
 }

@@ -21,7 +21,7 @@ namespace hdiplot {
 class PaperPlan {
  public:
   // Finds the paper in the driver's list by its name, in any case. Throws std::runtime_error when there is
-  // none, or when the margins leave nothing of the sheet.
+  // none, or when the margins leave no room on the sheet.
   PaperPlan(hdi::HT_Driver& driver, const PlotOptions& options);
 
   [[nodiscard]] const std::string& Name() const { return name_; }

@@ -38,7 +38,7 @@ void RequireReplaceable(const fs::path& file) {
   const fs::file_status status = fs::status(file, error);
   if (fs::is_directory(status)) throw FileError(file, 0, "cannot be written: it is a directory");
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    throw FileError(file, 0, "cannot be written: it is no regular file");
+    throw FileError(file, 0, "cannot be written: it is not a regular file");
   }
 }
 
@@ -78,7 +78,7 @@ void RequireComplete(const fs::path& file) {
   std::string tail(static_cast<size_t>(std::min<std::streamoff>(size, 32)), '\0');
   stream.seekg(size - static_cast<std::streamoff>(tail.size()));
   stream.read(tail.data(), static_cast<std::streamsize>(tail.size()));
-  if (tail.find("%%EOF") == std::string::npos) throw FileError(file, 0, "is not whole; is the disk full?");
+  if (tail.find("%%EOF") == std::string::npos) throw FileError(file, 0, "is incomplete; is the disk full?");
 }
 
 FileReplacement::FileReplacement(fs::path file) : file_(std::move(file)), place_(WithoutLinks(file_)) {

@@ -21,7 +21,7 @@ class DuplicateKeys {
       open_.pop_back();
     } else if (event == Json::parse_event_t::key) {
       const auto& key = parsed.get_ref<const std::string&>();
-      if (!open_.back().insert(key).second) throw ValueError("key \"" + key + "\" is there twice");
+      if (!open_.back().insert(key).second) throw ValueError("key \"" + key + "\" is given twice");
     }
   }
 
@@ -102,7 +102,7 @@ void ValueReader::Read(const Json& json, uint64_t& value) {
 
 void ValueReader::Read(const Json& json, std::u16string& value) {
   value = ReadString(json);
-  if (value.find(u'\0') != std::u16string::npos) throw ValueError("holds a zero character");
+  if (value.find(u'\0') != std::u16string::npos) throw ValueError("contains a zero character");
 }
 
 void ValueReader::Read(const Json& json, std::u16string_view& value) {

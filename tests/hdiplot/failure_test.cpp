@@ -1,4 +1,4 @@
-// What goes wrong: one message, the right exit status, and files left as they were.
+// Failures: one message, the right exit status, and unchanged files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -41,7 +41,7 @@ TEST_F(Failures, GiveOneMessageAndTouchNothing) {
     SCOPED_TRACE(words);
     ExpectFailure(place.RunReal(words), message);
   }
-  ExpectFailure(place.RunReal("a.dxf -o 'latin\xe4'"), "--output: takes a file name in UTF-8");
+  ExpectFailure(place.RunReal("a.dxf -o 'latin\xe4'"), "--output: must be a file name in UTF-8");
   ExpectFailure(place.RunReal("'miss\x1b[1m\xc2\x80\x7f.dxf'"),
                 "hdiplot: miss?[1m\xc2??.dxf: cannot be opened");
   EXPECT_EQ(place.Names(), names);
@@ -61,7 +61,7 @@ TEST_F(Failures, OfTheDriverLeaveNoRecord) {
   ExpectFailure(place.RunFake(words, "FAKE_REFUSE=1"), "new.pdf: the driver did not start the document");
   EXPECT_FALSE(place.Has("new.pdf"));
   ExpectFailure(place.RunFake(words, "FAKE_THROW=1"), "new.pdf: cannot be written: the cable is out");
-  ExpectFailure(place.RunFake(words, "FAKE_TRUNCATE=1"), "new.pdf: is not whole; is the disk full?");
+  ExpectFailure(place.RunFake(words, "FAKE_TRUNCATE=1"), "new.pdf: is incomplete; is the disk full?");
   EXPECT_FALSE(place.Has("new.jsonl"));
   EXPECT_THAT(place.RunFake("good.jsonl -o new.pdf --device Third").err,
               testing::HasSubstr("has no device \"Third\"; there are: \"First\" \"Zweites Gerät\"\n"));
@@ -79,7 +79,7 @@ TEST_F(Failures, OfDrawingsLeaveTheOthersPlotted) {
                 1);
 }
 
-// The PDF is there all the same.
+// The PDF is written nevertheless.
 TEST_F(Failures, OfPreviewsLeaveTheOldOne) {
   place.Write("wide.jsonl",
               R"({"job": {"devMode": {"dmPaperSize": 0}, "customPaper": {"name": "Wide", "width": 30000,)"

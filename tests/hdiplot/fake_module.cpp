@@ -1,5 +1,5 @@
-// A driver module that plots nothing and writes the course of a job to $FAKE_LOG. Its output files hold just
-// enough to pass for a PDF.
+// A driver module that plots nothing and logs the steps of a job to $FAKE_LOG. Its output files contain just
+// enough to be taken for a PDF.
 //
 // $FAKE_REFUSE makes it refuse documents, $FAKE_TRUNCATE leaves the output without its end, $FAKE_THROW fails
 // while the document is written.

@@ -1,4 +1,4 @@
-// Option values that are more than a word or a number.
+// Values of options that are more than a word or a number.
 #include <gtest/gtest.h>
 
 #include <optional>

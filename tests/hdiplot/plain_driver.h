@@ -1,11 +1,11 @@
-// A driver that does nothing, for the drivers of tests to override the few slots that count for them.
+// A driver that does nothing. Drivers of tests override the slots that they need.
 #pragma once
 
 #include "platform/border.h"
 
 class PlainDriver : public hdi::HT_Driver {
  public:
-  virtual ~PlainDriver() = default;  // behind the slots that the host knows
+  virtual ~PlainDriver() = default;  // after the border's slots
 
   int32_t QueryInterface(const hdi::GUID&, hdi::HT_Driver**) override { return 0; }
   const char16_t* GetName() override { return u"plain"; }

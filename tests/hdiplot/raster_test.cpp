@@ -1,4 +1,4 @@
-// The raster object as the driver meets it.
+// The raster object as the driver uses it.
 #include "hdiplot/device/raster.h"
 
 #include <gtest/gtest.h>

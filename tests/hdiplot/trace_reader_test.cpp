@@ -1,4 +1,4 @@
-// Reading traces: what is refused, where, and with which words.
+// Reading traces: what is refused, with line and message.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// The message of reading `text` as a trace, behind the file's name; empty when it is read.
+// The message of reading `text` as a trace, without the file's name; empty when it is read.
 std::string MessageOf(const std::string& text) {
   const scratch::Directory directory;
   const std::string file = directory.Write("job.jsonl", text);
