@@ -1,13 +1,12 @@
 // A file header of 14 bytes, an image header that begins with its own length, by which its kind is told, the
 // masks of colours, a palette, and the rows of pixels, the lowest first where the height is not negative.
-#include "hdiplot/image/bmp_decoder.h"
-
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <utility>
 #include <vector>
 
+#include "hdiplot/image/image_file.h"
 #include "hdiplot/image/pixel_rows.h"
 
 namespace hdiplot {

@@ -1,9 +1,9 @@
-// Sizes are looked at before any pixel is read: the header of a small file can ask for any amount of memory.
+// Sizes are checked before any pixel is read: the header of a small file can ask for any amount of memory.
 #include "hdiplot/image/image_file.h"
 
 #include <algorithm>
-#include <memory>
-#include <optional>
+#include <array>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -12,6 +12,24 @@
 namespace hdiplot {
 
 namespace {
+
+using namespace std::string_view_literals;
+
+struct Start {
+  std::string_view bytes;
+  ImageFormat format;
+};
+
+constexpr Start kStarts[] = {
+    {"\x89PNG\r\n\x1a\n"sv, ImageFormat::kPng},
+    {"\xff\xd8\xff"sv, ImageFormat::kJpeg},
+    {"BM"sv, ImageFormat::kBmp},
+    {"II*\0"sv, ImageFormat::kTiff},
+    {"MM\0*"sv, ImageFormat::kTiff},
+    {"II+\0"sv, ImageFormat::kTiff},  // the last two: BigTIFF
+    {"MM\0+"sv, ImageFormat::kTiff},
+    {"GIF8"sv, ImageFormat::kGif},
+};
 
 constexpr uint64_t kLongestSide = 65500;      // of a JPEG, which images of 32 bits become
 constexpr uint64_t kMostBytes = 1024U << 20;  // of the pixels
@@ -22,8 +40,9 @@ bool IsTooLarge(const ImageSize& size) {
   return size.width * size.height * bitsInMemory / 8 > kMostBytes;
 }
 
-// An image that is transparent everywhere comes from a program that left the fourth byte unused.
-void LookAtAlpha(ImageData& image) {
+// Sets hasAlpha. An image that is transparent everywhere comes from a program that left the fourth byte
+// unused, and becomes opaque.
+void SettleAlpha(ImageData& image) {
   if (image.bitCount != 32) {
     image.hasAlpha = std::ranges::any_of(image.palette, [](const auto& color) { return color[3] != 255; });
     return;
@@ -41,6 +60,17 @@ void LookAtAlpha(ImageData& image) {
 
 }  // namespace
 
+std::optional<ImageFormat> FormatOf(std::FILE* file) {
+  std::array<char, 8> bytes{};
+  std::rewind(file);
+  const std::string_view start(bytes.data(), std::fread(bytes.data(), 1, bytes.size(), file));
+  std::rewind(file);
+  for (const Start& known : kStarts) {
+    if (start.starts_with(known.bytes)) return known.format;
+  }
+  return std::nullopt;
+}
+
 DecodedImage ReadImageFile(const std::filesystem::path& file) {
   std::error_code unknown;
   if (!std::filesystem::exists(file, unknown)) throw FileError(file, 0, "no such image file");
@@ -56,7 +86,7 @@ DecodedImage ReadImageFile(const std::filesystem::path& file) {
   }
   std::optional<DecodedImage> decoded = decoder->Decode();
   if (!decoded) throw FileError(file, 0, "the image is broken");
-  LookAtAlpha(decoded->image);
+  SettleAlpha(decoded->image);
   return std::move(*decoded);
 }
 

@@ -4,11 +4,11 @@
 #include <array>
 #include <cmath>
 
+#include "hdiplot/image/pixel_rows.h"
+
 namespace hdiplot {
 
 namespace {
-
-using Color = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
 // Pixels by column and row.
 class PixelReader {
@@ -16,10 +16,10 @@ class PixelReader {
   explicit PixelReader(const ImageData& image)
       : image_(image), rowBytes_(RowBytes(image.width, image.bitCount)) {}
 
-  [[nodiscard]] Color At(int32_t x, int32_t y) const {
+  [[nodiscard]] PixelColor At(int32_t x, int32_t y) const {
     if (image_.bitCount != 32) {
       const size_t index = Index(x, y);
-      return index < image_.palette.size() ? image_.palette[index] : Color{0, 0, 0, 255};
+      return index < image_.palette.size() ? image_.palette[index] : PixelColor{0, 0, 0, 255};
     }
     const uint8_t* pixel = Row(y) + static_cast<size_t>(x) * 4;
     return {pixel[0], pixel[1], pixel[2], pixel[3]};
@@ -71,7 +71,7 @@ void LayOnWhite(uint8_t* color) {
 template <typename Change>
 void ChangeColors(ImageData& image, const Change& change) {
   if (image.bitCount != 32) {
-    for (Color& color : image.palette) change(color.data());
+    for (PixelColor& color : image.palette) change(color.data());
     return;
   }
   for (size_t i = 0; i + 4 <= image.pixels.size(); i += 4) change(&image.pixels[i]);
@@ -94,9 +94,9 @@ Neighbours NeighboursOf(double at, int32_t size, double width) {
 }
 
 // Colours count by their alpha, so that what cannot be seen does not colour its neighbours.
-Color Mixed(const PixelReader& pixels, const Neighbours& x, const Neighbours& y) {
-  const std::array<Color, 4> colors = {pixels.At(x.first, y.first), pixels.At(x.second, y.first),
-                                       pixels.At(x.first, y.second), pixels.At(x.second, y.second)};
+PixelColor Mixed(const PixelReader& pixels, const Neighbours& x, const Neighbours& y) {
+  const std::array<PixelColor, 4> colors = {pixels.At(x.first, y.first), pixels.At(x.second, y.first),
+                                            pixels.At(x.first, y.second), pixels.At(x.second, y.second)};
   const std::array<double, 4> parts = {(1 - x.part) * (1 - y.part), x.part * (1 - y.part),
                                        (1 - x.part) * y.part, x.part * y.part};
   std::array<double, 4> sums{};
@@ -115,8 +115,8 @@ void ApplyLook(const ImageLook& look, ImageData& image) {
   const bool isBitonal = image.bitCount == 1;
   const bool wasTransparent = image.hasAlpha;
   if (look.transparent && isBitonal && !wasTransparent) {
-    for (Color& color : image.palette) {
-      if (color == Color{255, 255, 255, 255}) color[3] = 0;
+    for (PixelColor& color : image.palette) {
+      if (color == PixelColor{255, 255, 255, 255}) color[3] = 0;
     }
   }
   if (look.grey) ChangeColors(image, MakeGrey);
@@ -172,8 +172,8 @@ ImageData Resampled(const ImageData& image, const Affine& map, int32_t width, in
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x) {
       const Vec2 from = map({x + 0.5, y + 0.5});
-      Color color = Mixed(pixels, NeighboursOf(from.x, image.width, acrossX),
-                          NeighboursOf(from.y, image.height, acrossY));
+      PixelColor color = Mixed(pixels, NeighboursOf(from.x, image.width, acrossX),
+                               NeighboursOf(from.y, image.height, acrossY));
       const bool isInside = from.x >= 0 && from.x <= image.width && from.y >= 0 && from.y <= image.height;
       if (!isInside) color[3] = 0;
       made.pixels.insert(made.pixels.end(), color.begin(), color.end());

@@ -3,7 +3,6 @@
 #include <array>
 #include <cassert>
 
-#include "hdiplot/plot/line_types.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -35,19 +34,7 @@ Box BoxAround(const Sheet& sheet) {
 
 void Canvas::UseStroke(const Stroke& stroke) {
   if (stroke_ == stroke) return;
-  Pen pen;
-  pen.color = stroke.color;
-  pen.width = stroke.width;
-  pen.style = hdi::kPenGeometric;
-  pen.style |= stroke.ends == LineEnds::kRound ? hdi::kPenCapRound | hdi::kPenJoinRound
-                                               : hdi::kPenCapFlat | hdi::kPenJoinMiter;
-  if (stroke.lineType != nullptr) {
-    // A dash without a length shows by its round ends only.
-    const uint32_t shortestDash = stroke.ends == LineEnds::kRound ? 0 : 1;
-    pen.entries = PenDashes(stroke.lineType->dashes, stroke.lineTypeScale, shortestDash);
-  }
-  pen.style |= pen.entries.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
-  SetPen(pen);
+  SetPen(PenOf(stroke));
   stroke_ = stroke;
 }
 

@@ -14,19 +14,9 @@
 #include "hdiplot/geometry/curves.h"
 #include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/page_setup.h"
+#include "hdiplot/plot/pens.h"
 
 namespace hdiplot {
-
-enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
-
-struct Stroke {
-  Rgb color;
-  uint32_t width = 1;  // dots
-  LineEnds ends = LineEnds::kRound;
-  const LineType* lineType = nullptr;  // null: continuous
-  double lineTypeScale = 1;            // dots a unit of the line type
-  bool operator==(const Stroke&) const = default;
-};
 
 // A line of text as the device takes it; see call::Text.
 struct DeviceText {
@@ -44,11 +34,6 @@ struct DeviceText {
 // but for straight lines, which are cut there.
 class Canvas {
  public:
-  // The width of a pen: the nearest whole number, at least 1.
-  [[nodiscard]] static uint32_t PenWidth(double dots) {
-    return dots > 1 ? static_cast<uint32_t>(std::min(std::round(dots), 1e6)) : 1;
-  }
-
   Canvas(PlotDevice& device, const Sheet& sheet) : device_(device), sheet_(sheet) {}
 
   [[nodiscard]] const Sheet& GetSheet() const { return sheet_; }

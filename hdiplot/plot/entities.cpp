@@ -27,7 +27,7 @@ void EntityPlotter::Plot(const Shape& shape, const Affine& map, const Style& sty
 
 Stroke EntityPlotter::StrokeOf(const Style& style) const {
   const double millimetres = style.lineWeight / 100.0;
-  return {style.color, Canvas::PenWidth(millimetres * canvas_.GetSheet().dotsPerMillimetre), LineEnds::kRound,
+  return {style.color, PenWidth(millimetres * canvas_.GetSheet().dotsPerMillimetre), LineEnds::kRound,
           style.lineType, style.lineTypeScale * scale_.dotsPerLineTypeUnit};
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "hdiplot/plot/entities.h"
-#include "hdiplot/plot/shape_meter.h"
+#include "hdiplot/plot/extents.h"
 
 namespace hdiplot {
 

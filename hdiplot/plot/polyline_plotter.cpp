@@ -36,7 +36,7 @@ void PolylinePlotter::Plot(const PolylineEntity& polyline, const Affine& map, co
 
 void PolylinePlotter::PlotWide(const PolylineEntity& polyline, const Affine& map, Stroke stroke,
                                double width) {
-  stroke.width = Canvas::PenWidth(width);
+  stroke.width = PenWidth(width);
   stroke.ends = LineEnds::kFlat;
   canvas_.UseStroke(stroke);
   // A line that happens to go on from here gets no mitered corner with this one.

@@ -247,7 +247,7 @@ void TextPlotter::PlotRules(const TextBlock& block, const Affine& map, const Sty
   const double unit = PlacementOf(map).height;
   for (const TextRule& rule : block.rules) {
     const bool isStroked = fonts_.Find(rule.font).outline == nullptr;
-    const uint32_t width = isStroked ? penWidth : Canvas::PenWidth(rule.height * unit * kRuleWidth);
+    const uint32_t width = isStroked ? penWidth : PenWidth(rule.height * unit * kRuleWidth);
     canvas_.UseStroke(
         {rule.color ? style.Plotted(*rule.color) : style.color, width, LineEnds::kFlat, nullptr, 1});
     canvas_.Line(map(rule.from), map(rule.to));

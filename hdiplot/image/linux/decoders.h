@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "hdiplot/image/image_decoder.h"
+#include "hdiplot/image/image_file.h"
 #include "hdiplot/system/files.h"
 
 namespace hdiplot {

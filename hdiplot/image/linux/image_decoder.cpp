@@ -1,7 +1,4 @@
-#include "hdiplot/image/image_decoder.h"
-
-#include "hdiplot/image/bmp_decoder.h"
-#include "hdiplot/image/image_format.h"
+#include "hdiplot/image/image_file.h"
 #include "hdiplot/image/linux/decoders.h"
 
 namespace hdiplot {

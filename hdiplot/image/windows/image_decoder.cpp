@@ -1,14 +1,11 @@
 // Images through the Windows Imaging Component, but for BMP, of which it would not tell that a file is cut
 // off.
-#include "hdiplot/image/image_decoder.h"
-
+#include <array>
+#include <fstream>
 #include <utility>
 
-#include "hdiplot/image/bmp_decoder.h"
-#include "hdiplot/image/image_format.h"
+#include "hdiplot/image/image_file.h"
 #include "hdiplot/image/pixel_rows.h"
-#include "hdiplot/image/windows/gif_size.h"
-#include "hdiplot/image/windows/pixel_forms.h"
 #include "hdiplot/image/windows/wic.h"
 #include "hdiplot/system/files.h"
 
@@ -27,6 +24,33 @@ const GUID& ContainerOf(ImageFormat format) {
     default:
       return GUID_ContainerFormatGif;
   }
+}
+
+// The size of the first image, read from the file: the component decodes a whole GIF before it returns one.
+// Behind the screen and its palette come extensions, which are chains of blocks with their lengths in front.
+// None for a broken file.
+std::optional<ImageSize> GifSize(const std::filesystem::path& file) {
+  constexpr int kExtension = 0x21;
+  constexpr int kImage = 0x2C;
+  constexpr unsigned kHasPalette = 0x80;
+  std::ifstream in(file, std::ios::binary);
+  std::array<char, 13> screen{};
+  in.read(screen.data(), screen.size());
+  const auto flags = static_cast<unsigned char>(screen[10]);
+  if ((flags & kHasPalette) != 0) in.ignore(3 * (2LL << (flags & 7U)));
+  while (in.get() == kExtension) {
+    in.ignore(1);
+    for (int length = in.get(); length > 0 && in; length = in.get()) in.ignore(length);
+  }
+  in.unget();
+  if (in.get() != kImage) return std::nullopt;
+  std::array<char, 8> place{};
+  if (!in.read(place.data(), place.size())) return std::nullopt;
+  const auto word = [&place](size_t at) {
+    return uint64_t{static_cast<unsigned char>(place[at])} |
+           uint64_t{static_cast<unsigned char>(place[at + 1])} << 8;
+  };
+  return ImageSize{word(4), word(6), 8};
 }
 
 class WicDecoder final : public ImageDecoder {

@@ -1,11 +1,15 @@
-// The Windows Imaging Component, and owning its objects.
+// The Windows Imaging Component: sessions, objects, and its pixels as those of a raster.
 #pragma once
 
 #include <windows.h>
 // Needs what stands above.
 #include <wincodec.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+
+#include "hdiplot/device/raster.h"
 
 namespace hdiplot {
 
@@ -15,7 +19,7 @@ struct ReleaseObject {
 template <typename T>
 using Object = std::unique_ptr<T, ReleaseObject>;
 
-// What `make`, which takes the place for an object's address, has made; null when it failed.
+// The object that `make` stores at the address it is given; null when it fails.
 template <typename T, typename Make>
 [[nodiscard]] Object<T> MadeBy(const Make& make) {
   T* made = nullptr;
@@ -23,7 +27,7 @@ template <typename T, typename Make>
   return Object<T>(SUCCEEDED(result) ? made : nullptr);
 }
 
-// While it lives this thread may use the component. Its objects must be gone before.
+// This thread may use the component while a session lives. Objects must be released first.
 class ImagingSession {
  public:
   ImagingSession();
@@ -31,11 +35,17 @@ class ImagingSession {
   ImagingSession& operator=(const ImagingSession&) = delete;
   ~ImagingSession();
 
-  // Null when the system has no such component.
+  // Null when the system lacks the component.
   [[nodiscard]] Object<IWICImagingFactory> MakeFactory() const;
 
  private:
   bool isEntered_;
 };
+
+// Bits a pixel of the form that the image has.
+[[nodiscard]] uint64_t BitsOf(IWICImagingFactory& factory, IWICBitmapSource& source);
+
+// As ImageDecoder::Decode returns it.
+[[nodiscard]] std::optional<ImageData> ReadPixels(IWICImagingFactory& factory, IWICBitmapSource& source);
 
 }  // namespace hdiplot

@@ -1,4 +1,4 @@
-#include "hdiplot/plot/line_types.h"
+#include "hdiplot/plot/pens.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,8 @@ namespace {
 
 bool IsGap(double element) { return element < 0; }
 
-// The pattern from a dash behind a gap on, neighbours of one kind added up. `dashes` holds both kinds.
+// The pattern rotated to a dash that follows a gap, adjacent elements of one kind added up. `dashes` must
+// hold both kinds.
 std::vector<double> Alternating(const std::vector<double>& dashes) {
   const size_t count = dashes.size();
   size_t start = 0;
@@ -28,6 +29,26 @@ std::vector<double> Alternating(const std::vector<double>& dashes) {
 }
 
 }  // namespace
+
+uint32_t PenWidth(double dots) {
+  return dots > 1 ? static_cast<uint32_t>(std::min(std::round(dots), 1e6)) : 1;
+}
+
+Pen PenOf(const Stroke& stroke) {
+  Pen pen;
+  pen.color = stroke.color;
+  pen.width = stroke.width;
+  pen.style = hdi::kPenGeometric;
+  pen.style |= stroke.ends == LineEnds::kRound ? hdi::kPenCapRound | hdi::kPenJoinRound
+                                               : hdi::kPenCapFlat | hdi::kPenJoinMiter;
+  if (stroke.lineType != nullptr) {
+    // A dash without a length shows by its round ends only.
+    const uint32_t shortestDash = stroke.ends == LineEnds::kRound ? 0 : 1;
+    pen.entries = PenDashes(stroke.lineType->dashes, stroke.lineTypeScale, shortestDash);
+  }
+  pen.style |= pen.entries.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;
+  return pen;
+}
 
 std::vector<uint32_t> PenDashes(const std::vector<double>& dashes, double scale, uint32_t shortestDash) {
   double length = 0;

@@ -1,5 +1,5 @@
 // Dashes of pens.
-#include "hdiplot/plot/line_types.h"
+#include "hdiplot/plot/pens.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,0 +1,39 @@
+// The device's pens for strokes and line types.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "hdiplot/device/plot_device.h"
+#include "hdiplot/model/drawing.h"
+
+namespace hdiplot {
+
+enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
+
+struct Stroke {
+  Rgb color;
+  uint32_t width = 1;  // dots
+  LineEnds ends = LineEnds::kRound;
+  const LineType* lineType = nullptr;  // null: continuous
+  double lineTypeScale = 1;            // dots a unit of the line type
+  bool operator==(const Stroke&) const = default;
+};
+
+// The nearest whole number of dots, at least 1.
+[[nodiscard]] uint32_t PenWidth(double dots);
+
+[[nodiscard]] Pen PenOf(const Stroke& stroke);
+
+// A pattern shorter than this, in dots, becomes a solid line: its dashes would not be discernible.
+inline constexpr double kShortestPattern = 6;
+
+// The entries of a user-style pen for a line type's `dashes` (positive dash, negative gap, 0 dot) at `scale`
+// dots a unit: dash, gap, dash, gap. A pattern that starts with a gap is rotated to its first dash, and
+// adjacent elements of one kind are joined. Dashes are at least `shortestDash` dots, gaps at least one;
+// rounding preserves the length of the whole pattern, not of each element. Empty for a solid line: no gaps,
+// no dashes, a length that is not finite or below kShortestPattern.
+[[nodiscard]] std::vector<uint32_t> PenDashes(const std::vector<double>& dashes, double scale,
+                                              uint32_t shortestDash);
+
+}  // namespace hdiplot
