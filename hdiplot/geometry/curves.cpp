@@ -24,7 +24,8 @@ void AddExtremes(const ConicArc& arc, double t, Box& box) {
   for (int i = 0; i < 2 && angle <= high; ++i, angle += std::numbers::pi) box.Add(arc.At(angle));
 }
 
-// The zeros in (0, 1) of a cubic curve's derivative along one axis, given its four values on that axis.
+// Calls `use` with the zeros in (0, 1) of a cubic curve's derivative along one axis, given its four values
+// there.
 template <typename Use>
 void ForEachExtreme(double p0, double p1, double p2, double p3, Use use) {
   const double a = p3 - 3 * p2 + 3 * p1 - p0;
@@ -35,7 +36,7 @@ void ForEachExtreme(double p0, double p1, double p2, double p3, Use use) {
   };
   const double discriminant = b * b - 4 * a * c;
   if (discriminant < 0) return;
-  // The form without cancellation; a quotient by zero offers nothing.
+  // The form without cancellation.
   const double q = -(b + std::copysign(std::sqrt(discriminant), b)) / 2;
   if (a != 0) offer(q / a);
   if (q != 0) offer(c / q);
@@ -101,7 +102,7 @@ AxisArc AxesOnPaper(const ConicArc& arc) {
   const double h = (u.y - v.x) / 2;
   const double sum = std::hypot(e, h);
   const double difference = std::hypot(f, g);
-  // A circle has no axes to find, only rounding errors.
+  // For a circle the axes would be rounding errors.
   const double first = difference > 1e-12 * sum ? std::atan2(g, f) : 0;
   const double second = sum > 1e-12 * difference ? std::atan2(h, e) : 0;
   const double shift = (second - first) / 2;
@@ -112,7 +113,7 @@ AxisArc AxesOnPaper(const ConicArc& arc) {
   axes.rotation = (second + first) / 2;
   axes.start = arc.start + shift;
   axes.end = arc.end + shift;
-  if (sum < difference) {  // mirrored: the parameter runs the other way round
+  if (sum < difference) {  // mirrored: the parameter runs backwards
     axes.start = -axes.start;
     axes.end = -axes.end;
   }
@@ -122,8 +123,8 @@ AxisArc AxesOnPaper(const ConicArc& arc) {
 
 void AppendCubics(const ConicArc& arc, double tolerance, std::vector<Cubic>& cubics) {
   if (arc.Span() == 0) return;
-  // A cubic over the angle s departs from a circle of radius r by 2/27 r sin^6(s/4) / cos^2(s/4), of which
-  // the sixth power of s/4 is a close enough upper bound up to a quarter turn.
+  // A cubic over the angle s deviates from a circle of radius r by 2/27 r sin^6(s/4) / cos^2(s/4); up to a
+  // quarter turn (s/4)^6 is a close upper bound.
   const double widest = std::min(std::numbers::pi / 2, 4 * std::pow(tolerance * 13.5 / arc.Reach(), 1.0 / 6));
   const size_t count = PieceCount(std::ceil(std::abs(arc.Span()) / widest - 1e-9));
   const double step = arc.Span() / static_cast<double>(count);
@@ -150,7 +151,7 @@ void AddToBox(const Cubic& cubic, Box& box) {
 }
 
 void AppendFlattened(const ConicArc& arc, double tolerance, std::vector<Vec2>& points) {
-  // A chord over the angle s leaves the circle of radius r by r (1 - cos(s/2)), about r s^2 / 8.
+  // A chord over the angle s deviates from the circle of radius r by r (1 - cos(s/2)), about r s^2 / 8.
   const double step = std::min(std::numbers::pi / 4, std::sqrt(8 * tolerance / arc.Reach()));
   const size_t count = PieceCount(std::ceil(std::abs(arc.Span()) / step - 1e-9));
   for (size_t i = 1; i <= count; ++i) {
@@ -160,7 +161,7 @@ void AppendFlattened(const ConicArc& arc, double tolerance, std::vector<Vec2>& p
 
 void AppendFlattened(const Cubic& cubic, double tolerance, std::vector<Vec2>& points) {
   // The second derivative is at most six times the larger second difference of the control points, and a
-  // chord over a parameter step h leaves the curve by at most h^2 / 8 of it.
+  // chord over a parameter step h deviates from the curve by at most h^2 / 8 of it.
   const auto& p = cubic.points;
   const double bend = std::max(Length(p[0] - p[1] * 2 + p[2]), Length(p[1] - p[2] * 2 + p[3]));
   const size_t count = PieceCount(std::ceil(std::sqrt(0.75 * bend / tolerance)));

@@ -1,5 +1,4 @@
-// Arcs of ellipses and cubic curves: their images under affine maps, their boxes, and what the device draws
-// of them.
+// Arcs of ellipses and cubic curves: affine images, boxes, and the forms that the device draws.
 #pragma once
 
 #include <array>
@@ -26,7 +25,7 @@ struct Sweep {
 [[nodiscard]] Sweep NormalizedSweep(double start, double end);
 
 // centre + u cos t + v sin t for t from start to end, in either direction. u and v are any two vectors, so
-// that every affine image of an arc is one again.
+// every affine image of an arc is an arc.
 struct ConicArc {
   Vec2 center;
   Vec2 u;
@@ -37,12 +36,13 @@ struct ConicArc {
   [[nodiscard]] Vec2 At(double t) const { return center + u * std::cos(t) + v * std::sin(t); }
   [[nodiscard]] Vec2 DerivativeAt(double t) const { return v * std::cos(t) - u * std::sin(t); }
   [[nodiscard]] double Span() const { return end - start; }
-  // No less than the larger half axis, and no more than sqrt(2) of it.
+  // Between the larger half axis and sqrt(2) times it.
   [[nodiscard]] double Reach() const { return std::sqrt(Dot(u, u) + Dot(v, v)); }
 };
 
 [[nodiscard]] ConicArc CircularArc(Vec2 center, double radius, Sweep sweep);
-// The arc of a polyline's segment. None when the segment is straight, or so nearly that it shows nowhere.
+// The arc of a polyline's segment. None when the segment is straight, or as good as straight at any
+// resolution.
 [[nodiscard]] std::optional<ConicArc> BulgeArc(Vec2 from, Vec2 to, double bulge);
 
 // The same arc with `u` and `v` along the principal axes, `u` the longer one; angles move along.
@@ -61,8 +61,7 @@ struct AxisArc {
   double end = 0;  // above `start`
 };
 
-// The axes and angles of an arc whose plane has Y pointing down, as seen on paper. An arc that the map before
-// has mirrored comes out with its ends exchanged.
+// The axes and angles on paper of an arc in a plane with Y down. The ends of a mirrored arc are exchanged.
 [[nodiscard]] AxisArc AxesOnPaper(const ConicArc& arc);
 
 struct Cubic {
@@ -75,13 +74,13 @@ struct Cubic {
   }
 };
 
-// Appends cubic curves that follow the arc from its start to its end and stay within `tolerance` of it.
+// Appends cubic curves along the arc from its start to its end, within `tolerance` of it.
 void AppendCubics(const ConicArc& arc, double tolerance, std::vector<Cubic>& cubics);
 
 void AddToBox(const Cubic& cubic, Box& box);
 
-// Append points along the curve behind its first one, the last one included, so that the polyline through
-// them stays within `tolerance`.
+// Append points along the curve, without its first and with its last point, such that their polyline is
+// within `tolerance` of it.
 void AppendFlattened(const ConicArc& arc, double tolerance, std::vector<Vec2>& points);
 void AppendFlattened(const Cubic& cubic, double tolerance, std::vector<Vec2>& points);
 

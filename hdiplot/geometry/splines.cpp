@@ -32,11 +32,11 @@ class BSpline {
            spline_.knots.size() == spline_.controlPoints.size() + degree + 1;
   }
 
-  // Whether a cubic takes up each polynomial piece exactly.
+  // Whether each polynomial piece is a cubic.
   [[nodiscard]] bool IsPlainCubic() const { return !rational_ && spline_.degree <= 3; }
 
-  // The polynomial piece between knots `span` and `span` + 1 by de Boor's scheme. At a knot it gives the
-  // limit from within the piece, so that corners of the spline stay corners.
+  // The polynomial piece between knots `span` and `span` + 1, by de Boor's algorithm. At a knot it is the
+  // limit from within the piece, which preserves corners of the spline.
   [[nodiscard]] PointAndDerivative At(size_t span, double t) const {
     const size_t degree = static_cast<size_t>(spline_.degree);
     std::array<Weighted, kHighestDegree + 1> d;
@@ -72,7 +72,7 @@ class BSpline {
   bool rational_;
 };
 
-// The cubic with the ends and the derivatives of the piece from t0 to t1.
+// The cubic with the ends and the end derivatives of a piece of the parameter's `width`.
 Cubic HermiteCubic(const PointAndDerivative& from, const PointAndDerivative& to, double width) {
   return {{from.point, from.point + from.derivative * (width / 3), to.point - to.derivative * (width / 3),
            to.point}};
@@ -139,8 +139,8 @@ void AppendFitCurve(const Spline& spline, std::vector<Cubic>& cubics) {
   }
   if (spline.closed && points.size() > 1 && points.front() == points.back()) points.pop_back();
   if (points.size() < 2) return;
-  // A closed curve is a stretch of an open one that goes on round the ring at both ends: what the far ends
-  // do to it fades to a quarter with every point.
+  // A closed curve is computed as part of an open one that continues around the ring at both ends; the
+  // influence of the far ends drops to a quarter with every point.
   const size_t ring = points.size();
   const size_t lead = spline.closed && ring > 2 ? 12 : 0;
   if (lead > 0) {

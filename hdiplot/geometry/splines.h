@@ -16,10 +16,10 @@ struct Spline {
   bool closed = false;
 };
 
-// Appends the cubic curves of `spline`, one behind the other. They are the spline itself when its degree is
-// at most 3 and it has no weights, and stay within about `tolerance` of it otherwise. A spline without
-// control points is the smooth curve through its fit points. One whose knots do not go with its control
-// points is drawn as the polygon of its control points, so that a faulty file still shows something.
+// Appends the cubic curves of `spline` in order: exact when its degree is at most 3 and it has no weights,
+// otherwise within about `tolerance`. A spline without control points is the smooth curve through its fit
+// points. One whose knots do not match its control points is drawn as their polygon, so that a faulty file
+// still shows something.
 void AppendCubics(const Spline& spline, double tolerance, std::vector<Cubic>& cubics);
 
 }  // namespace hdiplot

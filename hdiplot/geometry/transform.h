@@ -21,12 +21,12 @@ struct Affine {
   [[nodiscard]] Vec2 Direction(Vec2 v) const { return {a * v.x + c * v.y, b * v.x + d * v.y}; }
   [[nodiscard]] double Determinant() const { return a * d - b * c; }
 
-  // The larger of the two factors by which the map stretches lengths (its larger singular value).
+  // The largest factor by which the map stretches a length: its larger singular value.
   [[nodiscard]] double LargestScale() const {
     return (std::hypot(a + d, b - c) + std::hypot(a - d, b + c)) / 2;
   }
 
-  // Whether shapes keep their form, up to mirroring: circles stay circles.
+  // Whether circles stay circles.
   [[nodiscard]] bool IsSimilarity() const {
     const double difference = std::min(std::hypot(a - d, b + c), std::hypot(a + d, b - c));
     return difference <= 1e-6 * LargestScale();

@@ -1,5 +1,5 @@
-// A file header of 14 bytes, an image header that begins with its own length, by which its kind is told, the
-// masks of colours, a palette, and the rows of pixels, the lowest first where the height is not negative.
+// BMP: a file header of 14 bytes, an image header that starts with its length, which identifies its version,
+// colour masks, a palette, and the rows of pixels, bottom up unless the height is negative.
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -17,13 +17,13 @@ enum Compression : uint32_t { kNone = 0, kRuns8 = 1, kRuns4 = 2, kMasks = 3, kMa
 
 constexpr size_t kFileHeader = 14;
 constexpr size_t kCoreHeader = 12;  // of OS/2, with sizes of 16 bits and three bytes a colour
-constexpr size_t kInfoHeader = 40;  // all that are longer begin like it
+constexpr size_t kInfoHeader = 40;  // longer ones start with the same fields
 constexpr size_t kHeaderWithAlphaMask = 56;
 
 // Blue, green, red, alpha, as the bytes of an image.
 using Masks = std::array<uint32_t, 4>;
 constexpr Masks kMasksOf16Bits = {0x1F, 0x3E0, 0x7C00, 0};
-// The fourth byte is unused by the format, but some programs put an alpha there.
+// The format does not use the fourth byte, but some programs write an alpha.
 constexpr Masks kMasksOf32Bits = {0xFF, 0xFF00, 0xFF0000, 0xFF000000};
 
 struct Header {
@@ -39,7 +39,7 @@ struct Header {
   [[nodiscard]] bool IsPacked() const { return compression == kRuns8 || compression == kRuns4; }
 };
 
-// What stands in front of the pixels. Bytes that are not there are zero.
+// The start of the file. Bytes beyond its end are zero.
 class Head {
  public:
   explicit Head(std::FILE* file) {
@@ -47,7 +47,7 @@ class Head {
     static_cast<void>(std::fread(bytes_.data(), 1, bytes_.size(), file));
   }
 
-  // The least byte comes first.
+  // Little-endian.
   [[nodiscard]] uint32_t Word(size_t at, size_t length = 4) const {
     uint32_t value = 0;
     for (size_t i = 0; i < length && at + i < bytes_.size(); ++i) value |= uint32_t{bytes_[at + i]} << 8 * i;
@@ -117,7 +117,7 @@ std::optional<Header> ReadHeader(std::FILE* file) {
   return header;
 }
 
-// The part of a pixel under `mask` as 0 to 255.
+// The component of a pixel under `mask`, scaled to 0 to 255.
 uint8_t Part(uint32_t pixel, uint32_t mask) {
   if (mask == 0) return 0;
   const uint64_t largest = mask >> std::countr_zero(mask);
@@ -143,13 +143,13 @@ void TakeRow(const Header& header, const uint8_t* from, uint8_t* row) {
   }
 }
 
-// Rows in runs of one number each, or two by turns where numbers have 4 bits.
+// Run-length encoded rows. A run repeats one number, or alternates two of 4 bits.
 class RunReader {
  public:
   RunReader(std::FILE* file, const Header& header, ImageData& image)
       : file_(file), hasHalves_(header.bits == 4), image_(image) {}
 
-  // Whether all of the image has been there.
+  // Whether the image is complete.
   [[nodiscard]] bool Read() {
     while (y_ < image_.height) {
       const int count = Byte();
@@ -173,7 +173,7 @@ class RunReader {
 
   [[nodiscard]] int Byte() { return std::getc(file_); }
 
-  // A code, or the count of the numbers that follow.
+  // `code` is an escape, or the count of literal numbers that follow.
   void Obey(int code) {
     if (code == kEndOfRow) {
       x_ = 0;
@@ -193,7 +193,7 @@ class RunReader {
     }
   }
 
-  // `byteOf` gives the byte that number `index` of the run is in.
+  // `byteOf` returns the byte with number `index` of the run.
   template <typename ByteOf>
   void Put(int count, const ByteOf& byteOf) {
     for (int i = 0; i < count; ++i) {
@@ -209,7 +209,7 @@ class RunReader {
   bool hasHalves_;
   ImageData& image_;
   int32_t x_ = 0;
-  int32_t y_ = 0;  // from below
+  int32_t y_ = 0;  // from the bottom
 };
 
 class BmpDecoder final : public ImageDecoder {
@@ -237,7 +237,7 @@ class BmpDecoder final : public ImageDecoder {
  private:
   [[nodiscard]] int32_t BitCount() const { return header_->bits == 1 ? 1 : header_->bits <= 8 ? 8 : 32; }
 
-  // Whether all of them are there.
+  // Whether all rows are there.
   [[nodiscard]] bool ReadRows(size_t rowBytes, ImageData& image) {
     std::vector<uint8_t> bytes(rowBytes);
     for (int32_t y = 0; y < header_->height; ++y) {

@@ -12,7 +12,7 @@ namespace hdiplot {
 
 namespace {
 
-// Drawings come from systems whose paths have backslashes, and drives that do not exist here.
+// Paths in drawings may have backslashes, and drives that do not exist here.
 std::filesystem::path FileOf(const std::filesystem::path& folder, std::string name) {
   std::ranges::replace(name, '\\', '/');
   const std::filesystem::path path = PathFromUtf8(name);

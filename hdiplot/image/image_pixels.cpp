@@ -43,7 +43,7 @@ class PixelReader {
 
 uint8_t ByteOf(double value) { return static_cast<uint8_t>(std::clamp(value, 0.0, 255.0) + 0.5); }
 
-// Brightness, contrast and fading to white as one table for all three colours.
+// Brightness, contrast and fading to white as one table for all three components.
 std::array<uint8_t, 256> ToneCurve(const ImageLook& look) {
   const double slope = look.contrast <= 50 ? look.contrast / 50.0 : 50.0 / std::max(100 - look.contrast, 1);
   const double lift = (look.brightness - 50) / 50.0 * 255;
@@ -83,8 +83,7 @@ struct Neighbours {
   double part = 0;  // of the second
 };
 
-// The two pixels of a line of `size` whose middles lie around `at`. They run into each other over a `width`
-// of at most 1.
+// The two pixels of a line of `size` whose centres enclose `at`. They blend over a `width` of at most 1.
 Neighbours NeighboursOf(double at, int32_t size, double width) {
   const double last = size - 1;
   const double within = std::clamp(at - 0.5, 0.0, last);
@@ -93,8 +92,8 @@ Neighbours NeighboursOf(double at, int32_t size, double width) {
   return {static_cast<int32_t>(first), static_cast<int32_t>(std::min(first + 1, last)), part};
 }
 
-// Colours count by their alpha, so that what cannot be seen does not colour its neighbours.
-PixelColor Mixed(const PixelReader& pixels, const Neighbours& x, const Neighbours& y) {
+// Weighted by alpha, so that transparent pixels do not colour their neighbours.
+PixelColor Interpolated(const PixelReader& pixels, const Neighbours& x, const Neighbours& y) {
   const std::array<PixelColor, 4> colors = {pixels.At(x.first, y.first), pixels.At(x.second, y.first),
                                             pixels.At(x.first, y.second), pixels.At(x.second, y.second)};
   const std::array<double, 4> parts = {(1 - x.part) * (1 - y.part), x.part * (1 - y.part),
@@ -166,14 +165,14 @@ ImageData Resampled(const ImageData& image, const Affine& map, int32_t width, in
   made.hasAlpha = true;
   made.pixels.reserve(RowBytes(width, 32) * static_cast<size_t>(height));
   const PixelReader pixels(image);
-  // What a pixel that is made takes up of the image; within large pixels the colour is theirs.
+  // The size of a new pixel in those of the image, at most one of them.
   const double acrossX = std::clamp(std::abs(map.a) + std::abs(map.c), 1e-6, 1.0);
   const double acrossY = std::clamp(std::abs(map.b) + std::abs(map.d), 1e-6, 1.0);
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x) {
       const Vec2 from = map({x + 0.5, y + 0.5});
-      PixelColor color = Mixed(pixels, NeighboursOf(from.x, image.width, acrossX),
-                               NeighboursOf(from.y, image.height, acrossY));
+      PixelColor color = Interpolated(pixels, NeighboursOf(from.x, image.width, acrossX),
+                                      NeighboursOf(from.y, image.height, acrossY));
       const bool isInside = from.x >= 0 && from.x <= image.width && from.y >= 0 && from.y <= image.height;
       if (!isInside) color[3] = 0;
       made.pixels.insert(made.pixels.end(), color.begin(), color.end());

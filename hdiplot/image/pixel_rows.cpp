@@ -24,7 +24,7 @@ ImageData BlankImage(int32_t width, int32_t height, int32_t bitCount, std::vecto
   for (int32_t y = 0; y < height && blank != 0; ++y) {
     uint8_t* row = RowOf(image, y);
     std::fill_n(row, bits / 8, blank);
-    // What is behind the last pixel stays zero.
+    // Padding bits stay zero.
     if (bits % 8 != 0) row[bits / 8] = static_cast<uint8_t>(0xFF00U >> bits % 8);
   }
   return image;

@@ -1,4 +1,4 @@
-// Rows of pixels on their way from a decoder to an image.
+// What decoders share to fill an image.
 #pragma once
 
 #include <array>
@@ -11,22 +11,22 @@ namespace hdiplot {
 
 using PixelColor = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
-// An image that is all white, or of the lightest colour in its palette. `bitCount` is 1, 8 or 32.
+// A white image, or one of the lightest colour in its palette. `bitCount` is 1, 8 or 32.
 [[nodiscard]] ImageData BlankImage(int32_t width, int32_t height, int32_t bitCount,
                                    std::vector<PixelColor> palette = {});
 
 [[nodiscard]] uint8_t* RowOf(ImageData& image, int32_t y);
 
-// From black to white, for pixels of up to 8 bits.
+// A palette from black to white, for pixels of up to 8 bits.
 [[nodiscard]] std::vector<PixelColor> Grays(int32_t bits);
 
-// `count` numbers of 1, 2 or 4 bits, the first in the upper ones of a byte, become bytes.
+// Expands `count` numbers of 1, 2 or 4 bits, the most significant first, to bytes.
 void Unpack(const uint8_t* packed, int32_t bits, int32_t count, uint8_t* numbers);
 
-// The colour of inks, 255 being full ink, without regard to a profile.
+// Converts inks, 255 being full ink, ignoring profiles.
 [[nodiscard]] PixelColor ColorOfInks(uint8_t cyan, uint8_t magenta, uint8_t yellow, uint8_t black);
 
-// Gives an image whose palette has two entries one bit a pixel, of 8 before.
+// Converts an 8-bit image with a palette of two entries to one bit a pixel.
 void PackTwoColors(ImageData& image);
 
 }  // namespace hdiplot

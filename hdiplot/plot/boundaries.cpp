@@ -7,7 +7,7 @@ namespace hdiplot {
 
 namespace {
 
-// Each appends the points of an edge, first and last included.
+// These append the points of an edge, including the first and the last.
 void AppendEdge(const LineEntity& line, double /*tolerance*/, Ring& ring) {
   ring.push_back(line.start);
   ring.push_back(line.end);

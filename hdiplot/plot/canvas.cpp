@@ -9,9 +9,8 @@ namespace hdiplot {
 
 namespace {
 
-// Of an annotation (ISO 32000-1:2008, 12.5.3). Neither to be printed, as its words stand on the paper
-// already; nor hidden, as then it would show under no pointer and be found by no search; nor locked, so that
-// a reader's user can delete it.
+// Annotation flags (ISO 32000-1:2008, 12.5.3): not printed, as its text is on the paper already; not hidden,
+// which would exclude it from pop-ups and searches; not locked, so that a user can delete it.
 constexpr uint32_t kCommentFlags = 0;
 
 hdi::HT_Double_Point HostPoint(Vec2 p) { return {p.x, p.y}; }
@@ -49,7 +48,7 @@ void Canvas::UseFill(Rgb color) {
   brush_ = color;
 }
 
-// The part of the area within the box of the clip; empty when the rest of it is not plottable.
+// The part of the area within the box of the clip. Empty when that is not plottable.
 Box Canvas::Seen(const Box& area) const {
   Box seen = area;
   if (!clips_.empty()) {
@@ -82,7 +81,7 @@ void Canvas::UseAlpha(uint8_t alpha) {
 
 void Canvas::BeginLink(const std::string& target) { device_.Make(call::BeginLink{hdi::ToUtf16(target)}); }
 
-// Nothing is seen of what is drawn for it.
+// Fills the area with zero opacity to carry the link.
 void Canvas::LinkArea(const std::string& target, const Box& area) {
   const Box seen = Seen(area);
   if (seen.Empty()) return;
@@ -211,7 +210,7 @@ void Canvas::EndView() {
   Unclip();
 }
 
-// The driver takes the first clip of a page for the page's own, and any later one for a clip.
+// The driver treats the first clip of a page as the page's bounds, and later ones as clips.
 void Canvas::SetClip(const Area& area) {
   const std::vector<std::vector<hdi::HT_Double_Point>> page{HostRing(CornersOf(BoxOf(sheet_)))};
   if (!hasPageClip_) device_.Make(call::SetClip{page});

@@ -1,5 +1,4 @@
-// What the plotter draws with: lines, curves and areas in dots, turned into as few calls of the device as do
-// it.
+// Draws lines, curves and areas in dots with as few calls of the device as possible.
 #pragma once
 
 #include <optional>
@@ -21,7 +20,7 @@ namespace hdiplot {
 // A line of text as the device takes it; see call::Text.
 struct DeviceText {
   hdi::LOGFONTW font;
-  Vec2 at;  // where the base line begins, dots
+  Vec2 at;  // start of the base line, dots
   std::u16string_view text;
   const std::vector<double>* advances = nullptr;
   double height = 0;   // of the font's em, dots
@@ -30,8 +29,8 @@ struct DeviceText {
   double widthFactor = 1;
 };
 
-// Points are dots of the host, Y down. What is not finite or lies absurdly far off the sheet is not drawn,
-// but for straight lines, which are cut there.
+// Points are in dots of the host, Y down. What is not finite or farther than kFarthest from the origin is not
+// plottable and left out; straight lines are clipped there.
 class Canvas {
  public:
   Canvas(PlotDevice& device, const Sheet& sheet) : device_(device), sheet_(sheet) {}
@@ -44,26 +43,26 @@ class Canvas {
     return IsPlottable(arc.center) && arc.Reach() <= kFarthest;
   }
 
-  // Notes that a part is not drawn because it is not plottable. The canvas does so itself for what it gets.
+  // Notes that a part is not drawn because it is not plottable. The canvas notes what it leaves out itself.
   void NoteMissing() { isMissing_ = true; }
-  // Whether a part has been missing since the last call.
+  // Whether a part has been left out since the last call.
   [[nodiscard]] bool TakeMissing() { return std::exchange(isMissing_, false); }
 
-  // Sets the pen, unless it is the one in use: consecutive lines of one pen become one path in the driver.
+  // Sets the pen if it changes: the driver joins consecutive lines of one pen to one path.
   void UseStroke(const Stroke& stroke);
-  // Sets the brush, and a solid pen of its colour, in which the driver draws a hairline around areas.
+  // Sets the brush, and a solid pen of the same colour: the driver strokes a hairline around areas.
   void UseFill(Rgb color);
 
-  // What is drawn next belongs to this layer and lets so much through; both only when they change.
+  // The layer and the opacity of what is drawn next. Set only when they change.
   void UseLayer(const std::u16string& name);
   void UseAlpha(uint8_t alpha);
 
-  // What is drawn in between leads to `target`. Links do not nest.
+  // What is drawn in between links to `target`. Links do not nest.
   void BeginLink(const std::string& target);
   void EndLink() { device_.Make(call::EndLink{}); }
-  // A link of the part of the area, in dots, that is within the view and the sheet, whatever is drawn there.
+  // Links the part of the area, in dots, that is within the view and the sheet, whatever is drawn there.
   void LinkArea(const std::string& target, const Box& area);
-  // Words for a reader to show where the same part lies under the pointer.
+  // An annotation with this text on the visible part of the area.
   void Comment(const std::u16string& text, const Box& whole);
 
   void Dot(Vec2 at);
@@ -71,47 +70,47 @@ class Canvas {
   void Polyline(std::span<const Vec2> points);
   void Arc(const ConicArc& arc);
 
-  // A path of lines and curves, of plottable points, from BeginPath to EndPath. Where a line meets a curve,
-  // the point has to come from OnWholeDot: the driver rounds the ends of lines but not those of curves, and
-  // only joins what is the same.
+  // A path of lines and curves from BeginPath to EndPath; all points must be plottable. Where a line meets a
+  // curve, the point must come from OnWholeDot: the driver rounds the ends of lines but not of curves, and
+  // joins equal points only.
   void BeginPath(Vec2 at);
   void LineTo(Vec2 to);
   void CurveTo(Vec2 control1, Vec2 control2, Vec2 to);
   void EndPath();
-  // Where the driver would put the end of a line.
+  // Where the driver puts the end of a line.
   [[nodiscard]] Vec2 OnWholeDot(Vec2 p) const;
-  // Keeps what comes from being joined to what has been drawn.
+  // Prevents the driver from joining what follows to what precedes.
   void SeparatePath() { device_.Make(call::BeginPath{}); }
 
-  // In front of all else on a page that is to have clips: behind another clip, or none, the driver takes its
-  // pen and brush for black ones, but the page goes on in those from before the first clip.
+  // To be called before anything else on a page with clips: after another clip, or none, the driver assumes a
+  // black pen and brush, but the page continues in those from before the first clip.
   void PrepareClips() { Unclip(); }
-  // The same, and keeps all that follows on the sheet. For a drawing that is larger; off the margins then.
+  // The same, and clips all that follows to the sheet. For a drawing that is larger.
   void ClipToSheet();
-  // Keeps what follows, up to Unclip, within the area, and within the view and the sheet as before. False
-  // when nothing of it is there; then there is no clip to end.
+  // Clips what follows, up to Unclip, to the area within the view and the sheet. False when the area is empty
+  // there; then Unclip must not be called.
   [[nodiscard]] bool ClipTo(const Area& area);
   void Unclip();
-  // The same for all that follows up to EndView, with other clips in between.
+  // The same up to EndView. Other clips may be set in between.
   [[nodiscard]] bool BeginView(const Area& area);
   void EndView();
 
   // An image, which must live until the device's EndDoc.
   void Bitmap(const hdi::HostImageRecord& record) { device_.Make(call::Bitmap{record}); }
 
-  // Areas: rings of points that are closed here, then filled together.
+  // Areas: FillRings closes the rings and fills them together.
   void BeginRing();
   void RingPoint(Vec2 p);
   void FillRings(uint32_t fillMode);
 
-  // An area of closed curves, filled together by the nonzero winding rule: from BeginArea to FillArea. A
-  // curve is its start and three points for each cubic behind it, all of them plottable.
+  // An area of closed curves from BeginArea to FillArea, filled by the nonzero winding rule. A curve is its
+  // start and three points for each cubic; all of them must be plottable.
   void BeginArea();
   void AreaCurve(std::span<const Vec2> points);
   void FillArea();
 
-  // Text in the colour of UseFill. Whether the driver shows it; otherwise it is to be drawn here, over what
-  // the driver keeps of it for searching.
+  // Text in the colour of UseFill. False when the driver does not show it: it keeps the text invisibly for
+  // searches, and the caller draws it.
   [[nodiscard]] bool Text(const DeviceText& text);
 
  private:
@@ -129,8 +128,8 @@ class Canvas {
 
   PlotDevice& device_;
   Sheet sheet_;
-  std::optional<Pen> pen_;        // as last set, as the next five
-  std::optional<Stroke> stroke_;  // none when the pen is not from a stroke
+  std::optional<Pen> pen_;        // as last set, like the next five
+  std::optional<Stroke> stroke_;  // none when the pen is not a stroke's
   std::optional<Rgb> brush_;
   std::optional<uint32_t> fillMode_;
   std::optional<std::u16string> layer_;
@@ -140,7 +139,7 @@ class Canvas {
   std::vector<std::vector<hdi::HT_Double_Point>> rings_;  // the first `ringCount_` are in use
   size_t ringCount_ = 0;
   bool hasPageClip_ = false;
-  std::vector<Area> clips_;  // the sheet's where it is clipped to, and the views'; each within the last
+  std::vector<Area> clips_;  // of the sheet, if clipped to, and of the views; each within the one before
   bool isMissing_ = false;
 };
 

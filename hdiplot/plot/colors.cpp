@@ -18,8 +18,8 @@ constexpr std::array<Rgb, 10> kNamed{{kWhite,         // no index: by block wher
                                       {128, 128, 128},
                                       {192, 192, 192}}};
 
-// The colour of hue number `hue`, in steps of 15 degrees from red by way of yellow, between the components
-// `low` and `high`. Components are cut to whole numbers.
+// Hue number `hue`, in steps of 15 degrees from red towards yellow, with components from `low` to `high`,
+// truncated to integers.
 Rgb HueColor(uint32_t hue, double low, double high) {
   const uint32_t sector = hue / 4;
   const double part = (hue % 4) / 4.0;

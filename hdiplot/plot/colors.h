@@ -1,4 +1,4 @@
-// Colours of a drawing, and what becomes of them on the sheet.
+// The colours of a drawing, and those of the plot.
 #pragma once
 
 #include <cstdint>
@@ -8,18 +8,18 @@
 
 namespace hdiplot {
 
-// The colour of an index: 1 to 9 the named ones, 10 to 249 a wheel of 24 hues in five shades, each full and
-// half saturated, 250 to 255 greys. Others than 1 to 255 are white.
+// 1 to 9 are named colours, 10 to 249 a wheel of 24 hues in five shades, each fully and half saturated, 250
+// to 255 greys. Any other index is white.
 [[nodiscard]] Rgb IndexColor(uint32_t index);
 
 [[nodiscard]] Rgb TrueColor(uint32_t value);  // 0xRRGGBB
 
-// The index that stands for the foreground.
+// Means the foreground.
 inline constexpr uint32_t kForegroundIndex = 7;
 
-// Turns a drawing's colours into those of the plot. The foreground is the colour that stands out from the
-// sheet: black on white paper and on any light background, white on a dark one. A monochrome plot has no
-// other. Any other white stays white: drawings mask what lies below with it.
+// Maps a drawing's colours to those of the plot. The foreground contrasts with the sheet: black on white
+// paper and light backgrounds, white on dark ones; a monochrome plot has no other colour. Any other white
+// stays white: drawings use it as a mask.
 class Ink {
  public:
   Ink(const std::optional<Rgb>& background, bool monochrome);

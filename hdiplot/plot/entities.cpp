@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kSplineTolerance = 0.05;    // dots
 constexpr double kBoundaryTolerance = 0.25;  // dots
-constexpr double kNarrowestBand = 0.35;      // millimetres; a pixel of a reader that shows 72 an inch
+constexpr double kNarrowestBand = 0.35;      // millimetres; a pixel at 72 per inch
 
 }  // namespace
 
@@ -74,7 +74,7 @@ void EntityPlotter::Draw(const SplineEntity& spline) {
   UseStyle();
   for (size_t i = 0; i < cubics_.size(); ++i) {
     const auto& p = cubics_[i].points;
-    // A spline jumps at a knot that as many others coincide with as its order allows.
+    // A knot of full multiplicity interrupts the spline.
     const bool goesOn = i > 0 && Length(p[0] - cubics_[i - 1].points[3]) <= kSplineTolerance;
     if (i > 0 && !goesOn) canvas_.EndPath();
     if (!goesOn) canvas_.BeginPath(p[0]);
@@ -88,7 +88,7 @@ void EntityPlotter::Draw(const PointEntity& point) {
   DrawPointFigure(map_(point.point));
 }
 
-// A figure in the low bits of the mode, a circle and a square around it in two higher ones.
+// The low bits of the mode are a figure, two higher ones a circle and a square around it.
 void EntityPlotter::DrawPointFigure(Vec2 at) {
   constexpr int kFigure = 0xF;
   constexpr int kCircle = 0x20;
@@ -137,7 +137,7 @@ void EntityPlotter::Draw(const FaceEntity& face) {
   }
 }
 
-// The border. An outline that is not a rectangle is an entity itself.
+// The border of a rectangular viewport. Any other outline is an entity of its own.
 void EntityPlotter::Draw(const ViewportEntity& viewport) {
   if (!viewport.clip.empty()) return;
   UseStyle();
@@ -178,14 +178,14 @@ void EntityPlotter::FillGradient(const HatchGradient& gradient, const std::vecto
   }
 }
 
-// Where the paper shows through, it shows less where readers widen narrow bands to a pixel.
+// Readers widen narrow bands to a pixel, so that transparent ones overlap and darken.
 size_t EntityPlotter::MostBands(const std::vector<Ring>& rings) const {
   if (IsOpaque()) return std::numeric_limits<size_t>::max();
   Box box;
   for (const Ring& ring : rings) {
     for (const Vec2& p : ring) box.Add(map_(p));
   }
-  const double way = std::max(box.Width(), box.Height()) / 2;  // of the forms that begin in the middle
+  const double way = std::max(box.Width(), box.Height()) / 2;  // of gradients from the middle outwards
   const double narrowest = kNarrowestBand * canvas_.GetSheet().dotsPerMillimetre;
   return static_cast<size_t>(std::fmax(std::fmin(way / narrowest, 1000), 2));
 }
@@ -203,7 +203,7 @@ void EntityPlotter::DrawPattern(const HatchEntity& hatch, const std::vector<Ring
   Stroke stroke = StrokeOf(*style_);
   stroke.lineType = nullptr;
   canvas_.UseStroke(stroke);
-  // Lines of half a pen's width from each other, or dashes of that length, leave no paper to be seen.
+  // Lines half a pen's width apart, or dashes of that length, cover the paper completely.
   const double unit = 1 / map_.LargestScale();
   PatternLimits limits;
   limits.closestLines = std::max(1.0, stroke.width / 2.0) * unit;

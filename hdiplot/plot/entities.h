@@ -1,4 +1,4 @@
-// Draws the shapes of a drawing, one kind after the other.
+// Draws the shapes of a drawing, by kind.
 #pragma once
 
 #include "hdiplot/model/drawing.h"
@@ -12,20 +12,20 @@
 
 namespace hdiplot {
 
-// What the shapes of one drawing have in common.
+// Settings for all shapes of a drawing.
 struct ShapeScale {
   double dotsPerUnit = 1;          // of the drawing
   double dotsPerLineTypeUnit = 1;  // the same with the drawing's line type scale
-  int pointMode = 0;               // as Drawing has it
+  int pointMode = 0;               // as in Drawing
   double pointSize = 0;            // dots
   bool strokeComments = false;     // texts in strokes have comments
   Rgb paper{255, 255, 255};        // the sheet's colour
-  bool greyImages = false;         // or in their colours
+  bool greyImages = false;         // else in colour
 };
 
 class EntityPlotter {
  public:
-  // Refers to all but the scale from then on. The shapes are those of `drawing`, whose text styles count.
+  // Keeps references to all but the scale. The shapes are those of `drawing` and have its text styles.
   EntityPlotter(Canvas& canvas, const ShapeScale& scale, const Drawing& drawing, FontBook& fonts,
                 ImageBook& images)
       : canvas_(canvas),
@@ -35,10 +35,10 @@ class EntityPlotter {
         textPlotter_(canvas, fonts, scale.strokeComments),
         imagePlotter_(canvas, drawing, images, scale.paper, scale.greyImages) {}
 
-  // The scale from here on: shapes of the model within a viewport have another one than those beside it.
+  // Replaces the scale: shapes of the model in a viewport have one of their own.
   void SetScale(const ShapeScale& scale) { scale_ = scale; }
 
-  // Draws `shape` in `style`; `map` leads from its coordinates to dots. Does nothing for an InsertEntity.
+  // Draws `shape` in `style`; `map` takes its coordinates to dots. Does nothing for an InsertEntity.
   void Plot(const Shape& shape, const Affine& map, const Style& style);
 
  private:
@@ -76,7 +76,7 @@ class EntityPlotter {
   TextSetter texts_;
   TextPlotter textPlotter_;
   ImagePlotter imagePlotter_;
-  Affine map_;  // of the shape being drawn, as the next
+  Affine map_;  // of the current shape, like the next
   const Style* style_ = nullptr;
   std::vector<Vec2> points_;
   std::vector<Cubic> cubics_;

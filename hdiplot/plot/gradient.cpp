@@ -1,4 +1,4 @@
-// Opaque bands are painted one over the other, so that no paper shows between them.
+// Opaque bands are painted on top of each other, so that no paper shows between them.
 #include "hdiplot/plot/gradient.h"
 
 #include <cstdlib>
@@ -14,26 +14,26 @@ using Form = HatchGradient::Form;
 
 constexpr size_t kMostBands = 64;
 
-uint8_t Mixed(uint8_t first, uint8_t last, double part) {
+uint8_t Blended(uint8_t first, uint8_t last, double part) {
   return static_cast<uint8_t>(std::lround(first + (last - first) * part));
 }
 
-Rgb Mixed(Rgb first, Rgb last, double part) {
-  return {Mixed(first.red, last.red, part), Mixed(first.green, last.green, part),
-          Mixed(first.blue, last.blue, part)};
+Rgb Blended(Rgb first, Rgb last, double part) {
+  return {Blended(first.red, last.red, part), Blended(first.green, last.green, part),
+          Blended(first.blue, last.blue, part)};
 }
 
 Rgb Tinted(Rgb color, double tint) {
   constexpr Rgb kBlack{0, 0, 0};
   constexpr Rgb kWhite{255, 255, 255};
-  return tint < 0.5 ? Mixed(kBlack, color, 2 * tint) : Mixed(color, kWhite, 2 * tint - 1);
+  return tint < 0.5 ? Blended(kBlack, color, 2 * tint) : Blended(color, kWhite, 2 * tint - 1);
 }
 
 int Difference(Rgb a, Rgb b) {
   return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
 }
 
-// With a gable, as readers that fit rectangles to whole pixels would lay one over its neighbours.
+// With a gable: readers that snap rectangles to whole pixels would make adjacent bands overlap.
 Ring Strip(Vec2 low, Vec2 high) {
   const double top = high.y + (high.y - low.y) / 8;
   return {low, {high.x, low.y}, high, {(low.x + high.x) / 2, top}, {low.x, high.y}};
@@ -51,7 +51,7 @@ double FarthestCorner(const Box& box, Vec2 from) {
   return Length(reach);
 }
 
-// The areas of a gradient over a box along the axes. Those with straight sides end where `around` does.
+// The areas of a gradient over an axis-aligned box. Straight ones extend to the sides of `around`.
 class Nesting {
  public:
   Nesting(const HatchGradient& gradient, const Box& box, const Box& around, double tolerance)
@@ -61,7 +61,7 @@ class Nesting {
     center_ = box.low + half_ + shift_;
   }
 
-  // For `from` above 0 and below 1: what lies from there on, where 1 is the last colour.
+  // The area from the part `from` on, above 0 and below 1, where 1 is the last colour.
   [[nodiscard]] Ring AreaFrom(double from) const {
     switch (form_) {
       case Form::kLinear:
@@ -75,7 +75,7 @@ class Nesting {
       case Form::kHemispherical:
         return DiscAround({center_.x, box_.low.y + shift_.y}, 0, from);
       case Form::kCurved: {
-        // Arcs about a point so far below that they are bent slightly.
+        // Arcs about a point far below, so that they bend slightly.
         const double below = 2 * half_.y + half_.x;
         return DiscAround({center_.x, box_.low.y + shift_.y - below}, below - shift_.y, from);
       }
@@ -84,7 +84,7 @@ class Nesting {
   }
 
  private:
-  // Within circles from the farthest corner of the box down to `smallest`.
+  // A circle, from the radius of the box's farthest corner at 0 to `smallest` at 1.
   [[nodiscard]] Ring DiscAround(Vec2 center, double smallest, double from) const {
     const double largest = FarthestCorner(box_, center);
     return Disc(center, largest + (smallest - largest) * from, tolerance_);
@@ -114,7 +114,7 @@ std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, s
   const size_t count = std::min({static_cast<size_t>(Difference(first, last)) + 1, most, kMostBands});
   std::vector<Rgb> colors{first};
   for (size_t i = 1; i < count; ++i) {
-    colors.push_back(Mixed(first, last, static_cast<double>(i) / static_cast<double>(count - 1)));
+    colors.push_back(Blended(first, last, static_cast<double>(i) / static_cast<double>(count - 1)));
   }
   return colors;
 }
@@ -130,8 +130,8 @@ std::vector<Ring> NestedOutlines(const HatchGradient& gradient, const std::vecto
   }
   if (!(box.Width() > 0 && box.Height() > 0)) return {};
 
-  // The outline of the first area, and sides that areas share, are to show nowhere. Readers that draw all
-  // things at least a pixel wide would show those sides once for each band.
+  // Keeps the outline of the first area, and sides that areas share, out of sight: readers that draw
+  // everything at least a pixel wide would show such a side once for each band.
   const Vec2 room = (box.high - box.low) * 0.5;
   const Box around{box.low - room, box.high + room};
   std::vector<Ring> outlines{CornersOf(around)};
@@ -154,7 +154,7 @@ void FillBands(Canvas& canvas, const GradientBands& bands, const std::vector<Rin
   for (size_t i = 0; i < bands.outlines.size(); ++i) {
     canvas.UseFill(bands.colors[i]);
     AddRing(canvas, bands.outlines[i], map);
-    // Where the paper shows through, one band below another would show, too.
+    // A transparent band must not overlap the next one.
     if (!bands.opaque && i + 1 < bands.outlines.size()) AddRing(canvas, bands.outlines[i + 1], map);
     canvas.FillRings(hdi::kFillAlternate);
   }

@@ -24,7 +24,7 @@ const std::vector<PatternPiece>& PatternCutter::Cut(const HatchPatternLine& fami
 
   FindCrossings(axes, step);
   Thin(family.dashes, period, step);
-  // A polygon is crossed an even number of times by every line: pairs bound what lies inside.
+  // Every line crosses a polygon an even number of times: pairs of crossings bound the inside.
   for (size_t i = 0; i + 1 < crossings_.size(); i += 2) {
     CutLine(axes, family.dashes, period, crossings_[i].line, crossings_[i].along, crossings_[i + 1].along);
   }
@@ -37,14 +37,14 @@ PatternCutter::Axes PatternCutter::AxesOf(const HatchPatternLine& family) {
   axes.origin = family.base;
   axes.spacing = Cross(axes.direction, family.offset);
   axes.shift = Dot(axes.direction, family.offset);
-  if (axes.spacing < 0) {  // count the lines the other way round
+  if (axes.spacing < 0) {  // number the lines in the opposite direction
     axes.spacing = -axes.spacing;
     axes.shift = -axes.shift;
   }
   return axes;
 }
 
-// How many lines on from one that is drawn the next one is; 0 when there are none to draw.
+// Every how many lines one is drawn; 0 for none.
 int64_t PatternCutter::LineStep(const Axes& axes) const {
   double farthest = 0;  // across, from line 0
   double travel = 0;    // across, along the whole boundary
@@ -58,7 +58,7 @@ int64_t PatternCutter::LineStep(const Axes& axes) const {
       before = across;
     }
   }
-  constexpr double kMostLines = 1e15;  // their numbers have to be exact as f64
+  constexpr double kMostLines = 1e15;  // line numbers must be exact doubles
   if (!(farthest / axes.spacing < kMostLines)) return 0;
   const double close = limits_.closestLines / axes.spacing - 1e-9;
   const double pieces = travel / axes.spacing / 2;
@@ -80,7 +80,7 @@ void PatternCutter::FindCrossings(const Axes& axes, int64_t step) {
       const auto last = static_cast<int64_t>(std::ceil(std::max(acrossFrom, acrossTo) / pitch));
       for (int64_t i = first; i <= last; ++i) {
         const double across = static_cast<double>(i) * pitch;
-        // Half open, so that a line through a corner crosses the boundary there once or twice, as it should.
+        // Half open, so that a line through a corner crosses the boundary there once or twice, consistently.
         if ((acrossFrom <= across) == (acrossTo <= across)) continue;
         const double part = (across - acrossFrom) / (acrossTo - acrossFrom);
         crossings_.push_back({i * step, alongFrom + (alongTo - alongFrom) * part});
@@ -93,7 +93,7 @@ void PatternCutter::FindCrossings(const Axes& axes, int64_t step) {
   });
 }
 
-// Leaves lines out, evenly, when all of them would come to too many pieces.
+// Drops lines evenly when they would have too many pieces.
 void PatternCutter::Thin(const std::vector<double>& dashes, double period, int64_t step) {
   const auto dashesInPeriod = std::count_if(dashes.begin(), dashes.end(), [](double d) { return d >= 0; });
   double pieces = 0;
@@ -112,13 +112,13 @@ void PatternCutter::CutLine(const Axes& axes, const std::vector<double>& dashes,
     pieces_.push_back({axes.At(line, start), axes.At(line, end)});
   };
   if (period == 0) {
-    if (to > from) add(from, to);  // not where the line touches a corner
+    if (to > from) add(from, to);  // equal where the line touches a corner
     return;
   }
-  // Each line's pattern begins at its own base point, which lies `shift` further along than its neighbour's.
+  // The pattern of each line starts `shift` further along than that of its neighbour.
   const double base = static_cast<double>(line) * axes.shift;
   double start = base + std::floor((from - base) / period) * period;
-  // A single line may still be too long for its dashes.
+  // A single line may still have too many dashes.
   for (uint64_t left = limits_.mostPieces; start < to && left > 0; --left) {
     for (const double element : dashes) {
       const double end = start + std::abs(element);

@@ -1,4 +1,4 @@
-// The lines of a hatch pattern, cut to the boundary of the hatch.
+// The lines of a hatch pattern, clipped to the boundary of the hatch.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace hdiplot {
 
-// What keeps a pattern from becoming more lines than paper shows or memory holds. Where lines lie closer than
-// `closestLines`, only every second, third or so is drawn; the same where a family comes to more than
-// `mostPieces`. Dashes whose pattern is shorter than `shortestPattern` are drawn as continuous lines.
+// Bounds the number of lines. Where lines are closer than `closestLines`, or a family has more than
+// `mostPieces` pieces, only every n-th line is drawn. Dashes whose pattern is shorter than `shortestPattern`
+// become continuous lines.
 struct PatternLimits {
-  double closestLines = 0;  // drawing units, as the next
+  double closestLines = 0;  // drawing units, like the next
   double shortestPattern = 0;
   uint64_t mostPieces = 400'000;
 };
@@ -23,10 +23,10 @@ struct PatternPiece {  // a dash; a dot when both are the same
   Vec2 to;
 };
 
-// Cuts families of lines to one boundary by the even-odd rule. Keeps its memory from one family to the next.
+// Clips families of lines to one boundary by the even-odd rule. Reuses its memory for each family.
 class PatternCutter {
  public:
-  // Refers to `rings`. All in drawing units.
+  // Keeps a reference to `rings`. All in drawing units.
   PatternCutter(const std::vector<Ring>& rings, const PatternLimits& limits)
       : rings_(rings), limits_(limits) {}
 
@@ -39,7 +39,7 @@ class PatternCutter {
     double along;
   };
 
-  // A family in coordinates of its own, `along` its lines and `across` them.
+  // The coordinates of a family, along its lines and across them.
   struct Axes {
     Vec2 direction;
     Vec2 origin;

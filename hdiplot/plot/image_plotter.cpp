@@ -1,5 +1,5 @@
-// The driver takes images whose sides are those of the sheet. Quarter turns and mirrored images get there
-// with their pixels in another order; all others are made anew from pixels of about the same size.
+// The driver takes axis-aligned images only. Quarter turns and mirrored images are reordered pixel by pixel;
+// all others are resampled with pixels of about the same size.
 #include "hdiplot/plot/image_plotter.h"
 
 #include <algorithm>
@@ -13,69 +13,67 @@ namespace hdiplot {
 
 namespace {
 
-// A side this much off the sheet's own directions, in dots, is on them.
+// In dots: sides that deviate less than this are axis-aligned.
 constexpr double kStraight = 0.25;
 
-// Of an image that is made anew.
+// Limits of a resampled image.
 constexpr double kMostPixels = 40e6;
 constexpr double kLongestSide = 30000;
 constexpr double kSmallestPixel = 0.5;  // dots
 constexpr double kSmallestArea = 0.25;  // dots times dots
-// Larger pixels would make stairs of the sides: in dots, and in parts of the longer side.
+// Larger pixels would give visibly jagged sides: in dots, and relative to the longer side.
 constexpr double kLargestPixel = 4;
 constexpr double kLargestPart = 1e-3;
 
 // An image on paper in dots, Y down, by its upper left corner and its sides from there.
-struct Placing {
+struct ImageSides {
   Vec2 corner;
   Vec2 along;  // the upper side
   Vec2 down;   // the left side
 };
 
-Placing PlacingOf(const ImageEntity& image, const Affine& map) {
+ImageSides SidesOf(const ImageEntity& image, const Affine& map) {
   return {map(image.corner + image.up), map.Direction(image.right), map.Direction(image.up) * -1};
 }
 
-Box BoxOf(const Placing& placing) {
-  return BoxOf(Parallelogram(placing.corner, placing.along, placing.down));
-}
+Box BoxOf(const ImageSides& sides) { return BoxOf(Parallelogram(sides.corner, sides.along, sides.down)); }
 
-// None when the sides are not the sheet's.
-std::optional<ImageTurn> TurnOf(const Placing& placing) {
-  const Vec2 along = placing.along;
-  const Vec2 down = placing.down;
+// None when the sides are not axis-aligned.
+std::optional<ImageTurn> TurnOf(const ImageSides& sides) {
+  const Vec2 along = sides.along;
+  const Vec2 down = sides.down;
   const auto isNone = [](double length) { return std::abs(length) <= kStraight; };
   if (isNone(along.y) && isNone(down.x)) return ImageTurn{false, along.x < 0, down.y < 0};
   if (isNone(along.x) && isNone(down.y)) return ImageTurn{true, down.x < 0, along.y < 0};
   return std::nullopt;
 }
 
-// The size of the pixels that an image is made anew of, in dots.
-double PixelSize(const Placing& placing, const hdi::BITMAPINFOHEADER& header, const Box& box) {
+// The pixel size of a resampled image, in dots.
+double PixelSize(const ImageSides& sides, const hdi::BITMAPINFOHEADER& header, const Box& box) {
   const double own =
-      std::min(Length(placing.along) / header.biWidth, Length(placing.down) / std::abs(header.biHeight));
+      std::min(Length(sides.along) / header.biWidth, Length(sides.down) / std::abs(header.biHeight));
   const double smooth = std::max(std::max(box.Width(), box.Height()) * kLargestPart, kLargestPixel);
   const double fewEnough = std::sqrt(box.Width() * box.Height() / kMostPixels);
   const double shortEnough = std::max(box.Width(), box.Height()) / kLongestSide;
   return std::max({std::min(own, smooth), kSmallestPixel, fewEnough, shortEnough});
 }
 
-// Pixels of the whole box around an image whose sides are not parallel.
-ImageData MakeUpright(Raster& raster, const Placing& placing) {
-  const Box box = BoxOf(placing);
+// The image resampled over the box around it.
+ImageData MakeUpright(Raster& raster, const ImageSides& sides) {
+  const Box box = BoxOf(sides);
   const ImageData source = DescribeRaster(raster);
-  const double size = PixelSize(placing, *raster.GetImageHeader(), box);
+  const double size = PixelSize(sides, *raster.GetImageHeader(), box);
   const double columns = std::max(std::ceil(box.Width() / size), 1.0);
   const double rows = std::max(std::ceil(box.Height() / size), 1.0);
-  // From the pixels made, through dots, to those of the source: the placing's sides are solved for.
-  const double turn = Cross(placing.along, placing.down);
+  // From new pixels by way of dots to pixels of the source.
+  const double turn = Cross(sides.along, sides.down);
   const auto sourceOf = [&](Vec2 dots) {
-    return Vec2{Cross(dots, placing.down) / turn * source.width,
-                Cross(placing.along, dots) / turn * source.height};
+    return Vec2{Cross(dots, sides.down) / turn * source.width,
+                Cross(sides.along, dots) / turn * source.height};
   };
   const Vec2 right = sourceOf({box.Width() / columns, 0});
   const Vec2 down = sourceOf({0, box.Height() / rows});
-  const Vec2 origin = sourceOf(box.low - placing.corner);
+  const Vec2 origin = sourceOf(box.low - sides.corner);
   return Resampled(source, Affine::OfAxes(right, down, origin), static_cast<int32_t>(columns),
                    static_cast<int32_t>(rows));
 }
@@ -125,23 +123,23 @@ bool ImagePlotter::Clip(const ImageEntity& image, const Affine& map) {
 const hdi::HostImageRecord* ImagePlotter::Placed(const ImageEntity& image, const Affine& map) {
   const std::string* file = FileOf(image);
   if (file == nullptr) return nullptr;
-  const Placing placing = PlacingOf(image, map);
-  const std::optional<ImageTurn> turn = TurnOf(placing);
+  const ImageSides sides = SidesOf(image, map);
+  const std::optional<ImageTurn> turn = TurnOf(sides);
   ImageLook look = image.look;
   look.grey = inGrey_;
   Raster* raster = images_.Find(drawing_.folder, *file, look, turn.value_or(ImageTurn{}));
   if (raster == nullptr) return nullptr;
-  const Box box = BoxOf(placing);
+  const Box box = BoxOf(sides);
   if (!(box.Width() > 0 && box.Height() > 0)) return nullptr;
   if (!turn) {
-    if (std::abs(Cross(placing.along, placing.down)) < kSmallestArea) return nullptr;
-    raster = &Upright(*raster, placing.along, placing.down);
+    if (std::abs(Cross(sides.along, sides.down)) < kSmallestArea) return nullptr;
+    raster = &Upright(*raster, sides.along, sides.down);
   }
   const hdi::BITMAPINFOHEADER& header = *raster->GetImageHeader();
   return &images_.Place(*raster, box.low, box.Width() / header.biWidth, box.Height() / header.biHeight);
 }
 
-// Images of a block that is inserted often differ in place only.
+// Cached by the sides: images of a block that is inserted many times differ only in place.
 Raster& ImagePlotter::Upright(Raster& raster, Vec2 along, Vec2 down) {
   constexpr double kPartsOfDot = 16;
   const auto rounded = [](double dots) { return static_cast<int64_t>(std::llround(dots * kPartsOfDot)); };

@@ -1,4 +1,4 @@
-// Draws the raster images of a drawing, and the areas that hide what is below them.
+// Draws raster images, and wipeouts, which mask what is below them.
 #pragma once
 
 #include <cstdint>
@@ -16,12 +16,11 @@ namespace hdiplot {
 
 class ImagePlotter {
  public:
-  // Refers to the first three from then on. The images are those of `drawing`; `paper` is the sheet's colour.
+  // Keeps references to the first three. The images are those of `drawing`; `paper` is the sheet's colour.
   ImagePlotter(Canvas& canvas, const Drawing& drawing, ImageBook& images, Rgb paper, bool inGrey)
       : canvas_(canvas), drawing_(drawing), images_(images), paper_(paper), inGrey_(inGrey) {}
 
-  // `map` leads from the entity's coordinates to dots, here and below. Where the image cannot be shown, its
-  // frame is drawn in `stroke`.
+  // `map` takes the entity's coordinates to dots. Draws the frame in `stroke` if the image cannot be shown.
   void Plot(const ImageEntity& image, const Affine& map, const Stroke& stroke);
   void Plot(const WipeoutEntity& wipeout, const Affine& map);
 

@@ -11,8 +11,8 @@ constexpr int32_t kDotsPerInchAcross = 88;
 
 constexpr double kMillimetresPerInch = 25.4;
 
-// The factor at which `extents` take up the whole of the sheet in one direction. Infinite without an extent,
-// which a mere rounding error is none of.
+// The factor at which `extents` fill the sheet in one direction. Infinite when they are empty but for
+// rounding noise.
 double FittingScale(const Box& extents, const Sheet& sheet) {
   const double noise = kRoundingNoise * extents.Magnitude();
   const auto factor = [noise](double dots, double extent) { return dots / (extent > noise ? extent : 0); };
@@ -23,7 +23,7 @@ double FittingScale(const Box& extents, const Sheet& sheet) {
 
 Sheet MakeSheet(PlotDevice& device) {
   Sheet sheet;
-  // Margins wider than the paper give negative answers; a dot is left to plot on.
+  // Margins wider than the paper give negative values; at least a dot remains.
   const auto dots = [&](int32_t index) {
     return std::max(static_cast<int32_t>(device.Make(call::GetCaps{index})), 1);
   };
@@ -31,7 +31,7 @@ Sheet MakeSheet(PlotDevice& device) {
   sheet.height = dots(kPrintableHeight);
   const uint32_t dotsPerInch = device.Make(call::GetCaps{kDotsPerInchAcross});
   sheet.dotsPerMillimetre = dotsPerInch / kMillimetresPerInch;
-  // Read behind the queries, which bring the record up to date.
+  // To be read after the queries, which update the record.
   const hdi::DriverDevMode& record = *device.Driver().GetDevModePointer();
   const int32_t height = record.paperHeight - record.marginTop - record.marginBottom;
   sheet.mappedHeight = height * static_cast<double>(dotsPerInch) / hdi::kTenthsPerInch;

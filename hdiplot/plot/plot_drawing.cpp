@@ -47,7 +47,7 @@ class PlotSink final : public ShapeSink {
   }
 
   [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
-  // Dots a unit of the model in each viewport so far.
+  // Dots per unit of the model, for each viewport so far.
   [[nodiscard]] const std::vector<double>& ViewScales() const { return viewScales_; }
 
  private:
@@ -59,11 +59,11 @@ class PlotSink final : public ShapeSink {
   ShapeMeter linked_;
   Progress& progress_;
   bool isInView_ = false;
-  std::optional<std::string> cutLink_;  // the target of an open link of what is clipped
+  std::optional<std::string> cutLink_;  // the target of the open link, of clipped shapes
   uint64_t tooFarOff_ = 0;
 };
 
-// The driver measures what a link covers without regard to clips, so those of what is clipped are for areas.
+// The driver ignores clips when it measures a link, so clipped shapes get a link of the visible area.
 void PlotSink::BeginLink(const std::string& target, const Shape& shape) {
   if (isInView_ || IsClipped(shape)) {
     cutLink_ = target;
@@ -82,7 +82,7 @@ void PlotSink::EndLink() {
   }
 }
 
-// What is seen through the viewport, on the layout. An outline that encloses nothing is none.
+// The viewport's outline on the layout. One without an area falls back to the rectangle.
 Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
   HatchEntity area;
   area.loops = viewport.clip;
@@ -92,7 +92,7 @@ Ring OutlineOf(const ViewportEntity& viewport, double tolerance) {
   return isOutline ? rings.front() : FrameOf(viewport);
 }
 
-// In dots: given in drawing units, or as a percentage of the sheet's height; 5 percent when not given at all.
+// In dots. `size` is in drawing units, or if negative a percentage of the sheet's height; 0 means 5 percent.
 double PointSizeInDots(double size, double dotsPerUnit, const Sheet& sheet) {
   if (size > 0) return size * dotsPerUnit;
   return (size < 0 ? -size : 5) / 100 * sheet.height;
@@ -136,7 +136,7 @@ size_t EntityCountOf(const Drawing& drawing, const Layout* layout) {
   return count;
 }
 
-// Whether there may be viewports, or other shapes that take clips.
+// Whether there may be viewports or other clipped shapes.
 bool HasClips(const DrawingPart& part) {
   const Drawing& drawing = *part.drawing;
   const auto hasClips = [](const auto& block) {
@@ -146,9 +146,9 @@ bool HasClips(const DrawingPart& part) {
          std::ranges::any_of(drawing.blocks, hasClips);
 }
 
-// A scale of the user's can make a drawing larger than the sheet.
+// A drawing at a fixed scale can be larger than the sheet.
 bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
-  constexpr double kOverhang = 1;  // dots; a drawing that has been fitted may stick out by a rounding error
+  constexpr double kOverhang = 1;  // dots; a fitted drawing may exceed the sheet by a rounding error
   const Box whole{{0, 0}, {sheet.width, sheet.height}};
   return whole.Contains(map(extents.low), kOverhang) && whole.Contains(map(extents.high), kOverhang);
 }

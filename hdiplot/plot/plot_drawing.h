@@ -12,21 +12,21 @@
 
 namespace hdiplot {
 
-// What has been left out of a plot, beyond what the options ask for.
+// What a plot lacks, beyond what the options exclude.
 struct LeftOut {
   UnwalkedInserts inserts;
   uint64_t tooFarOff =
-      0;  // shapes that a part is missing of, as it lies absurdly far off the sheet or has no size
+      0;  // shapes with a part that is not plottable: too far off the sheet or without a size
 };
 
 struct PlottedPage {
-  // Of the drawing; of the model in each viewport where there are some. None when there is nothing in it.
+  // Of the drawing, or of the model in each viewport. None when nothing is plotted.
   std::vector<double> dotsPerUnit;
   LeftOut leftOut;
 };
 
-// Makes the calls that draw `part` on `sheet`, between the page's start and its end, which are the caller's.
-// Shows the part's entities as progress. The order of the file is the order of drawing.
+// Makes the calls that draw `part` on `sheet`; the caller starts and ends the page. Shows the part's entities
+// as progress. Draws in the order of the file.
 PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet,
                         FontBook& fonts, ImageBook& images, PlotDevice& device, Progress& progress);
 

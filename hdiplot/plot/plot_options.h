@@ -1,5 +1,4 @@
-// What the command line asks of a plot, in the user's units. Traces bring their own settings; these are for
-// drawings.
+// The settings of a drawing's plot, in the user's units. Traces have their own.
 #pragma once
 
 #include <filesystem>
@@ -13,8 +12,8 @@
 namespace hdiplot {
 
 struct PaperChoice {
-  std::string name;  // of the driver's paper list, without regard to case; empty: the default, A4
-  std::optional<std::pair<double, double>> sizeMillimetres;  // width and height; goes before the name
+  std::string name;  // in the driver's paper list, case-insensitive; empty: A4
+  std::optional<std::pair<double, double>> sizeMillimetres;  // width and height; overrides the name
 };
 
 enum class Orientation { kFit, kLandscape, kPortrait };
@@ -30,19 +29,19 @@ struct PlotOptions {
   PaperChoice paper;
   Orientation orientation = Orientation::kFit;
   std::optional<Margins> margins;  // none: the paper's own
-  std::optional<double> scale;     // N of 1:N, drawing millimetres on a millimetre of paper; none: fit
+  std::optional<double> scale;     // N of 1:N, drawing millimetres per millimetre of paper; none: fit
   std::string layout;              // "model", "all", or a layout's name; empty: see PagesOf
   int dpi = 600;
   bool keepFractions = false;  // of dots, in coordinates
   bool monochrome = false;
   std::optional<Rgb> background;
-  std::vector<std::string> layers;      // wildcards * and ?, without regard to case; empty: every layer
-  std::vector<std::string> skipLayers;  // the same; goes before `layers`
+  std::vector<std::string> layers;      // wildcards * and ?, case-insensitive; empty: every layer
+  std::vector<std::string> skipLayers;  // the same; overrides `layers`
   std::optional<std::filesystem::path> fontMap;
   bool textAsGeometry = false;
-  bool keepLayers = true;       // the PDF has the drawing's layers, which a reader switches
+  bool keepLayers = true;       // the PDF has the drawing's layers
   bool keepLinks = true;        // of the drawing's entities
-  bool strokeComments = false;  // texts in strokes have their words in comments
+  bool strokeComments = false;  // stroked texts have comments
 };
 
 }  // namespace hdiplot

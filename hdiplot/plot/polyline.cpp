@@ -6,8 +6,8 @@ namespace {
 
 bool IsStraight(const PolySegment& segment) { return !segment.arc && segment.from != segment.to; }
 
-// From the corner between two straight segments to its left outline point, for a half width of 1; the left
-// normal of `own` when the corner is too sharp.
+// From the corner of two straight segments to its left outline point, for a half width of 1. The left normal
+// of `own` when the corner is too sharp.
 Vec2 MiterOffset(const PolySegment& before, const PolySegment& behind, const PolySegment& own) {
   const Vec2 first = TurnedLeft(Unit(before.to - before.from));
   const Vec2 second = TurnedLeft(Unit(behind.to - behind.from));

@@ -1,4 +1,4 @@
-// Polylines, segment by segment.
+// The segments of a polyline, and their outlines.
 #pragma once
 
 #include <optional>
@@ -19,18 +19,17 @@ struct PolySegment {
 [[nodiscard]] size_t SegmentCount(const PolylineEntity& polyline);
 [[nodiscard]] PolySegment SegmentOf(const PolylineEntity& polyline, size_t index);
 
-// The polyline's one width, when all its segments have the same; 0 for a line of the pen's width.
+// The width of all segments if they have the same; 0 for a line of the pen's width.
 [[nodiscard]] std::optional<double> ConstantWidth(const PolylineEntity& polyline);
 
 [[nodiscard]] double LargestWidth(const PolylineEntity& polyline);
 
-// The outline of a segment that has a width, without its first point again at the end. Where a straight
-// segment meets a straight one that is as wide there, both end in the line that halves their angle, so that
-// they close up; a corner sharper than kSharpestMiter is cut off square instead.
+// The outline of a segment with a width, as a ring. Two straight segments of the same width at their common
+// point get a mitered joint; a corner sharper than kSharpestMiter is cut off square.
 [[nodiscard]] std::vector<Vec2> SegmentOutline(const PolylineEntity& polyline, size_t index,
                                                double tolerance);
 
-// Half the width of a corner, from inner to outer point, over the half width of the line.
+// The miter limit: half the length of the miter over half the width of the line.
 inline constexpr double kSharpestMiter = 4;
 
 }  // namespace hdiplot

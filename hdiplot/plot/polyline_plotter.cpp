@@ -39,9 +39,9 @@ void PolylinePlotter::PlotWide(const PolylineEntity& polyline, const Affine& map
   stroke.width = PenWidth(width);
   stroke.ends = LineEnds::kFlat;
   canvas_.UseStroke(stroke);
-  // A line that happens to go on from here gets no mitered corner with this one.
+  // A line that happens to continue from here must not be joined to this one.
   canvas_.SeparatePath();
-  // The driver closes no stroked path. Dashes would go wrong on the segment that is drawn twice.
+  // The driver does not close stroked paths. A dashed segment must not be drawn twice.
   RunEnd end = RunEnd::kOpen;
   if (polyline.closed) end = stroke.lineType == nullptr ? RunEnd::kClosedAround : RunEnd::kClosed;
   StrokeRun(polyline, {0, SegmentCount(polyline), end}, map);
@@ -50,7 +50,7 @@ void PolylinePlotter::PlotWide(const PolylineEntity& polyline, const Affine& map
 
 void PolylinePlotter::PlotTapered(const PolylineEntity& polyline, const Affine& map, const Stroke& stroke) {
   const size_t count = SegmentCount(polyline);
-  size_t thin = 0;  // segments without a width just before `i`
+  size_t thin = 0;  // pending segments without a width, just before `i`
   const auto strokeThin = [&](size_t end) {
     if (thin == 0) return;
     canvas_.UseStroke(stroke);
@@ -75,7 +75,7 @@ void PolylinePlotter::FillSegment(const PolylineEntity& polyline, size_t index, 
   for (const Vec2& p : SegmentOutline(polyline, index, kFlatTolerance / map.LargestScale())) {
     canvas_.RingPoint(map(p));
   }
-  // The inner rim of a wide and narrow bend crosses itself, which must leave no hole.
+  // The inner rim of a wide, tight bend crosses itself and must not leave a hole.
   canvas_.FillRings(polyline.vertices[index].bulge == 0 ? hdi::kFillAlternate : hdi::kFillWinding);
 }
 
@@ -104,8 +104,8 @@ void PolylinePlotter::StrokeLines(const PolylineEntity& polyline, const Run& run
   canvas_.Polyline(ends_);
 }
 
-// Fills `segments_` and `ends_`, the points where lines and curves meet on whole dots. False when there is a
-// point or a curve that cannot be plotted.
+// Fills `segments_` and `ends_`, with whole dots where lines and curves meet. False when a point or a curve
+// is not plottable.
 bool PolylinePlotter::LoadRun(const PolylineEntity& polyline, const Run& run, const Affine& map) {
   segments_.clear();
   ends_.clear();
@@ -113,7 +113,7 @@ bool PolylinePlotter::LoadRun(const PolylineEntity& polyline, const Run& run, co
     PolySegment& segment = segments_.emplace_back(SegmentOf(polyline, run.first + i));
     ends_.push_back(map(segment.from));
     if (!segment.arc || Canvas::IsPlottable(Transformed(*segment.arc, map))) continue;
-    // Of so large a circle either next to nothing is drawn, a straight line, or far too much.
+    // An arc of so large a circle is either as good as straight or not plottable.
     const double height = std::abs(polyline.vertices[run.first + i].bulge) / 2 *
                           Length(map.Direction(segment.to - segment.from));
     if (!(height <= kFlatTolerance)) return false;
@@ -138,7 +138,7 @@ void PolylinePlotter::AddToPath(const PolySegment& segment, Vec2 from, Vec2 to, 
   }
   cubics_.clear();
   AppendCubics(Transformed(*segment.arc, map), kCurveTolerance, cubics_);
-  // Ends that have been moved take their control points along: the arc keeps its direction there.
+  // Control points move along with the ends, which preserves the arc's direction there.
   auto& first = cubics_.front().points;
   auto& last = cubics_.back().points;
   first[1] = first[1] + (from - first[0]);

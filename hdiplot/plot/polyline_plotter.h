@@ -1,4 +1,4 @@
-// Draws polylines: as one stroked path where it can be one, as filled outlines where widths change.
+// Draws polylines: as one stroked path if possible, as filled outlines where widths change.
 #pragma once
 
 #include <vector>
@@ -13,15 +13,15 @@ class PolylinePlotter {
  public:
   explicit PolylinePlotter(Canvas& canvas) : canvas_(canvas) {}
 
-  // `stroke` is the pen for polylines without a width. `map` leads to dots.
+  // `stroke` is the pen for polylines without a width. `map` takes them to dots.
   void Plot(const PolylineEntity& polyline, const Affine& map, const Stroke& stroke);
 
  private:
-  // What becomes of the last segment's end.
+  // How the last segment ends.
   enum class RunEnd {
     kOpen,
     kClosed,        // it meets the first one's start
-    kClosedAround,  // and the first one follows again, so that their corner is joined like the others
+    kClosedAround,  // the same, and the first one is repeated, so that their corner is joined like the others
   };
   struct Run {  // of segments
     size_t first;
@@ -38,7 +38,7 @@ class PolylinePlotter {
   void AddToPath(const PolySegment& segment, Vec2 from, Vec2 to, const Affine& map);
 
   Canvas& canvas_;
-  std::vector<PolySegment> segments_;  // of the run being stroked, as the next
+  std::vector<PolySegment> segments_;  // of the current run, like the next
   std::vector<Vec2> ends_;             // of its segments, in dots; one more than there are segments
   std::vector<Cubic> cubics_;
 };

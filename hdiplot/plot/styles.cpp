@@ -118,7 +118,7 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   style.lineType = FindLineType(layer.lineType);
   style.alpha = layer.alpha;
   style.frozen = layer.frozen || frozen_.contains(folded);
-  // The layer of dimensions' definition points never plots, whatever its entry says.
+  // The layer of dimensions' definition points is never plotted.
   const bool onPaper = layer.plottable && folded != "defpoints";
   style.plotted = onPaper && !layer.off && !style.frozen && IsAskedFor(folded);
   style.isZero = name == "0";

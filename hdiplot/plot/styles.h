@@ -1,4 +1,4 @@
-// From an entity's attributes to how it looks: by layer, by block, and what is not plotted at all.
+// Resolves an entity's attributes to its look, by layer and by block.
 #pragma once
 
 #include <map>
@@ -16,17 +16,17 @@ namespace hdiplot {
 
 // A layer as the plot sees it.
 struct LayerStyle {
-  std::u16string name;  // the same for all ways to write it
+  std::u16string name;  // in one spelling for all entities
   Rgb color;
   int lineWeight = 0;                  // hundredths of a millimetre
   const LineType* lineType = nullptr;  // null: continuous
   uint8_t alpha = 255;
-  bool frozen = false;  // hides the contents of blocks inserted on it, too
-  bool plotted = true;  // on, plottable and asked for
-  bool isZero = false;  // layer "0", which in a block stands for the layer of the insert
+  bool frozen = false;  // also hides the contents of blocks inserted on it
+  bool plotted = true;  // on, plottable and selected
+  bool isZero = false;  // layer "0", which in a block means the layer of the insert
 };
 
-// How an entity looks, nothing left to look up. Pointers are into the drawing and the StyleResolver.
+// The resolved look of an entity. Pointers are into the drawing and the StyleResolver.
 struct Style {
   const LayerStyle* layer = nullptr;
   Rgb color;                           // of the plot
@@ -37,18 +37,18 @@ struct Style {
   Rgb byBlock;
   const Ink* ink = nullptr;
 
-  // The plotted form of a colour within the entity, as a text has them.
+  // The plotted form of a colour within the entity, such as that of a part of a text.
   [[nodiscard]] Rgb Plotted(const EntityColor& own) const;
 };
 
 class StyleResolver {
  public:
-  // Refers to the drawing and the options from then on. The layers of `frozen` are frozen, too.
+  // Keeps references to the drawing and the options. The layers in `frozen` count as frozen.
   StyleResolver(const Drawing& drawing, const PlotOptions& options,
                 const std::vector<std::string>& frozen = {});
 
-  // `insert` is the style of the INSERT that the entity's block came by, null in the drawing itself. What is
-  // by block there is the foreground colour, continuous, of the default weight and opaque.
+  // `insert` is the style of the INSERT of the entity's block, null in the drawing itself, where "by block"
+  // means the foreground colour, a continuous line, the default weight and opaque.
   [[nodiscard]] Style Resolve(const Attributes& attributes, const Style* insert);
 
  private:
@@ -63,11 +63,11 @@ class StyleResolver {
   std::vector<std::string> unwanted_;  // folded patterns
   std::set<std::string> frozen_;       // folded names
   struct NamedLayer {
-    std::string name;  // as the drawing's table has it, or the first entity
+    std::string name;  // as in the drawing's table, or else as in the first entity
     const Layer* layer;
   };
   std::map<std::string, NamedLayer> layersByFoldedName_;
-  std::unordered_map<std::string, LayerStyle> layers_;  // by name as entities write it, made when first met
+  std::unordered_map<std::string, LayerStyle> layers_;  // by name as entities spell it, filled on demand
   const std::pair<const std::string, LayerStyle>* lastLayer_ = nullptr;  // entities come in runs of one layer
 };
 

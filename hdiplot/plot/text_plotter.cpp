@@ -4,26 +4,27 @@
 #include <cmath>
 #include <numbers>
 
+#include "hdiplot/text/text_parts.h"
 #include "hdiplot/text/text_setter.h"
 
 namespace hdiplot {
 
 namespace {
 
-constexpr double kPlainTracking = 1e-4;  // less is no tracking
-constexpr double kRuleWidth = 0.08;      // of a text with outlines, in heights of capitals
+constexpr double kPlainTracking = 1e-4;  // below this, tracking is ignored
+constexpr double kRuleWidth = 0.08;      // for outline fonts, in heights of capitals
 
-// The driver turns only text with advances, and shows that unless it is tracked.
+// The driver rotates text with advances only, and hides such text only if it is tracked.
 constexpr double kHidingTracking = 1.001;
 
-// What the driver is asked for: in dots, and as factors. Texts beyond come from mistakes.
+// Limits of what the driver is given: in dots, and as factors. Texts beyond them are mistakes.
 constexpr double kLowest = 1e-3;
 constexpr double kNarrowest = 0.01;
 constexpr double kWidest = 100;
 constexpr double kClosestTracking = 0.1;
 constexpr double kWidestTracking = 10;
 
-// The font with the direction of the text and its size.
+// The font at the direction and the size of the text.
 hdi::LOGFONTW Turned(hdi::LOGFONTW font, const TextPlacement& placement, double emSize) {
   constexpr double kTenthsOfDegree = 1800 / std::numbers::pi;
   constexpr double kLargest = 1e6;
@@ -33,18 +34,12 @@ hdi::LOGFONTW Turned(hdi::LOGFONTW font, const TextPlacement& placement, double 
   return font;
 }
 
-double WidthOf(const TextFont& font, std::u16string_view text) {
-  double width = 0;
-  for (const char16_t unit : text) width += font.Advance(unit);
-  return width;
-}
-
 Vec2 Along(const TextPlacement& placement, double along) {
   const Vec2 direction{std::cos(placement.angle), -std::sin(placement.angle)};
   return placement.at + direction * (along * placement.unitWidth);
 }
 
-// How many units from the first on the same face draws.
+// The number of leading units that one face draws.
 size_t LengthInOneFace(const OutlineFont& font, std::u16string_view text) {
   const hdi::FontFace* face = font.FaceOf(text.front());
   const auto end = std::ranges::find_if(text, [&](char16_t unit) { return font.FaceOf(unit) != face; });
@@ -58,13 +53,13 @@ bool IsDrawable(const TextPlacement& placement, Vec2 end) {
 
 double WidthFactor(const TextPlacement& placement) { return placement.unitWidth / placement.height; }
 
-// Whether the driver has the means to show text as it lies.
+// Whether the driver can show text in this position.
 bool IsForDriver(const TextPlacement& placement) {
   const double factor = WidthFactor(placement);
   return !placement.isMirrored && factor >= kNarrowest && factor <= kWidest;
 }
 
-// What a tracking factor adds to each advance, in ems.
+// The addition of a tracking factor to each advance, in ems.
 double Spacing(double trackingFactor) { return (trackingFactor - 1) / 2; }
 
 }  // namespace
@@ -113,12 +108,12 @@ void TextPlotter::PlotPiece(const TextPiece& piece, const Affine& map, Rgb color
   for (const DriverPart& part : DriverParts(piece.text)) {
     if (!isForDriver) HideText(line, part.text, along);
     if (!isForDriver || !ShowText(line, part.text, along)) DrawGlyphs(line, part.visual, along);
-    along += WidthOf(line.measure, part.text) * piece.look.tracking;
+    along += AdvanceOf(part.text, line.measure) * piece.look.tracking;
   }
   if (HasComment(line)) NoteWords(piece);
 }
 
-// Gives the driver text in its own font. False when it will not show it.
+// Passes text to the driver in its own font. False when the driver does not show it.
 bool TextPlotter::ShowText(const Line& line, std::u16string_view text, double along) {
   const OutlineFont& font = *line.font.outline;
   const TextPlacement& placement = line.placement;
@@ -149,8 +144,8 @@ bool TextPlotter::ShowText(const Line& line, std::u16string_view text, double al
   return canvas_.Text(call);
 }
 
-// Gives the driver text that is drawn here, to be searched for. It shows in no reader, but its place does
-// when it is found: it stands in the interface font, as wide as what is drawn.
+// Passes drawn text to the driver as invisible text for searches. A reader highlights its place when it is
+// found, so it is in the interface font but as wide as what is drawn.
 void TextPlotter::HideText(const Line& line, std::u16string_view text, double along) {
   const OutlineFont* font = fonts_.InterfaceFont();
   if (font == nullptr) return;
@@ -164,13 +159,13 @@ void TextPlotter::HideText(const Line& line, std::u16string_view text, double al
     call.trackingFactor = kHidingTracking;
   }
   const double spacing = Spacing(call.trackingFactor) * font->EmSize();
-  // The driver begins each change of the face at the same place, if it has no advances. It also turns round
-  // what runs from right to left, which must stay whole for that.
+  // Without advances the driver starts each change of the face at the same place. It also reverses
+  // right-to-left runs, which must not be split.
   const bool mayPart = IsPlainLeftToRight(text);
   while (!text.empty()) {
     const std::u16string_view part = mayPart ? text.substr(0, LengthInOneFace(*font, text)) : text;
-    const double width = WidthOf(line.measure, part) * line.piece.look.tracking;
-    const double ownWidth = WidthOf(*font, part) + spacing * static_cast<double>(part.size());
+    const double width = AdvanceOf(part, line.measure) * line.piece.look.tracking;
+    const double ownWidth = AdvanceOf(part, *font) + spacing * static_cast<double>(part.size());
     const double stretch = width > 0 && ownWidth > 0 ? width / ownWidth : 1;
     call.at = Along(placement, along);
     call.text = part;
@@ -219,7 +214,7 @@ void TextPlotter::DrawOutline(const Line& line, const std::vector<hdi::GlyphCont
   canvas_.FillArea();
 }
 
-// Pieces that do not go on where the last one ends are words of their own.
+// A piece that does not continue where the last one ends starts a new word.
 void TextPlotter::NoteWords(const TextPiece& piece) {
   constexpr double kRoom = 1e-6;  // in heights of capitals
   if (lastWords_ != nullptr) {

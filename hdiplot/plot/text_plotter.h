@@ -1,5 +1,5 @@
-// Draws laid-out text: as text where the driver can show it so, else as outlines or strokes over text that is
-// only there to be searched for.
+// Draws laid-out text: as text if the driver can show it, else as outlines or strokes over invisible text,
+// which keeps it searchable.
 #pragma once
 
 #include <string_view>
@@ -13,32 +13,31 @@
 
 namespace hdiplot {
 
-// How a line of text lies on the sheet.
+// The position of a line of text on the sheet.
 struct TextPlacement {
-  Vec2 at;               // where the base line begins, dots, Y down
-  double angle = 0;      // of the base line, counter-clockwise as seen, radians
+  Vec2 at;               // start of the base line, dots, Y down
+  double angle = 0;      // of the base line, counter-clockwise on paper, radians
   double height = 0;     // of capitals, dots
-  double unitWidth = 0;  // along the base line, dots for a height of capitals
+  double unitWidth = 0;  // dots along the base line per height of capitals
   double oblique = 0;    // radians
-  // The text itself is mirrored; the rest then places a text that is not so that it covers the same area.
+  // The text is mirrored; the other values then place an unmirrored text over the same area.
   bool isMirrored = false;
 };
 
-// `map` leads from heights of capitals, Y up, to dots, Y down.
+// `map` takes heights of capitals, Y up, to dots, Y down.
 [[nodiscard]] TextPlacement PlacementOf(const Affine& map);
 
 class TextPlotter {
  public:
-  // Refers to the first two from then on. With `comments` each text in strokes has its words in a comment,
-  // too.
+  // Keeps references to the first two. With `comments`, each stroked text gets a comment.
   TextPlotter(Canvas& canvas, FontBook& fonts, bool comments)
       : canvas_(canvas), fonts_(fonts), comments_(comments) {}
 
-  // `map` leads from the text entity's coordinates to dots; `penWidth`, in dots, is that of strokes.
+  // `map` takes the text entity's coordinates to dots; `penWidth`, in dots, is that of strokes.
   void Plot(const TextBlock& block, const Affine& map, const Style& style, uint32_t penWidth);
 
  private:
-  // What the parts of a piece have in common.
+  // What all parts of a piece share.
   struct Line {
     const TextPiece& piece;
     PlotFont font;
@@ -64,11 +63,11 @@ class TextPlotter {
   Canvas& canvas_;
   FontBook& fonts_;
   bool comments_;
-  // Of the text in hand: what of it is in strokes.
+  // The stroked words of the current text.
   std::u16string words_;
   Box wordsArea_;                         // dots
   const TextPiece* lastWords_ = nullptr;  // the piece at the end of the words
-  std::u16string drawn_;                  // kept for their memory
+  std::u16string drawn_;                  // reused, like the next two
   std::vector<double> advances_;
   std::vector<Vec2> points_;
 };

@@ -28,7 +28,7 @@ void DrawingWalk::Run(const Affine& map, const Layout* layout) {
   });
 }
 
-// A viewport shows the model even where its layer, which is that of its border, does not plot.
+// A viewport shows the model even if its layer, which is that of its border, is not plotted.
 void DrawingWalk::VisitOnSheet(const Entity& entity, const Affine& map) {
   const auto* viewport = std::get_if<ViewportEntity>(&entity.shape);
   const bool isSeen = viewport != nullptr && viewport->showsModel && entity.attributes.visible;
@@ -51,7 +51,8 @@ void DrawingWalk::VisitModel(const Affine& map) {
 void DrawingWalk::Visit(const Entity& entity, const Affine& map, const Style* insert) {
   if (!entity.attributes.visible) return;
   const Style style = styles_->Resolve(entity.attributes, insert);
-  // A layer that is off does not hide what a block has on other layers; a frozen one does.
+  // An insert on a layer that is off still shows the block's entities on other layers; a frozen layer hides
+  // them.
   const bool isInsert = std::holds_alternative<InsertEntity>(entity.shape);
   if (isInsert ? style.layer->frozen : !style.layer->plotted) return;
   if (isLinked_ || entity.attributes.link.empty()) {
@@ -98,14 +99,14 @@ void DrawingWalk::VisitCopies(const InsertEntity& insert, const Block& block, co
       Affine::Scaling(insert.scaleX, insert.scaleY) * Affine::Translation({-block.base.x, -block.base.y});
   for (int row = 0; row < std::max(insert.rows, 1); ++row) {
     for (int column = 0; column < std::max(insert.columns, 1); ++column) {
-      if (!TakeFromBlocks()) return;  // an empty block takes time, too
+      if (!TakeFromBlocks()) return;  // empty blocks count, as they take time
       const Vec2 offset{column * insert.columnSpacing, row * insert.rowSpacing};
       VisitBlock(block, place * Affine::Translation(offset) * form, style);
     }
   }
 }
 
-// Whether one more is within the bound.
+// Whether one more entity is within the limit.
 bool DrawingWalk::TakeFromBlocks() {
   isCutOff_ = isCutOff_ || leftFromBlocks_ == 0;
   if (leftFromBlocks_ == 0) return false;

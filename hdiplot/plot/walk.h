@@ -1,4 +1,4 @@
-// Goes through a drawing in its order, into the blocks that it inserts.
+// Walks a drawing in its order, including the blocks that it inserts.
 #pragma once
 
 #include <cstdint>
@@ -12,50 +12,49 @@
 
 namespace hdiplot {
 
-// From the model's coordinates to those of the viewport's layout.
+// The map from the model to the viewport's layout.
 [[nodiscard]] Affine ModelToSheet(const ViewportEntity& viewport);
 
-// Takes what is plotted. `map` leads from the shape's coordinates to those that the walk was given.
+// Receives what is plotted. `map` takes the shape's coordinates to those of the walk's own map.
 class ShapeSink {
  public:
   virtual ~ShapeSink() = default;
 
-  // `shape` is no InsertEntity.
+  // `shape` is never an InsertEntity.
   virtual void Put(const Shape& shape, const Affine& map, const Style& style) = 0;
-  // What is put in between leads to `target`. Links do not nest: within a block that is linked as a whole,
-  // its own links do not count.
+  // What is put in between links to `target`. Links do not nest: links within a linked block are ignored.
   virtual void BeginLink(const std::string& target, const Shape& shape) {
     static_cast<void>(target);
     static_cast<void>(shape);
   }
   virtual void EndLink() {}
-  // What is put in between is the model as `viewport` shows it; `map` leads from the layout's coordinates.
-  // False when that is not asked for; then there is no end.
+  // What is put in between is the model as `viewport` shows it; `map` takes the layout's coordinates. False
+  // to skip it; then EndViewport is not called.
   virtual bool BeginViewport(const ViewportEntity& viewport, const Affine& map) {
     static_cast<void>(viewport), static_cast<void>(map);
     return false;
   }
   virtual void EndViewport() {}
-  // Behind each entity of the drawing itself: how many of them are done.
+  // After each entity of the drawing itself: how many of them are done.
   virtual void Done(size_t entities) { static_cast<void>(entities); }
 };
 
-// What is in the drawing's blocks and not walked, by the bounds below.
+// What the limits below have excluded of the drawing's blocks.
 struct UnwalkedInserts {
-  uint64_t tooDeep = 0;  // each time that one would appear
-  uint64_t cutOff = 0;   // of the drawing itself, whose blocks do not appear or not as a whole
+  uint64_t tooDeep = 0;  // counted for each copy
+  uint64_t cutOff = 0;   // inserts of the drawing itself that are missing or incomplete
 };
 
-// Model space is walked, or a layout with the model in its viewports. Left out are invisible entities,
-// layers that are not plotted, blocks inserted on frozen layers and inserts of blocks that are missing, are
-// open already or stand more than kDeepestInsert deep. Nothing more comes from blocks once kMostFromBlocks
-// entities have: a small file can ask for any number of them.
+// Walks model space, or a layout with the model in its viewports. Skips invisible entities, layers that are
+// not plotted, blocks inserted on frozen layers, and inserts of blocks that are missing, recursive or nested
+// deeper than kDeepestInsert. Stops walking blocks after kMostFromBlocks entities: a small file can insert
+// any number of them.
 class DrawingWalk {
  public:
   static constexpr size_t kDeepestInsert = 16;
   static constexpr size_t kMostFromBlocks = 10'000'000;
 
-  // Refers to all of them from then on.
+  // Keeps references to all of them.
   DrawingWalk(const Drawing& drawing, const PlotOptions& options, ShapeSink& sink);
   DrawingWalk(const DrawingWalk&) = delete;
   DrawingWalk& operator=(const DrawingWalk&) = delete;
@@ -63,7 +62,7 @@ class DrawingWalk {
   // Null: the model.
   void Run(const Affine& map, const Layout* layout = nullptr);
 
-  // Behind Run.
+  // After Run.
   [[nodiscard]] const UnwalkedInserts& Unwalked() const { return unwalked_; }
 
  private:
@@ -81,10 +80,10 @@ class DrawingWalk {
   ShapeSink& sink_;
   const PlotOptions& options_;
   StyleResolver sheetStyles_;
-  StyleResolver* styles_ = &sheetStyles_;  // of the viewport being walked, where it has its own
+  StyleResolver* styles_ = &sheetStyles_;  // or those of the current viewport
   std::vector<const Block*> open_;
   size_t leftFromBlocks_ = kMostFromBlocks;
-  bool isCutOff_ = false;  // the insert being walked, which is one of the drawing itself
+  bool isCutOff_ = false;  // the current insert of the drawing itself
   bool isLinked_ = false;
   UnwalkedInserts unwalked_;
 };

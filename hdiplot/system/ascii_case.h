@@ -1,4 +1,4 @@
-// Upper and lower case of ASCII letters, whatever the locale. All other bytes, those of UTF-8 included, stay.
+// Case of ASCII letters, independent of the locale. Does not change other bytes, such as those of UTF-8.
 #pragma once
 
 #include <algorithm>

@@ -7,10 +7,10 @@
 
 namespace hdiplot {
 
-// Code pages have the names "CP932", "ISO8859-1", "MACINTOSH" and the like, in capitals.
+// Names are in capitals: "CP932", "ISO8859-1", "MACINTOSH".
 [[nodiscard]] bool KnowsCodePage(const std::string& name);
 
-// As UTF-8; bytes that mean nothing in the code page become U+FFFD. None for an unknown code page.
+// Converts to UTF-8; invalid bytes become U+FFFD. None for an unknown code page.
 [[nodiscard]] std::optional<std::string> FromCodePage(std::string_view bytes, const std::string& codePage);
 
 }  // namespace hdiplot

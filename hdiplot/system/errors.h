@@ -1,4 +1,4 @@
-// What hdiplot reports about files.
+// Errors about files.
 #pragma once
 
 #include <cstddef>
@@ -10,8 +10,8 @@
 
 namespace hdiplot {
 
-// Something is wrong with a file: an input, the driver module, or one that cannot be written. what() is
-// "FILE:LINE: message", or "FILE: message" for line 0.
+// An error in an input or the driver module, or in writing a file. what() is "FILE:LINE: message", or
+// "FILE: message" for line 0.
 class FileError : public std::runtime_error {
  public:
   FileError(const std::filesystem::path& file, size_t line, const std::string& message)

@@ -1,5 +1,4 @@
-// Files as the C library has them, which tells why something fails, and what the standard library leaves to
-// each system.
+// C streams, which report why an operation fails, and file operations that differ between systems.
 #pragma once
 
 #include <cstdio>
@@ -14,17 +13,17 @@ struct CloseFile {
 };
 using FileStream = std::unique_ptr<std::FILE, CloseFile>;
 
-// Both open the bytes as they are. Null when they fail, with the reason in errno.
+// Both open binary streams. Null on failure, with the reason in errno.
 [[nodiscard]] FileStream OpenToRead(const std::filesystem::path& file);
 [[nodiscard]] FileStream CreateNew(const std::filesystem::path& file);  // fails where there is a file
 
-// Moves `from` to the place of `to`, where a file may be, in one step. What went wrong, or empty.
+// Atomically replaces `to`, which need not exist, by `from`. Returns the error, or an empty string.
 [[nodiscard]] std::string MoveOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
-// The file that `file` leads to through symbolic links; it need not exist.
+// Resolves symbolic links. The file need not exist.
 [[nodiscard]] std::filesystem::path WithoutLinks(const std::filesystem::path& file);
 
-// Whether both names lead to one file; it need not exist.
+// Whether both paths refer to the same file, which need not exist.
 [[nodiscard]] bool LeadToSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 
 }  // namespace hdiplot

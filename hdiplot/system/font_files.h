@@ -1,4 +1,4 @@
-// Which font is in a file that a drawing names, and where the stroke fonts lie.
+// The fonts in installed files, and the folder of the stroke fonts.
 #pragma once
 
 #include <filesystem>
@@ -7,11 +7,11 @@
 
 namespace hdiplot {
 
-// The full name, "DejaVu Sans Bold", of the installed font in the file `name`, which is without directories
-// and in any case; of several fonts in the file that of the first. Empty when none is in a file of that name.
+// The full name, "DejaVu Sans Bold", of the first installed font in the file `name`, case-insensitive and
+// without directories. Empty when there is none.
 [[nodiscard]] std::string FontInFile(std::string_view name);
 
-// The folder of the Hershey fonts: what the environment variable HERSHEY_FONTS_DIR names, or the system's.
+// The folder of the Hershey fonts: that in the environment variable HERSHEY_FONTS_DIR, or the system's.
 [[nodiscard]] std::filesystem::path HersheyFontFolder();
 
 }  // namespace hdiplot

@@ -13,7 +13,7 @@
 namespace hdiplot {
 
 std::string FoldedName(std::string_view name) {
-  // Most names are ASCII, and drawings have many.
+  // Drawings have many names, most of them ASCII.
   if (std::ranges::all_of(name, [](char c) { return (c & 0x80) == 0; })) return LowerCase(name);
   const std::u16string units = hdi::ToUtf16(name);
   std::u16string folded;

@@ -1,4 +1,4 @@
-// Names of layers, blocks, styles and fonts, which are the same in any case. They are UTF-8.
+// Case-insensitive names, of layers, blocks, styles and fonts. They are UTF-8.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace hdiplot {
 
-// What names are kept and compared by: each character by Unicode's simple case folding, whatever the locale,
-// so that no name becomes longer in characters. Bytes that are not UTF-8 become U+FFFD.
+// The key of a name, by Unicode's simple case folding, independent of the locale. Has as many characters as
+// the name. Bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string FoldedName(std::string_view name);
 
 [[nodiscard]] bool IsSameName(std::string_view a, std::string_view b);

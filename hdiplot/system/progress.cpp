@@ -1,4 +1,4 @@
-// Drawing the bar. The clock is read only once in a while, after a hundredth of the stretch.
+// Reads the clock only after every hundredth of the stage.
 #include "hdiplot/system/progress.h"
 
 #include <fmt/format.h>

@@ -1,4 +1,4 @@
-// The progress bar on standard error, for jobs that take a while.
+// The progress bar on standard error.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@ namespace hdiplot {
 
 enum class ProgressDisplay { kAuto, kOff };
 
-// Shows nothing until half a second after it was made, nor ever when standard error is no terminal or the
-// display is off. The bar stays when a stretch is done, until Finish or the destructor erases it.
+// Appears half a second after construction, and never when standard error is not a terminal or the display is
+// off. Finish or the destructor erases it.
 class Progress {
  public:
   explicit Progress(ProgressDisplay display = ProgressDisplay::kAuto);
@@ -17,10 +17,10 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress();
 
-  // Begins a stretch of `total` steps.
+  // Starts a stage of `total` steps.
   void Start(uint64_t total);
 
-  // Tells that `done` steps of the stretch are behind us. Cheap enough for every entity of a drawing.
+  // Sets the number of completed steps. Cheap enough for every entity of a drawing.
   void Advance(uint64_t done) {
     if (enabled_ && done >= nextLook_) Look(done);
   }

@@ -5,6 +5,7 @@
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/font_files.h"
 #include "hdiplot/system/names.h"
+#include "hdiplot/text/font_table.h"
 #include "platform/font_services.h"
 #include "platform/unicode.h"
 
@@ -29,7 +30,7 @@ hdi::LOGFONTW LogFont(const std::string& family, bool bold, bool italic) {
   return font;
 }
 
-// Takes `word` and the blank before it from the end of the name.
+// Removes `word` and the blank before it from the end of the name.
 bool TakeLastWord(std::string& name, std::string_view word) {
   if (name.size() <= word.size() + 1 || name[name.size() - word.size() - 1] != ' ') return false;
   if (!EqualWithoutCase(std::string_view(name).substr(name.size() - word.size()), word)) return false;
@@ -46,25 +47,25 @@ MappedFont WithStyleApart(const std::string& fullName) {
   return font;
 }
 
-// The font in an installed file; none when no font that can be selected is in a file of that name.
+// The font in an installed file of that name; none when no font in it can be selected.
 std::optional<MappedFont> InstalledFont(std::string_view fontFile) {
   const std::string fullName = FontInFile(FontFileName(fontFile));
   if (fullName.empty()) return std::nullopt;
   const MappedFont apart = WithStyleApart(fullName);
-  // "Bold" is also the end of some families' names.
+  // Some family names end in "Bold".
   for (const MappedFont& font : {apart, MappedFont{fullName}}) {
     if (hdi::HasFamily(hdi::ToUtf16(font.name))) return font;
   }
   return std::nullopt;
 }
 
-// What draws the characters of a Hershey font that is not there.
+// The font that draws the characters of a missing Hershey font.
 std::string StandInForStrokes(const OutlineFont* bigFont) {
   if (bigFont == nullptr || StrokeFont::Exists(kUsualStrokes)) return kUsualStrokes;
   return hdi::ToUtf8(bigFont->Face().Family());
 }
 
-// The name of a family without the sign that asks for characters lying on their side, for columns.
+// The family without the prefix that selects glyphs rotated for vertical text.
 std::string_view WithoutAt(std::string_view family) {
   return family.starts_with('@') ? family.substr(1) : family;
 }
@@ -137,7 +138,7 @@ const OutlineFont* FontBook::Outline(const MappedFont& font) {
   return entry->second.get();
 }
 
-// The family itself or the first stand-in that is there; empty when none is.
+// The family itself or its first installed substitute; empty when there is none.
 std::string FontBook::InstalledFamily(const std::string& family) const {
   if (hdi::HasFamily(hdi::ToUtf16(family))) return family;
   for (const std::string_view standIn : StandInFamilies(family)) {
@@ -150,7 +151,7 @@ const StrokeFont& FontBook::Strokes(const MappedFont& font, const std::string& b
   MappedFont big;
   if (!bigFontFile.empty()) big = map_.OfFile(bigFontFile).value_or(big);
   if (big.isStroke || big.name.empty()) big = {kUsualFamily};
-  // Which family that is nobody has asked for.
+  // Not reported: no drawing named this family.
   const std::string family = InstalledFamily(big.name);
   if (!family.empty()) big.name = family;
   const OutlineFont* bigFont = Outline(big);

@@ -1,5 +1,4 @@
-// The fonts of a plot: each choice of a text's font is looked up once, and one that is not installed gets a
-// stand-in.
+// The fonts of a plot. Each choice is looked up once; a font that is not installed is substituted.
 #pragma once
 
 #include <functional>
@@ -18,7 +17,7 @@
 
 namespace hdiplot {
 
-// Exactly one of the two. They belong to the book.
+// Exactly one of the two is set. Owned by the book.
 struct PlotFont {
   const StrokeFont* stroke = nullptr;
   const OutlineFont* outline = nullptr;
@@ -26,7 +25,7 @@ struct PlotFont {
 
 class FontBook final : public FontSource {
  public:
-  // Is told of each font that is not there, once.
+  // Called once for each missing font.
   using Report = std::function<void(const std::string& message)>;
 
   explicit FontBook(FontMap map = {}, Report report = {});
@@ -34,8 +33,7 @@ class FontBook final : public FontSource {
   [[nodiscard]] const TextFont& FontFor(const FontChoice& choice) override;
   [[nodiscard]] PlotFont Find(const FontChoice& choice);
 
-  // The font in which a reader of the plot searches for text that is drawn as strokes. Null on a system
-  // without fonts.
+  // The font of the invisible text over stroked text. Null on a system without fonts.
   [[nodiscard]] const OutlineFont* InterfaceFont();
 
  private:

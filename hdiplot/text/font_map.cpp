@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <span>
 #include <system_error>
 
 #include "hdiplot/system/ascii_case.h"
@@ -25,7 +26,7 @@ std::string_view ExtensionOf(std::string_view name) {
   return name.substr(name.size() - kLength);
 }
 
-// Editors put one before the first line.
+// Some editors write one.
 std::string_view WithoutByteOrderMark(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
@@ -43,7 +44,7 @@ const Entry* FindStem(std::span<const Entry> table, std::string_view stem) {
   return found != table.end() ? &*found : nullptr;
 }
 
-// What a line says behind its '='; throws std::invalid_argument with what is wrong.
+// Parses the right side of a line. Throws std::invalid_argument with the reason.
 MappedFont ParseFont(std::string_view text) {
   MappedFont font;
   std::string_view name = TakeTrimmed(text, ',');

@@ -1,37 +1,36 @@
-// Which installed font, or which stroke font, stands for a font file that a drawing names.
+// Maps the font files that drawings name to installed fonts and stroke fonts.
 #pragma once
 
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 namespace hdiplot {
 
 struct MappedFont {
-  std::string name;  // a family, or for a stroke font its Hershey font
+  std::string name;  // a family, or a Hershey font
   bool isStroke = false;
   bool bold = false;
   bool italic = false;
-  bool monospaced = false;  // of a stroke font: every advance the same
+  bool monospaced = false;  // of a stroke font: all advances are equal
   bool operator==(const MappedFont&) const = default;
 };
 
-// A table of usual fonts, and what a user adds to it. Names are compared without regard to case and without
-// their directories.
+// A table of common fonts and the user's additions. Names are compared case-insensitively and without
+// directories.
 class FontMap {
  public:
   // Adds the lines of `file`: NAME = FAMILY[, bold][, italic] or NAME = stroke:FONT, '#' for comments. They
-  // go before the table, and a later line before an earlier one. A NAME without an extension stands for the
-  // font file with any, and for a family of that name. Throws FileError, and keeps nothing of the file then.
+  // override the table, and later lines override earlier ones. A NAME without an extension matches the font
+  // file with any extension, and a family of that name. Throws FileError and then adds nothing.
   void Read(const std::filesystem::path& file);
 
-  // What a font file of a style stands for; none when the table does not know it.
+  // The font for a style's font file; none if unknown.
   [[nodiscard]] std::optional<MappedFont> OfFile(std::string_view fontFile) const;
 
-  // What the user wants for a family; none when there is no word about it.
+  // The user's font for a family, if any.
   [[nodiscard]] std::optional<MappedFont> OfFamily(std::string_view family) const;
 
  private:
@@ -40,16 +39,13 @@ class FontMap {
   Entries own_;
 };
 
-// Whether the name is that of a TrueType or similar file, by its extension.
+// Whether the file's extension is that of an outline font.
 [[nodiscard]] bool IsOutlineFontFile(std::string_view fontFile);
 
-// The name of a file without directories, whichever way these are separated.
+// A file's name without directories, separated by either kind of slash.
 [[nodiscard]] std::string_view FontFileName(std::string_view fontFile);
 
 // The same without its extension, too.
 [[nodiscard]] std::string_view FontFileStem(std::string_view fontFile);
-
-// Families that stand in for one that is not installed, the most alike first.
-[[nodiscard]] std::span<const std::string_view> StandInFamilies(std::string_view family);
 
 }  // namespace hdiplot

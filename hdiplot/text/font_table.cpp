@@ -1,9 +1,6 @@
 #include "hdiplot/text/font_table.h"
 
-#include <array>
-
 #include "hdiplot/system/names.h"
-#include "hdiplot/text/font_map.h"
 
 namespace hdiplot {
 
@@ -106,8 +103,8 @@ constexpr StrokeFileEntry kStrokeFiles[] = {
     {"gothici", "gothicita"},
     {"greeks", "greeks"},
     {"greekc", "greekc"},
-    {"cyrillic", "cyrilc_1"},  // letters in the order of the alphabet
-    {"cyriltlc", "cyrillic"},  // letters that sound alike
+    {"cyrillic", "cyrilc_1"},  // alphabetical order
+    {"cyriltlc", "cyrillic"},  // phonetic order
     {"syastro", "astrology"},
     {"symap", "markers"},
     {"symath", "mathlow"},

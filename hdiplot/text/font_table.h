@@ -1,4 +1,4 @@
-// The fonts that drawings usually name.
+// The fonts that drawings commonly name.
 #pragma once
 
 #include <span>
@@ -7,7 +7,7 @@
 namespace hdiplot {
 
 struct OutlineFileEntry {
-  std::string_view stem;  // lower case, as in the next
+  std::string_view stem;  // lower case, also below
   std::string_view family;
   bool bold = false;
   bool italic = false;
@@ -15,12 +15,15 @@ struct OutlineFileEntry {
 
 struct StrokeFileEntry {
   std::string_view stem;
-  std::string_view font;  // a Hershey font, or for a large alphabet a family
+  std::string_view font;  // a Hershey font, or a family for a big font
   bool monospaced = false;
   bool isFamily = false;
 };
 
 [[nodiscard]] std::span<const OutlineFileEntry> OutlineFileTable();
 [[nodiscard]] std::span<const StrokeFileEntry> StrokeFileTable();
+
+// Substitutes for a family that is not installed, the most similar first.
+[[nodiscard]] std::span<const std::string_view> StandInFamilies(std::string_view family);
 
 }  // namespace hdiplot

@@ -37,7 +37,7 @@ struct Line {
 };
 
 // The part of a tabbed text that precedes its stop.
-double PartBefore(TabStop::Kind kind) { return static_cast<double>(kind) / 2; }
+double PartBeforeStop(TabStop::Kind kind) { return static_cast<double>(kind) / 2; }
 
 // Writes lines as pieces and rules. A new one starts only where the look or the place changes.
 class PieceWriter {
@@ -165,7 +165,7 @@ class MTextLayout {
       const TextAtom& atom = line.AtomAt(i);
       if (atom.kind == TextAtom::Kind::kTab) {
         const TabStop stop = tabs.After(x);
-        x = std::max(x, stop.at - PartBefore(stop.kind) * WidthUpToTab(line, i + 1));
+        x = std::max(x, stop.at - PartBeforeStop(stop.kind) * WidthUpToTab(line, i + 1));
       } else {
         x += atom.width;
       }

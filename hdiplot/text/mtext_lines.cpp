@@ -1,4 +1,3 @@
-// Words, blanks and ideographs, and how many of them a line takes.
 #include "hdiplot/text/mtext_lines.h"
 
 #include "hdiplot/text/text_parts.h"
@@ -7,10 +6,10 @@ namespace hdiplot {
 namespace {
 
 constexpr double kUsualTab = 4;         // in heights
-constexpr double kRoundingRoom = 1e-9;  // part of a line's width by which a word that fits may be over
+constexpr double kRoundingRoom = 1e-9;  // of a line's width, the tolerance for a word that just fits
 
-// Characters that may begin and end a line on their own: ideographs, kana and what comes with them. The
-// surrogates are those of the ideographic planes.
+// Characters that allow a line break before and after: ideographs, kana and their punctuation. The surrogates
+// are those of the ideographic planes.
 bool IsIdeograph(char16_t unit) {
   return (unit >= 0x2e80 && unit < 0xa000) || (unit >= 0xf900 && unit < 0xfb00) ||
          (unit >= 0xff00 && unit < 0xfff0) || (unit >= 0xd840 && unit < 0xd890);
@@ -91,13 +90,13 @@ bool IsWordPart(const TextAtom& atom) {
   return atom.kind == TextAtom::Kind::kText || atom.kind == TextAtom::Kind::kStack;
 }
 
-// One line after the other, each as full as it gets.
+// Fills one line after the other.
 class LineBreaker {
  public:
   LineBreaker(const std::vector<TextAtom>& atoms, const TabRuler& tabs, double rightEdge)
       : atoms_(atoms), tabs_(tabs), rightEdge_(rightEdge) {}
 
-  // Starts at `begin`, `x` from the left edge of the box.
+  // The line from `begin` on, which starts at `x` from the left edge of the box.
   [[nodiscard]] TextLineRange Fill(size_t begin, double x) const {
     TextLineRange line{begin, begin, begin};
     while (line.next < atoms_.size()) {
@@ -141,7 +140,7 @@ TabStop TabRuler::After(double x) const {
     found = true;
   };
   for (const TabStop& stop : format_.tabs) offer(stop.at, stop.kind);
-  // A hanging first line: what follows its number begins where the other lines do.
+  // With a hanging first line, the indent of the other lines is a stop, too.
   if (format_.first < 0) offer(format_.left, TabStop::Kind::kLeft);
   return next;
 }

@@ -1,4 +1,4 @@
-// Reads the formatting codes of a text of paragraphs: what it says, span by span, and how each of them looks.
+// Parses MTEXT: its codes become spans of one look each, in paragraphs.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace hdiplot {
 
-// What lies one above the other, or to both sides of a slash. A part may be empty.
+// Two texts one above the other, or on both sides of a slash. Either may be empty.
 struct TextStack {
   enum class Form : uint8_t { kTolerance, kFraction, kDiagonal };
   std::u16string upper;
@@ -20,11 +20,11 @@ struct TextStack {
   Form form = Form::kTolerance;
 };
 
-// Which line of a span is level with that of the tallest one beside it.
+// How a span is aligned with the tallest one beside it.
 enum class SpanLevel : uint8_t { kBottom, kMiddle, kTop };
 
 struct MTextSpan {
-  std::u16string text;             // a tab is a span of its own
+  std::u16string text;             // a tab has a span of its own
   std::optional<TextStack> stack;  // in place of the text
   TextLook look;
   LineMarks marks;
@@ -51,11 +51,11 @@ struct ParagraphFormat {
 struct MTextParagraph {
   ParagraphFormat format;
   std::vector<MTextSpan> spans;
-  double endHeight = 1;  // in force at the paragraph's end, which is all that an empty one has
+  double endHeight = 1;  // at the paragraph's end: the height of an empty one
 };
 
-// Codes that mean nothing lose their backslash, and braces without a partner are passed over: there is no
-// text that cannot be read. Always one paragraph at least.
+// Unknown codes lose their backslash, and unmatched braces are ignored: every text can be parsed. Returns at
+// least one paragraph.
 [[nodiscard]] std::vector<MTextParagraph> ParseMText(std::string_view utf8, const TextLook& start);
 
 }  // namespace hdiplot

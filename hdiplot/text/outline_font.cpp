@@ -6,11 +6,11 @@ namespace hdiplot {
 
 namespace {
 
-constexpr double kUsualCapHeight = 0.7;              // of an em, for faces that don't say
+constexpr double kUsualCapHeight = 0.7;              // of an em, for faces that do not specify it
 constexpr double kSyntheticItalicSkew = 0.33916232;  // the driver's
-constexpr char16_t kSymbols = 0xF000;                // where the characters of Microsoft's symbol maps begin
+constexpr char16_t kSymbols = 0xF000;                // start of Microsoft's symbol maps
 
-// Of the font that selects a run's face: it asks for italics, and the face is upright.
+// Whether the font asks for italics and its face is upright.
 bool DriverSlants(const hdi::LOGFONTW& selecting) {
   if (selecting.lfItalic == 0) return false;
   const auto font = hdi::SystemFontServices().CreateFontIndirect(selecting);

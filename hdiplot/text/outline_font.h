@@ -1,4 +1,4 @@
-// A font with outlines, to measure and to draw with.
+// A font with outlines, and its metrics.
 #pragma once
 
 #include <array>
@@ -32,8 +32,8 @@ class UnitTable {
   std::array<std::unique_ptr<Page>, 0x10000 / kPageSize> pages_;
 };
 
-// A face, and for characters that it lacks the faces that the driver takes for them, at the same size. Not
-// for several threads.
+// A face, and the faces that the driver substitutes for characters that it lacks, at the same size. Not
+// thread-safe.
 class OutlineFont final : public TextFont {
  public:
   // The face that `font` selects.
@@ -44,16 +44,16 @@ class OutlineFont final : public TextFont {
   [[nodiscard]] double Descent() const override { return face_.Descent() * emSize_; }
 
   [[nodiscard]] const hdi::FontFace& Face() const { return face_; }
-  // Of the face, without size and direction.
+  // Selects the face, without size and direction.
   [[nodiscard]] const hdi::LOGFONTW& Selection() const { return font_; }
   // An em in heights of capitals.
   [[nodiscard]] double EmSize() const { return emSize_; }
-  // The face that `unit` is drawn with; null when no face of the system has it.
+  // The face that draws `unit`; null when no installed face has it.
   [[nodiscard]] const hdi::FontFace* FaceOf(char16_t unit) const { return Of(unit).face; }
-  // The unit to draw for `unit`: fonts of symbols have theirs in a private range.
+  // The unit to draw for `unit`: symbol fonts use a private range.
   [[nodiscard]] char16_t Drawn(char16_t unit) const { return Of(unit).drawn; }
 
-  // The outline as the driver draws it, slanted where it does that. Lengths in heights of capitals.
+  // The outline as the driver draws it, including its synthetic slant. In heights of capitals.
   [[nodiscard]] const std::vector<hdi::GlyphContour>& Outline(char16_t unit) const;
 
  private:
@@ -64,7 +64,7 @@ class OutlineFont final : public TextFont {
   };
   [[nodiscard]] const Character& Of(char16_t unit) const;
   [[nodiscard]] Character Find(char16_t unit) const;
-  // Whether the driver slants what it draws with the face.
+  // Whether the driver slants the face.
   [[nodiscard]] bool IsSlanted(const hdi::FontFace& face) const;
 
   const hdi::FontFace& face_;

@@ -13,11 +13,11 @@ namespace hdiplot {
 namespace {
 
 constexpr double kCell = 1;      // the advance of a monospaced font
-constexpr double kBlank = 0.75;  // of a character that nothing can draw
+constexpr double kBlank = 0.75;  // the advance of a character without a glyph
 
 constexpr char16_t kNoBreakSpace = 0x00A0;
 
-// Characters beyond ASCII that look like one of it.
+// The ASCII character that looks like `unit`, or 0.
 char AsciiLookalike(char16_t unit) {
   switch (unit) {
     case kNoBreakSpace:
@@ -43,7 +43,7 @@ char AsciiLookalike(char16_t unit) {
   }
 }
 
-// The place of a letter in the Greek fonts: the alphabet from 'A' and from 'a' on. 0 when there is none.
+// The position of a letter in the Greek fonts, which have the alphabet from 'A' and from 'a' on. 0 for none.
 char GreekPlace(char16_t unit) {
   constexpr std::u16string_view kCapitals = u"ΑΒΓΔΕΖΗΘΙΚΛΜΝΞΟΠΡΣΤΥΦΧΨΩ";
   constexpr std::u16string_view kSmall = u"αβγδεζηθικλμνξοπρστυφχψω";
@@ -57,8 +57,7 @@ char GreekPlace(char16_t unit) {
   return small != std::u16string_view::npos ? static_cast<char>('a' + small) : char{0};
 }
 
-// The same in the Cyrillic font whose letters stand in the order of the alphabet, which ends before the last
-// six.
+// The same for the Cyrillic font in alphabetical order, which lacks the last six letters.
 char CyrillicPlace(char16_t unit) {
   constexpr char16_t kLetters = 26;
   if (unit >= u'А' && unit < u'А' + kLetters) return static_cast<char>('A' + (unit - u'А'));
@@ -66,7 +65,7 @@ char CyrillicPlace(char16_t unit) {
   return 0;
 }
 
-// The last six, in the Cyrillic font whose letters stand where those with the same sound are.
+// The last six, in the Cyrillic font in phonetic order.
 char TransliteratedPlace(char16_t unit) {
   constexpr std::u16string_view kLetters = u"ЪЫЬЭЮЯъыьюя";
   constexpr std::string_view kPlaces = "]$_CU^|&~u}";
@@ -144,7 +143,7 @@ std::unique_ptr<StrokeGlyph> StrokeFont::Make(char16_t unit) const {
   if (auto glyph = GlyphAt(greek_, GreekPlace(unit))) return glyph;
   if (auto glyph = GlyphAt(cyrillic_, CyrillicPlace(unit))) return glyph;
   if (auto glyph = GlyphAt(transliterated_, TransliteratedPlace(unit))) return glyph;
-  if (unit == u'э') {  // the font has it as large as the capital
+  if (unit == u'э') {  // as large as the capital in the font
     auto glyph = GlyphAt(transliterated_, 'C');
     constexpr double kSmall = 14.0 / 21;
     if (glyph != nullptr) {
@@ -170,7 +169,7 @@ std::unique_ptr<StrokeGlyph> StrokeFont::MakeAccented(char16_t unit) const {
   auto glyph = Make(parts[0]);
   if (glyph == nullptr) return nullptr;
   const std::u16string_view accents(parts.data() + 1, static_cast<size_t>(count) - 1);
-  constexpr double kSmallLetter = 0.7;  // the dot of an i lies over it, and gives way to an accent
+  constexpr double kSmallLetter = 0.7;  // an accent replaces what is above this: the dot of i and j
   if (parts[0] == u'i' || parts[0] == u'j') {
     std::erase_if(glyph->strokes, [](const auto& stroke) {
       return std::ranges::all_of(stroke, [](Vec2 p) { return p.y > kSmallLetter; });

@@ -1,5 +1,4 @@
-// The fonts of pen strokes that stand for shape fonts: the Hershey fonts, with what they lack drawn here or
-// taken from a font with outlines.
+// Stroke fonts, which replace shape fonts: the Hershey fonts, completed by drawn symbols and an outline font.
 #pragma once
 
 #include <memory>
@@ -12,11 +11,11 @@
 
 namespace hdiplot {
 
-// Not for several threads.
+// Not thread-safe.
 class StrokeFont final : public TextFont {
  public:
   // A Hershey font by its name, "rowmans". One that is not installed has no strokes. `bigFont`, which may be
-  // null and must outlive this, draws what has no strokes in any of them.
+  // null and must outlive this, draws characters without strokes.
   StrokeFont(const std::string& hersheyName, bool monospaced, const OutlineFont* bigFont);
 
   [[nodiscard]] static bool Exists(const std::string& hersheyName);
@@ -25,7 +24,7 @@ class StrokeFont final : public TextFont {
   [[nodiscard]] double Ascent() const override { return ascent_; }
   [[nodiscard]] double Descent() const override { return descent_; }
 
-  // Null when `unit` has no strokes, so that BigFont draws it.
+  // Null when `unit` has no strokes; BigFont draws it.
   [[nodiscard]] const StrokeGlyph* Strokes(char16_t unit) const;
   [[nodiscard]] const OutlineFont* BigFont() const { return bigFont_; }
 

@@ -1,5 +1,5 @@
-// A text laid out: its pieces and lines in a plane of its own, before anybody thinks of the device. Layout
-// makes it from an entity and its style, measuring with the fonts; the plotter draws it.
+// A laid out text: pieces and lines in a plane of its own, independent of the device. Made from an entity,
+// its style and its fonts; drawn by the plotter.
 #pragma once
 
 #include <optional>
@@ -11,9 +11,9 @@
 
 namespace hdiplot {
 
-// What a text says of its font.
+// A font as a style or a text names it.
 struct FontChoice {
-  std::string family;       // of a TrueType font; goes before the files
+  std::string family;       // of a TrueType font; overrides the files
   std::string fontFile;     // as in a style, with or without an extension and a directory
   std::string bigFontFile;  // for characters that a stroke font lacks
   bool bold = false;
@@ -21,20 +21,20 @@ struct FontChoice {
   bool operator==(const FontChoice&) const = default;
 };
 
-// A font to measure with. Lengths are in heights of its capitals, before any width factor. Characters are
-// 16-bit units.
+// A font's metrics. Lengths are in heights of its capitals, before any width factor. Characters are UTF-16
+// units.
 class TextFont {
  public:
   virtual ~TextFont() = default;
 
   [[nodiscard]] virtual double Advance(char16_t unit) const = 0;
-  // Of the highest and (negative) the lowest letters over the base line.
+  // Of the letters above the base line and, negative, below it.
   [[nodiscard]] virtual double Ascent() const = 0;
   [[nodiscard]] virtual double Descent() const = 0;
 };
 
-// Where layout gets fonts. A font that is not there has a stand-in, so that there always is one. Fonts live
-// as long as their source, and the same choice gives the same object.
+// Provides the fonts, with a substitute for one that is missing. Fonts live as long as their source, and the
+// same choice returns the same object.
 class FontSource {
  public:
   virtual ~FontSource() = default;
@@ -44,15 +44,15 @@ class FontSource {
 
 struct TextLook {
   FontChoice font;
-  double height = 1;       // of capitals, in drawing units
-  double widthFactor = 1;  // above 0
-  double oblique = 0;      // radians, to the right
-  double tracking = 1;     // 1 is the font's own spacing: each advance grows by (tracking - 1) * its width
+  double height = 1;                 // of capitals, in drawing units
+  double widthFactor = 1;            // above 0
+  double oblique = 0;                // radians, to the right
+  double tracking = 1;               // factor on each advance; 1 is the font's own spacing
   std::optional<EntityColor> color;  // none: the entity's
   bool operator==(const TextLook&) const = default;
 };
 
-// Characters in one look on one base line, from `at` along the block's X axis, in logical order.
+// Characters of one look on one base line, from `at` along the block's X axis, in logical order.
 struct TextPiece {
   std::u16string text;
   Vec2 at;
@@ -60,8 +60,8 @@ struct TextPiece {
   TextLook look;
 };
 
-// An underline, overline or fraction bar. The font and the height of capitals are those of the text that it
-// belongs to, whose strokes it resembles.
+// An underline, overline or fraction bar. The font and the height of capitals are those of its text and
+// determine its thickness.
 struct TextRule {
   Vec2 from, to;
   std::optional<EntityColor> color;
@@ -69,14 +69,14 @@ struct TextRule {
   double height = 1;
 };
 
-// In drawing units, Y up. `frame` leads from here to the entity's coordinates; it turns and mirrors.
+// In drawing units, Y up. `frame` takes them to the entity's coordinates; it rotates and mirrors.
 struct TextBlock {
   std::vector<TextPiece> pieces;
   std::vector<TextRule> rules;
   Affine frame;
 };
 
-// `style` is that of the entity, or the standard one where the drawing has none of that name.
+// `style` is that of the entity, or the standard one if the drawing has none of that name.
 [[nodiscard]] TextBlock LayOutText(const TextEntity& entity, const TextStyle& style, FontSource& fonts);
 [[nodiscard]] TextBlock LayOutMText(const MTextEntity& entity, const TextStyle& style, FontSource& fonts);
 

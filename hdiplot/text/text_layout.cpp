@@ -1,4 +1,4 @@
-// Lays out texts of one line: where the line starts, how it is stretched, and the column of vertical styles.
+// Lays out single lines: alignment, stretching, and the columns of vertical styles.
 #include <numeric>
 
 #include "hdiplot/text/text_parts.h"
@@ -23,7 +23,7 @@ double PartBefore(TextAlign align) {
   }
 }
 
-// Backwards and upside down mirror about the place. Between two points the text stays between them.
+// Backwards and upside down mirror about the insertion point. A text between two points stays between them.
 Affine BlockMap(const TextEntity& entity) {
   Vec2 right = entity.right;
   Vec2 up = entity.up;
@@ -39,7 +39,7 @@ Affine BlockMap(const TextEntity& entity) {
   return Affine::OfAxes(right * (entity.backwards ? -1 : 1), up * (entity.upsideDown ? -1 : 1), origin);
 }
 
-// Aligned texts grow as a whole to fill the distance, fitted ones in width only.
+// Aligned texts are scaled to fill the distance, fitted ones in width only.
 void Stretch(const TextEntity& entity, double naturalWidth, TextLook& look) {
   const double factor = Length(entity.end - entity.place) / naturalWidth;
   if (!IsBetweenPoints(entity) || !(factor > 0) || !std::isfinite(factor)) return;
@@ -50,7 +50,7 @@ void Stretch(const TextEntity& entity, double naturalWidth, TextLook& look) {
   }
 }
 
-// Of the base line, above the place.
+// The Y of the base line, from the insertion point.
 double BaseLine(const TextEntity& entity, const TextFont& font, double height) {
   if (entity.align == TextAlign::kMiddle) return -height * (1 + font.Descent()) / 2;
   switch (entity.line) {
@@ -82,7 +82,8 @@ TextBlock LayOutAlong(const TextEntity& entity, const std::vector<MarkedText>& m
   return block;
 }
 
-// The place is above the middle of the first character, or where the justification has it along the column.
+// The insertion point is above the middle of the first character, or at the justification's place in the
+// column.
 TextBlock LayOutDownward(const TextEntity& entity, std::u16string_view text, const TextFont& font,
                          const TextLook& look) {
   TextColumn column;

@@ -147,10 +147,14 @@ TextLook StartLook(const TextStyle& style, double height, double widthFactor, do
   return look;
 }
 
+double AdvanceOf(std::u16string_view text, const TextFont& font) {
+  double advance = 0;
+  for (const char16_t unit : text) advance += font.Advance(unit);
+  return advance;
+}
+
 double WidthOf(std::u16string_view text, const TextFont& font, const TextLook& look) {
-  double width = 0;
-  for (const char16_t unit : text) width += font.Advance(unit);
-  return width * look.height * look.widthFactor * look.tracking;
+  return AdvanceOf(text, font) * look.height * look.widthFactor * look.tracking;
 }
 
 void AddPart(std::vector<TextPiece> pieces, std::vector<TextRule> rules, Vec2 at, TextBlock& block) {

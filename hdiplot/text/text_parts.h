@@ -21,6 +21,9 @@ namespace hdiplot {
 // The look of a text before any of its codes.
 [[nodiscard]] TextLook StartLook(const TextStyle& style, double height, double widthFactor, double oblique);
 
+// In heights of capitals, before any look.
+[[nodiscard]] double AdvanceOf(std::u16string_view text, const TextFont& font);
+
 // In drawing units.
 [[nodiscard]] double WidthOf(std::u16string_view text, const TextFont& font, const TextLook& look);
 

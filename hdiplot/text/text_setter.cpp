@@ -11,7 +11,7 @@ namespace hdiplot {
 
 namespace {
 
-// Whether there are bytes that begin the letters from U+0600 to U+06FF.
+// Whether the text has lead bytes of U+0600 to U+06FF.
 bool HasArabic(const std::string& text) {
   return std::ranges::any_of(text, [](char c) { return c >= '\xD8' && c <= '\xDB'; });
 }
@@ -34,7 +34,7 @@ TextBlock TextSetter::Set(const MTextEntity& text) {
   return LayOutMText(joined, style, fonts_);
 }
 
-// Before the layout, as joined letters have widths of their own. Codes in the text separate letters.
+// To be called before the layout: joined letters have other widths. Codes in the text separate letters.
 std::string TextSetter::Joined(const std::string& text, const TextStyle& style) const {
   const PlotFont font = fonts_.Find(FontOf(style));
   const OutlineFont* outline = font.outline != nullptr ? font.outline : font.stroke->BigFont();

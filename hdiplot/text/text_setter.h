@@ -11,7 +11,7 @@ namespace hdiplot {
 
 class TextSetter {
  public:
-  // Refers to both from then on.
+  // Keeps references to both.
   TextSetter(const Drawing& drawing, FontBook& fonts) : drawing_(drawing), fonts_(fonts) {}
 
   [[nodiscard]] TextBlock Set(const TextEntity& text);
@@ -25,11 +25,11 @@ class TextSetter {
   FontBook& fonts_;
 };
 
-// The box of what a text covers, under `map` from the entity's coordinates: each piece from its lowest to its
-// highest letters, slanted as it is drawn, and the rules.
+// The box around a text, under `map` from the entity's coordinates: of each piece the font's descent to its
+// ascent, slanted as drawn, and the rules.
 [[nodiscard]] Box BoxOf(const TextBlock& block, const Affine& map, FontSource& fonts);
 
-// From the heights of a font's capitals, Y up and the base line's start at the origin, to the block's plane.
+// The map from heights of capitals, Y up, the base line starting at the origin, to the block's plane.
 [[nodiscard]] Affine PieceMap(const TextPiece& piece);
 
 }  // namespace hdiplot

@@ -10,7 +10,7 @@ namespace hdiplot {
 
 namespace {
 
-// What the driver takes for a right-to-left unit.
+// The driver's definition of a right-to-left unit.
 bool IsRightToLeft(char16_t unit) {
   return (unit >= 0x0590 && unit <= 0x08FF) || (unit >= 0xFB50 && unit <= 0xFDFF) ||
          (unit >= 0xFE70 && unit <= 0xFEFF);
@@ -24,7 +24,7 @@ struct CloseBidi {
   void operator()(UBiDi* bidi) const { ubidi_close(bidi); }
 };
 
-// Left to right as it is read on paper; the text itself when that can't be told.
+// The text in visual order, or unchanged if ICU fails.
 std::u16string VisualOrder(std::u16string_view text) {
   const std::unique_ptr<UBiDi, CloseBidi> bidi(ubidi_open());
   std::u16string visual(text.size(), u' ');
@@ -47,7 +47,7 @@ std::u16string JoinedLetters(std::u16string_view text, const std::function<bool(
   std::u16string joined(text.size(), u' ');
   UErrorCode status = U_ZERO_ERROR;
   const auto size = static_cast<int32_t>(text.size());
-  // In logical order, and shorter where letters become one.
+  // Keeps the logical order. Ligatures make the text shorter.
   const int32_t written =
       u_shapeArabic(text.data(), size, joined.data(), size, U_SHAPE_LETTERS_SHAPE, &status);
   if (U_FAILURE(status)) return plain;
@@ -66,7 +66,7 @@ std::vector<DriverPart> DriverParts(std::u16string_view text) {
       parts.back().visual += visual[i++];
       continue;
     }
-    // The stretch with the spaces inside it; `end` is behind its last letter.
+    // The run with the spaces inside it; `end` is behind its last letter.
     size_t end = i + 1;
     size_t next = end;
     for (; next < visual.size() && (visual[next] == u' ' || IsRightToLeft(visual[next])); ++next) {

@@ -1,4 +1,4 @@
-// A decoder for each library.
+// The decoders that use the system's libraries.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 namespace hdiplot {
 
-// Each takes a file that begins as its format does, and stands there.
+// Each takes a file of its format, at its start.
 [[nodiscard]] std::unique_ptr<ImageDecoder> OpenPng(FileStream file);
 [[nodiscard]] std::unique_ptr<ImageDecoder> OpenJpeg(FileStream file);
 [[nodiscard]] std::unique_ptr<ImageDecoder> OpenGif(FileStream file);

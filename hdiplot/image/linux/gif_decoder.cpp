@@ -48,7 +48,7 @@ class GifDecoder final : public ImageDecoder {
     void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
   };
 
-  // Goes up to the pixels of the first image.
+  // Advances to the pixels of the first image.
   [[nodiscard]] bool FindImage() {
     GifRecordType record = UNDEFINED_RECORD_TYPE;
     while (DGifGetRecordType(gif_.get(), &record) == GIF_OK) {
@@ -64,7 +64,7 @@ class GifDecoder final : public ImageDecoder {
     if (DGifGetExtension(gif_.get(), &code, &block) != GIF_OK) return false;
     while (block != nullptr) {
       GraphicsControlBlock control;
-      // The length stands in front.
+      // The first byte is the length.
       if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK) {
         transparent_ = control.TransparentColor;
       }
@@ -85,7 +85,7 @@ class GifDecoder final : public ImageDecoder {
     return palette;
   }
 
-  // Whether all of them are there.
+  // Whether all rows are there.
   template <size_t count>
   [[nodiscard]] bool ReadRows(const std::array<Pass, count>& passes, ImageData& image) {
     for (const Pass& pass : passes) {

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-// Uses FILE without declaring it, so it stands behind <cstdio>.
+// Uses FILE without declaring it, so it must follow <cstdio>.
 // clang-format off
 #include <jpeglib.h>
 #include <jerror.h>
@@ -17,18 +17,18 @@ namespace hdiplot {
 
 namespace {
 
-// What the library calls back with.
+// The state that the library's callbacks use.
 struct Listener {
   jpeg_error_mgr errors{};
   jpeg_progress_mgr progress{};
   std::jmp_buf back{};
-  bool isCut = false;      // the file ends too early
-  bool isDamaged = false;  // some of the data makes no sense
+  bool isCut = false;      // the file is truncated
+  bool isDamaged = false;  // some of the data is invalid
 };
 
 Listener& ListenerOf(j_common_ptr state) { return *static_cast<Listener*>(state->client_data); }
 
-// The library must not return from its error handler, and its frames know nothing of exceptions.
+// The error handler must not return, and exceptions cannot pass through the library's frames.
 [[noreturn]] void Leave(j_common_ptr state) { std::longjmp(ListenerOf(state).back, 1); }
 
 void Hear(j_common_ptr state, int level) {
@@ -43,12 +43,12 @@ void Hear(j_common_ptr state, int level) {
     case JWRN_MUST_RESYNC:
       ListenerOf(state).isDamaged = true;
       break;
-    default:  // does no harm
+    default:  // harmless
       break;
   }
 }
 
-// A small file can have any number of scans, each of which goes through the whole image.
+// A small file can have any number of scans, each over the whole image.
 void LimitScans(j_common_ptr state) {
   constexpr int kMostScans = 500;
   if (reinterpret_cast<j_decompress_ptr>(state)->input_scan_number > kMostScans) Leave(state);
@@ -88,8 +88,7 @@ class JpegDecoder final : public ImageDecoder {
   }
 
  private:
-  // Whether the library has come through; `step` must leave nothing behind where it is left. What it has
-  // changed outside of itself stays.
+  // Whether `step` has completed. An error jumps out of it, so it must own no resources.
   template <typename Step>
   [[nodiscard]] bool Guarded(const Step& step) {
     if (setjmp(listener_.back) != 0) return false;
@@ -111,7 +110,7 @@ class JpegDecoder final : public ImageDecoder {
       const auto y = static_cast<int32_t>(state_.output_scanline);
       JSAMPROW row = RowOf(image, y);
       jpeg_read_scanlines(&state_, &row, 1);
-      // Behind the file's end the library makes rows up, but where all scans have been read before.
+      // Past the end of the file the library invents rows, unless all scans have been read before.
       if (listener_.isCut && !isLaidDown) {
         std::fill_n(row, image.width * image.bitCount / 8, uint8_t{255});
         return;
@@ -120,7 +119,7 @@ class JpegDecoder final : public ImageDecoder {
     }
   }
 
-  // Files with Adobe's marker hold what the inks leave white.
+  // Files with Adobe's marker hold inverted inks.
   void TakeInks(ImageData& image) const {
     const int full = state_.saw_Adobe_marker != FALSE ? 255 : 0;
     const auto ink = [full](uint8_t stored) { return static_cast<uint8_t>(stored ^ full); };

@@ -15,7 +15,7 @@ namespace hdiplot {
 
 namespace {
 
-// The library is fed with what there is of the file, so that every row in it comes out.
+// Uses the progressive reader, which returns every row of a truncated file.
 class PngDecoder final : public ImageDecoder {
  public:
   explicit PngDecoder(FileStream file)
@@ -52,7 +52,7 @@ class PngDecoder final : public ImageDecoder {
     Of(png).left_ = png_process_data_pause(png, 0);
   }
 
-  // The pixels of an interlaced image stand for their neighbours until these come.
+  // The pixels of an interlaced image fill in for their neighbours until these arrive.
   static void TakeRow(png_structp png, png_bytep bytes, png_uint_32 y, int /*pass*/) {
     if (bytes == nullptr) return;
     Of(png).hasRow_ = true;
@@ -61,7 +61,7 @@ class PngDecoder final : public ImageDecoder {
 
   static void TakeEnd(png_structp png, png_infop /*info*/) { Of(png).hasEnd_ = true; }
 
-  // Up to the file's end, or until `isDone`. Whether the library has come through.
+  // Reads up to the end of the file, or until `isDone`. False after an error.
   [[nodiscard]] bool Feed(const bool& isDone) {
     while (!isDone) {
       if (left_ == 0) left_ = count_ = std::fread(bytes_.data(), 1, bytes_.size(), file_.get());
@@ -73,8 +73,7 @@ class PngDecoder final : public ImageDecoder {
     return true;
   }
 
-  // Whether the library has come through; `step` must leave nothing behind where it is left. What it has
-  // changed outside of itself stays.
+  // Whether `step` has completed. An error jumps out of it, so it must own no resources.
   template <typename Step>
   [[nodiscard]] bool Guarded(const Step& step) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
@@ -139,10 +138,10 @@ class PngDecoder final : public ImageDecoder {
   png_infop info_ = nullptr;
   std::array<uint8_t, 16384> bytes_{};  // of the file
   size_t count_ = 0;                    // of them
-  size_t left_ = 0;                     // of those, at the end, that the library has not taken
+  size_t left_ = 0;                     // of those, at the end, not yet consumed
   DecodedImage decoded_;
   int32_t bitCount_ = 0;  // of the image
-  int grayBits_ = 0;      // that a sample of the file has, but no more than 8
+  int grayBits_ = 0;      // of a sample in the file, at most 8
   bool hasInfo_ = false;
   bool hasRow_ = false;
   bool hasEnd_ = false;

@@ -1,5 +1,5 @@
-// TIFF through libtiff. Samples are taken as the file has them, so that palettes, depths and alphas stay;
-// colour spaces that only scanners and cameras use are converted by the library, a strip or tile at a time.
+// TIFF through libtiff. Reads samples as stored, which preserves palettes, depths and alphas; the library
+// converts the colour spaces of scanners and cameras, a strip or tile at a time.
 #include <tiffio.h>
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace hdiplot {
 
 namespace {
 
-// No image is larger, nor a strip or tile of one.
+// Larger than any image that is accepted, and than a strip or tile of one.
 constexpr tmsize_t kMostBytes = (tmsize_t{1} << 30) + (1 << 20);
 
 struct Close {
@@ -22,7 +22,7 @@ struct Close {
 };
 using Tiff = std::unique_ptr<TIFF, Close>;
 
-// What the library reads, and whether it has asked for more than there is or found an error in it.
+// The file, and whether the library has reached its end or found an error.
 struct Source {
   FileStream file;
   bool isShort = false;
@@ -86,7 +86,7 @@ Value FieldOf(TIFF* tiff, uint32_t tag, Value otherwise = 0) {
   return TIFFGetFieldDefaulted(tiff, tag, &value) != 0 ? value : otherwise;
 }
 
-// What the samples of a pixel become.
+// How the samples of a pixel are interpreted.
 enum class Kind { kNumbers, kGrayAndAlpha, kColors, kInks, kConverted, kUnknown };
 
 struct Form {
@@ -132,7 +132,7 @@ struct Form {
 
   [[nodiscard]] int32_t BitCount() const { return kind != Kind::kNumbers ? 32 : bits == 1 ? 1 : 8; }
 
-  // How many samples of a pixel are used, from the first one on.
+  // The number of leading samples that are used.
   [[nodiscard]] int UsedSamples() const {
     return kind == Kind::kNumbers ? 1 : kind == Kind::kGrayAndAlpha ? 2 : std::min<int>(samples, 4);
   }
@@ -160,7 +160,7 @@ std::vector<PixelColor> PaletteOf(TIFF* tiff, const Form& form) {
       TIFFGetField(tiff, TIFFTAG_COLORMAP, &red, &green, &blue) == 0) {
     return palette;
   }
-  // Of 16 bits, but some programs write 8.
+  // Colours have 16 bits, but some programs write 8.
   const auto isDeep = [&](size_t i) { return std::max({red[i], green[i], blue[i]}) > 255; };
   bool deep = false;
   for (size_t i = 0; i < palette.size(); ++i) deep = deep || isDeep(i);
@@ -219,13 +219,13 @@ class TiffDecoder final : public ImageDecoder {
         TakeSamples(row.data(), 0, y, form_.width, plane);
       } else {
         decoded_.isWhole = false;
-        // What is behind it in the strip cannot be read either.
+        // The rest of the strip is unreadable, too.
         y += std::min(stripRows - 1 - y % stripRows, form_.height - 1 - y);
       }
     }
   }
 
-  // Of a strip that ends too early the library gives nothing. Where it is not compressed its rows are there.
+  // The library returns nothing of a truncated strip. The rows of an uncompressed one can be read directly.
   [[nodiscard]] bool ReadPlainRow(uint32_t strip, uint32_t rowInStrip, std::vector<uint8_t>& row) {
     if (form_.compression != COMPRESSION_NONE) return false;
     decoded_.isWhole = false;
@@ -259,7 +259,7 @@ class TiffDecoder final : public ImageDecoder {
     }
   }
 
-  // The samples of `count` pixels from (x, y) on. Colours are kept in the order of the file.
+  // Stores the samples of `count` pixels from (x, y) on. Colours stay in the order of the file.
   void TakeSamples(const uint8_t* bytes, uint32_t x, uint32_t y, uint32_t count, int plane) {
     hasPart_ = true;
     ImageData& image = decoded_.image;

@@ -1,5 +1,4 @@
-// Images through the Windows Imaging Component, but for BMP, of which it would not tell that a file is cut
-// off.
+// Images through the Windows Imaging Component, except BMP, for which it does not report truncated files.
 #include <array>
 #include <fstream>
 #include <utility>
@@ -67,7 +66,7 @@ class WicDecoder final : public ImageDecoder {
     return ImageSize{width, height, BitsOf(*factory_, *frame_)};
   }
 
-  // The component gives no part of an image whose file is cut off.
+  // The component returns nothing of a truncated file.
   std::optional<DecodedImage> Decode() override {
     Open();
     if (!frame_) return std::nullopt;

@@ -13,7 +13,7 @@ namespace hdiplot {
 
 namespace {
 
-// Pixels that are numbers: places in a palette, or grays from black to white.
+// Pixels that are numbers: palette indexes, or grays from black to white.
 struct NumberForm {
   const GUID& format;
   int32_t bits;
@@ -30,7 +30,7 @@ const NumberForm kNumberForms[] = {
 
 constexpr size_t kNoChannel = SIZE_MAX;
 
-// Pixels of channels with 16 bits each, of which the upper 8 are kept.
+// Pixels of 16 bits a channel, of which the upper 8 are kept.
 struct DeepForm {
   const GUID& format;
   size_t channels;
@@ -58,7 +58,7 @@ struct Rows {
   std::vector<uint8_t> pixels;
 };
 
-// The pixels as the source has them.
+// The pixels as stored in the source.
 std::optional<Rows> CopyRows(IWICBitmapSource& source, const ImageData& size, int32_t bits) {
   Rows rows;
   rows.bytes = RowBytes(size.width, bits);
@@ -68,8 +68,7 @@ std::optional<Rows> CopyRows(IWICBitmapSource& source, const ImageData& size, in
   return SUCCEEDED(result) ? std::optional(std::move(rows)) : std::nullopt;
 }
 
-// Calls `take` with the bytes of each pixel of the image and of the same one in rows of `bytes` bytes a
-// pixel.
+// Calls `take` with each pixel in `rows`, of `bytes` bytes, and the same one of the image.
 template <typename Take>
 void TakeEach(const Rows& rows, size_t bytes, ImageData& image, const Take& take) {
   const auto taken = static_cast<size_t>(image.bitCount) / 8;
@@ -133,7 +132,7 @@ std::optional<ImageData> ReadDeep(IWICBitmapSource& source, const DeepForm& form
   return image;
 }
 
-// The inks without a colour profile; 255 is full ink.
+// Ignores colour profiles; 255 is full ink.
 std::optional<ImageData> ReadInks(IWICBitmapSource& source, ImageData image) {
   const auto rows = CopyRows(source, image, 32);
   if (!rows) return std::nullopt;
@@ -166,7 +165,7 @@ std::optional<ImageData> ReadConverted(IWICImagingFactory& factory, IWICBitmapSo
 
 }  // namespace
 
-// Short sessions leave the thread to a dialog of the driver, which takes an apartment of its own.
+// Sessions are short, as a dialog of the driver needs an apartment of its own in the same thread.
 ImagingSession::ImagingSession() : isEntered_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
 
 ImagingSession::~ImagingSession() {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <windows.h>
-// Needs what stands above.
+// Needs <windows.h>.
 #include <wincodec.h>
 
 #include <cstdint>
@@ -42,7 +42,7 @@ class ImagingSession {
   bool isEntered_;
 };
 
-// Bits a pixel of the form that the image has.
+// Bits per pixel of the image's pixel format.
 [[nodiscard]] uint64_t BitsOf(IWICImagingFactory& factory, IWICBitmapSource& source);
 
 // As ImageDecoder::Decode returns it.

@@ -17,7 +17,7 @@ std::string MoveOver(const fs::path& from, const fs::path& to) {
 }
 
 fs::path WithoutLinks(const fs::path& file) {
-  constexpr int kMostLinks = 40;  // as many as the system follows itself
+  constexpr int kMostLinks = 40;  // the limit of the kernel
   fs::path place = file;
   std::error_code error;
   for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(place, error)); ++i) {

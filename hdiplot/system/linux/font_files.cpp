@@ -1,4 +1,4 @@
-// fontconfig knows the files of its fonts.
+// Installed fonts by fontconfig.
 #include "hdiplot/system/font_files.h"
 
 #include <fontconfig/fontconfig.h>
@@ -29,10 +29,10 @@ using Pattern = std::unique_ptr<FcPattern, Destroy<FcPatternDestroy>>;
 using Objects = std::unique_ptr<FcObjectSet, Destroy<FcObjectSetDestroy>>;
 using Fonts = std::unique_ptr<FcFontSet, Destroy<FcFontSetDestroy>>;
 
-// Of the process, which keeps it.
+// Kept until the process ends.
 void LoadConfiguration() {
 #if defined(__SANITIZE_ADDRESS__)
-  // What fontconfig keeps is linked by distances, and the search for leaks follows addresses only.
+  // fontconfig links its data by offsets, which a leak checker does not follow.
   const __lsan::ScopedDisabler disabler;
 #endif
   FcInit();
@@ -44,7 +44,7 @@ std::string TextOf(const FcPattern* font, const char* object) {
   return reinterpret_cast<const char*>(text);
 }
 
-// Its place in the file, a variable font before its instances.
+// Its index in the file, a variable font before its instances.
 int IndexOf(const FcPattern* font) {
   int index = 0;
   FcPatternGetInteger(font, FC_INDEX, 0, &index);

@@ -1,4 +1,4 @@
-// Names of files are bytes, by custom UTF-8.
+// File names are bytes, UTF-8 by convention.
 #include "hdiplot/system/paths.h"
 
 #include <cstdlib>

@@ -11,7 +11,8 @@ namespace hdiplot {
 
 namespace {
 
-// A file opened while a standard descriptor is closed would take its place, and get what is printed there.
+// A file that is opened while a standard descriptor is closed would get its number, and the output meant for
+// it.
 void OpenClosedStandardDescriptors() {
   for (int opened = 0; opened >= 0 && opened <= STDERR_FILENO;) {
     opened = open("/dev/null", O_RDWR);

@@ -6,7 +6,7 @@
 
 namespace hdiplot {
 
-// With a directory in its name the file itself is loaded, without a search.
+// A path with a directory is loaded without a search.
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
     : library_(dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (library_ == nullptr) throw std::runtime_error(dlerror());

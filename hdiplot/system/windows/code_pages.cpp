@@ -1,5 +1,5 @@
-// Code pages through the system's conversions, character by character, as those would tell nothing of bytes
-// that they cannot read.
+// Code pages through the system's conversions, one character at a time: for longer texts these do not report
+// where a byte is invalid.
 #include "hdiplot/system/code_pages.h"
 
 #include <windows.h>
@@ -15,14 +15,14 @@ namespace hdiplot {
 namespace {
 
 constexpr std::pair<std::string_view, UINT> kNamed[] = {
-    {"ISO8859-", 28590},  // and its number
+    {"ISO8859-", 28590},  // plus the part's number
     {"ISO-8859-", 28590},
     {"ISO_8859-", 28590},
     {"CP", 0},
 };
 constexpr UINT kMacintosh = 10000;
 
-// 0 for a code page that the system has not, or that is no code page of drawings.
+// 0 for a code page that is unknown or not installed.
 UINT NumberOf(std::string_view name) {
   if (name == "MACINTOSH" || name == "MAC") return kMacintosh;
   for (const auto& [prefix, base] : kNamed) {
@@ -37,12 +37,12 @@ UINT NumberOf(std::string_view name) {
   return 0;
 }
 
-// Windows gives the bytes that its own single-byte code pages leave open the C1 control of the same number.
+// Windows maps unassigned bytes of its single-byte code pages to the C1 control of the same number.
 bool IsOpenPlace(UINT codePage, wchar_t unit) {
   return codePage >= 1250 && codePage <= 1258 && unit >= 0x80 && unit < 0xA0;
 }
 
-// Adds the character at the start; how many bytes that is, 0 when there is none.
+// Appends the first character. Returns its number of bytes, 0 for none.
 size_t TakeCharacter(std::string_view bytes, UINT codePage, std::u16string& text) {
   const size_t length = IsDBCSLeadByteEx(codePage, static_cast<BYTE>(bytes[0])) != 0 ? 2 : 1;
   if (bytes.size() < length) return 0;

@@ -1,4 +1,4 @@
-// The system's words for its error numbers.
+// The system's error messages.
 #pragma once
 
 #include <cstdint>
@@ -6,8 +6,7 @@
 
 namespace hdiplot {
 
-// As UTF-8, without a full stop or a line's end. A text that leaves room for a file's name has "the file"
-// there.
+// UTF-8, without a full stop or line end. A placeholder for a file name is replaced by "the file".
 [[nodiscard]] std::string ErrorText(uint32_t error);
 
 }  // namespace hdiplot

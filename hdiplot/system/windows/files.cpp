@@ -20,7 +20,7 @@ struct CloseAnyHandle {
   void operator()(void* handle) const { CloseHandle(handle); }
 };
 
-// Names of devices open those wherever they stand.
+// Device names are reserved in every folder.
 bool IsFile(int descriptor) {
   return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) == FILE_TYPE_DISK;
 }
@@ -33,7 +33,7 @@ bool IsSameName(const fs::path& a, const fs::path& b) {
 
 FileStream OpenToRead(const fs::path& file) {
   FileStream stream(_wfopen(file.c_str(), L"rb"));
-  if (!stream && errno == EINVAL) errno = ENOENT;  // no file can have such a name
+  if (!stream && errno == EINVAL) errno = ENOENT;  // not a valid file name
   return stream;
 }
 

@@ -1,6 +1,6 @@
-// The registry lists the fonts of the system and those that a user has installed alone. A value's name tells
-// the font, or all that are in a collection, "MS Gothic & MS UI Gothic (TrueType)"; the value is the file,
-// whose path may be left out.
+// The registry lists the fonts of the system and of the user. The name of a value is that of the font, or of
+// all fonts in a collection, "MS Gothic & MS UI Gothic (TrueType)"; its data is the file, with or without a
+// path.
 #include "hdiplot/system/font_files.h"
 
 #include <windows.h>
@@ -31,7 +31,7 @@ Key OpenFontList(HKEY root) {
   return Key(RegOpenKeyExW(root, kFontList, 0, KEY_QUERY_VALUE, &opened) == ERROR_SUCCESS ? opened : nullptr);
 }
 
-// Without the kind of font behind it and the other fonts of a collection.
+// The name of the first font, without the font type.
 std::string FirstFont(std::string valueName) {
   valueName.resize(std::min(valueName.find(" & "), valueName.size()));
   if (valueName.ends_with(')')) valueName.resize(std::min(valueName.rfind(" ("), valueName.size()));
@@ -52,7 +52,7 @@ std::string FontInList(HKEY list, std::string_view fileName) {
     const LSTATUS status = RegEnumValueW(list, i, name.data(), &nameUnits, nullptr, &type,
                                          reinterpret_cast<BYTE*>(value.data()), &valueBytes);
     if (status != ERROR_SUCCESS) return {};
-    // An '@' marks the glyphs turned for vertical lines.
+    // '@' marks the variant with rotated glyphs for vertical text.
     if (type != REG_SZ || name.starts_with(L'@')) continue;
     std::wstring path = value.substr(0, valueBytes / sizeof(wchar_t));
     path.resize(std::min(path.find(L'\0'), path.size()));
@@ -71,7 +71,7 @@ std::string FontInFile(std::string_view name) {
   return {};
 }
 
-// The fonts come with the executable, beside which they lie.
+// The fonts are installed beside the executable.
 std::filesystem::path HersheyFontFolder() {
   const std::filesystem::path given = PathFromEnvironment("HERSHEY_FONTS_DIR");
   return given.empty() ? ExecutableFile().replace_filename("hershey-fonts") : given;

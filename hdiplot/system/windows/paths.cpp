@@ -1,4 +1,3 @@
-// Names of files are UTF-16.
 #include "hdiplot/system/paths.h"
 
 #include <algorithm>
@@ -16,13 +15,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A file's name that ends in such a word, whatever extension is behind it, is the device's.
+// A file name with such a stem, whatever its extension, is the device's.
 constexpr std::array<std::string_view, 6> kDevices = {"con", "prn", "aux", "nul", "conin$", "conout$"};
 
 bool IsPort(std::string_view word) {
   if (!word.starts_with("com") && !word.starts_with("lpt")) return false;
   const std::string_view number = word.substr(3);
-  // Raised digits, which one of the system's code pages has, count as well.
+  // Superscript digits of a code page count, too.
   if (number == "\u00b9" || number == "\u00b2" || number == "\u00b3") return true;
   return number.size() == 1 && number[0] >= '1' && number[0] <= '9';
 }

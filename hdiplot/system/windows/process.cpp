@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
-// Needs what stands above.
+// Needs <windows.h>.
 #include <shellapi.h>
 
-// Of the system's headers, which would rename our own function.
+// A macro of the system's headers, which would rename our function.
 #undef SetEnvironmentVariable
 
 #include <cstdio>
@@ -20,7 +20,7 @@ namespace hdiplot {
 
 namespace {
 
-// The console goes on when the process has ended.
+// The console outlives the process.
 UINT& CodePageBefore() {
   static UINT codePage = 0;
   return codePage;
@@ -38,7 +38,7 @@ void HaveConsoleTakeUtf8() {
 void PrepareProcess() {
   for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
   HaveConsoleTakeUtf8();
-  // A drive without a disk, or a module without what it needs, is an error of the call and shows no box.
+  // A drive without a disk, or a module with a missing dependency, is an error of the call without a dialog.
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 }
 

@@ -18,7 +18,7 @@ std::string LoadError(uint32_t error) {
 
 }  // namespace
 
-// With a whole path the file itself is loaded, and what it needs is looked for beside it first.
+// An absolute path is loaded without a search; its dependencies are searched beside it first.
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
     : library_(LoadLibraryExW(std::filesystem::absolute(file).make_preferred().c_str(), nullptr,
                               LOAD_WITH_ALTERED_SEARCH_PATH)) {

@@ -27,7 +27,7 @@ TEST(BulgeArc, HasTheHeightTheBulgeAsksFor) {
   EXPECT_FALSE(BulgeArc(from, from, 1));
 }
 
-// A point of the device's arc in the plane of the paper, brought back to Y down.
+// A point of the device's arc, converted back to Y down.
 Vec2 DevicePoint(Vec2 center, const AxisArc& axes, double t) {
   const Vec2 own{axes.radiusA * std::cos(t), axes.radiusB * std::sin(t)};
   const Vec2 turned = Affine::Rotation(axes.rotation).Direction(own);

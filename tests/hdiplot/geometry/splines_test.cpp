@@ -8,7 +8,7 @@
 namespace hdiplot {
 namespace {
 
-// The Cox-de Boor recursion as it is written down; the last span is closed at its end.
+// The Cox-de Boor recursion; the last span includes its end.
 double Basis(const std::vector<double>& knots, size_t i, int degree, double t) {
   if (degree == 0) {
     const bool last = t == knots.back() && knots[i] < knots[i + 1] && knots[i + 1] == knots.back();
@@ -39,7 +39,7 @@ double DistanceToChord(Vec2 p, Vec2 from, Vec2 to) {
   return Length(p - Between(from, to, part));
 }
 
-// The greatest distance from points of the curve to the cubics, as chords between many points.
+// The greatest distance from points of the curve to the cubics, as fine polylines.
 double Departure(const Spline& spline, const std::vector<Cubic>& cubics) {
   std::vector<Vec2> drawn;
   for (const Cubic& cubic : cubics) {
@@ -81,7 +81,7 @@ Spline Random(int degree, size_t points, bool clamped, bool rational) {
 
 TEST(Splines, KeepTheToleranceOfTheirDefinition) {
   for (const int degree : {1, 2, 3, 5, 9, -2, -3}) {
-    // Rational ones of low degree, and unclamped ones for the negative.
+    // Rational for low degrees, unclamped for negative ones.
     const Spline spline = Random(std::abs(degree), 14, degree > 0, degree == 2 || degree == 3);
     std::vector<Cubic> cubics;
     AppendCubics(spline, 1e-3, cubics);

@@ -20,7 +20,7 @@ using Color = std::array<uint8_t, 4>;  // blue, green, red, alpha
 
 const std::filesystem::path kFolder = HDI_SOURCE_DIR "/tests/hdiplot/image/images";
 
-// A row in hexadecimal, or with 'w' and 'b' where there is one bit. The alpha is told where it is no 255.
+// A row in hexadecimal, or as 'w' and 'b' for one bit. With the alpha unless it is 255.
 std::string RowText(const ImageData& image, int32_t y) {
   const uint8_t* row = &image.pixels.at(RowBytes(image.width, image.bitCount) * static_cast<size_t>(y));
   std::string text;
@@ -150,7 +150,7 @@ TEST(ImageFiles, ThatCannotBeUsedSayWhy) {
       {bitmap(1, 65501, 1), tooLarge + "1 x 65501 pixels"},
       {bitmap(65500, 1, 1), broken},
       {bitmap(0, 1, 24), broken},
-      // A gibibyte, in memory with four bytes a pixel, and a row more; of one bit a pixel there is room.
+      // A gibibyte at four bytes a pixel, and one row more; at one bit a pixel it fits.
       {bitmap(16384, 16384, 24), broken},
       {bitmap(16384, 16385, 24), tooLarge + "16384 x 16385 pixels"},
       {bitmap(40000, 40000, 8), tooLarge + "40000 x 40000 pixels"},
@@ -167,7 +167,7 @@ TEST(ImageFiles, ThatAreCutShortAreReadAsFarAsTheyGo) {
   struct Case {
     const char* name;
     uintmax_t missing;  // bytes
-    std::string rows;   // none: nothing can be used
+    std::string rows;   // empty: unusable
   };
   const Case cases[] = {
       {"rgb.png", 20, "32|ff0000 00ff00 0000ff|000000 ffffff 808080"},

@@ -1,4 +1,4 @@
-// Hatch patterns against a test of single points.
+// Compares hatch patterns with a test of single points.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -8,7 +8,7 @@
 namespace hdiplot {
 namespace {
 
-// By the angle that the ring turns around the point: no line is shot, as the cutter does.
+// By the winding angle, not by crossings like the cutter.
 bool IsInside(const std::vector<Ring>& rings, Vec2 p) {
   int windings = 0;
   for (const Ring& ring : rings) {
@@ -23,7 +23,7 @@ bool IsInside(const std::vector<Ring>& rings, Vec2 p) {
   return windings % 2 != 0;
 }
 
-// Whether a line of the family shows at `along` from the base point of line `line`, by its dashes alone.
+// Whether line `line` of the family has a dash at `along` from its base point.
 bool IsDash(const HatchPatternLine& family, double along) {
   if (family.dashes.empty()) return true;
   double period = 0;
@@ -46,7 +46,7 @@ bool IsCovered(const std::vector<PatternPiece>& pieces, Vec2 p) {
 }
 
 TEST(PatternCutter, DrawsWhatIsInsideAndNothingElse) {
-  // A star with an island, so that lines go in and out; corners on lines of the first family.
+  // A star with an island; some corners are on lines of the first family.
   const std::vector<Ring> rings{{{0, 0}, {10, 2}, {20, 0}, {18, 10}, {20, 20}, {10, 14}, {0, 20}, {4, 10}},
                                 {{8, 6.5}, {12, 6.5}, {12, 10.5}, {8, 10.5}}};
   const std::vector<HatchPatternLine> families{
@@ -89,7 +89,7 @@ TEST(PatternCutter, HoldsItsLimits) {
   EXPECT_LE(few.Cut({0, {0, 0.5}, {0, 1}, {0.5, -0.5}}).size(), 500U);
   EXPECT_LE(few.Cut({0, {0, 0.5}, {0, 1e-9}, {}}).size(), 500U);
 
-  // Dots; no distance between lines, lines along the offset, and coordinates beyond all measure.
+  // Dots; a zero offset, an offset along the lines, and huge coordinates.
   EXPECT_EQ(few.Cut({0, {1, 1}, {0, 50}, {0, -50}}).size(), 4U);
   EXPECT_TRUE(few.Cut({0, {0, 0}, {0, 0}, {}}).empty());
   EXPECT_TRUE(few.Cut({0, {0, 0}, {1, 0}, {}}).empty());

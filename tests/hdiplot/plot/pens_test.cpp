@@ -15,7 +15,7 @@ TEST(PenDashes, AlternateFromADashOn) {
   EXPECT_THAT(PenDashes({8, -2, 0, -2}, 10, 0), ElementsAre(80, 20, 0, 20));
   EXPECT_THAT(PenDashes({-2, 5}, 10, 0), ElementsAre(50, 20));  // begins with a gap
   EXPECT_THAT(PenDashes({1, 2, -3, -4, 0, 5, -1}, 10, 0), ElementsAre(30, 70, 50, 10));
-  EXPECT_THAT(PenDashes({2, -1, 3}, 10, 0), ElementsAre(50, 10));  // one dash over the pattern's end
+  EXPECT_THAT(PenDashes({2, -1, 3}, 10, 0), ElementsAre(50, 10));  // one dash across the pattern's end
   EXPECT_THAT(PenDashes({-1, 4, -2}, 10, 0), ElementsAre(40, 30));
 }
 

@@ -1,4 +1,4 @@
-// What the codes of texts mean, in single lines and in paragraphs.
+// The codes of single lines and of paragraphs.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -39,10 +39,10 @@ std::string Dump(const EntityColor& color) {
   return fmt::format("{}{:x}", kKinds[static_cast<int>(color.kind)], color.value);
 }
 
-// Without the noise of the last digits.
+// Rounded to significant digits.
 std::string Number(double value) { return fmt::format("{}", std::round(value * 1000) / 1000); }
 
-// What differs from `start` in brackets, then the text.
+// Differences from `start` in brackets, then the text.
 std::string Dump(const MTextSpan& span, const TextLook& start) {
   std::string words = Dump(span.marks);
   const auto add = [&](bool changed, const std::string& word) { words += changed ? " " + word : ""; };
@@ -89,7 +89,7 @@ TEST(MTextCodes, BecomeSpans) {
        "·[ Arial Narrow///bi]a·[ /romans.shx/big/]b·[ /isoCP//]c"},
       {R"(1\S1/2;\S+0.1^ -0.2;\S3#4;\S2^;\S\P1\/2/%%c;\Sx;)", "·1·<1/2>·<+0.1^-0.2>·<3#4>·<2^>·<P1/2/Ø>·x"},
       {R"(\U+00e9\U+20\M+1abcd\zq)", "·éU+20\ufffdzq"},
-      // Values that are missing, wrong or never end.
+      // Values that are missing, invalid or unterminated.
       {R"(\H;a\Hb\H-1;c\H0x;d\fArial)", "·ab·c·dArial"},
       {R"(}a{{b}\C2;c)", "·ab·[ index2]c"},
       {R"(a\)", "·a\\"},
@@ -114,7 +114,7 @@ TEST(MTextCodes, FormatParagraphs) {
   for (size_t i = 0; i < paragraphs.size(); ++i) EXPECT_EQ(dump(paragraphs[i].format), wanted[i]) << i;
 }
 
-// Must come to an end, in little memory, whatever it is.
+// Must terminate, in little memory, for any input.
 TEST(MTextCodes, HostileTextsAreRead) {
   const auto repeated = [](std::string_view part) {
     std::string text;

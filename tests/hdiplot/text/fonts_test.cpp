@@ -1,4 +1,4 @@
-// Fonts of a plot: the names of drawings, strokes, stand-ins, and scripts from right to left.
+// Fonts of a plot: names in drawings, strokes, substitutes, and right-to-left scripts.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -77,7 +77,7 @@ TEST(StrokeFont, StandsOnTheBaseLineAsHighAsItsCapitals) {
   }
 }
 
-// A blank, and an L whose second stroke is behind a line's end.
+// A blank, and an L whose second stroke follows a line end.
 TEST(HersheyFont, IsReadAsFarAsItIsWhole) {
   const scratch::Directory folder;
   const scratch::Variable variable("HERSHEY_FONTS_DIR", folder.Path().c_str());
@@ -141,7 +141,7 @@ TEST(FontBook, DrawsWhatStrokesLackWithTheBigFont) {
   EXPECT_EQ(font.stroke->Advance(u'中'), font.stroke->BigFont()->Advance(u'中'));
 }
 
-// How far the top of a letter leans to the right of where it is in an upright font.
+// The offset to the right of the top of a letter, compared with an upright font.
 double Lean(FontBook& book, const std::string& family, char16_t unit) {
   const auto top = [&](bool italic) {
     hdi::GlyphPoint highest{0, -1};
@@ -156,7 +156,7 @@ double Lean(FontBook& book, const std::string& family, char16_t unit) {
 TEST(OutlineFont, LeansWhereTheDriverSlants) {
   FontBook book;
   EXPECT_GT(Lean(book, "WenQuanYi Zen Hei", u'中'), 0.2);
-  // Of another family's upright face, which has an italic one beside it.
+  // The upright face of a family that also has an italic one.
   EXPECT_EQ(Lean(book, "WenQuanYi Zen Hei", u'س'), 0);
 }
 
@@ -170,7 +170,7 @@ TEST(OutlineFont, TakesLettersThatItLacksFromAnotherFace) {
   }
 }
 
-// The parts as the driver gets them, and as they stand when it has turned round what runs from right to left.
+// The parts as passed to the driver, and as they look when it has reversed right-to-left runs.
 TEST(TextShaping, StandsInVisualOrderBehindTheDriver) {
   const auto parts = [](std::u16string_view text) {
     std::string words;
