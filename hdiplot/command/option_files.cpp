@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "hdiplot/command/options.h"
-#include "hdiplot/dxf/dxf_file.h"
-#include "hdiplot/dxf/group.h"
+#include "hdiplot/dxf/dxf_reader.h"
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/files.h"
 #include "hdiplot/system/names.h"
 #include "hdiplot/system/paths.h"
+#include "hdiplot/system/split.h"
 #include "hdiplot/system/wildcard.h"
 
 namespace hdiplot {

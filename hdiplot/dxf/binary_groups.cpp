@@ -1,8 +1,8 @@
 #include "hdiplot/dxf/binary_groups.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstring>
+#include <string>
 
 namespace hdiplot {
 namespace {
@@ -21,8 +21,8 @@ bool IsBinaryDxf(std::string_view file) {
   return file.size() > kStart && file.substr(kProgramLength).starts_with(kMark);
 }
 
-// The first code is a small one, so that its second byte is 0; where codes have one byte, a name starts
-// there.
+// The first code is below 256: its second byte is 0 where codes have two bytes. With one byte, the first
+// letter of a name is there.
 BinaryGroups::BinaryGroups(std::string_view file)
     : file_(file),
       at_(kStart),
@@ -30,41 +30,38 @@ BinaryGroups::BinaryGroups(std::string_view file)
       hasWideCodes_(file.size() > kStart + 1 && static_cast<unsigned char>(file[kStart + 1]) < ' ') {}
 
 GroupSource::Step BinaryGroups::Next(Group& group) {
+  ValueForm form = ValueForm::kUnknown;
   do {
     if (Left() == 0) return Step::kEnd;
     group.place = at_ + 1;
     if (!TakeCode(group.code)) return Fail(Step::kBadCode, group.place, "no group starts here");
-    if (!TakeValue(group)) {
+    form = FormOf(group.code);
+    if (!TakeValue(form, group)) {
       return Fail(Step::kBadCode, group.place,
                   "the file ends within the value of a group " + std::to_string(group.code));
     }
   } while (group.code == kComment);
-  if (!IsPossibleStart(group)) return FailAtStart(group);
-  if (group.code == 0 || group.code == 9) object_ = at_;
-  if (check_ == ValueCheck::kNone || !IsNumber(FormOf(group.code))) return Step::kGroup;
-  if (IsUsable(group.code, group.number, check_)) return Step::kGroup;
-  return Fail(Step::kBadValue, group.place,
-              NumberProblem(group.code, group.number, std::to_string(group.number)));
+  if (group.code == 0 && !IsPossibleType(group)) return FailAtType(group);
+  if (IsStart(group.code)) object_ = at_;
+  if (!NeedsNumber(form) || IsUsable(form, group.number)) return Step::kGroup;
+  return FailAtNumber(group, std::to_string(group.number));
 }
 
 bool BinaryGroups::TakeCode(int& code) {
   constexpr int kWideCodeFollows = 255;
   const auto byte = [this](size_t i) { return static_cast<unsigned char>(file_[at_ + i]); };
-  size_t length = hasWideCodes_ ? 2 : 1;
-  size_t start = 0;
-  if (!hasWideCodes_ && byte(0) == kWideCodeFollows) {
-    start = 1;
-    length = 3;
-  }
+  const size_t start = !hasWideCodes_ && byte(0) == kWideCodeFollows ? 1 : 0;
+  const bool isWide = hasWideCodes_ || start != 0;
+  const size_t length = start + (isWide ? 2 : 1);
   if (Left() < length) return false;
-  code = length == 1 ? byte(0) : byte(start) | byte(start + 1) << 8;
+  code = isWide ? byte(start) | byte(start + 1) << 8 : byte(0);
   if (code > kHighestCode || FormOf(code) == ValueForm::kUnknown) return false;
   at_ += length;
   return true;
 }
 
-bool BinaryGroups::TakeValue(Group& group) {
-  switch (FormOf(group.code)) {
+bool BinaryGroups::TakeValue(ValueForm form, Group& group) {
+  switch (form) {
     case ValueForm::kReal:
       return TakeNumber<double>(group);
     case ValueForm::kInt8:
@@ -116,10 +113,10 @@ bool BinaryGroups::TakeNumber(Group& group) {
 bool BinaryGroups::SkipDamage() {
   constexpr size_t kLongestName = 64;
   for (at_ = object_; at_ < file_.size(); ++at_) {
-    if (file_[at_] != 0 && file_[at_] != 9) continue;
+    if (!IsStart(file_[at_])) continue;
     const size_t start = at_;
     int code = 0;
-    const bool isStart = TakeCode(code) && (code == 0 || code == 9);
+    const bool isStart = TakeCode(code) && IsStart(code);
     const std::string_view name = file_.substr(at_, kLongestName);
     const size_t end = name.find('\0');
     at_ = start;

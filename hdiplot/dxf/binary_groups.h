@@ -1,5 +1,5 @@
-// The groups of a binary DXF: codes of two bytes, or of one in files up to R12, each with its value right
-// behind it; texts end in a zero byte, and numbers are little-endian.
+// The groups of a binary DXF: a code of two bytes, or of one in files up to R12, followed by its value. Texts
+// end in a zero byte; numbers are little-endian.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +9,12 @@
 
 namespace hdiplot {
 
-// Whether the file starts like a binary DXF: the name of a program and the mark behind it.
+// Whether the file has the sentinel of a binary DXF, which follows the name of a program.
 [[nodiscard]] bool IsBinaryDxf(std::string_view file);
 
 class BinaryGroups : public GroupSource {
  public:
-  // A file that IsBinaryDxf. It has to outlive the groups.
+  // `file` has to outlive the groups; IsBinaryDxf(file).
   explicit BinaryGroups(std::string_view file);
 
   Step Next(Group& group) override;
@@ -25,16 +25,17 @@ class BinaryGroups : public GroupSource {
 
  private:
   [[nodiscard]] size_t Left() const { return file_.size() - at_; }
+  // These return false, and take nothing, where the file has no such thing.
   bool TakeCode(int& code);
+  bool TakeValue(ValueForm form, Group& group);
   bool TakeText(Group& group);
   bool TakeBytes(Group& group);
   template <typename Number>
   bool TakeNumber(Group& group);
-  bool TakeValue(Group& group);
 
   std::string_view file_;
   size_t at_;
-  size_t object_;  // behind the start of the object at hand
+  size_t object_;  // after the start of the current object
   bool hasWideCodes_;
 };
 

@@ -1,6 +1,5 @@
 #include "hdiplot/dxf/block_graph.h"
 
-#include <algorithm>
 #include <limits>
 
 namespace hdiplot {
@@ -14,45 +13,50 @@ uint64_t CappedSum(uint64_t a, uint64_t b) { return a > kMost - b ? kMost : a + 
 
 }  // namespace
 
-void BlockGraph::AddInsert(const std::string& within, const std::string& block, uint64_t copies, size_t id) {
-  nodes_[within].inserts.push_back({block, copies, id});
+void BlockGraph::AddInsert(const std::string& within, const std::string& block, uint64_t copies) {
+  const bool isLast = last_ != nullptr && last_->first == block && *lastWithin_ == within;
+  if (!isLast) {
+    const auto node = nodes_.try_emplace(within).first;
+    lastWithin_ = &node->first;
+    last_ = &*node->second.inserts.try_emplace(block, 0).first;
+  }
+  last_->second = CappedSum(last_->second, copies);
 }
 
-std::vector<size_t> BlockGraph::CircularInserts() const {
-  std::vector<size_t> circular;
+std::set<BlockGraph::Insert> BlockGraph::CircularInserts() const {
+  std::set<Insert> circular;
   InnermostFirst(circular);
   return circular;
 }
 
-// Depth first, on a stack of our own: how deep blocks are nested is up to the file.
-std::vector<std::string> BlockGraph::InnermostFirst(std::vector<size_t>& circular) const {
+// Depth first, with an explicit stack, since a file determines how deep blocks are nested.
+std::vector<std::string> BlockGraph::InnermostFirst(std::set<Insert>& circular) const {
   enum class State { kUnseen, kOpen, kDone };
   struct Step {
     std::map<std::string, Node>::const_iterator node;
-    size_t next = 0;
+    std::map<std::string, uint64_t>::const_iterator next;
   };
   std::map<std::string_view, State> states;
   std::vector<std::string> order;
   for (auto start = nodes_.begin(); start != nodes_.end(); ++start) {
     if (states[start->first] != State::kUnseen) continue;
     states[start->first] = State::kOpen;
-    for (std::vector<Step> path = {{start}}; !path.empty();) {
-      Step& step = path.back();
-      const Node& node = step.node->second;
-      if (step.next == node.inserts.size()) {
-        states[step.node->first] = State::kDone;
-        order.push_back(step.node->first);
+    for (std::vector<Step> path = {{start, start->second.inserts.begin()}}; !path.empty();) {
+      const auto& [name, node] = *path.back().node;
+      if (path.back().next == node.inserts.end()) {
+        states[name] = State::kDone;
+        order.push_back(name);
         path.pop_back();
         continue;
       }
-      const Insert& insert = node.inserts[step.next++];
-      const auto inner = nodes_.find(insert.block);
+      const std::string& block = (path.back().next++)->first;
+      const auto inner = nodes_.find(block);
       if (inner == nodes_.end()) continue;
       State& state = states[inner->first];
-      if (state == State::kOpen) circular.push_back(insert.id);
+      if (state == State::kOpen) circular.emplace(name, block);
       if (state == State::kUnseen) {
         state = State::kOpen;
-        path.push_back({inner});
+        path.push_back({inner, inner->second.inserts.begin()});
       }
     }
   }
@@ -61,16 +65,16 @@ std::vector<std::string> BlockGraph::InnermostFirst(std::vector<size_t>& circula
 
 TypeCounts BlockGraph::SkippedIn(const std::string& name) const {
   std::map<std::string, TypeCounts> totals;
-  std::vector<size_t> circular;
-  for (const std::string& block : InnermostFirst(circular)) {
-    const Node& node = nodes_.at(block);
+  std::set<Insert> circular;
+  for (const std::string& within : InnermostFirst(circular)) {
+    const Node& node = nodes_.at(within);
     TypeCounts total = node.skipped;
-    for (const Insert& insert : node.inserts) {
-      for (const auto& [type, count] : totals[insert.block]) {
-        total[type] = CappedSum(total[type], CappedProduct(count, insert.copies));
+    for (const auto& [block, copies] : node.inserts) {
+      for (const auto& [type, count] : totals[block]) {
+        total[type] = CappedSum(total[type], CappedProduct(count, copies));
       }
     }
-    totals[block] = std::move(total);
+    totals[within] = std::move(total);
   }
   return totals[name];
 }

@@ -1,35 +1,53 @@
 #include "hdiplot/dxf/drawing_builder.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "hdiplot/dxf/entity_attributes.h"
-#include "hdiplot/dxf/field_codes.h"
+#include "hdiplot/dxf/attribute_reader.h"
 #include "hdiplot/dxf/hatch_reader.h"
 #include "hdiplot/dxf/image_reader.h"
-#include "hdiplot/dxf/layout_reader.h"
 #include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/shape_reader.h"
 #include "hdiplot/dxf/table_reader.h"
-#include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
 
-// Group 70 of BLOCK: the block's content is in another file.
-constexpr uint64_t kBlockIsExternal = 4 | 8;
-
-// Has the entities of blocks without a name; no other can have it.
+// Contains the entities of blocks without a name. No block can have this one.
 constexpr const char* kLostBlock = "\n?";
-
-bool IsText(std::string_view type) {
-  return type == "TEXT" || type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF";
-}
 
 std::string CutTypeName(std::string_view type) {
   return std::string(type) + " cut off behind " + std::to_string(kLongestText) + " bytes";
 }
 
 }  // namespace
+
+const DrawingBuilder::EntityType DrawingBuilder::kEntityTypes[] = {
+    {"LINE", &DrawingBuilder::AddShape<ReadLine>},
+    {"LWPOLYLINE", &DrawingBuilder::AddShape<ReadLwPolyline>},
+    {"TEXT", &DrawingBuilder::AddText},
+    {"MTEXT", &DrawingBuilder::AddMText},
+    {"INSERT", &DrawingBuilder::AddInsert},
+    {"ARC", &DrawingBuilder::AddShape<ReadArc>},
+    {"CIRCLE", &DrawingBuilder::AddShape<ReadCircle>},
+    {"POLYLINE", &DrawingBuilder::AddPolyline},
+    {"VERTEX", nullptr},
+    {"SEQEND", nullptr},
+    {"ATTRIB", &DrawingBuilder::AddAttribute},
+    {"ATTDEF", &DrawingBuilder::AddText},
+    {"HATCH", &DrawingBuilder::AddHatch},
+    {"SPLINE", &DrawingBuilder::AddShape<ReadSpline>},
+    {"ELLIPSE", &DrawingBuilder::AddShape<ReadEllipse>},
+    {"POINT", &DrawingBuilder::AddShape<ReadPoint>},
+    {"SOLID", &DrawingBuilder::AddShape<ReadSolid>},
+    {"TRACE", &DrawingBuilder::AddShape<ReadSolid>},
+    {"3DFACE", &DrawingBuilder::AddShape<ReadFace>},
+    {"LEADER", &DrawingBuilder::AddShape<ReadLeader>},
+    {"IMAGE", &DrawingBuilder::AddShape<ReadImage>},
+    {"WIPEOUT", &DrawingBuilder::AddShape<ReadWipeout>},
+    {"VIEWPORT", &DrawingBuilder::AddViewport},
+    {"DIMENSION", &DrawingBuilder::AddDimension},
+};
 
 DrawingBuilder::DrawingBuilder(FaultLog& faults)
     : faults_(faults),
@@ -38,47 +56,62 @@ DrawingBuilder::DrawingBuilder(FaultLog& faults)
       fields_(decoder_),
       entities_(&drawing_.entities) {}
 
+const DrawingBuilder::TypeRun& DrawingBuilder::RunOf(std::string_view type) {
+  if (run_.name != type) {
+    const auto found = std::ranges::find(kEntityTypes, type, &EntityType::name);
+    run_ = {type, found == std::end(kEntityTypes) ? nullptr : &*found};
+  }
+  return run_;
+}
+
+bool DrawingBuilder::Plots(std::string_view type) { return RunOf(type).type != nullptr; }
+
 void DrawingBuilder::OnVariable(const DxfObject& variable) { ReadVariable(variable, drawing_, decoder_); }
 
 void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
-  const Group* handle = entry.Find(5);
+  const std::string handle = HandleKey(entry.Text(5));
   if (entry.type == "LAYER") {
-    const std::string name = NameOf(entry, decoder_);
+    const std::string name = decoder_.DecodeName(entry.Needed(2));
     if (name.empty()) throw DxfFault{entry.place, "the layer has no name"};
-    drawing_.layers[name] = ReadLayer(entry, decoder_);
-    if (handle) layersByHandle_[HandleKey(*handle)] = name;
+    const Layer layer = ReadLayer(entry, decoder_);
+    drawing_.layers[name] = layer;
+    if (layer.frozen) frozenLayers_.insert(FoldedName(name));
+    if (!handle.empty()) layersByHandle_[handle] = name;
   } else if (entry.type == "BLOCK_RECORD") {
     const Group* name = entry.Find(2);
-    if (handle && name) blocksByHandle_[HandleKey(*handle)] = UpperCase(decoder_.Decode(*name));
+    if (!handle.empty() && name) blocksByHandle_[handle] = decoder_.DecodeFoldedName(*name);
   } else if (entry.type == "LTYPE") {
-    const std::string name = UpperCase(NameOf(entry, decoder_));
-    const bool isPlaceHolder = name.empty() || name == kByLayer || name == "BYBLOCK";
-    if (!isPlaceHolder) drawing_.lineTypes[name] = ReadLineType(entry);
+    const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
+    const bool isPlaceholder = name.empty() || name == kByLayer || name == kByBlock;
+    if (!isPlaceholder) drawing_.lineTypes[name] = ReadLineType(entry);
   } else if (entry.type == "STYLE") {
-    if (auto style = texts_.ReadStyle(entry)) drawing_.textStyles[style->name] = std::move(style->style);
+    const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
+    std::optional<TextStyle> style = ReadStyle(entry, decoder_);
+    if (style && !name.empty()) drawing_.textStyles[name] = *std::move(style);
   }
 }
 
-// The name stands in the block twice.
+// The name is in groups 2 and 3.
 void DrawingBuilder::OnBlock(const DxfObject& block) {
-  block_ = kLostBlock;
+  constexpr uint64_t kIsExternal = 4 | 8;  // the content is in another file
+  block_ = names_.Hold(kLostBlock);
   entities_ = &lost_.entities;
   const Group* written = block.Find(2) ? block.Find(2) : faults_.IsStrict() ? nullptr : block.Find(3);
-  const std::string name = written ? UpperCase(decoder_.Decode(*written)) : std::string();
+  const Name name = written ? names_.Folded(*written) : Name(&kNoName);
   if (name.empty()) throw DxfFault{block.place, "the block has no name"};
   if (drawing_.blocks.contains(name)) {
-    throw DxfFault{block.place, "there is a block " + Quoted(name) + " already"};
+    throw DxfFault{block.place, "there is a block " + Quoted(decoder_.DecodeName(*written)) + " already"};
   }
   block_ = name;
   Block& added = drawing_.blocks[name];
-  added.base = {block.Real(10, 0), block.Real(20, 0)};
+  added.base = block.Point(10);
   entities_ = &added.entities;
-  if ((static_cast<uint64_t>(block.Integer(70, 0)) & kBlockIsExternal) != 0) external_.push_back(name);
+  if ((block.Flags(70) & kIsExternal) != 0) external_.push_back(name);
 }
 
 void DrawingBuilder::OnBlockEnd() {
   FinishPolyline(false);
-  block_.clear();
+  block_ = Name(&kModelName);
   entities_ = &drawing_.entities;
 }
 
@@ -88,23 +121,14 @@ void DrawingBuilder::OnObject(const DxfObject& object) {
   fields_.Add(object);
   if (object.type == "LAYOUT") AddLayout(object);
   if (object.type != "IMAGEDEF") return;
-  const Group* handle = object.Find(5);
   const Group* file = object.Find(1);
-  if (handle && file) drawing_.imageFiles[ImageKey(*handle)] = decoder_.Decode(file->Value());
+  if (object.Find(5) && file) drawing_.imageFiles[HandleKey(object.Text(5))] = decoder_.Decode(file->Value());
 }
 
 void DrawingBuilder::OnEntity(const DxfObject& entity) {
-  const size_t before = entities_->size();
-  ReadEntity(entity);
-  if (entities_->size() == before || !IsOnSheet(entities_->back().attributes)) return;
-  if (const Group* handle = entity.Find(5)) {
-    outlines_[HandleKey(*handle)] = {entities_, entities_->size() - 1};
-  }
-}
-
-void DrawingBuilder::ReadEntity(const DxfObject& entity) {
   if (entity.type == "VERTEX") {
-    AddVertex(entity);
+    if (!polyline_) throw DxfFault{entity.place, "VERTEX without a POLYLINE"};
+    polyline_->builder.AddVertex(entity);
     return;
   }
   FinishPolyline(entity.type == "SEQEND");
@@ -112,140 +136,137 @@ void DrawingBuilder::ReadEntity(const DxfObject& entity) {
     insert_.reset();
     return;
   }
-  const Attributes attributes = AttributesOf(entity, names_);
-  if (block_.empty()) Count(entity.type, attributes);
-  if (const ShapeReader read = FindShapeReader(entity.type)) {
-    AddEntity(attributes, read(entity));
-  } else if (IsText(entity.type)) {
-    AddText(entity, attributes);
-  } else if (entity.type == "INSERT") {
-    AddInsert(entity, attributes, ReadInsert(entity, decoder_));
-  } else if (entity.type == "POLYLINE") {
-    polyline_.emplace(OpenPolyline{PolylineBuilder(entity), attributes});
-  } else if (entity.type == "HATCH") {
-    AddHatch(entity, attributes);
-  } else if (entity.type == "VIEWPORT") {
-    AddViewport(entity, attributes);
-  } else if (entity.type == "DIMENSION") {
-    AddDimension(entity, attributes);
+  const Attributes attributes = ReadAttributes(entity, names_);
+  const TypeRun& run = RunOf(entity.type);
+  if (block_.empty()) {
+    if (!run.count) run_.count = &drawing_.types[std::string(entity.type)];
+    ++(attributes.paperSpace ? run.count->paper : run.count->model);
+  }
+  if (run.type) {
+    (this->*run.type->add)(entity, attributes);
   } else {
     CountSkipped(entity.type, attributes);
   }
 }
 
-void DrawingBuilder::AddVertex(const DxfObject& vertex) {
-  if (!polyline_) throw DxfFault{vertex.place, "VERTEX without a POLYLINE"};
-  polyline_->builder.AddVertex(vertex);
+Entity& DrawingBuilder::AddEntity(const Attributes& attributes, Shape&& shape, std::string_view handle) {
+  Entity& entity = entities_->emplace_back();
+  entity.attributes = attributes;
+  entity.shape = std::move(shape);
+  if (IsOnSheet(attributes) && !handle.empty()) outlines_[HandleKey(handle)] = &entity;
+  return entity;
 }
 
-// Where one is open. Without its end it has the vertices that there are.
+template <Shape (*Read)(const DxfObject&)>
+void DrawingBuilder::AddShape(const DxfObject& entity, const Attributes& attributes) {
+  AddEntity(attributes, Read(entity), entity.Text(5));
+}
+
+void DrawingBuilder::AddPolyline(const DxfObject& entity, const Attributes& attributes) {
+  polyline_.emplace(OpenPolyline{PolylineBuilder(entity), attributes, entity.Text(5)});
+}
+
+// Of the open polyline, if there is one. Without its SEQEND it has the vertices so far.
 void DrawingBuilder::FinishPolyline(bool isEnded) {
   if (!polyline_) return;
-  const OpenPolyline polyline = std::move(*polyline_);
-  polyline_.reset();
+  const OpenPolyline polyline = *std::exchange(polyline_, std::nullopt);
   const size_t place = polyline.builder.Place();
   if (!isEnded) faults_.Report({place, "this POLYLINE has no SEQEND"});
   try {
-    AddEntity(polyline.attributes, polyline.builder.Finish());
+    AddEntity(polyline.attributes, polyline.builder.Finish(), polyline.handle);
   } catch (const DxfFault& fault) {
     faults_.ReportLeftOut(fault, "POLYLINE");
   }
 }
 
-// A dimension's drawn form is an anonymous block, in the drawing's coordinates; group 12 moves it where one
-// dimension has been copied from another.
-void DrawingBuilder::AddDimension(const DxfObject& dimension, const Attributes& attributes) {
-  const Group* block = dimension.Find(2);
-  if (!block) {
-    CountSkipped(dimension.type, attributes);
-    return;
-  }
-  InsertEntity insert;
-  insert.block = UpperCase(decoder_.Decode(*block));
-  insert.at = {dimension.Real(12, 0), dimension.Real(22, 0)};
-  AddInsert(dimension, attributes, std::move(insert));
-}
-
-void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert) {
+void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attributes) {
+  InsertEntity insert = ReadInsert(entity, names_);
   insert_.reset();
   if (entity.Integer(66, 0) != 0) insert_ = attributes;
   // A block turned out of the drawing's plane cannot be expressed by scales and a rotation.
-  if (entity.type == "INSERT" && PlaneOf(entity).GetKind() == Ocs::Kind::kTilted) {
+  if (PlaneOf(entity).GetKind() == Ocs::Kind::kTilted) {
     CountSkipped(entity.type, attributes);
     return;
   }
-  const auto copies = static_cast<uint64_t>(insert.columns) * static_cast<uint64_t>(insert.rows);
-  inserts_.push_back({names_.Hold(Place(attributes)),
-                      copies,
-                      entity.place,
-                      entity.type == "INSERT",
-                      attributes.visible,
-                      {entities_, entities_->size()}});
-  AddEntity(attributes, std::move(insert));
+  AddInsertOf(entity, attributes, std::move(insert));
 }
 
-void DrawingBuilder::AddHatch(const DxfObject& object, const Attributes& attributes) {
-  HatchEntity hatch = ReadHatch(object);
+// The graphics of a dimension are an anonymous block in the drawing's coordinates. Group 12 moves it, in a
+// dimension that was copied from another.
+void DrawingBuilder::AddDimension(const DxfObject& entity, const Attributes& attributes) {
+  const Group* block = entity.Find(2);
+  if (!block) {
+    CountSkipped(entity.type, attributes);
+    return;
+  }
+  InsertEntity insert;
+  insert.block = names_.Folded(*block);
+  insert.at = entity.Point(12);
+  AddInsertOf(entity, attributes, std::move(insert));
+}
+
+void DrawingBuilder::AddInsertOf(const DxfObject& entity, const Attributes& attributes,
+                                 InsertEntity&& insert) {
+  Entity& added = AddEntity(attributes, std::move(insert), entity.Text(5));
+  inserts_.push_back(
+      {ContainerOf(attributes), &added, entity.place, entity.Text(2), entity.type == "INSERT"});
+}
+
+void DrawingBuilder::AddHatch(const DxfObject& entity, const Attributes& attributes) {
+  HatchEntity hatch = ReadHatch(entity);
   if (!hatch.solid && hatch.lines.empty()) {
-    CountSkipped(object.type, attributes);
+    CountSkipped(entity.type, attributes);
     return;
   }
-  AddEntity(attributes, std::move(hatch));
+  AddEntity(attributes, std::move(hatch), entity.Text(5));
 }
 
-void DrawingBuilder::AddText(const DxfObject& object, Attributes attributes) {
-  if (object.type == "MTEXT") {
-    AddReadText(object, attributes, texts_.ReadMText(object), Backslash::kStartsCode);
-    return;
-  }
-  if (object.type == "ATTRIB" && insert_) TakeFromInsert(attributes);
-  AddReadText(object, attributes, texts_.ReadText(object, !block_.empty()), Backslash::kItself);
+void DrawingBuilder::AddText(const DxfObject& entity, const Attributes& attributes) {
+  AddStrings(entity, attributes, texts_.ReadText(entity, !block_.empty()), Backslash::kItself);
+}
+
+void DrawingBuilder::AddAttribute(const DxfObject& entity, const Attributes& attributes) {
+  Attributes own = attributes;
+  if (insert_) TakeFromInsert(own);
+  AddText(entity, own);
+}
+
+void DrawingBuilder::AddMText(const DxfObject& entity, const Attributes& attributes) {
+  AddStrings(entity, attributes, texts_.ReadMText(entity), Backslash::kStartsCode);
 }
 
 template <typename Text>
-void DrawingBuilder::AddReadText(const DxfObject& object, Attributes attributes, std::optional<Text> text,
-                                 Backslash backslash) {
+void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text> text,
+                                Backslash backslash) {
   if (!text) return;
-  if (CutLongText(text->text)) CountSkipped(CutTypeName(object.type), attributes);
+  if (CutLongText(text->text)) CountSkipped(CutTypeName(entity.type), attributes);
   const std::string link = ReplaceFieldCodes(text->text, backslash);
   if (attributes.link.empty() && !link.empty()) attributes.link = names_.Hold(link);
-  if (attributes.link.empty() && !object.dictionary.empty()) {
-    unlinkedTexts_.push_back({{entities_, entities_->size()}, std::string(object.dictionary)});
+  Entity& added = AddEntity(attributes, std::move(*text), entity.Text(5));
+  if (attributes.link.empty() && !entity.dictionary.empty()) {
+    unlinkedTexts_.push_back({&added, std::string(entity.dictionary)});
   }
-  AddEntity(attributes, std::move(*text));
 }
 
-// An attribute is an entity of its own, but shares its INSERT's space and link, comes and goes with it, and
-// has it for its block.
+// An attribute is an entity of its own, but shares the space, the link and the visibility of its INSERT, and
+// is by block to it.
 void DrawingBuilder::TakeFromInsert(Attributes& attributes) const {
   attributes.paperSpace = insert_->paperSpace;
   if (attributes.color.kind == EntityColor::Kind::kByBlock) attributes.color = insert_->color;
   if (attributes.lineWeight == kLineWeightByBlock) attributes.lineWeight = insert_->lineWeight;
   if (attributes.alpha.kind == EntityAlpha::Kind::kByBlock) attributes.alpha = insert_->alpha;
   if (attributes.link.empty()) attributes.link = insert_->link;
-  const auto layer = drawing_.layers.find(insert_->layer);
-  const bool frozen = layer != drawing_.layers.end() && layer->second.frozen;
-  if (!insert_->visible || frozen) attributes.visible = false;
-}
-
-void DrawingBuilder::AddEntity(const Attributes& attributes, Shape shape) {
-  entities_->push_back({attributes, std::move(shape)});
-}
-
-void DrawingBuilder::Count(std::string_view type, const Attributes& attributes) {
-  auto found = drawing_.types.find(type);
-  if (found == drawing_.types.end()) found = drawing_.types.emplace(type, EntityCount{}).first;
-  ++(attributes.paperSpace ? found->second.paper : found->second.model);
+  const bool isFrozen = !frozenLayers_.empty() && frozenLayers_.contains(FoldedName(insert_->layer.Text()));
+  if (!insert_->visible || isFrozen) attributes.visible = false;
 }
 
 void DrawingBuilder::CountSkipped(std::string_view type, const Attributes& attributes) {
-  if (attributes.visible) graph_.AddSkipped(Place(attributes), TypeName(type));
+  if (attributes.visible) graph_.AddSkipped(ContainerOf(attributes), TypeName(type));
 }
 
-// What stands in a block belongs wherever the block is inserted.
-std::string DrawingBuilder::Place(const Attributes& attributes) const {
-  if (!block_.empty()) return block_;
-  return attributes.paperSpace ? kPaperName : kModelName;
+// As BlockGraph names it.
+Name DrawingBuilder::ContainerOf(const Attributes& attributes) const {
+  return block_.empty() && attributes.paperSpace ? Name(&kPaperName) : block_;
 }
 
 Drawing DrawingBuilder::Finish() {
@@ -261,43 +282,47 @@ Drawing DrawingBuilder::Finish() {
   return std::move(drawing_);
 }
 
-std::string& DrawingBuilder::BlockOf(const Insert& insert) {
-  return std::get<InsertEntity>(insert.entity.entities->at(insert.entity.index).shape).block;
-}
-
 void DrawingBuilder::FinishInserts() {
   std::set<std::string> elsewhere;
   for (const std::string& block : external_) {
     if (drawing_.blocks[block].entities.empty() && drawing_.blocks.erase(block) > 0) elsewhere.insert(block);
   }
-  for (size_t i = 0; i < inserts_.size(); ++i) {
-    const Insert& insert = inserts_[i];
-    const std::string& block = BlockOf(insert);
-    // A hidden insert still makes a circle, but shows nothing.
-    if (drawing_.blocks.contains(block)) {
-      graph_.AddInsert(insert.within, block, insert.visible ? insert.copies : 0, i);
+  const std::string* last = nullptr;  // inserts come in runs of one block
+  bool exists = false;
+  for (const Insert& insert : inserts_) {
+    const auto& shape = std::get<InsertEntity>(insert.entity->shape);
+    const std::string& block = shape.block;
+    const bool isVisible = insert.entity->attributes.visible;
+    if (last != &block) exists = drawing_.blocks.contains(block);
+    last = &block;
+    if (exists) {
+      // A hidden insert shows nothing, but may close a circle.
+      const auto copies = static_cast<uint64_t>(shape.columns) * static_cast<uint64_t>(shape.rows);
+      graph_.AddInsert(insert.within, block, isVisible ? copies : 0);
       continue;
     }
     hasUnresolved_ = true;
-    if (insert.visible) {
-      graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
-      const bool isFault = insert.isInsert && !elsewhere.contains(block);
-      if (isFault && !faults_.IsStrict()) {
-        faults_.Report({insert.place, "the block " + Quoted(block) + " of this INSERT is not there"});
-      }
+    if (!isVisible) continue;
+    graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
+    if (insert.isInsert && !elsewhere.contains(block) && !faults_.IsStrict()) {
+      faults_.Report({insert.place,
+                      "the block " + Quoted(decoder_.Decode(insert.block)) + " of this INSERT is not there"});
     }
   }
-  for (const size_t i : graph_.CircularInserts()) {
-    std::string& block = BlockOf(inserts_[i]);
-    faults_.Report({inserts_[i].place, "the block " + Quoted(block) + " contains itself"});
-    block.clear();
+  const std::set<BlockGraph::Insert> circular = graph_.CircularInserts();
+  if (circular.empty()) return;
+  for (const Insert& insert : inserts_) {
+    Name& block = std::get<InsertEntity>(insert.entity->shape).block;
+    if (!circular.contains({insert.within, block})) continue;
+    faults_.Report({insert.place, "the block " + Quoted(decoder_.Decode(insert.block)) + " contains itself"});
+    block = Name(&kNoName);
     hasUnresolved_ = true;
   }
 }
 
 void DrawingBuilder::FinishTexts() {
-  for (const auto& [place, dictionary] : unlinkedTexts_) {
-    place.entities->at(place.index).attributes.link = names_.Hold(fields_.Find(dictionary));
+  for (const auto& [text, dictionary] : unlinkedTexts_) {
+    text->attributes.link = names_.Hold(fields_.Find(dictionary));
   }
 }
 

@@ -1,6 +1,7 @@
-// Puts the drawing together from the objects of a DXF.
+// Assembles the drawing from the objects of a DXF.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -17,101 +18,117 @@
 
 namespace hdiplot {
 
-// Takes the objects in the order of the file. An object is good during the call only. What throws DxfFault
-// has not taken the object.
+// Takes the objects in the order of the file, which has to outlive the builder. An operation that throws
+// DxfFault has not taken its object.
 class DrawingBuilder {
  public:
   // The log has to outlive the builder.
   explicit DrawingBuilder(FaultLog& faults);
 
   void OnVariable(const DxfObject& variable);
-  void OnTableEntry(const DxfObject& entry);  // of any table; the type tells which
+  void OnTableEntry(const DxfObject& entry);  // of any table, which follows from the type
   void OnBlock(const DxfObject& block);       // the entities up to OnBlockEnd belong to it
   void OnBlockEnd();
   void OnEntity(const DxfObject& entity);  // also VERTEX, ATTRIB and SEQEND
   void OnEntitiesEnd();                    // the end of the ENTITIES section
   void OnObject(const DxfObject& object);  // of the section OBJECTS; numbers are read of LAYOUT only
 
+  // Whether entities of that type are plotted, or part of one that is.
+  [[nodiscard]] bool Plots(std::string_view type);
+
   // The drawing, after the last object. Throws DxfFault when the log is strict.
-  Drawing Finish();
+  [[nodiscard]] Drawing Finish();
 
  private:
-  // An entity among others, which stay where they are up to the end.
-  struct EntityPlace {
-    Entities* entities;
-    size_t index;
+  using AddEntityOfType = void (DrawingBuilder::*)(const DxfObject&, const Attributes&);
+  struct EntityType {
+    std::string_view name;
+    AddEntityOfType add;  // null: part of another entity
+  };
+  static const EntityType kEntityTypes[];
+
+  // Entities come in runs of one type, which is looked up once.
+  struct TypeRun {
+    std::string_view name;
+    const EntityType* type = nullptr;  // null: not plotted
+    EntityCount* count = nullptr;      // null: not counted yet
   };
 
-  // An insert of a block that may not exist; known at the end only.
+  // An INSERT, whose block may be missing, or a DIMENSION.
   struct Insert {
     Name within;  // as BlockGraph names it
-    uint64_t copies;
-    size_t place;   // in the file
-    bool isInsert;  // or a DIMENSION
-    bool visible;
-    EntityPlace entity;
+    Entity* entity;
+    size_t place;            // as in DxfFault
+    std::string_view block;  // the name in the file
+    bool isInsert;
   };
 
   struct OpenPolyline {
     PolylineBuilder builder;
     Attributes attributes;
+    std::string_view handle;
   };
 
-  struct OpenViewport {
-    EntityPlace place;
-    std::string clipHandle;  // of its outline, which may follow
+  // A viewport or a text, and the handle of its outline or its dictionary, which may follow.
+  struct Reference {
+    Entity* entity;
+    std::string handle;
   };
 
-  struct TextWithDictionary {
-    EntityPlace place;
-    std::string dictionary;  // its handle
-  };
+  const TypeRun& RunOf(std::string_view type);
 
-  void AddVertex(const DxfObject& vertex);
-  void FinishPolyline(bool isEnded);
-  void AddDimension(const DxfObject& dimension, const Attributes& attributes);
-  void AddInsert(const DxfObject& entity, const Attributes& attributes, InsertEntity insert);
-  void AddHatch(const DxfObject& object, const Attributes& attributes);
-  void AddText(const DxfObject& object, Attributes attributes);
-  template <typename Text>
-  void AddReadText(const DxfObject& object, Attributes attributes, std::optional<Text> text,
-                   Backslash backslash);
-  void TakeFromInsert(Attributes& attributes) const;
-  void AddEntity(const Attributes& attributes, Shape shape);
-  void Count(std::string_view type, const Attributes& attributes);
-  void ReadEntity(const DxfObject& entity);
-  bool IsOnSheet(const Attributes& attributes) const;
-  void AddLayout(const DxfObject& object);
+  template <Shape (*Read)(const DxfObject&)>
+  void AddShape(const DxfObject& entity, const Attributes& attributes);
+  void AddText(const DxfObject& entity, const Attributes& attributes);
+  void AddAttribute(const DxfObject& entity, const Attributes& attributes);
+  void AddMText(const DxfObject& entity, const Attributes& attributes);
+  void AddInsert(const DxfObject& entity, const Attributes& attributes);
+  void AddDimension(const DxfObject& entity, const Attributes& attributes);
+  void AddPolyline(const DxfObject& entity, const Attributes& attributes);
+  void AddHatch(const DxfObject& entity, const Attributes& attributes);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
-  static std::string& BlockOf(const Insert& insert);
+
+  Entity& AddEntity(const Attributes& attributes, Shape&& shape, std::string_view handle);
+  void AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
+  template <typename Text>
+  void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text> text,
+                  Backslash backslash);
+  void AddLayout(const DxfObject& object);
+  void FinishPolyline(bool isEnded);
+  void TakeFromInsert(Attributes& attributes) const;
+
+  void CountSkipped(std::string_view type, const Attributes& attributes);
+  [[nodiscard]] Name ContainerOf(const Attributes& attributes) const;
+  [[nodiscard]] bool IsOnSheet(const Attributes& attributes) const;
+  [[nodiscard]] TypeCounts SkippedIn(const std::string& container) const;
+
   void FinishInserts();
   void FinishTexts();
   void FinishViewports();
   void FinishLayouts();
-  TypeCounts SkippedIn(const std::string& place) const;
-  void CountSkipped(std::string_view type, const Attributes& attributes);
-  std::string Place(const Attributes& attributes) const;
   void RemoveUnresolved(Entities& entities) const;
 
   FaultLog& faults_;
   Drawing drawing_;
-  NameDecoder decoder_;
+  TextDecoder decoder_;
   NameCache names_;
   TextReader texts_;
   FieldLinks fields_;
   BlockGraph graph_;
-  std::vector<Insert> inserts_;
-  bool hasUnresolved_ = false;                         // inserts of what is not there
+  TypeRun run_;
+  std::deque<Insert> inserts_;
+  bool hasUnresolved_ = false;                         // inserts of missing blocks
+  std::set<std::string> frozenLayers_;                 // folded names
   std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
   std::map<std::string, std::string> blocksByHandle_;
-  std::map<std::string, EntityPlace> outlines_;  // entities of layouts
-  std::vector<OpenViewport> viewports_;          // with an outline
-  std::vector<TextWithDictionary> unlinkedTexts_;
-  std::set<std::string> sheetsSeen_;   // where there has been a viewport, as Place names it
-  std::vector<std::string> external_;  // blocks whose content is in another file
-  Block lost_;                         // what stands in blocks that cannot be named
-  std::string block_;                  // the one being read; empty in the model
-  Entities* entities_;                 // its entities
+  std::map<std::string, Entity*> outlines_;  // entities of layouts
+  std::vector<Reference> clippedViewports_;
+  std::vector<Reference> unlinkedTexts_;
+  std::map<std::string, uint64_t> shownViewports_;  // by container, of those with any viewport
+  std::vector<std::string> external_;               // blocks whose content is in another file
+  Block lost_;                                      // the content of blocks without a valid name
+  Name block_{&kModelName};                         // the current one; empty in the model
+  Entities* entities_;                              // its entities
   std::optional<OpenPolyline> polyline_;
   std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
 };

@@ -1,19 +1,102 @@
 #include "hdiplot/dxf/dxf_reader.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "hdiplot/dxf/binary_groups.h"
 #include "hdiplot/dxf/drawing_builder.h"
-#include "hdiplot/dxf/dxf_file.h"
 #include "hdiplot/dxf/structure_reader.h"
 #include "hdiplot/dxf/text_groups.h"
 #include "hdiplot/system/errors.h"
+#include "hdiplot/system/files.h"
 #include "hdiplot/system/paths.h"
 
 namespace hdiplot {
 namespace {
+
+using namespace std::string_view_literals;
+
+struct Signature {
+  std::string_view start;
+  std::string_view message;
+};
+
+constexpr std::array kOtherFiles = {
+    Signature{"AC10"sv, "this is a DWG drawing, no DXF; save the drawing as a DXF"sv},
+    Signature{"%PDF"sv, "this is a PDF, no DXF"sv},
+    Signature{"\x89PNG"sv, "this is a PNG image, no DXF"sv},
+    Signature{"\xff\xd8\xff"sv, "this is a JPEG image, no DXF"sv},
+    Signature{"PK\x03\x04"sv, "this is a zip archive, no DXF; take the drawing out of it"sv},
+    Signature{"\x1f\x8b"sv, "this is a compressed file, no DXF; unpack it"sv},
+    Signature{"\xff\xfe"sv, "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"sv},
+    Signature{"\xfe\xff"sv, "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"sv},
+};
+
+// The content of a file. Unlike a string, it is not zeroed before it is read.
+struct FileBytes {
+  std::unique_ptr<char[]> data;
+  size_t size = 0;
+};
+
+FileBytes ReadWhole(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error))
+    throw FileError(file, 0, "this is a directory, no DXF file");
+  const FileStream stream = OpenToRead(file);
+  if (!stream) {
+    throw FileError(file, 0, "cannot be opened: " + std::generic_category().message(errno));
+  }
+  constexpr size_t kSmallest = 1 << 16;
+  const auto expected = std::filesystem::file_size(file, error);
+  size_t capacity = kSmallest + (error ? 0 : static_cast<size_t>(expected));
+  FileBytes bytes{std::make_unique_for_overwrite<char[]>(capacity)};
+  while (const size_t got = std::fread(&bytes.data[bytes.size], 1, capacity - bytes.size, stream.get())) {
+    bytes.size += got;
+    if (bytes.size < capacity) continue;
+    capacity *= 2;  // a pipe, or a file that grows
+    auto larger = std::make_unique_for_overwrite<char[]>(capacity);
+    std::copy_n(bytes.data.get(), bytes.size, larger.get());
+    bytes.data = std::move(larger);
+  }
+  if (std::ferror(stream.get())) throw FileError(file, 0, "cannot be read");
+  return bytes;
+}
+
+// A text DXF starts with the group code of a section or of a comment.
+bool StartsLikeDxf(std::string_view text) {
+  const std::string_view code = Trimmed(text.substr(0, text.find_first_of("\r\n")));
+  return code == "0" || code == "999";
+}
+
+bool HoldsObjects(std::string_view text) {
+  TextGroups groups(text);
+  groups.SkipDamage();
+  return groups.Position() < text.size();
+}
+
+// Returns the source of the groups in `bytes`. Throws FileError for what is no DXF; strict: also for text
+// that does not start like one.
+std::unique_ptr<GroupSource> OpenDxf(const std::filesystem::path& file, std::string_view bytes,
+                                     bool isStrict) {
+  if (bytes.empty()) throw FileError(file, 0, "the file is empty");
+  for (const Signature& other : kOtherFiles) {
+    if (bytes.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
+  }
+  if (IsBinaryDxf(bytes)) return std::make_unique<BinaryGroups>(bytes);
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+  if (!StartsLikeDxf(bytes) && (isStrict || !HoldsObjects(bytes))) {
+    throw FileError(file, 1,
+                    "this is no DXF: the group code 0 should stand here, but it is " +
+                        Quoted(bytes.substr(0, bytes.find_first_of("\r\n"))));
+  }
+  return std::make_unique<TextGroups>(bytes);
+}
 
 FileError ErrorAt(const std::filesystem::path& file, const DxfFault& fault, bool isBinary) {
   if (!isBinary) return {file, fault.place, fault.message};
@@ -30,15 +113,12 @@ bool IsEmpty(const Drawing& drawing) {
 }  // namespace
 
 Drawing ReadDxf(const std::filesystem::path& file, Strictness strictness, Progress& progress) {
-  const std::string bytes = LoadDxf(file, strictness == Strictness::kStrict);
+  const bool isStrict = strictness == Strictness::kStrict;
+  const FileBytes content = ReadWhole(file);
+  const std::string_view bytes(content.data.get(), content.size);
+  const std::unique_ptr<GroupSource> source = OpenDxf(file, bytes, isStrict);
   const bool isBinary = IsBinaryDxf(bytes);
-  std::unique_ptr<GroupSource> source;
-  if (isBinary) {
-    source = std::make_unique<BinaryGroups>(bytes);
-  } else {
-    source = std::make_unique<TextGroups>(bytes);
-  }
-  FaultLog faults(strictness == Strictness::kStrict);
+  FaultLog faults(isStrict);
   try {
     progress.Start(bytes.size());
     DrawingBuilder builder(faults);
@@ -58,5 +138,7 @@ Drawing ReadDxf(const std::filesystem::path& file, Strictness strictness, Progre
     throw ErrorAt(file, fault, isBinary);
   }
 }
+
+bool LooksLikeDxf(std::string_view start) { return IsBinaryDxf(start) || StartsLikeDxf(start); }
 
 }  // namespace hdiplot

@@ -1,28 +1,33 @@
-// Reading a DXF drawing.
+// Reads a DXF drawing.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <string_view>
 
 #include "hdiplot/model/drawing.h"
 #include "hdiplot/system/progress.h"
 
 namespace hdiplot {
 
-enum class Strictness {
-  kForgiving,  // what cannot be used is left out and told in Drawing::losses
-  kStrict,     // it is an error
+enum class Strictness : uint8_t {
+  kForgiving,  // what is faulty is left out and reported in Drawing::losses
+  kStrict,     // the first fault is an error
 };
 
-// Reads a text or binary DXF of any version. Throws FileError, with the line where there is one, for a file
-// that is missing, empty or something else, or of which nothing can be plotted; strict, for one that is
-// broken in any way: cut off, badly nested, with values that are no numbers or far out of range, with counts
-// that do not match, or with a block that contains itself. Progress counts the bytes of the file.
+// Reads a text or binary DXF of any version. Throws FileError, with the line if there is one, for a file that
+// is missing, empty or something else, or without anything to plot; strict: also for any fault, such as a
+// file that is cut off, bad nesting, values that are not numbers or out of range, wrong counts, or a block
+// that contains itself. Progress counts the bytes of the file.
 //
-// Not read are sections other than HEADER, TABLES, BLOCKS and ENTITIES, of which only the form is checked,
-// but for layouts, the files of images and the links of fields in OBJECTS. Drawing::skipped counts what the
+// Other sections than HEADER, TABLES, BLOCKS and ENTITIES are only checked for their form; of OBJECTS,
+// layouts, image definitions and the links of fields are read. Drawing::skipped counts entities that the
 // model has no shape for, inserts and dimensions without their block, and inserts turned out of the drawing's
 // plane: those of the model, and those of blocks as often as the block is inserted. Layout::skipped does so
-// for a layout, with viewports that do not look down on the model.
-Drawing ReadDxf(const std::filesystem::path& file, Strictness strictness, Progress& progress);
+// for a layout, and counts viewports that do not look down on the model.
+[[nodiscard]] Drawing ReadDxf(const std::filesystem::path& file, Strictness strictness, Progress& progress);
+
+// Whether a file that starts like this is a DXF.
+[[nodiscard]] bool LooksLikeDxf(std::string_view start);
 
 }  // namespace hdiplot

@@ -1,35 +1,44 @@
-// The links of fields: from a text's extension dictionary through its entries ACAD_FIELD and TEXT to FIELD
-// objects, and through these to the fields within them.
+// The links of fields, the parts of a text that a CAD program fills in. A text's extension dictionary leads
+// through its entries ACAD_FIELD and TEXT to FIELD objects, and these to the fields nested in them. A field's
+// code is like %<\AcVar Author \href "target#place#flag">%.
 #pragma once
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hdiplot/dxf/dxf_object.h"
-#include "hdiplot/dxf/name_decoder.h"
+#include "hdiplot/dxf/text_decoder.h"
 
 namespace hdiplot {
 
+// The target of the field with that code, its place after a number sign. Empty: no link.
+[[nodiscard]] std::string LinkOfField(std::string_view code);
+
+// Replaces the codes of fields in a text by their links, or by dashes; most texts hold the fields' values
+// instead. Returns the first link. Empty: there is none.
+[[nodiscard]] std::string ReplaceFieldCodes(std::string& utf8, Backslash backslash);
+
 class FieldLinks {
  public:
-  // `names` has to outlive it.
-  explicit FieldLinks(const NameDecoder& names) : names_(names) {}
+  // `decoder` has to outlive it.
+  explicit FieldLinks(const TextDecoder& decoder) : decoder_(decoder) {}
 
-  // Takes an object of the section OBJECTS; other kinds than DICTIONARY and FIELD do not count.
+  // Takes an object of the section OBJECTS. Types other than DICTIONARY and FIELD are ignored.
   void Add(const DxfObject& object);
 
-  // What the first field with a link leads to, of those below the dictionary with that handle; empty: there
-  // is none. Objects that are missing or lead in circles are passed over.
+  // The link of the first field that has one, below the dictionary with that handle. Empty: there is none.
+  // Objects that are missing or refer to each other in a circle are passed over.
   [[nodiscard]] std::string Find(std::string_view dictionary) const;
 
  private:
   struct Node {
     std::string link;
-    std::vector<std::string> children;  // by handle, in upper case as the next
+    std::vector<std::string> children;  // HandleKeys, as the next
   };
 
-  const NameDecoder& names_;
+  const TextDecoder& decoder_;
   std::map<std::string, Node> nodes_;
 };
 

@@ -1,40 +1,24 @@
-// A group of a DXF: a code that tells what the value is, and the value.
+// A group of a DXF: a code, which determines the type of the value, and the value.
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
-#include <string>
 #include <string_view>
+
+#include "hdiplot/system/split.h"
 
 namespace hdiplot {
 
-// Something is wrong at a place of the DXF: a line of text, or the number of a byte in a binary file, both
-// from 1. Thrown inside the reader only; ReadDxf adds the file's name.
-struct DxfFault {
-  size_t place;
-  std::string message;
-};
-
-[[nodiscard]] constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-[[nodiscard]] constexpr std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-// Large polylines are many groups, so that these are kept small.
+// Kept small: a large polyline has very many.
 struct Group {
   int code = 0;
   uint32_t length = 0;
   const char* text = nullptr;  // in the file
-  double number = 0;           // of a code that stands for one
+  double number = 0;           // the value of a numeric code
   size_t place = 0;            // of the value, as in DxfFault
 
-  // A text in which blanks count, and one in which they do not.
+  // The text with and without the blanks around it.
   [[nodiscard]] std::string_view Raw() const { return {text, length}; }
   [[nodiscard]] std::string_view Value() const { return Trimmed(Raw()); }
   [[nodiscard]] int64_t Integer() const { return static_cast<int64_t>(number); }
@@ -43,7 +27,7 @@ struct Group {
 
 inline constexpr int kHighestCode = 1071;
 
-// What the values of a group code are, and how a binary file has them.
+// The type of a code's values, and their form in a binary file.
 enum class ValueForm : uint8_t { kUnknown, kText, kBytes, kReal, kInt8, kInt16, kInt32, kInt64 };
 
 struct CodeRange {
@@ -78,43 +62,8 @@ inline constexpr auto kFormByCode = [] {
   return forms;
 }();
 
-// Of a code from 0 to kHighestCode. A text file has values of an unknown form as text.
+// For a code from 0 to kHighestCode. A text file may have values of unknown form.
 [[nodiscard]] inline ValueForm FormOf(int code) { return kFormByCode[static_cast<size_t>(code)]; }
 [[nodiscard]] inline bool IsNumber(ValueForm form) { return form >= ValueForm::kReal; }
-
-enum class ValueCheck : uint8_t {
-  kNone,         // numbers are left unread: for sections that nobody looks into
-  kNumber,       // numbers are read, and have to be finite numbers
-  kCoordinates,  // and real numbers have to be of a size that a drawing can have
-};
-
-// Far beyond any drawing, and far enough below the largest float that sums and products of a few coordinates
-// and their way through single precision stay finite.
-inline constexpr double kLargestCoordinate = 1e30;
-
-// Whether the number can be the value of the code. Whether those of 32 bits have a sign depends on who wrote
-// them.
-[[nodiscard]] inline bool IsUsable(int code, double number, ValueCheck check) {
-  constexpr double kAny = std::numeric_limits<double>::max();
-  const ValueForm form = FormOf(code);
-  if (form == ValueForm::kReal) {
-    return std::fabs(number) <= (check == ValueCheck::kCoordinates ? kLargestCoordinate : kAny);
-  }
-  const bool fits = form == ValueForm::kInt64 || (number >= std::numeric_limits<int32_t>::min() &&
-                                                  number <= std::numeric_limits<uint32_t>::max());
-  return fits && number == std::trunc(number);
-}
-
-// What is wrong with a number that cannot.
-[[nodiscard]] std::string NumberProblem(int code, double number, std::string_view written);
-
-// Whether a group 0 of that value can start an object, or a group 9 a header variable: names are capitals.
-[[nodiscard]] bool StartsObject(int code, std::string_view value);
-
-// A piece of the file for a message: in quotes, shortened, with nothing in it that upsets a terminal.
-[[nodiscard]] std::string Quoted(std::string_view text);
-
-// A type of entity as a message names it: printable ASCII, and not long.
-[[nodiscard]] std::string TypeName(std::string_view type);
 
 }  // namespace hdiplot

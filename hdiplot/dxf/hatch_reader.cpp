@@ -1,23 +1,84 @@
-// The order is: name and flags; the number of boundary paths (91) and the paths; the number of pattern lines
-// (78) and the lines. A path is a polyline, or a number of edges (93), and ends in the handles of the objects
-// that it came from (97, 330). Handles may be missing. What a gradient is follows last.
+// The order of the groups: name and flags; the number of boundary paths (91) and the paths; the number of
+// pattern lines (78) and the lines; the gradient. A path is a polyline, or a number of edges (93), and ends
+// in the handles of its source objects (97, 330), which may be missing.
+//
+// A gradient: 460 the angle in radians, 461 the shift, 452 whether it is one colour with a tint (462), 453
+// the number of colours, 470 the name. Each colour starts with 463 and is an index (63), a true colour (421)
+// or both.
 #include "hdiplot/dxf/hatch_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "hdiplot/dxf/gradient_reader.h"
+#include "hdiplot/dxf/attribute_reader.h"
 #include "hdiplot/dxf/object_plane.h"
-#include "hdiplot/dxf/spline_check.h"
+#include "hdiplot/dxf/shape_reader.h"
+#include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
 
 constexpr uint64_t kPathIsPolyline = 2;
+
+std::vector<EntityColor> GradientColors(const DxfObject& hatch) {
+  constexpr int kColorBegins = 463;
+  using Kind = EntityColor::Kind;
+  std::vector<EntityColor> colors;
+  for (const Group& group : hatch.groups) {
+    if (group.code == kColorBegins) {
+      colors.push_back({Kind::kIndex, 7});
+    } else if (!colors.empty() && group.code == 63 && colors.back().kind == Kind::kIndex) {
+      const EntityColor color = IndexedColor(group.Integer());
+      if (color.kind == Kind::kIndex) colors.back() = color;
+    } else if (!colors.empty() && group.code == 421) {
+      colors.back() = TrueColor(group);
+    }
+  }
+  return colors;
+}
+
+// An unknown name counts as linear.
+HatchGradient::Form GradientForm(std::string_view name) {
+  using Form = HatchGradient::Form;
+  constexpr std::pair<std::string_view, Form> kNamedForms[] = {{"CYLINDER", Form::kCylinder},
+                                                               {"SPHERICAL", Form::kSpherical},
+                                                               {"HEMISPHERICAL", Form::kHemispherical},
+                                                               {"CURVED", Form::kCurved}};
+  const auto found = std::ranges::find(kNamedForms, name, &std::pair<std::string_view, Form>::first);
+  return found == std::end(kNamedForms) ? Form::kLinear : found->second;
+}
+
+// None without colours.
+std::optional<HatchGradient> ReadGradient(const DxfObject& hatch, const Ocs& plane) {
+  const std::vector<EntityColor> colors = GradientColors(hatch);
+  hatch.CheckCount(hatch.Find(453), colors.size());
+  if (colors.empty()) return std::nullopt;
+
+  HatchGradient gradient;
+  gradient.first = colors.front();
+  gradient.last = colors.back();
+  // Some programs write the tinted colour as a second one, too.
+  const bool isTinted = hatch.Integer(452, 0) == 1 && colors.size() == 1;
+  if (isTinted) gradient.tint = std::clamp(hatch.Real(462, 0), 0.0, 1.0);
+  gradient.shift = std::clamp(hatch.Real(461, 0), 0.0, 1.0);
+
+  constexpr std::string_view kInverted = "INV";
+  const std::string name = UpperCase(hatch.Text(470));
+  gradient.inverted = name.size() > kInverted.size() && name.starts_with(kInverted);
+  gradient.form = GradientForm(std::string_view(name).substr(gradient.inverted ? kInverted.size() : 0));
+
+  const Vec2 right = Direction(hatch.Real(460, 0));
+  gradient.right = plane.Project(right);
+  gradient.up = plane.Project(TurnedLeft(right));
+  return gradient;
+}
 
 class HatchReader {
  public:
@@ -48,7 +109,7 @@ class HatchReader {
     return group;
   }
 
-  // Of what the entity ends in.
+  // Of the last group.
   size_t EndPlace() const { return object_.groups.empty() ? object_.place : object_.groups.back().place; }
 
   const Group& Take(int code) {
@@ -90,7 +151,7 @@ class HatchReader {
 
   PolylineEntity ReadPolylinePath() {
     PolylineEntity polyline;
-    polyline.closed = true;  // a boundary is, even where group 73 says otherwise
+    polyline.closed = true;  // whatever group 73 says
     while (At(72) || At(73)) Next();
     const Group& vertices = Take(93);
     while (At(10)) {
@@ -125,7 +186,7 @@ class HatchReader {
     return LineEntity{plane_.Project(start, elevation_), plane_.Project(end, elevation_)};
   }
 
-  // Angles are written as if the edge ran counter-clockwise, and mirrored when it does not.
+  // The angles of a clockwise edge (73 is 0) are negated.
   Sweep TakeSweep() {
     const double start = Radians(TakeReal(50));
     const double end = Radians(TakeReal(51));
@@ -172,7 +233,7 @@ class HatchReader {
     return spline;
   }
 
-  // Newer files have the fit points' number here, under the code that counts source objects after the path.
+  // Newer files count the fit points here, with the code that counts source objects after the path.
   void SkipFitData() {
     const bool isFitCount = At(97) && left_.size() > 1 &&
                             (left_[1].code == 11 ||
@@ -204,7 +265,7 @@ class HatchReader {
     return lines;
   }
 
-  // False for lines that are seen end on.
+  // False for lines along the direction of view.
   bool Project(HatchPatternLine& line) const {
     const Vec2 direction = plane_.Project(Direction(line.angle));
     const double stretch = std::hypot(direction.x, direction.y);

@@ -1,4 +1,4 @@
-// HATCH, whose groups mean what they do by their order.
+// HATCH, with its gradient. The meaning of its groups depends on their order.
 #pragma once
 
 #include "hdiplot/dxf/dxf_object.h"
@@ -6,7 +6,7 @@
 
 namespace hdiplot {
 
-// Throws DxfFault when something is missing. What is there counts, whatever the counts say.
-HatchEntity ReadHatch(const DxfObject& object);
+// Throws DxfFault if something is missing. Wrong counts are reported and ignored.
+[[nodiscard]] HatchEntity ReadHatch(const DxfObject& object);
 
 }  // namespace hdiplot

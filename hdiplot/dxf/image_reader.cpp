@@ -1,10 +1,8 @@
 // Both entities have the same groups: a corner, the sides of one pixel in space, the size in pixels, and a
-// polygon in pixels. Those are counted from the middle of the upper left one, downwards.
+// polygon in pixels, counted downwards from the centre of the upper left one.
 #include "hdiplot/dxf/image_reader.h"
 
 #include <algorithm>
-
-#include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
@@ -15,40 +13,29 @@ constexpr uint64_t kClipped = 4;
 constexpr int64_t kPolygonOfTwoCorners = 1;
 
 // The whole image in the drawing.
-struct Frame {
+struct ImageFrame {
   Vec2 corner;  // lower left
   Vec2 pixelRight, pixelUp;
   double columns = 1;
   double rows = 1;
 
-  Vec2 At(double x, double y) const {
-    return {corner.x + pixelRight.x * x + pixelUp.x * y, corner.y + pixelRight.y * x + pixelUp.y * y};
-  }
-  // Of a point as polygons have it.
+  Vec2 At(double x, double y) const { return corner + pixelRight * x + pixelUp * y; }
+  // A point of the polygon.
   Vec2 AtPixel(Vec2 p) const { return At(p.x + 0.5, rows - (p.y + 0.5)); }
 
   std::vector<Vec2> Outline() const { return {At(0, 0), At(columns, 0), At(columns, rows), At(0, rows)}; }
 };
 
-Frame FrameOf(const DxfObject& object) {
-  constexpr int kNeeded[] = {10, 20, 11, 21, 12, 22, 13, 23};
-  object.Require(kNeeded);
-  Frame frame;
-  frame.corner = {object.Real(10, 0), object.Real(20, 0)};
-  frame.pixelRight = {object.Real(11, 0), object.Real(21, 0)};
-  frame.pixelUp = {object.Real(12, 0), object.Real(22, 0)};
-  frame.columns = object.Real(13, 0);
-  frame.rows = object.Real(23, 0);
+ImageFrame ReadFrame(const DxfObject& object) {
+  ImageFrame frame{object.NeededPoint(10), object.NeededPoint(11), object.NeededPoint(12)};
+  frame.columns = object.Needed(13).number;
+  frame.rows = object.Needed(23).number;
   return frame;
 }
 
-// In pixels; two opposite corners stand for a rectangle.
+// In pixels. Two opposite corners are a rectangle.
 std::vector<Vec2> PolygonOf(const DxfObject& object) {
-  std::vector<Vec2> polygon;
-  for (const Group& group : object.groups) {
-    if (group.code == 14) polygon.push_back({group.number, 0});
-    if (group.code == 24 && !polygon.empty()) polygon.back().y = group.number;
-  }
+  std::vector<Vec2> polygon = object.Points(14);
   object.CheckCount(object.Find(91), polygon.size());
   const bool isRectangle = object.Integer(71, kPolygonOfTwoCorners) == kPolygonOfTwoCorners;
   if (isRectangle && polygon.size() == 2) {
@@ -60,8 +47,8 @@ std::vector<Vec2> PolygonOf(const DxfObject& object) {
   return polygon;
 }
 
-// Whether all of the image is within the polygon, as it is when nobody has clipped it.
-bool IsWhole(const std::vector<Vec2>& polygon, const Frame& frame) {
+// Whether the polygon is the outline of the image, as written for an image that is not clipped.
+bool IsOutline(const std::vector<Vec2>& polygon, const ImageFrame& frame) {
   constexpr double kRoom = 1e-6;  // pixels
   return polygon.size() == 4 && std::ranges::all_of(polygon, [&frame](Vec2 p) {
            const bool atSide = p.x <= -0.5 + kRoom || p.x >= frame.columns - 0.5 - kRoom;
@@ -69,7 +56,7 @@ bool IsWhole(const std::vector<Vec2>& polygon, const Frame& frame) {
          });
 }
 
-std::vector<Vec2> InDrawing(std::vector<Vec2> polygon, const Frame& frame) {
+std::vector<Vec2> InDrawing(std::vector<Vec2> polygon, const ImageFrame& frame) {
   for (Vec2& p : polygon) p = frame.AtPixel(p);
   return polygon;
 }
@@ -82,16 +69,14 @@ int Percent(const DxfObject& object, int code, int fallback) {
 
 }  // namespace
 
-std::string ImageKey(const Group& handle) { return UpperCase(handle.Value()); }
-
 Shape ReadImage(const DxfObject& object) {
-  const Frame frame = FrameOf(object);
-  const auto flags = static_cast<uint64_t>(object.Integer(70, kShown));
+  const ImageFrame frame = ReadFrame(object);
+  const uint64_t flags = object.Flags(70, kShown);
   ImageEntity image;
-  if (const Group* definition = object.Find(340)) image.definition = ImageKey(*definition);
+  image.definition = HandleKey(object.Text(340));
   image.corner = frame.corner;
-  image.right = {frame.pixelRight.x * frame.columns, frame.pixelRight.y * frame.columns};
-  image.up = {frame.pixelUp.x * frame.rows, frame.pixelUp.y * frame.rows};
+  image.right = frame.pixelRight * frame.columns;
+  image.up = frame.pixelUp * frame.rows;
   image.shown = (flags & kShown) != 0;
   image.look.transparent = (flags & kTransparent) != 0;
   image.look.brightness = Percent(object, 281, image.look.brightness);
@@ -100,12 +85,12 @@ Shape ReadImage(const DxfObject& object) {
   if (object.Integer(280, (flags & kClipped) != 0 ? 1 : 0) == 0) return image;
   const std::vector<Vec2> polygon = PolygonOf(object);
   image.clipInverted = !polygon.empty() && IsInverted(object);
-  if (image.clipInverted || !IsWhole(polygon, frame)) image.clip = InDrawing(polygon, frame);
+  if (image.clipInverted || !IsOutline(polygon, frame)) image.clip = InDrawing(polygon, frame);
   return image;
 }
 
 Shape ReadWipeout(const DxfObject& object) {
-  const Frame frame = FrameOf(object);
+  const ImageFrame frame = ReadFrame(object);
   WipeoutEntity wipeout;
   const std::vector<Vec2> polygon = PolygonOf(object);
   if (!polygon.empty()) wipeout.rings.push_back(InDrawing(polygon, frame));

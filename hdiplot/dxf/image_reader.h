@@ -1,4 +1,4 @@
-// The raster images of a DXF: IMAGE and WIPEOUT, and the IMAGEDEF objects that tell the images' files.
+// The raster images of a DXF: IMAGE, whose files are in IMAGEDEF objects, and WIPEOUT.
 #pragma once
 
 #include "hdiplot/dxf/dxf_object.h"
@@ -6,13 +6,8 @@
 
 namespace hdiplot {
 
-// The key in Drawing::imageFiles of what is named by handle.
-[[nodiscard]] std::string ImageKey(const Group& handle);
-
-// Throws DxfFault for an object that makes no sense, as the next.
+// Throw DxfFault for an object that is incomplete.
 [[nodiscard]] Shape ReadImage(const DxfObject& object);
-
-// All of its frame where it has no polygon.
-[[nodiscard]] Shape ReadWipeout(const DxfObject& object);
+[[nodiscard]] Shape ReadWipeout(const DxfObject& object);  // without a polygon: the whole frame
 
 }  // namespace hdiplot

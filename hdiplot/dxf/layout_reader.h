@@ -1,42 +1,39 @@
-// The sheets of a DXF: LAYOUT objects and the VIEWPORT entities that show the model on them.
+// The sheets of a DXF: LAYOUT objects, and the VIEWPORT entities that show the model on them.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hdiplot/dxf/dxf_object.h"
-#include "hdiplot/dxf/name_decoder.h"
+#include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/model/drawing.h"
 
 namespace hdiplot {
 
-// The upper-case form of a handle, by which objects of a file name each other.
-[[nodiscard]] std::string HandleKey(const Group& handle);
-
-struct ReadLayout {
+struct LayoutRecord {
   Layout layout;            // without its block, and without what is skipped
-  std::string blockHandle;  // a HandleKey, of the record of the block that holds the layout's entities
+  std::string blockHandle;  // HandleKey of the record of the block with the layout's entities
 };
 
-// Nothing for an object that does not say which block it is the layout of.
-[[nodiscard]] std::optional<ReadLayout> LayoutOf(const DxfObject& object, const NameDecoder& names);
+// None for an object that does not name its block.
+[[nodiscard]] std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecoder& decoder);
 
-// What a VIEWPORT is to a plot.
 enum class ViewportUse {
-  kNone,       // the sheet itself, or without a view
-  kOff,        // the border alone is plotted
-  kNotPlanar,  // likewise, as its view is not from above
+  kNone,       // the sheet itself, or no valid view
+  kOff,        // only the border is plotted
+  kNotPlanar,  // likewise, since the view is not from above
   kShown,
 };
 
-struct ReadViewport {
+struct ViewportRecord {
   ViewportUse use = ViewportUse::kNone;
   ViewportEntity viewport;                 // without the clip and the layers frozen by handle
-  std::vector<std::string> frozenHandles;  // HandleKeys of layers, which older files have by name
+  std::vector<std::string> frozenHandles;  // HandleKeys of layers; older files have names instead
   std::string clipHandle;                  // HandleKey of the entity that is its outline; empty: none
 };
 
-// `isFirst`: of the viewports of its sheet; in some files the sheet itself is told by that alone.
-[[nodiscard]] ReadViewport ViewportOf(const DxfObject& entity, bool isFirst, const NameDecoder& names);
+// `isFirst`: of the viewports of its sheet. In some files only this identifies the sheet itself.
+[[nodiscard]] ViewportRecord ReadViewport(const DxfObject& entity, bool isFirst, const TextDecoder& decoder);
 
 }  // namespace hdiplot

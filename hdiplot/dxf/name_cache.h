@@ -8,23 +8,23 @@
 #include <unordered_set>
 #include <utility>
 
-#include "hdiplot/dxf/name_decoder.h"
+#include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/model/drawing.h"
-#include "hdiplot/system/ascii_case.h"
+#include "hdiplot/system/names.h"
 
 namespace hdiplot {
 
 class NameCache {
  public:
-  // Both have to outlive the cache, and the names as long as they are used.
-  NameCache(const NameDecoder& decoder, std::unordered_set<std::string>& names)
+  // Both have to outlive the cache; the names stay in `names`.
+  NameCache(const TextDecoder& decoder, std::unordered_set<std::string>& names)
       : decoder_(decoder), names_(names) {}
 
-  [[nodiscard]] const NameDecoder& Decoder() const { return decoder_; }
+  [[nodiscard]] const TextDecoder& Decoder() const { return decoder_; }
 
-  // The name in the group, as it is written or in capitals. Throws DxfFault for one that is too long.
-  Name Of(const Group& group) { return Find(written_, group, false); }
-  Name UpperCaseOf(const Group& group) { return Find(capitals_, group, true); }
+  // The name in the group, as written or folded. Throws DxfFault for one that is too long.
+  Name Written(const Group& group) { return Find(written_, group, false); }
+  Name Folded(const Group& group) { return Find(folded_, group, true); }
 
   Name Hold(const std::string& name) { return Name(&*names_.insert(name).first); }
 
@@ -33,26 +33,26 @@ class NameCache {
     using is_transparent = void;
   };
   struct Names {
-    std::unordered_map<std::string, Name, Hash, std::equal_to<>> byWritten;  // by what stands in the file
-    const std::pair<const std::string, Name>* last = nullptr;                // entities come in runs of one
+    std::unordered_map<std::string, Name, Hash, std::equal_to<>> byBytes;  // in the file
+    const std::pair<const std::string, Name>* last = nullptr;              // entities come in runs of one
   };
 
-  Name Find(Names& known, const Group& group, bool inCapitals) {
-    const std::string_view written = group.Value();
-    if (known.last != nullptr && known.last->first == written) return known.last->second;
-    auto found = known.byWritten.find(written);
-    if (found == known.byWritten.end()) {
-      const std::string name = decoder_.Decode(group);
-      found = known.byWritten.emplace(written, Hold(inCapitals ? UpperCase(name) : name)).first;
+  Name Find(Names& known, const Group& group, bool isFolded) {
+    const std::string_view bytes = group.Value();
+    if (known.last != nullptr && known.last->first == bytes) return known.last->second;
+    auto found = known.byBytes.find(bytes);
+    if (found == known.byBytes.end()) {
+      const std::string name = decoder_.DecodeName(group);
+      found = known.byBytes.emplace(bytes, Hold(isFolded ? FoldedName(name) : name)).first;
     }
     known.last = &*found;
     return found->second;
   }
 
-  const NameDecoder& decoder_;
+  const TextDecoder& decoder_;
   std::unordered_set<std::string>& names_;
   Names written_;
-  Names capitals_;
+  Names folded_;
 };
 
 }  // namespace hdiplot

@@ -24,18 +24,16 @@ constexpr uint64_t kFrame = 16;  // a control point of a fitted curve or surface
 constexpr uint64_t kMeshVertex = 64;
 constexpr uint64_t kFaceOrCorner = 128;  // of a polyface mesh; a corner is a mesh vertex, too
 
-uint64_t FlagsOf(const DxfObject& object) { return static_cast<uint64_t>(object.Integer(70, 0)); }
-
-// The direction that edges have does not matter, so that neighbouring faces share theirs.
+// In ascending order: neighbouring faces share an edge in opposite directions.
 using EdgeKey = std::pair<int64_t, int64_t>;
 
 }  // namespace
 
 Shape ReadLwPolyline(const DxfObject& object) {
   PolylineEntity polyline;
-  polyline.closed = (FlagsOf(object) & kClosed) != 0;
-  const double width = object.Real(43, 0);  // where a vertex has none of its own
-  polyline.vertices.reserve(object.Count(10));
+  polyline.closed = (object.Flags(70) & kClosed) != 0;
+  const double width = object.Real(43, 0);  // of vertices without their own
+  polyline.vertices.reserve(static_cast<size_t>(std::ranges::count(object.groups, 10, &Group::code)));
   size_t ordinates = 0;
   for (const Group& group : object.groups) {
     if (group.code == 10) {
@@ -63,7 +61,7 @@ Shape ReadLwPolyline(const DxfObject& object) {
 }
 
 PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
-    : flags_(FlagsOf(polyline)), place_(polyline.place), faults_(*polyline.faults) {
+    : flags_(polyline.Flags(70)), place_(polyline.place), faults_(polyline.faults) {
   outline_.closed = Has(kClosed);
   const bool isSmooth = Has(kSplineFit);  // a smooth mesh has counts of its own
   countM_ = polyline.Integer(isSmooth ? 73 : 71, 0);
@@ -76,7 +74,7 @@ PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
 }
 
 void PolylineBuilder::AddVertex(const DxfObject& vertex) {
-  const uint64_t flags = FlagsOf(vertex);
+  const uint64_t flags = vertex.Flags(70);
   if ((flags & kFrame) != 0) return;
   if (Has(kPolyface) && (flags & kFaceOrCorner) != 0 && (flags & kMeshVertex) == 0) {
     Face face;
@@ -87,14 +85,13 @@ void PolylineBuilder::AddVertex(const DxfObject& vertex) {
     faces_.push_back(face);
     return;
   }
-  constexpr int kNeeded[] = {10, 20};
-  vertex.Require(kNeeded);
-  PolyVertex& added = outline_.vertices.emplace_back();
-  added.point = {vertex.Real(10, 0), vertex.Real(20, 0)};
-  if (Has(kInSpace | kMesh | kPolyface)) return;
-  added.bulge = vertex.Real(42, 0);
-  added.startWidth = vertex.Real(40, startWidth_);
-  added.endWidth = vertex.Real(41, endWidth_);
+  PolyVertex added{vertex.NeededPoint(10)};
+  if (!Has(kInSpace | kMesh | kPolyface)) {
+    added.bulge = vertex.Real(42, 0);
+    added.startWidth = vertex.Real(40, startWidth_);
+    added.endWidth = vertex.Real(41, endWidth_);
+  }
+  outline_.vertices.push_back(added);
 }
 
 Shape PolylineBuilder::Finish() const {
@@ -103,7 +100,6 @@ Shape PolylineBuilder::Finish() const {
   return ProjectPolyline(plane_, outline_, elevation_);
 }
 
-// Lines along both directions.
 Shape PolylineBuilder::MeshGrid() const {
   const auto countM = static_cast<size_t>(countM_);
   const auto countN = static_cast<size_t>(countN_);

@@ -1,5 +1,5 @@
-// POLYLINE: an entity in several objects, the vertices following it up to SEQEND. It is a line in a plane or
-// in space, a polygon mesh of M by N vertices, or a polyface mesh, whose last vertices are faces.
+// LWPOLYLINE, and POLYLINE, whose vertices follow it as objects up to SEQEND. It is a line in a plane or in
+// space, a polygon mesh of M by N vertices, or a polyface mesh, whose last vertices are faces.
 #pragma once
 
 #include <array>
@@ -13,25 +13,25 @@
 namespace hdiplot {
 
 // Throws DxfFault.
-Shape ReadLwPolyline(const DxfObject& object);
+[[nodiscard]] Shape ReadLwPolyline(const DxfObject& object);
 
-// Throws DxfFault from all operations.
+// All operations throw DxfFault.
 class PolylineBuilder {
  public:
   explicit PolylineBuilder(const DxfObject& polyline);
 
   void AddVertex(const DxfObject& vertex);
 
-  // The shape of all vertices so far.
+  // The shape of the vertices so far.
   Shape Finish() const;
 
-  // Where the POLYLINE stands.
+  // Of the POLYLINE, as in DxfFault.
   size_t Place() const { return place_; }
 
  private:
   struct Face {
-    std::array<int64_t, 4>
-        corners{};  // from 1; negative: the edge to the next corner is hidden; 0: no corner
+    // Numbers of vertices from 1. Negative: the edge to the next corner is hidden. 0: no corner.
+    std::array<int64_t, 4> corners{};
     size_t place = 0;
   };
 

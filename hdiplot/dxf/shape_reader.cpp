@@ -4,107 +4,112 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "hdiplot/dxf/image_reader.h"
 #include "hdiplot/dxf/object_plane.h"
-#include "hdiplot/dxf/polyline_reader.h"
-#include "hdiplot/dxf/spline_check.h"
-#include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
 
-constexpr uint64_t kSplineClosed = 1;
-constexpr int64_t kCurved = 1;
-constexpr int64_t kMostCopies = 32767;  // in one direction of an INSERT's array
-
-uint64_t FlagsOf(const DxfObject& entity) { return static_cast<uint64_t>(entity.Integer(70, 0)); }
-
-Vec3 PointOf(const DxfObject& entity, int code) {
-  return {entity.Real(code, 0), entity.Real(code + 10, 0), entity.Real(code + 20, 0)};
-}
-
-Vec2 FlatPointOf(const DxfObject& entity, int code) {
-  return {entity.Real(code, 0), entity.Real(code + 10, 0)};
-}
-
-Vec2 NeededPoint(const DxfObject& entity, int code) {
-  const int codes[] = {code, code + 10};
-  entity.Require(codes);
-  return FlatPointOf(entity, code);
-}
-
-double NeededReal(const DxfObject& entity, int code) {
-  const int codes[] = {code};
-  entity.Require(codes);
-  return entity.Real(code, 0);
-}
-
-// All points of one code.
-std::vector<Vec2> PointsOf(const DxfObject& entity, int code) {
-  std::vector<Vec2> points;
-  points.reserve(entity.Count(code));
-  if (entity.Count(code + 10) != entity.Count(code)) {
-    throw DxfFault{entity.place, std::string(entity.type) + " has points with only one coordinate"};
-  }
-  for (const Group& group : entity.groups) {
-    if (group.code == code) points.push_back({group.number, 0});
-    if (group.code == code + 10 && !points.empty()) points.back().y = group.number;
-  }
-  return points;
-}
-
-Shape ReadPoint(const DxfObject& entity) { return PointEntity{NeededPoint(entity, 10)}; }
-
-Shape ReadLine(const DxfObject& entity) {
-  return LineEntity{NeededPoint(entity, 10), NeededPoint(entity, 11)};
-}
-
 double RadiusOf(const DxfObject& entity) {
-  const double radius = NeededReal(entity, 40);
-  const size_t place = entity.Find(40)->place;
+  const Group& radius = entity.Needed(40);
   const std::string type(entity.type);
-  if (radius < 0) entity.faults->Report({place, type + " has a negative radius"});
-  if (radius == 0 && !entity.faults->IsStrict()) throw DxfFault{place, type + " has no radius"};
-  return std::fabs(radius);
+  if (radius.number < 0) entity.faults.Report({radius.place, type + " has a negative radius"});
+  if (radius.number == 0 && !entity.faults.IsStrict()) throw DxfFault{radius.place, type + " has no radius"};
+  return std::fabs(radius.number);
 }
+
+// A triangle has its third corner twice, or no fourth one.
+std::vector<Vec2> CornersOf(const DxfObject& entity, const Ocs& plane) {
+  std::vector<Vec2> corners;
+  for (const int code : {10, 11, 12}) {
+    (void)entity.NeededPoint(code);
+    corners.push_back(plane.Project(entity.SpacePoint(code)));
+  }
+  const Vec3 fourth = entity.SpacePoint(13);
+  if (entity.Find(13) && fourth != entity.SpacePoint(12)) corners.push_back(plane.Project(fourth));
+  return corners;
+}
+
+// One if the number is invalid.
+int CopiesOf(const DxfObject& insert, int code) {
+  constexpr int64_t kMostCopies = 32767;
+  const int64_t copies = insert.Integer(code, 1);
+  if (copies >= 0 && copies <= kMostCopies) return std::max(1, static_cast<int>(copies));
+  insert.faults.Report({insert.Find(code)->place, "an INSERT cannot have " + std::to_string(copies) +
+                                                      (code == 70 ? " columns" : " rows")});
+  return 1;
+}
+
+// Uniform knots, so that the curve starts and ends at control points.
+std::vector<double> EvenKnots(size_t controlPoints, size_t degree) {
+  std::vector<double> knots(controlPoints + degree + 1);
+  const size_t steps = controlPoints - degree;
+  for (size_t i = 0; i < knots.size(); ++i) {
+    knots[i] = static_cast<double>(std::clamp(i, degree, degree + steps) - degree);
+  }
+  return knots;
+}
+
+void CheckKnots(const SplineEntity& spline, size_t place) {
+  const auto degree = static_cast<size_t>(spline.degree);
+  const size_t needed = spline.controlPoints.size() + degree + 1;
+  if (spline.knots.size() != needed) {
+    throw DxfFault{place, "a spline of degree " + std::to_string(degree) + " with " +
+                              std::to_string(spline.controlPoints.size()) + " control points needs " +
+                              std::to_string(needed) + " knots, but has " +
+                              std::to_string(spline.knots.size())};
+  }
+  if (!std::ranges::is_sorted(spline.knots)) throw DxfFault{place, "the spline's knots are not in order"};
+  if (spline.knots[degree] >= spline.knots[spline.controlPoints.size()]) {
+    throw DxfFault{place, "the spline's knots leave it no length"};
+  }
+}
+
+void CheckWeights(SplineEntity& spline, size_t place) {
+  if (spline.weights.empty()) return;
+  if (spline.weights.size() != spline.controlPoints.size()) {
+    throw DxfFault{place, "the spline has " + std::to_string(spline.controlPoints.size()) +
+                              " control points, but " + std::to_string(spline.weights.size()) + " weights"};
+  }
+  if (std::ranges::any_of(spline.weights, [](double weight) { return weight <= 0; })) {
+    throw DxfFault{place, "a weight of the spline is not above 0"};
+  }
+  if (std::ranges::adjacent_find(spline.weights, std::not_equal_to<>()) == spline.weights.end()) {
+    spline.weights.clear();
+  }
+}
+
+}  // namespace
+
+Shape ReadPoint(const DxfObject& entity) { return PointEntity{entity.NeededPoint(10)}; }
+
+Shape ReadLine(const DxfObject& entity) { return LineEntity{entity.NeededPoint(10), entity.NeededPoint(11)}; }
 
 Shape ReadCircle(const DxfObject& entity) {
-  const Vec2 center = NeededPoint(entity, 10);
+  const Vec2 center = entity.NeededPoint(10);
   return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), RadiusOf(entity), {0, kWholeTurn});
 }
 
 Shape ReadArc(const DxfObject& entity) {
-  const Vec2 center = NeededPoint(entity, 10);
+  const Vec2 center = entity.NeededPoint(10);
   const double radius = RadiusOf(entity);
-  const double start = NeededReal(entity, 50);
-  const Sweep sweep = NormalizedSweep(Radians(start), Radians(NeededReal(entity, 51)));
+  const double start = entity.Needed(50).number;
+  const Sweep sweep = NormalizedSweep(Radians(start), Radians(entity.Needed(51).number));
   return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), radius, sweep);
 }
 
 Shape ReadEllipse(const DxfObject& entity) {
-  const Vec2 center = NeededPoint(entity, 10);
-  (void)NeededPoint(entity, 11);
-  const double ratio = NeededReal(entity, 40);
-  const Vec3 major = PointOf(entity, 11);
+  const Vec2 center = entity.NeededPoint(10);
+  (void)entity.NeededPoint(11);
+  const double ratio = entity.Needed(40).number;
+  const Vec3 major = entity.SpacePoint(11);
   const Vec3 minor = PlaneOf(entity).MinorDirection(major);
   const Sweep sweep = NormalizedSweep(entity.Real(41, 0), entity.Real(42, kWholeTurn));
   return OnPrincipalAxes({center, Flat(major), Flat(minor) * ratio, sweep.start, sweep.end});
-}
-
-// Three corners are written as four, the last one twice, or without the fourth.
-std::vector<Vec2> CornersOf(const DxfObject& entity, const Ocs& plane) {
-  std::vector<Vec2> corners;
-  for (const int code : {10, 11, 12}) {
-    (void)NeededPoint(entity, code);
-    corners.push_back(plane.Project(PointOf(entity, code)));
-  }
-  const Vec3 third = PointOf(entity, 12);
-  const Vec3 fourth = PointOf(entity, 13);
-  if (fourth != third && entity.Find(13)) corners.push_back(plane.Project(fourth));
-  return corners;
 }
 
 Shape ReadSolid(const DxfObject& entity) {
@@ -116,19 +121,20 @@ Shape ReadSolid(const DxfObject& entity) {
 Shape ReadFace(const DxfObject& entity) {
   FaceEntity face;
   face.corners = CornersOf(entity, Ocs());
-  const uint64_t hidden = FlagsOf(entity);
+  const uint64_t hidden = entity.Flags(70);
   for (size_t i = 0; i < 4; ++i) face.edgeVisible[i] = (hidden >> i & 1) == 0;
-  // Of a triangle the third edge, back to the start, is the fourth of the four.
+  // A triangle's third edge, back to the start, is written as the fourth one.
   if (face.corners.size() == 3) face.edgeVisible[2] = face.edgeVisible[3];
   return face;
 }
 
 Shape ReadSpline(const DxfObject& entity) {
+  constexpr uint64_t kClosed = 1;
   SplineEntity spline;
   spline.degree = static_cast<int>(entity.Integer(71, spline.degree));
-  spline.closed = (FlagsOf(entity) & kSplineClosed) != 0;
-  spline.controlPoints = PointsOf(entity, 10);
-  spline.fitPoints = PointsOf(entity, 11);
+  spline.closed = (entity.Flags(70) & kClosed) != 0;
+  spline.controlPoints = entity.Points(10);
+  spline.fitPoints = entity.Points(11);
   for (const Group& group : entity.groups) {
     if (group.code == 40) spline.knots.push_back(group.number);
     if (group.code == 41) spline.weights.push_back(group.number);
@@ -141,8 +147,9 @@ Shape ReadSpline(const DxfObject& entity) {
 }
 
 Shape ReadLeader(const DxfObject& entity) {
-  (void)NeededPoint(entity, 10);
-  std::vector<Vec2> points = PointsOf(entity, 10);
+  constexpr int64_t kCurved = 1;
+  (void)entity.NeededPoint(10);
+  std::vector<Vec2> points = entity.Points(10);
   entity.CheckCount(entity.Find(76), points.size());
   if (entity.Integer(72, 0) == kCurved && points.size() > 2) {
     SplineEntity curve;
@@ -154,43 +161,43 @@ Shape ReadLeader(const DxfObject& entity) {
   return polyline;
 }
 
-// One where the number makes no sense.
-int CopiesOf(const DxfObject& insert, int code) {
-  const Group* group = insert.Find(code);
-  if (!group || group->Integer() == 0) return 1;
-  if (group->Integer() >= 0 && group->Integer() <= kMostCopies) return static_cast<int>(group->Integer());
-  insert.faults->Report({group->place, "an INSERT cannot have " + std::to_string(group->Integer()) +
-                                           (code == 70 ? " columns" : " rows")});
-  return 1;
-}
-
-}  // namespace
-
-ShapeReader FindShapeReader(std::string_view type) {
-  constexpr std::pair<std::string_view, ShapeReader> kReaders[] = {
-      {"LINE", ReadLine},      {"LWPOLYLINE", ReadLwPolyline}, {"ARC", ReadArc},       {"CIRCLE", ReadCircle},
-      {"POINT", ReadPoint},    {"ELLIPSE", ReadEllipse},       {"SOLID", ReadSolid},   {"TRACE", ReadSolid},
-      {"3DFACE", ReadFace},    {"SPLINE", ReadSpline},         {"LEADER", ReadLeader}, {"IMAGE", ReadImage},
-      {"WIPEOUT", ReadWipeout}};
-  const auto found = std::ranges::find(kReaders, type, &std::pair<std::string_view, ShapeReader>::first);
-  return found == std::end(kReaders) ? nullptr : found->second;
-}
-
-InsertEntity ReadInsert(const DxfObject& entity, const NameDecoder& names) {
+InsertEntity ReadInsert(const DxfObject& entity, NameCache& names) {
   InsertEntity insert;
-  constexpr int kName[] = {2};
-  entity.Require(kName);
-  insert.at = NeededPoint(entity, 10);
-  insert.block = UpperCase(names.Decode(*entity.Find(2)));
+  const Group& block = entity.Needed(2);
+  insert.at = entity.NeededPoint(10);
+  insert.block = names.Folded(block);
   insert.scaleX = entity.Real(41, 1);
   insert.scaleY = entity.Real(42, 1);
-  insert.rotation = Radians(entity.Real(50, 0));
+  insert.rotation = entity.Angle(50);
   insert.mirrored = PlaneOf(entity).GetKind() == Ocs::Kind::kMirrored;
   insert.columns = CopiesOf(entity, 70);
   insert.rows = CopiesOf(entity, 71);
   insert.columnSpacing = entity.Real(44, 0);
   insert.rowSpacing = entity.Real(45, 0);
   return insert;
+}
+
+void CompleteSpline(SplineEntity& spline, size_t place) {
+  constexpr int kHighestDegree = 25;
+  if (spline.degree < 1 || spline.degree > kHighestDegree) {
+    throw DxfFault{place, "a spline cannot have the degree " + std::to_string(spline.degree)};
+  }
+  if (spline.controlPoints.empty()) {
+    if (spline.fitPoints.size() < 2) throw DxfFault{place, "the spline has no points"};
+    spline.knots.clear();
+    spline.weights.clear();
+    return;
+  }
+  const auto degree = static_cast<size_t>(spline.degree);
+  if (spline.controlPoints.size() <= degree) {
+    throw DxfFault{place, "a spline of degree " + std::to_string(degree) + " needs " +
+                              std::to_string(degree + 1) + " control points, but has " +
+                              std::to_string(spline.controlPoints.size())};
+  }
+  if (spline.knots.empty()) spline.knots = EvenKnots(spline.controlPoints.size(), degree);
+  CheckKnots(spline, place);
+  CheckWeights(spline, place);
+  spline.fitPoints.clear();
 }
 
 }  // namespace hdiplot

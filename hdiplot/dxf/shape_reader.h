@@ -1,21 +1,30 @@
-// The shapes of entities of one object whose groups can stand in any order: lines, arcs, images and the like,
-// INSERT and LEADER.
+// Entities of one object whose groups can be in any order: lines, arcs, splines and the like, LEADER and
+// INSERT.
 #pragma once
 
-#include <string_view>
+#include <cstddef>
 
 #include "hdiplot/dxf/dxf_object.h"
-#include "hdiplot/dxf/name_decoder.h"
+#include "hdiplot/dxf/name_cache.h"
 #include "hdiplot/model/drawing.h"
 
 namespace hdiplot {
 
-using ShapeReader = Shape (*)(const DxfObject& entity);
+// All of these throw DxfFault for an entity that has no shape.
+[[nodiscard]] Shape ReadPoint(const DxfObject& entity);
+[[nodiscard]] Shape ReadLine(const DxfObject& entity);
+[[nodiscard]] Shape ReadCircle(const DxfObject& entity);
+[[nodiscard]] Shape ReadArc(const DxfObject& entity);
+[[nodiscard]] Shape ReadEllipse(const DxfObject& entity);
+[[nodiscard]] Shape ReadSolid(const DxfObject& entity);  // and TRACE
+[[nodiscard]] Shape ReadFace(const DxfObject& entity);   // 3DFACE
+[[nodiscard]] Shape ReadSpline(const DxfObject& entity);
+[[nodiscard]] Shape ReadLeader(const DxfObject& entity);
+[[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, NameCache& names);
 
-// Null for other types of entity. The reader throws DxfFault for an entity that has no shape.
-[[nodiscard]] ShapeReader FindShapeReader(std::string_view type);
-
-// Throws DxfFault likewise.
-[[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, const NameDecoder& names);
+// Completes a spline of an entity or a hatch at that place: adds missing knots, drops weights that are all
+// the same, and fit points if there are control points. Throws DxfFault if degree, counts, knots or weights
+// do not fit together, so that evaluation needs no checks.
+void CompleteSpline(SplineEntity& spline, size_t place);
 
 }  // namespace hdiplot

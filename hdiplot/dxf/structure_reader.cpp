@@ -1,11 +1,9 @@
-// The outline of a DXF: SECTION ... ENDSEC, within them TABLE ... ENDTAB and BLOCK ... ENDBLK.
+// SECTION ... ENDSEC, which contain TABLE ... ENDTAB and BLOCK ... ENDBLK.
 #include "hdiplot/dxf/structure_reader.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
-
-#include "hdiplot/dxf/shape_reader.h"
 
 namespace hdiplot {
 namespace {
@@ -20,19 +18,14 @@ constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE",
 constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
 constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF"};
 
-// With the shapes, what is plotted.
-constexpr std::string_view kOtherEntities[] = {"INSERT",   "TEXT",     "MTEXT",    "ATTRIB",
-                                               "ATTDEF",   "HATCH",    "VERTEX",   "SEQEND",
-                                               "POLYLINE", "VIEWPORT", "DIMENSION"};
-
 template <typename Types>
 bool IsOneOf(std::string_view type, const Types& types) {
   return std::ranges::find(types, type) != std::end(types);
 }
 
-// Keeps what belongs to an object itself: nothing between "{" and "}" of group 102 (other programs' notes and
-// links), nothing of an object embedded in it (from group 101 on) or of the record about one (in an
-// attribute), all of which use codes again that mean something else in the object.
+// Rejects groups whose codes have another meaning in the object itself: those between "{" and "}" of group
+// 102 (links and data of other programs), of an embedded object (from group 101 on), and of a record in an
+// attribute.
 class ForeignDataFilter {
  public:
   bool Keeps(const Group& group) {
@@ -45,7 +38,7 @@ class ForeignDataFilter {
     return !braced_ && !embedded_;
   }
 
-  // Of what it does not keep: whether it is the handle of the object's dictionary.
+  // Whether a group that it rejects is the handle of the object's dictionary.
   bool IsDictionary(const Group& group) const { return inDictionary_ && !embedded_ && group.code == 360; }
 
  private:
@@ -58,9 +51,7 @@ class ForeignDataFilter {
 
 StructureReader::StructureReader(GroupSource& source, DrawingBuilder& builder, FaultLog& faults,
                                  Progress& progress)
-    : source_(source), builder_(builder), faults_(faults), progress_(progress) {
-  object_.faults = &faults;
-}
+    : source_(source), builder_(builder), faults_(faults), progress_(progress), object_(faults) {}
 
 StructureReader::Section StructureReader::SectionOf(std::string_view name) {
   for (const Section section :
@@ -88,7 +79,7 @@ void StructureReader::Read() {
   LeaveSection();
 }
 
-// Whether nothing follows on EOF.
+// Whether EOF is followed by no other object.
 bool StructureReader::EndsAtMark() {
   const Group mark = group_;
   if (!faults_.IsStrict() && source_.Next(group_) == GroupSource::Step::kGroup && group_.code == kTypeCode) {
@@ -149,7 +140,7 @@ void StructureReader::LeaveSection() {
   EnterSection(Section::kNone, {});
 }
 
-// Where something starts or ends that cannot stand in a section.
+// Before something that cannot be in a section.
 void StructureReader::CloseSection() {
   CloseTableOrBlock();
   if (sectionPlace_ != 0) {
@@ -207,49 +198,53 @@ void StructureReader::ReadStrayGroups() {
   } while (!atEnd_ && !isAtNext());
 }
 
-// The section that an object of the type belongs to. Reports when that is not the one at hand, and enters it
-// unless something else is to be expected next: the rest of a block, or entities behind a block's mark.
+// The section that objects of the type belong to, if they belong to one.
+StructureReader::Section StructureReader::HomeOf(std::string_view type) const {
+  if (IsOneOf(type, kTableTypes)) return Section::kTables;
+  if (IsOneOf(type, kBlockTypes)) return Section::kBlocks;
+  if (IsOneOf(type, kObjectTypes)) return Section::kObjects;
+  if (builder_.Plots(type)) return section_ == Section::kBlocks ? Section::kBlocks : Section::kEntities;
+  return section_;
+}
+
+// What an object of the type is missing around it. Empty: nothing.
+std::string StructureReader::MissingAround(std::string_view type, Section home) const {
+  if (section_ == Section::kNone) return "any section";
+  if (home != section_) return std::string("the section ").append(NameOf(home));
+  if (home == Section::kTables && tablePlace_ == 0 && type != "TABLE") return "any table";
+  if (home == Section::kBlocks && blockPlace_ == 0 && type != "BLOCK") return "any block";
+  return "";
+}
+
+// Returns the section that an object of the type belongs to. Reports if that is not the current one, and
+// enters it unless the rest of a block, or entities after a stray mark of a block, are expected next.
 StructureReader::Section StructureReader::Settle(std::string_view type) {
-  const bool isPlotted = FindShapeReader(type) != nullptr || IsOneOf(type, kOtherEntities);
-  if (isPlotted && (section_ == Section::kEntities || blockPlace_ != 0)) {
+  if ((section_ == Section::kEntities || blockPlace_ != 0) && builder_.Plots(type)) {
     isAstray_ = false;
     return section_;
   }
   const bool isBlock = IsOneOf(type, kBlockTypes);
-  // Of what is within the outline, the strict reading knows no more than that blocks have a section.
+  // Strict reading checks within sections only that blocks are in theirs.
   const bool isWithin = tablePlace_ != 0 || blockPlace_ != 0 || section_ == Section::kObjects ||
                         section_ == Section::kOther || (section_ == Section::kEntities && !isBlock);
   if (faults_.IsStrict() && isWithin) return section_;
-  Section home = section_;
-  if (IsOneOf(type, kTableTypes)) home = Section::kTables;
-  if (isBlock) home = Section::kBlocks;
-  if (IsOneOf(type, kObjectTypes)) home = Section::kObjects;
-  if (isPlotted && section_ != Section::kBlocks) home = Section::kEntities;
-
-  std::string outside;
-  if (section_ == Section::kNone) {
-    outside = "any section";
-  } else if (section_ == Section::kTables && home == section_ && tablePlace_ == 0 && type != "TABLE") {
-    outside = "any table";
-  } else if (section_ == Section::kBlocks && home == section_ && blockPlace_ == 0 && type != "BLOCK") {
-    outside = "any block";
-  } else if (home != section_) {
-    outside = std::string("the section ").append(NameOf(home));
-  }
-  if (!outside.empty() && !isAstray_) Report(Quoted(type) + " stands outside of " + outside);
+  const Section home = HomeOf(type);
+  const std::string missing = MissingAround(type, home);
+  if (!missing.empty() && !isAstray_) Report(Quoted(type) + " stands outside of " + missing);
   const bool isAmongEntities = isBlock && section_ == Section::kEntities;
   if (home != section_ && blockPlace_ == 0 && !isAmongEntities) {
     CloseTableOrBlock();
     LeaveSection();
     EnterSection(home, NameOf(home));
   }
-  isAstray_ = !outside.empty();
+  isAstray_ = !missing.empty();
   return home;
 }
 
 void StructureReader::ReadObject(std::string_view type) {
   if (type == "TABLE" || type == "BLOCK") CloseTableOrBlock();
-  const bool isPolylineMark = type == "POLYLINE" || type == "SEQEND";  // which hold others together
+  // The vertices in between need these, even if they are damaged.
+  const bool isPolylineMark = type == "POLYLINE" || type == "SEQEND";
   switch (Settle(type)) {
     case Section::kTables:
       if (type == "TABLE" || type == "ENDTAB") {
@@ -263,7 +258,7 @@ void StructureReader::ReadObject(std::string_view type) {
       if (type == "BLOCK") {
         blockPlace_ = group_.place;
         const bool isBlock = HandOver(&DrawingBuilder::OnBlock, true);
-        if (!isBlock && section_ != Section::kBlocks) EndBlock();  // what follows is not its content
+        if (!isBlock && section_ != Section::kBlocks) EndBlock();  // entities of the section follow
       } else if (type == "ENDBLK") {
         if (blockPlace_ != 0) EndBlock();
         HandOver(nullptr, true);
@@ -275,7 +270,7 @@ void StructureReader::ReadObject(std::string_view type) {
       HandOver(&DrawingBuilder::OnEntity, isPolylineMark);
       break;
     case Section::kObjects:
-      // Objects are of any form, and most of them nobody looks into.
+      // Numbers of most objects are not used.
       source_.SetValueCheck(type == "LAYOUT" ? ValueCheck::kNumber : ValueCheck::kNone);
       HandOver(&DrawingBuilder::OnObject, true);
       source_.SetValueCheck(check_);
@@ -285,9 +280,9 @@ void StructureReader::ReadObject(std::string_view type) {
   }
 }
 
-bool StructureReader::HandOver(Visit visit, bool isOfUseInPart) {
+bool StructureReader::HandOver(Visit visit, bool isUsefulInPart) {
   CollectObject();
-  if (damage_ && !isDamageSlight_ && !isOfUseInPart) {
+  if (damage_ && !isDamageSlight_ && !isUsefulInPart) {
     faults_.ReportLeftOut(*std::exchange(damage_, std::nullopt), object_.type);
     return false;
   }
@@ -304,14 +299,12 @@ bool StructureReader::HandOver(Visit visit, bool isOfUseInPart) {
 
 void StructureReader::CollectObject() {
   ReportDamage();
+  object_.Clear();
   object_.type = group_.Value();
   object_.place = group_.place;
-  object_.groups.clear();
-  object_.extended.clear();
-  object_.dictionary = {};
   ForeignDataFilter filter;
   const int end = section_ == Section::kHeader ? kVariableCode : kTypeCode;  // elsewhere group 9 is a text
-  // Each group is read where it stays; a copy would wait for what has just been written.
+  // Groups are read in place, since most of them stay.
   while (true) {
     Group& group = object_.groups.emplace_back();
     Advance(group);
@@ -319,6 +312,7 @@ void StructureReader::CollectObject() {
     if (group.code >= kFirstExtendedCode) {
       object_.extended.push_back(group);
     } else if (filter.Keeps(group)) {
+      object_.IndexLast();
       continue;
     } else if (filter.IsDictionary(group)) {
       object_.dictionary = group.Value();
@@ -340,7 +334,7 @@ void StructureReader::Advance(Group& group) {
       faults_.Report({source_.Place(), "the file is cut off: it ends here" + where + ", without EOF"});
       return;
     }
-    // A whole number is hardly ever what makes up an entity.
+    // An entity can do without a whole number, mostly.
     NoteDamage(step == Step::kBadValue ? FormOf(group.code) != ValueForm::kReal : source_.SkipDamage());
   }
 }

@@ -1,5 +1,5 @@
-// Walks through the sections, tables and blocks of a DXF and hands over what stands in them. Where they are
-// not properly nested it reports that, and tells by its type where an object belongs.
+// Reads the sections, tables and blocks of a DXF and hands their objects to the builder. Where they are not
+// properly nested, it reports that and goes by the types of the objects.
 #pragma once
 
 #include <optional>
@@ -30,22 +30,24 @@ class StructureReader {
   void ReadObject(std::string_view type);
   void ReadStrayGroups();
   void BeginSection();
-  // `place` is that of the mark of the section, if it has one.
+  // `place` is that of the group SECTION; 0 without one.
   void EnterSection(Section section, std::string_view name, size_t place = 0);
   void LeaveSection();
   void CloseSection();
   void CloseTableOrBlock();
   void EndBlock();
+  [[nodiscard]] Section HomeOf(std::string_view type) const;
+  [[nodiscard]] std::string MissingAround(std::string_view type, Section home) const;
   Section Settle(std::string_view type);
   bool EndsAtMark();
 
   using Visit = void (DrawingBuilder::*)(const DxfObject&);
-  // Collects the object at hand and hands it over. Of one that is damaged, what could be read is handed over
-  // when it is of use in part; else it is left out. Whether it was taken.
-  bool HandOver(Visit visit, bool isOfUseInPart);
+  // Collects the current object and hands it over. A damaged one is left out unless it is useful in part.
+  // Returns whether it was taken.
+  bool HandOver(Visit visit, bool isUsefulInPart);
   void CollectObject();
 
-  // Takes the next group that can be used; at the end one of code 0 without a value.
+  // Reads the next usable group; at the end of the file one of code 0 without a value.
   void Advance(Group& group);
   void Advance() { Advance(group_); }
   void NoteDamage(bool isSlight);
@@ -62,15 +64,15 @@ class StructureReader {
   Group group_;
   bool atEnd_ = false;
   DxfObject object_;
-  std::optional<DxfFault> damage_;  // the first of the object at hand, not yet reported
+  std::optional<DxfFault> damage_;  // the first one of the current object, not yet reported
   bool isDamageSlight_ = true;
   Section section_ = Section::kNone;
   ValueCheck check_ = ValueCheck::kNumber;  // the section's
   std::string sectionName_;
   size_t sectionPlace_ = 0;
-  size_t tablePlace_ = 0;  // of the table that is open, 0 without one; the same of the next
+  size_t tablePlace_ = 0;  // of the open table, like the next; 0: there is none
   size_t blockPlace_ = 0;
-  bool isAstray_ = false;  // objects without a place have been reported, and there was no other since
+  bool isAstray_ = false;  // a misplaced object has been reported, and no other followed
 };
 
 }  // namespace hdiplot

@@ -1,4 +1,4 @@
-// Lines, group codes and numbers. Numbers are read with std::from_chars: no locale, no allocation.
+// Numbers are parsed with std::from_chars: without a locale and without allocation.
 #include "hdiplot/dxf/text_groups.h"
 
 #include <algorithm>
@@ -19,8 +19,8 @@ int ParseCode(std::string_view text) {
   return code <= kHighestCode ? code : kNoCode;
 }
 
-// Reads the whole of the text as a number; what is none is not a number. std::from_chars knows no plus sign,
-// and calls what is too small for a double out of range just like what is too large.
+// NaN unless all of the text is a number. std::from_chars accepts no plus sign, and reports numbers too small
+// for a double as out of range, like those too large.
 double ParseNumber(std::string_view text) {
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   double number = 0;
@@ -56,16 +56,15 @@ GroupSource::Step TextGroups::Next(Group& group) {
     group.length = static_cast<uint32_t>(content.size());
   } while (group.code == kComment);
   group.place = cursor_.line;
-  if (!IsPossibleStart(group)) return FailAtStart(group);
-  if (group.code == 0 || group.code == 9) object_ = cursor_;
-  if (check_ == ValueCheck::kNone || !IsNumber(FormOf(group.code))) return Step::kGroup;
-  const std::string_view value = group.Value();
-  group.number = ParseNumber(value);
-  if (IsUsable(group.code, group.number, check_)) return Step::kGroup;
-  return Fail(Step::kBadValue, group.place, NumberProblem(group.code, group.number, value));
+  if (group.code == 0 && !IsPossibleType(group)) return FailAtType(group);
+  if (IsStart(group.code)) object_ = cursor_;
+  const ValueForm form = FormOf(group.code);
+  if (!NeedsNumber(form)) return Step::kGroup;
+  group.number = ParseNumber(group.Value());
+  return IsUsable(form, group.number) ? Step::kGroup : FailAtNumber(group, group.Value());
 }
 
-// Lines are short, so that a search for their end costs more to begin than to do by hand.
+// Lines are so short that a call of memchr costs more than this loop.
 bool TextGroups::NextLine(std::string_view& content, bool isValue) {
   if (cursor_.at >= text_.size()) return false;
   size_t end = cursor_.at;
@@ -85,8 +84,8 @@ bool TextGroups::NextLine(std::string_view& content, bool isValue) {
   return true;
 }
 
-// Where the next line starts behind a carriage return, if that ends one; else 0. One alone does so where a
-// group code follows; others are part of a text.
+// Where the next line starts if the carriage return at `at` ends one, else 0. One without a line feed ends a
+// value if a group code follows; otherwise it is part of a text.
 size_t TextGroups::BehindReturn(size_t at, bool isValue) const {
   constexpr size_t kLongestCode = 20;  // with blanks
   const size_t behind = std::min(text_.find_first_not_of('\r', at), text_.size());
@@ -104,7 +103,7 @@ bool TextGroups::SkipDamage() {
   std::string_view value;
   for (Cursor before = cursor_; NextLine(code, false); before = cursor_) {
     const int number = ParseCode(Trimmed(code));
-    if (number != 0 && number != 9) continue;
+    if (!IsStart(number)) continue;
     const Cursor behind = cursor_;
     const bool starts = NextLine(value, true) && StartsObject(number, Trimmed(value));
     cursor_ = starts ? before : behind;

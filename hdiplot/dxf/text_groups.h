@@ -9,7 +9,7 @@ namespace hdiplot {
 
 class TextGroups : public GroupSource {
  public:
-  // The text has to outlive the groups. Lines end in LF, CR LF or CR, of which there may be several kinds.
+  // `text` has to outlive the groups. Lines end in LF, CR LF or CR, which may be mixed.
   explicit TextGroups(std::string_view text) : text_(text) {}
 
   Step Next(Group& group) override;
@@ -29,7 +29,7 @@ class TextGroups : public GroupSource {
 
   std::string_view text_;
   Cursor cursor_;
-  Cursor object_;  // behind the start of the object at hand
+  Cursor object_;  // after the start of the current object
 };
 
 }  // namespace hdiplot

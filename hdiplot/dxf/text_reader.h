@@ -1,4 +1,4 @@
-// The lettering of a DXF: TEXT, ATTRIB, ATTDEF and MTEXT, and the styles that they name.
+// TEXT, ATTRIB, ATTDEF and MTEXT, and the text styles.
 #pragma once
 
 #include <map>
@@ -11,30 +11,24 @@
 
 namespace hdiplot {
 
-// In bytes. Longer texts are no texts: they are cut, so that no file takes all the memory.
+// In bytes. Longer texts are cut, to limit the memory of a faulty file.
 inline constexpr size_t kLongestText = 1 << 18;
 
-// Cuts a text that is longer, in front of a character. Whether it was.
+// Cuts a text that is longer, between characters. Returns whether it was.
 [[nodiscard]] bool CutLongText(std::string& utf8);
+
+// None for an entry that stands for a file of shapes. Throws DxfFault, like the next.
+[[nodiscard]] std::optional<TextStyle> ReadStyle(const DxfObject& entry, const TextDecoder& decoder);
 
 class TextReader {
  public:
-  // Both have to outlive the reader. The styles are those read so far, by upper-case name.
+  // Both have to outlive the reader. The styles are those read so far, by folded name.
   TextReader(NameCache& names, const std::map<std::string, TextStyle>& styles)
       : names_(names), styles_(styles) {}
 
-  // All of these throw DxfFault for an object that makes no sense.
-
-  struct NamedStyle {
-    std::string name;  // upper case
-    TextStyle style;
-  };
-  // Nothing for the entries that stand for a file of shapes.
-  std::optional<NamedStyle> ReadStyle(const DxfObject& entry) const;
-
-  // A TEXT, ATTRIB or ATTDEF; nothing where none of it can be seen.
-  std::optional<TextEntity> ReadText(const DxfObject& object, bool inBlock) const;
-  std::optional<MTextEntity> ReadMText(const DxfObject& object) const;
+  // A TEXT, ATTRIB or ATTDEF. None if nothing of it is visible, like the next.
+  [[nodiscard]] std::optional<TextEntity> ReadText(const DxfObject& object, bool inBlock) const;
+  [[nodiscard]] std::optional<MTextEntity> ReadMText(const DxfObject& object) const;
 
  private:
   Name StyleOf(const DxfObject& object) const;

@@ -55,26 +55,28 @@ class Name {
   operator const std::string&() const { return *held_; }
   bool operator==(std::string_view text) const { return *held_ == text; }
   [[nodiscard]] bool empty() const { return held_->empty(); }
+  [[nodiscard]] const std::string& Text() const { return *held_; }
 
  private:
   const std::string* held_;
 };
 
 inline const std::string kLayerZero = "0";
-inline const std::string kByLayer = "BYLAYER";
-inline const std::string kStandardStyle = "STANDARD";
-inline const std::string kNoLink;
+inline const std::string kByLayer = "bylayer";
+inline const std::string kByBlock = "byblock";
+inline const std::string kStandardStyle = "standard";
+inline const std::string kNoName;
 
 struct Attributes {
   Name layer{&kLayerZero};
   EntityColor color;
-  Name lineType{&kByLayer};  // upper case
+  Name lineType{&kByLayer};  // folded
   double lineTypeScale = 1;
   int lineWeight = kLineWeightByLayer;
   EntityAlpha alpha;
   bool visible = true;
   bool paperSpace = false;
-  Name link{&kNoLink};  // what the entity leads to, an address or a file; empty: nothing
+  Name link{&kNoName};  // an address or a file; empty: none
 };
 
 struct LineEntity {
@@ -172,7 +174,7 @@ enum class TextLine : uint8_t { kBase, kBottom, kMiddle, kTop };  // which line 
 // behind.
 struct TextEntity {             // TEXT, ATTRIB and ATTDEF
   std::string text;             // with %% codes
-  Name style{&kStandardStyle};  // upper case
+  Name style{&kStandardStyle};  // folded
   Vec2 place;
   Vec2 end;  // for kAligned and kFit
   Vec2 right{1, 0};
@@ -188,7 +190,7 @@ struct TextEntity {             // TEXT, ATTRIB and ATTDEF
 
 struct MTextEntity {            // MTEXT
   std::string text;             // with formatting codes
-  Name style{&kStandardStyle};  // upper case
+  Name style{&kStandardStyle};  // folded
   Vec2 place;
   int attachment = 1;  // 1 to 9: top left, top centre, top right, middle left, ... bottom right
   Vec2 right{1, 0};
@@ -226,8 +228,8 @@ struct WipeoutEntity {                   // WIPEOUT
   std::vector<std::vector<Vec2>> rings;  // filled together by the even-odd rule
 };
 
-struct InsertEntity {  // INSERT, and DIMENSION through its block
-  std::string block;
+struct InsertEntity {    // INSERT, and DIMENSION through its block
+  Name block{&kNoName};  // folded
   Vec2 at;
   double scaleX = 1;
   double scaleY = 1;
@@ -267,7 +269,7 @@ using Entities = std::deque<Entity>;  // which takes no room beyond theirs, and 
 
 struct Layer {
   EntityColor color{EntityColor::Kind::kIndex, 7};
-  std::string lineType = "CONTINUOUS";  // upper case
+  std::string lineType = "continuous";  // folded
   int lineWeight = kLineWeightDefault;
   bool off = false;
   bool frozen = false;
@@ -314,7 +316,7 @@ struct LayoutSheet {
   bool operator==(const LayoutSheet&) const = default;
 };
 
-inline constexpr const char* kActivePaper = "*PAPER_SPACE";
+inline constexpr const char* kActivePaper = "*paper_space";
 
 struct Layout {  // a sheet in paper space
   std::string name;
@@ -331,11 +333,11 @@ struct Drawing {
   std::string name;  // the file's name without directories
   Entities entities;
   std::map<std::string, Layer> layers;            // by name as written; look-ups are without regard to case
-  std::map<std::string, LineType> lineTypes;      // by upper-case name
-  std::map<std::string, Block> blocks;            // by upper-case name
+  std::map<std::string, LineType> lineTypes;      // by folded name
+  std::map<std::string, Block> blocks;            // by folded name
   std::map<std::string, std::string> imageFiles;  // as the drawing names them, by upper-case handle
   std::filesystem::path folder;                   // that the file is in
-  std::map<std::string, TextStyle> textStyles;    // by upper-case name
+  std::map<std::string, TextStyle> textStyles;    // by folded name
   std::vector<Layout> layouts;    // in their order; one at least when paper space has entities
   double lineTypeScale = 1;       // $LTSCALE
   bool paperLineTypes = true;     // $PSLTSCALE: line types in viewports are as long as on paper

@@ -86,9 +86,9 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
   }
 
   style.lineTypeScale = attributes.lineTypeScale;
-  if (attributes.lineType == "BYLAYER") {
+  if (attributes.lineType == kByLayer) {
     style.lineType = style.layer->lineType;
-  } else if (attributes.lineType == "BYBLOCK") {
+  } else if (attributes.lineType == kByBlock) {
     style.lineType = insert != nullptr ? insert->lineType : nullptr;
   } else {
     style.lineType = FindLineType(attributes.lineType);

@@ -1,10 +1,20 @@
-// Cutting a text, narrow or wide, at separators.
+// Cutting a text, narrow or wide, at separators and blanks.
 #pragma once
 
 #include <algorithm>
 #include <string_view>
 
 namespace hdiplot {
+
+// White space of ASCII.
+[[nodiscard]] constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// `text` without the white space at its ends. Made for the lines of a large file.
+[[nodiscard]] constexpr std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
 
 // `text` without the `blanks` at its ends.
 template <typename Char>

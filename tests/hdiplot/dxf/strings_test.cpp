@@ -1,7 +1,7 @@
 // What the strings of files become: encodings, escapes, fields, and lengths.
 #include <gtest/gtest.h>
 
-#include "hdiplot/dxf/field_codes.h"
+#include "hdiplot/dxf/field_links.h"
 #include "tests/hdiplot/dxf/dxf_writing.h"
 
 namespace hdiplot {

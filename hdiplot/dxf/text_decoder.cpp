@@ -1,5 +1,5 @@
-// Code pages as the system has them, and the escapes \U+XXXX and \M+NXXXX.
-#include "hdiplot/dxf/name_decoder.h"
+// Code pages of the system, and the escapes \U+XXXX and \M+NXXXX.
+#include "hdiplot/dxf/text_decoder.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,7 +7,10 @@
 #include <optional>
 #include <utility>
 
+#include "hdiplot/dxf/faults.h"
+#include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/code_pages.h"
+#include "hdiplot/system/names.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -17,12 +20,12 @@ bool IsAscii(std::string_view text) {
   return std::ranges::none_of(text, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
 
-// With U+FFFD for what is not well-formed.
+// With U+FFFD for malformed bytes.
 std::string RepairedUtf8(std::string_view text) { return hdi::ToUtf8(hdi::ToUtf16(text)); }
 
 constexpr const char* kJohab = "CP1361";
 
-// Names in $DWGCODEPAGE other than a number behind ANSI_ or DOS; each is part of its code page.
+// Names in $DWGCODEPAGE without a number. Each is a subset of the code page.
 constexpr std::pair<std::string_view, const char*> kNamedCodePages[] = {
     {"SJIS", "CP932"},    {"SHIFT_JIS", "CP932"}, {"GB2312", "CP936"},   {"GBK", "CP936"},
     {"KSC5601", "CP949"}, {"KSC_5601", "CP949"},  {"KSC-5601", "CP949"}, {"BIG5", "CP950"},
@@ -33,7 +36,7 @@ bool IsNumber(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// $DWGCODEPAGE says ANSI_932, DOS437 or ISO8859-1 where code pages are called CP932, CP437 and ISO8859-1.
+// ANSI_932, DOS437 and ISO8859-1 in $DWGCODEPAGE are CP932, CP437 and ISO8859-1.
 std::string NameOfCodePage(std::string_view codePage) {
   std::string_view number = codePage;
   for (const std::string_view prefix : {"ANSI_", "ANSI", "DOS_", "DOS", "CP"}) {
@@ -48,7 +51,7 @@ std::string NameOfCodePage(std::string_view codePage) {
   return std::string(codePage);
 }
 
-// Conversions see a won sign in Johab where drawings have the backslash that starts codes.
+// Conversions from Johab yield a won sign for the byte that drawings use as a backslash.
 void PutBackslashes(std::string& text) {
   constexpr std::string_view kWon = "\u20a9";
   for (size_t at = text.find(kWon); at != std::string::npos; at = text.find(kWon, at + 1)) {
@@ -56,7 +59,7 @@ void PutBackslashes(std::string& text) {
   }
 }
 
-// Unknown code pages are taken for UTF-8.
+// An unknown code page counts as UTF-8.
 std::string Converted(std::string_view raw, const std::string& codePage) {
   std::optional<std::string> text = FromCodePage(raw, codePage);
   if (!text) return RepairedUtf8(raw);
@@ -64,18 +67,18 @@ std::string Converted(std::string_view raw, const std::string& codePage) {
   return *text;
 }
 
-// The single-byte code pages of Windows that programs put down for whatever they write.
+// The single-byte code pages of Windows. Many programs declare one of them and write UTF-8.
 bool IsWindowsCodePage(std::string_view systemName) {
   return systemName.starts_with("CP125") && systemName.size() == 6;
 }
 
-// A character that the file has in ASCII, and how long that is; 0 where there is none.
+// An escaped character, and the length of the escape; 0: there is none.
 struct Escape {
   size_t length = 0;
   std::string character;
 };
 
-// Four digits. Nothing when there are others.
+// The first four digits.
 std::optional<uint32_t> Hexadecimal(std::string_view text) {
   uint32_t value = 0;
   if (text.size() < 4) return {};
@@ -92,7 +95,7 @@ std::optional<uint32_t> EscapedUnit(std::string_view text) {
   return Hexadecimal(text.substr(kUnicodeEscape.size()));
 }
 
-// \U+XXXX, a unit of UTF-16; a character of two units takes two of them.
+// \U+XXXX, a unit of UTF-16. A surrogate pair is two escapes.
 Escape UnicodeEscapeAt(std::string_view text) {
   constexpr size_t kLength = 7;
   const auto first = EscapedUnit(text);
@@ -149,7 +152,7 @@ std::string WithoutControls(std::string_view text) {
   std::string plain;
   for (size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte == '\t' || byte == '\n') {  // of which a binary file has the second, too
+    if (byte == '\t' || byte == '\n') {  // a line feed is possible in a binary file only
       plain += byte == '\t' ? "^I" : "^J";
     } else if (byte == 0xc2 && static_cast<unsigned char>(text[i + 1]) < 0xa0) {
       ++i;
@@ -162,37 +165,36 @@ std::string WithoutControls(std::string_view text) {
 
 }  // namespace
 
-// Text in those code pages is hardly ever well-formed UTF-8 by chance, in others quite often.
-void NameDecoder::SetCodePage(std::string_view codePage) {
+// Text in a code page of Windows is hardly ever well-formed UTF-8 by chance; in others it often is.
+void TextDecoder::SetCodePage(std::string_view codePage) {
   const std::string name = NameOfCodePage(UpperCase(codePage));
   const bool isKnown = !name.empty() && KnowsCodePage(name);
   codePage_ = isKnown ? name : kUsualCodePage;
   mayBeUtf8_ = IsWindowsCodePage(codePage_);
 }
 
-// Plain ASCII is by far the most; and many programs write UTF-8 into files of older versions.
-std::string NameDecoder::ToUtf8(std::string_view raw) const {
+std::string TextDecoder::ToUtf8(std::string_view raw) const {
   if (IsAscii(raw)) return std::string(raw);
-  std::string utf8 = RepairedUtf8(raw);
-  return utf8_ || (mayBeUtf8_ && utf8 == raw) ? utf8 : Converted(raw, codePage_);
+  return isUtf8_ || (mayBeUtf8_ && IsUtf8(raw)) ? RepairedUtf8(raw) : Converted(raw, codePage_);
 }
 
-std::string NameDecoder::Decode(std::string_view raw) const {
+std::string TextDecoder::Decode(std::string_view raw) const {
   std::string text = ToUtf8(raw);
   return text.find('\\') == std::string::npos ? text : WithoutEscapes(text, Backslash::kItself);
 }
 
-std::string NameDecoder::DecodeText(std::string_view raw, Backslash backslash) const {
+std::string TextDecoder::DecodeName(const Group& group) const {
+  const std::string_view raw = group.Value();
+  if (raw.size() <= kLongestName) return Decode(raw);
+  throw DxfFault{group.place, "this name has " + std::to_string(raw.size()) + " characters"};
+}
+
+std::string TextDecoder::DecodeFoldedName(const Group& group) const { return FoldedName(DecodeName(group)); }
+
+std::string TextDecoder::DecodeText(std::string_view raw, Backslash backslash) const {
   const bool isPlain = std::ranges::all_of(raw, [](char c) { return c >= 0x20 && c < 0x7f && c != '\\'; });
   if (isPlain) return std::string(raw);
   return WithoutControls(WithoutEscapes(ToUtf8(raw), backslash));
-}
-
-std::string NameDecoder::Decode(const Group& group) const {
-  if (group.Value().size() > kLongestName) {
-    throw DxfFault{group.place, "this name has " + std::to_string(group.Value().size()) + " characters"};
-  }
-  return Decode(group.Value());
 }
 
 }  // namespace hdiplot
