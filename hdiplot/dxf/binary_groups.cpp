@@ -48,13 +48,15 @@ GroupSource::Step BinaryGroups::Next(Group& group) {
 }
 
 bool BinaryGroups::TakeCode(int& code) {
-  constexpr int kWideCodeFollows = 255;
-  const auto byte = [this](size_t i) { return static_cast<unsigned char>(file_[at_ + i]); };
-  const size_t start = !hasWideCodes_ && byte(0) == kWideCodeFollows ? 1 : 0;
+  constexpr unsigned char kWideCodeFollows = 255;
+  const auto first = static_cast<unsigned char>(file_[at_]);
+  const size_t start = !hasWideCodes_ && first == kWideCodeFollows ? 1 : 0;
   const bool isWide = hasWideCodes_ || start != 0;
   const size_t length = start + (isWide ? 2 : 1);
   if (Left() < length) return false;
-  code = isWide ? byte(start) | byte(start + 1) << 8 : byte(0);
+  uint16_t wide = first;
+  if (isWide) std::memcpy(&wide, file_.data() + at_ + start, sizeof wide);
+  code = wide;
   if (code > kHighestCode || FormOf(code) == ValueForm::kUnknown) return false;
   at_ += length;
   return true;

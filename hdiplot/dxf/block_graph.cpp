@@ -23,6 +23,14 @@ void BlockGraph::AddInsert(const std::string& within, const std::string& block, 
   last_->second = CappedSum(last_->second, copies);
 }
 
+std::set<std::string> BlockGraph::InsertedBlocks() const {
+  std::set<std::string> blocks;
+  for (const auto& [name, node] : nodes_) {
+    for (const auto& [block, copies] : node.inserts) blocks.insert(block);
+  }
+  return blocks;
+}
+
 std::set<BlockGraph::Insert> BlockGraph::CircularInserts() const {
   std::set<Insert> circular;
   InnermostFirst(circular);

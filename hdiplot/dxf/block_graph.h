@@ -27,6 +27,8 @@ class BlockGraph {
     ++nodes_[within].skipped[std::string(type)];
   }
 
+  [[nodiscard]] std::set<std::string> InsertedBlocks() const;
+
   // The inserts that close a circle.
   [[nodiscard]] std::set<Insert> CircularInserts() const;
 

@@ -149,15 +149,7 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
   }
 }
 
-Entity& DrawingBuilder::AddEntity(const Attributes& attributes, Shape&& shape, std::string_view handle) {
-  Entity& entity = entities_->emplace_back();
-  entity.attributes = attributes;
-  entity.shape = std::move(shape);
-  if (IsOnSheet(attributes) && !handle.empty()) outlines_[HandleKey(handle)] = &entity;
-  return entity;
-}
-
-template <Shape (*Read)(const DxfObject&)>
+template <auto Read>
 void DrawingBuilder::AddShape(const DxfObject& entity, const Attributes& attributes) {
   AddEntity(attributes, Read(entity), entity.Text(5));
 }
@@ -207,6 +199,9 @@ void DrawingBuilder::AddDimension(const DxfObject& entity, const Attributes& att
 
 void DrawingBuilder::AddInsertOf(const DxfObject& entity, const Attributes& attributes,
                                  InsertEntity&& insert) {
+  // A hidden insert shows nothing, but may close a circle.
+  const auto copies = static_cast<uint64_t>(insert.columns) * static_cast<uint64_t>(insert.rows);
+  graph_.AddInsert(ContainerOf(attributes), insert.block, attributes.visible ? copies : 0);
   Entity& added = AddEntity(attributes, std::move(insert), entity.Text(5));
   inserts_.push_back(
       {ContainerOf(attributes), &added, entity.place, entity.Text(2), entity.type == "INSERT"});
@@ -236,7 +231,7 @@ void DrawingBuilder::AddMText(const DxfObject& entity, const Attributes& attribu
 }
 
 template <typename Text>
-void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text> text,
+void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                                 Backslash backslash) {
   if (!text) return;
   if (CutLongText(text->text)) CountSkipped(CutTypeName(entity.type), attributes);
@@ -270,54 +265,39 @@ Name DrawingBuilder::ContainerOf(const Attributes& attributes) const {
 }
 
 Drawing DrawingBuilder::Finish() {
-  FinishInserts();
   FinishTexts();
   FinishViewports();
-  if (hasUnresolved_) {
-    RemoveUnresolved(drawing_.entities);
-    for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
-  }
+  FinishInserts();
   FinishLayouts();
   drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
 }
 
+// Removes inserts of missing blocks, and those that make a block contain itself.
 void DrawingBuilder::FinishInserts() {
   std::set<std::string> elsewhere;
   for (const std::string& block : external_) {
     if (drawing_.blocks[block].entities.empty() && drawing_.blocks.erase(block) > 0) elsewhere.insert(block);
   }
-  const std::string* last = nullptr;  // inserts come in runs of one block
-  bool exists = false;
-  for (const Insert& insert : inserts_) {
-    const auto& shape = std::get<InsertEntity>(insert.entity->shape);
-    const std::string& block = shape.block;
-    const bool isVisible = insert.entity->attributes.visible;
-    if (last != &block) exists = drawing_.blocks.contains(block);
-    last = &block;
-    if (exists) {
-      // A hidden insert shows nothing, but may close a circle.
-      const auto copies = static_cast<uint64_t>(shape.columns) * static_cast<uint64_t>(shape.rows);
-      graph_.AddInsert(insert.within, block, isVisible ? copies : 0);
-      continue;
-    }
-    hasUnresolved_ = true;
-    if (!isVisible) continue;
-    graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
-    if (insert.isInsert && !elsewhere.contains(block) && !faults_.IsStrict()) {
-      faults_.Report({insert.place,
-                      "the block " + Quoted(decoder_.Decode(insert.block)) + " of this INSERT is not there"});
-    }
-  }
   const std::set<BlockGraph::Insert> circular = graph_.CircularInserts();
-  if (circular.empty()) return;
+  const std::set<std::string> used = graph_.InsertedBlocks();
+  const auto exists = [this](const std::string& block) { return drawing_.blocks.contains(block); };
+  if (circular.empty() && std::ranges::all_of(used, exists)) return;
   for (const Insert& insert : inserts_) {
     Name& block = std::get<InsertEntity>(insert.entity->shape).block;
-    if (!circular.contains({insert.within, block})) continue;
-    faults_.Report({insert.place, "the block " + Quoted(decoder_.Decode(insert.block)) + " contains itself"});
-    block = Name(&kNoName);
-    hasUnresolved_ = true;
+    const std::string written = Quoted(decoder_.Decode(insert.block));
+    if (circular.contains({insert.within, block})) {
+      faults_.Report({insert.place, "the block " + written + " contains itself"});
+      block = Name(&kNoName);
+    } else if (!exists(block) && insert.entity->attributes.visible) {
+      graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
+      if (insert.isInsert && !elsewhere.contains(block) && !faults_.IsStrict()) {
+        faults_.Report({insert.place, "the block " + written + " of this INSERT is not there"});
+      }
+    }
   }
+  RemoveUnresolved(drawing_.entities);
+  for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
 }
 
 void DrawingBuilder::FinishTexts() {

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hdiplot/dxf/block_graph.h"
@@ -77,7 +78,7 @@ class DrawingBuilder {
 
   const TypeRun& RunOf(std::string_view type);
 
-  template <Shape (*Read)(const DxfObject&)>
+  template <auto Read>
   void AddShape(const DxfObject& entity, const Attributes& attributes);
   void AddText(const DxfObject& entity, const Attributes& attributes);
   void AddAttribute(const DxfObject& entity, const Attributes& attributes);
@@ -88,10 +89,16 @@ class DrawingBuilder {
   void AddHatch(const DxfObject& entity, const Attributes& attributes);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
 
-  Entity& AddEntity(const Attributes& attributes, Shape&& shape, std::string_view handle);
+  template <typename AnyShape>
+  Entity& AddEntity(const Attributes& attributes, AnyShape&& shape, std::string_view handle) {
+    Entity& entity = entities_->emplace_back(attributes, std::forward<AnyShape>(shape));
+    if (block_.empty() && attributes.paperSpace) hasPaper_ = true;
+    if (IsOnSheet(attributes) && !handle.empty()) outlines_[HandleKey(handle)] = &entity;
+    return entity;
+  }
   void AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
   template <typename Text>
-  void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text> text,
+  void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                   Backslash backslash);
   void AddLayout(const DxfObject& object);
   void FinishPolyline(bool isEnded);
@@ -117,7 +124,7 @@ class DrawingBuilder {
   BlockGraph graph_;
   TypeRun run_;
   std::deque<Insert> inserts_;
-  bool hasUnresolved_ = false;                         // inserts of missing blocks
+  bool hasPaper_ = false;                              // entities of paper space outside of blocks
   std::set<std::string> frozenLayers_;                 // folded names
   std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
   std::map<std::string, std::string> blocksByHandle_;

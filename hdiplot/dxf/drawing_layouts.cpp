@@ -63,8 +63,7 @@ void DrawingBuilder::FinishViewports() {
 }
 
 void DrawingBuilder::FinishLayouts() {
-  const auto isOnPaper = [](const Entity& entity) { return entity.attributes.paperSpace; };
-  if (drawing_.layouts.empty() && std::ranges::any_of(drawing_.entities, isOnPaper)) {
+  if (drawing_.layouts.empty() && hasPaper_) {
     drawing_.layouts.emplace_back();
     drawing_.layouts.back().name = kOnlyLayout;
     drawing_.layouts.back().block = kActivePaper;

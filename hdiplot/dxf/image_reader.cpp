@@ -69,7 +69,7 @@ int Percent(const DxfObject& object, int code, int fallback) {
 
 }  // namespace
 
-Shape ReadImage(const DxfObject& object) {
+ImageEntity ReadImage(const DxfObject& object) {
   const ImageFrame frame = ReadFrame(object);
   const uint64_t flags = object.Flags(70, kShown);
   ImageEntity image;
@@ -89,7 +89,7 @@ Shape ReadImage(const DxfObject& object) {
   return image;
 }
 
-Shape ReadWipeout(const DxfObject& object) {
+WipeoutEntity ReadWipeout(const DxfObject& object) {
   const ImageFrame frame = ReadFrame(object);
   WipeoutEntity wipeout;
   const std::vector<Vec2> polygon = PolygonOf(object);

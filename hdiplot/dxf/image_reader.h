@@ -7,7 +7,7 @@
 namespace hdiplot {
 
 // Throw DxfFault for an object that is incomplete.
-[[nodiscard]] Shape ReadImage(const DxfObject& object);
-[[nodiscard]] Shape ReadWipeout(const DxfObject& object);  // without a polygon: the whole frame
+[[nodiscard]] ImageEntity ReadImage(const DxfObject& object);
+[[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& object);  // without a polygon: the whole frame
 
 }  // namespace hdiplot

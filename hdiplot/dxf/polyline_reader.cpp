@@ -29,7 +29,7 @@ using EdgeKey = std::pair<int64_t, int64_t>;
 
 }  // namespace
 
-Shape ReadLwPolyline(const DxfObject& object) {
+PolylineEntity ReadLwPolyline(const DxfObject& object) {
   PolylineEntity polyline;
   polyline.closed = (object.Flags(70) & kClosed) != 0;
   const double width = object.Real(43, 0);  // of vertices without their own

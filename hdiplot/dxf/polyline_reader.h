@@ -13,7 +13,7 @@
 namespace hdiplot {
 
 // Throws DxfFault.
-[[nodiscard]] Shape ReadLwPolyline(const DxfObject& object);
+[[nodiscard]] PolylineEntity ReadLwPolyline(const DxfObject& object);
 
 // All operations throw DxfFault.
 class PolylineBuilder {

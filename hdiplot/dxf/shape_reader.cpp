@@ -85,9 +85,9 @@ void CheckWeights(SplineEntity& spline, size_t place) {
 
 }  // namespace
 
-Shape ReadPoint(const DxfObject& entity) { return PointEntity{entity.NeededPoint(10)}; }
+PointEntity ReadPoint(const DxfObject& entity) { return {entity.NeededPoint(10)}; }
 
-Shape ReadLine(const DxfObject& entity) { return LineEntity{entity.NeededPoint(10), entity.NeededPoint(11)}; }
+LineEntity ReadLine(const DxfObject& entity) { return {entity.NeededPoint(10), entity.NeededPoint(11)}; }
 
 Shape ReadCircle(const DxfObject& entity) {
   const Vec2 center = entity.NeededPoint(10);
@@ -102,7 +102,7 @@ Shape ReadArc(const DxfObject& entity) {
   return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), radius, sweep);
 }
 
-Shape ReadEllipse(const DxfObject& entity) {
+EllipseEntity ReadEllipse(const DxfObject& entity) {
   const Vec2 center = entity.NeededPoint(10);
   (void)entity.NeededPoint(11);
   const double ratio = entity.Needed(40).number;
@@ -112,13 +112,13 @@ Shape ReadEllipse(const DxfObject& entity) {
   return OnPrincipalAxes({center, Flat(major), Flat(minor) * ratio, sweep.start, sweep.end});
 }
 
-Shape ReadSolid(const DxfObject& entity) {
+SolidEntity ReadSolid(const DxfObject& entity) {
   SolidEntity solid{CornersOf(entity, PlaneOf(entity))};
   if (solid.corners.size() == 4) std::swap(solid.corners[2], solid.corners[3]);  // written in a Z
   return solid;
 }
 
-Shape ReadFace(const DxfObject& entity) {
+FaceEntity ReadFace(const DxfObject& entity) {
   FaceEntity face;
   face.corners = CornersOf(entity, Ocs());
   const uint64_t hidden = entity.Flags(70);
@@ -128,7 +128,7 @@ Shape ReadFace(const DxfObject& entity) {
   return face;
 }
 
-Shape ReadSpline(const DxfObject& entity) {
+SplineEntity ReadSpline(const DxfObject& entity) {
   constexpr uint64_t kClosed = 1;
   SplineEntity spline;
   spline.degree = static_cast<int>(entity.Integer(71, spline.degree));

@@ -11,14 +11,14 @@
 namespace hdiplot {
 
 // All of these throw DxfFault for an entity that has no shape.
-[[nodiscard]] Shape ReadPoint(const DxfObject& entity);
-[[nodiscard]] Shape ReadLine(const DxfObject& entity);
+[[nodiscard]] PointEntity ReadPoint(const DxfObject& entity);
+[[nodiscard]] LineEntity ReadLine(const DxfObject& entity);
 [[nodiscard]] Shape ReadCircle(const DxfObject& entity);
 [[nodiscard]] Shape ReadArc(const DxfObject& entity);
-[[nodiscard]] Shape ReadEllipse(const DxfObject& entity);
-[[nodiscard]] Shape ReadSolid(const DxfObject& entity);  // and TRACE
-[[nodiscard]] Shape ReadFace(const DxfObject& entity);   // 3DFACE
-[[nodiscard]] Shape ReadSpline(const DxfObject& entity);
+[[nodiscard]] EllipseEntity ReadEllipse(const DxfObject& entity);
+[[nodiscard]] SolidEntity ReadSolid(const DxfObject& entity);  // and TRACE
+[[nodiscard]] FaceEntity ReadFace(const DxfObject& entity);    // 3DFACE
+[[nodiscard]] SplineEntity ReadSpline(const DxfObject& entity);
 [[nodiscard]] Shape ReadLeader(const DxfObject& entity);
 [[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, NameCache& names);
 

@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -258,14 +259,17 @@ using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, El
                            PointEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity,
                            ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
 
-// Drawings have very many of these, so that what is large in a shape is somewhere else.
+// Kept small, as drawings have very many.
 struct Entity {
+  template <typename AnyShape>
+  Entity(const Attributes& with, AnyShape&& of) : attributes(with), shape(std::forward<AnyShape>(of)) {}
+
   Attributes attributes;
   Shape shape;
 };
 static_assert(sizeof(void*) != 8 || sizeof(Entity) <= 200);
 
-using Entities = std::deque<Entity>;  // which takes no room beyond theirs, and leaves them where they are
+using Entities = std::deque<Entity>;  // without spare memory, and with stable addresses
 
 struct Layer {
   EntityColor color{EntityColor::Kind::kIndex, 7};
