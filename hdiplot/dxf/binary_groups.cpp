@@ -29,25 +29,7 @@ BinaryGroups::BinaryGroups(std::string_view file)
       object_(kStart),
       hasWideCodes_(file.size() > kStart + 1 && static_cast<unsigned char>(file[kStart + 1]) < ' ') {}
 
-GroupSource::Step BinaryGroups::Next(Group& group) {
-  ValueForm form = ValueForm::kUnknown;
-  do {
-    if (Left() == 0) return Step::kEnd;
-    group.place = at_ + 1;
-    if (!TakeCode(group.code)) return Fail(Step::kBadCode, group.place, "no group starts here");
-    form = FormOf(group.code);
-    if (!TakeValue(form, group)) {
-      return Fail(Step::kBadCode, group.place,
-                  "the file ends within the value of a group " + std::to_string(group.code));
-    }
-  } while (group.code == kComment);
-  if (group.code == 0 && !IsPossibleType(group)) return FailAtType(group);
-  if (IsStart(group.code)) object_ = at_;
-  if (!NeedsNumber(form) || IsUsable(form, group.number)) return Step::kGroup;
-  return FailAtNumber(group, std::to_string(group.number));
-}
-
-bool BinaryGroups::TakeCode(int& code) {
+inline bool BinaryGroups::TakeCode(int& code) {
   constexpr unsigned char kWideCodeFollows = 255;
   const auto first = static_cast<unsigned char>(file_[at_]);
   const size_t start = !hasWideCodes_ && first == kWideCodeFollows ? 1 : 0;
@@ -62,7 +44,38 @@ bool BinaryGroups::TakeCode(int& code) {
   return true;
 }
 
-bool BinaryGroups::TakeValue(ValueForm form, Group& group) {
+inline bool BinaryGroups::TakeText(Group& group) {
+  const size_t end = file_.find('\0', at_);
+  if (end == std::string_view::npos) return false;
+  group.text = file_.data() + at_;
+  group.length = static_cast<uint32_t>(end - at_);
+  at_ = end + 1;
+  return true;
+}
+
+inline bool BinaryGroups::TakeBytes(Group& group) {
+  if (Left() == 0) return false;
+  const size_t length = static_cast<unsigned char>(file_[at_]);
+  if (Left() <= length) return false;
+  group.text = file_.data() + at_ + 1;
+  group.length = static_cast<uint32_t>(length);
+  at_ += length + 1;
+  return true;
+}
+
+template <typename Number>
+inline bool BinaryGroups::TakeNumber(Group& group) {
+  Number number;
+  if (Left() < sizeof number) return false;
+  std::memcpy(&number, file_.data() + at_, sizeof number);
+  group.number = static_cast<double>(number);
+  group.text = file_.data() + at_;
+  group.length = 0;
+  at_ += sizeof number;
+  return true;
+}
+
+inline bool BinaryGroups::TakeValue(ValueForm form, Group& group) {
   switch (form) {
     case ValueForm::kReal:
       return TakeNumber<double>(group);
@@ -81,35 +94,22 @@ bool BinaryGroups::TakeValue(ValueForm form, Group& group) {
   }
 }
 
-bool BinaryGroups::TakeText(Group& group) {
-  const size_t end = file_.find('\0', at_);
-  if (end == std::string_view::npos) return false;
-  group.text = file_.data() + at_;
-  group.length = static_cast<uint32_t>(end - at_);
-  at_ = end + 1;
-  return true;
-}
-
-bool BinaryGroups::TakeBytes(Group& group) {
-  if (Left() == 0) return false;
-  const size_t length = static_cast<unsigned char>(file_[at_]);
-  if (Left() <= length) return false;
-  group.text = file_.data() + at_ + 1;
-  group.length = static_cast<uint32_t>(length);
-  at_ += length + 1;
-  return true;
-}
-
-template <typename Number>
-bool BinaryGroups::TakeNumber(Group& group) {
-  Number number;
-  if (Left() < sizeof number) return false;
-  std::memcpy(&number, file_.data() + at_, sizeof number);
-  group.number = static_cast<double>(number);
-  group.text = file_.data() + at_;
-  group.length = 0;
-  at_ += sizeof number;
-  return true;
+GroupSource::Step BinaryGroups::Next(Group& group) {
+  ValueForm form = ValueForm::kUnknown;
+  do {
+    if (Left() == 0) return Step::kEnd;
+    group.place = at_ + 1;
+    if (!TakeCode(group.code)) return Fail(Step::kBadCode, group.place, "no group starts here");
+    form = FormOf(group.code);
+    if (!TakeValue(form, group)) {
+      return Fail(Step::kBadCode, group.place,
+                  "the file ends within the value of a group " + std::to_string(group.code));
+    }
+  } while (group.code == kComment);
+  if (group.code == 0 && !IsPossibleType(group)) return FailAtType(group);
+  if (IsStart(group.code)) object_ = at_;
+  if (!NeedsNumber(form) || IsUsable(form, group.number)) return Step::kGroup;
+  return FailAtNumber(group, std::to_string(group.number));
 }
 
 bool BinaryGroups::SkipDamage() {
