@@ -13,6 +13,7 @@
 
 #include "hdiplot/command/drawing_input.h"
 #include "hdiplot/command/drawing_pages.h"
+#include "hdiplot/command/finishing.h"
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/paper_plan.h"
@@ -187,6 +188,15 @@ void PrintSkipped(const CommandLine& line, const SkippedByDrawing& skipped) {
   }
 }
 
+std::vector<PageName> NamesOf(const std::vector<DrawingPage>& pages) {
+  std::vector<PageName> names;
+  for (const DrawingPage& page : pages) {
+    const std::string& drawing = page.part.drawing->name;
+    names.push_back({drawing, page.part.layout != nullptr ? page.part.layout->name : drawing});
+  }
+  return names;
+}
+
 }  // namespace
 
 ExitStatus PlotDrawings(const CommandLine& line) {
@@ -214,7 +224,8 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const PaperPlan paper(driver, line.plot);
   ChooseOrientations(pages, line.plot, paper);
   const DrawingPage& first = pages.front();
-  Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line);
+  Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line,
+          ResolveFinish(line, NamesOf(pages)));
   const SkippedByDrawing skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, start, progress);
   PrintSkipped(line, skipped);

@@ -11,9 +11,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "hdiplot/command/output_file.h"
 #include "hdiplot/command/printing.h"
-#include "hdiplot/command/report.h"
+#include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/files.h"
 #include "hdiplot/system/process.h"
@@ -71,7 +70,9 @@ ExitStatus Run(const FinishOptions& options, const fs::path& input, const fs::pa
 
 FinishOptions ResolveFinish(const CommandLine& line, const std::vector<PageName>& names) {
   FinishOptions options = line.finish;
-  if (line.bookmarks.value_or(names.size() > 1)) options.bookmarks = names;
+  // Without a file that is known there is no pass that nobody asked for.
+  const bool asksForFile = line.output && EqualWithoutCase(*line.output, "file:");
+  if (line.bookmarks.value_or(names.size() > 1 && !asksForFile)) options.bookmarks = names;
   if (options.encryption) options.encryption->password = Password(line.passwordFile);
   options.sourceDateEpoch = SourceDateEpoch();
   return options;
@@ -92,11 +93,8 @@ ExitStatus FinishExistingPdf(const CommandLine& line) {
   const fs::path output = line.output ? PathFromUtf8(*line.output) : input;
   const FinishOptions options = ResolveFinish(line, {});
   if (!AsksForPass(options)) throw std::runtime_error("--finish: no option says what to do to the PDF");
-  RequireReplaceable(output);
   const ExitStatus status = Run(options, input, output);
-  if (std::FILE* stream = line.verbosity == Verbosity::kQuiet ? nullptr : stdout) {
-    PrintLine(stream, FormatFinished(output, fs::file_size(output)));
-  }
+  if (line.verbosity != Verbosity::kQuiet) PrintLine(stdout, FormatFinished(output, fs::file_size(output)));
   return status;
 }
 

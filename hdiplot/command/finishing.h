@@ -18,7 +18,4 @@ namespace hdiplot {
 // is reported, leaves the PDF, and counts as nothing done.
 [[nodiscard]] ExitStatus FinishPlot(const FinishOptions& options, const std::filesystem::path& pdf);
 
-// hdiplot --finish.
-[[nodiscard]] ExitStatus FinishExistingPdf(const CommandLine& line);
-
 }  // namespace hdiplot

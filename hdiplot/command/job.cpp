@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "engine/preview.h"
+#include "hdiplot/command/finishing.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/image/png_encoder.h"
 #include "hdiplot/system/errors.h"
@@ -54,7 +56,9 @@ void WritePreview(const fs::path& pdf, const fs::path& file, int dotsPerInch) {
 
 }  // namespace
 
-Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line) {
+Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line,
+         const FinishOptions& finish)
+    : finish_(finish) {
   const auto output = line.output ? std::optional(hdi::ToUtf16(*line.output)) : settings.output;
   file_ = DriverOutput(output, settings.defaultOutput);
   CheckFiles(line);
@@ -86,6 +90,9 @@ void Job::CheckFiles(const CommandLine& line) const {
         "no output file: give one with -o, or as output or defaultOutput in the job line");
   }
   if (line.preview && !file_) throw std::runtime_error("--preview needs an output file: give one with -o");
+  if (!file_ && AsksForPass(finish_)) {
+    throw std::runtime_error("changes to the finished PDF need an output file: give one with -o");
+  }
   using Role = std::pair<const char*, fs::path>;
   std::vector<Role> written;
   if (file_) written.emplace_back("output", *file_);
@@ -128,6 +135,13 @@ void Job::FinishPreview(const CommandLine& line) const {
   if (line.preview) WritePreview(*file_, *line.preview, line.previewDpi);
 }
 
+ExitStatus Job::FinishPdf() {
+  if (!file_) return ExitStatus::kDone;
+  const ExitStatus status = FinishPlot(finish_, *file_);
+  summary_.bytes = fs::file_size(*file_);
+  return status;
+}
+
 ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, Progress& progress) {
   job.Finish();
   progress.Finish();
@@ -142,6 +156,7 @@ ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, 
   };
   finish([&] { job.FinishRecord(); });
   finish([&] { job.FinishPreview(line); });
+  status = std::max(status, job.FinishPdf());
   PlotSummary summary = job.Summary();
   summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
   if (std::FILE* stream = SummaryStream(line)) PrintLine(stream, FormatSummary(summary));

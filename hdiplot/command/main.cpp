@@ -17,6 +17,7 @@ ExitStatus Run(const hdiplot::CommandLine& line) {
   // The settings record has no field for it; the driver reads the environment.
   if (!line.compression.empty()) hdiplot::SetEnvironmentVariable("HDI_COMPRESSION", line.compression);
   if (line.listPapers) return ListPapers(line);
+  if (line.finishOnly) return FinishExistingPdf(line);
   if (line.list) return ListDrawings(line);
   return line.isTrace ? PlotTrace(line) : PlotDrawings(line);
 }

@@ -89,6 +89,10 @@ std::vector<fs::path> InputsNamed(const std::string& argument) {
 }
 
 void SettleInputs(CommandLine& line) {
+  if (line.finishOnly) {
+    if (line.inputs.size() > 1) Refuse("--finish", "takes one PDF");
+    return;
+  }
   line.isTrace = std::ranges::any_of(line.inputs, IsTrace);
   if (line.isTrace && line.inputs.size() > 1) Refuse("inputs", "a plot trace must be the only input");
   if (line.results && !line.isTrace) Refuse("--results", "is for traces");
@@ -96,6 +100,7 @@ void SettleInputs(CommandLine& line) {
 
 void SettleOutputs(CommandLine& line) {
   if (line.list || line.inputs.empty()) return;
+  if (line.finishOnly && !line.output) line.output = PathText(line.inputs.front());
   SettleOutput(line);
   if (line.record) line.record = Settled("--record", *line.record, line, ".jsonl");
   if (line.preview) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
@@ -74,6 +75,7 @@ class ArgumentParser {
     AddContent();
     AddList();
     AddDriver();
+    AddFinish();
     AddMessages();
   }
 
@@ -84,10 +86,14 @@ class ArgumentParser {
       throw CLI::RequiredError("a drawing (.dxf), a directory of drawings or a trace (.jsonl)");
     SettleInputs(line_);
     for (const CLI::Option* option : forDrawings_) {
-      if (line_.isTrace && option->count() > 0) {
-        throw CLI::ValidationError(option->get_name(), "is for drawings; a trace has its own settings");
+      if ((line_.isTrace || line_.finishOnly) && option->count() > 0) {
+        throw CLI::ValidationError(option->get_name(), line_.isTrace
+                                                           ? "is for drawings; a trace has its own settings"
+                                                           : "is for drawings, not for a PDF");
       }
     }
+    const std::string contradiction = Contradiction(line_.finish);
+    if (!contradiction.empty()) throw CLI::ValidationError("--pdfa", contradiction);
     SettleOutputs(line_);
     return line_;
   }
@@ -134,6 +140,8 @@ class ArgumentParser {
   void AddContent();
   void AddList();
   void AddDriver();
+  void AddFinish();
+  void AddEncryption();
   void AddMessages();
 
   CLI::App app_;
@@ -232,6 +240,63 @@ void ArgumentParser::AddDriver() {
       ->check(CLI::IsMember({"fast", "normal", "small"}).description(""))
       ->group("Driver");
   app_.add_flag("--list-papers", line_.listPapers, "Print the device's papers")->group("Driver");
+}
+
+void ArgumentParser::AddFinish() {
+  FinishOptions& finish = line_.finish;
+  const auto add = [](CLI::Option* option, const char* type = "") {
+    return option->type_name(type)->group("Finished PDF");
+  };
+  auto* bookmarks = add(AddSetter("--bookmarks", line_.bookmarks, true,
+                                  "An outline and page labels (default for several pages of drawings)"));
+  add(AddSetter("--no-bookmarks", line_.bookmarks, false, "No outline"))->excludes(bookmarks);
+  Properties& properties = finish.properties;
+  add(app_.add_option("--title", properties.title, "Title of the document"), "TEXT");
+  add(app_.add_option("--author", properties.author, "Its author"), "TEXT");
+  add(app_.add_option("--subject", properties.subject, "Its subject"), "TEXT");
+  add(app_.add_option("--keywords", properties.keywords, "Its keywords"), "TEXT");
+  add(app_.add_option("--lang", properties.language, "Its language, as in de-CH"), "TAG");
+  const std::map<std::string, PdfA> levels = {{"2b", PdfA::k2b}, {"3b", PdfA::k3b}};
+  add(app_.add_option("--pdfa", finish.pdfA, "Make it conform to PDF/A-2b or 3b, for archives")
+          ->transform(CLI::CheckedTransformer(levels).description("")),
+      "2b|3b");
+  const auto attach = [&finish](const std::vector<std::string>& files) {
+    for (const std::string& file : files) finish.attachments.push_back(PathFromUtf8(file));
+  };
+  add(app_.add_option_function<std::vector<std::string>>("--attach", attach,
+                                                         "Attach a file, such as the drawing (repeatable)"),
+      "FILE")
+      ->expected(1)  // for each time it is given
+      ->take_all()
+      ->allow_extra_args(false);
+  add(app_.add_flag("--compact", finish.compact, "Smaller: object streams, and equal images once"));
+  add(app_.add_flag("--linearize", finish.linearize, "Show the first page before all is loaded"));
+  AddEncryption();
+  auto* only = add(app_.add_flag("--finish", line_.finishOnly,
+                                 "Change a PDF that the driver has plotted before, in place without -o"));
+  for (const char* option :
+       {"--record", "--preview", "--results", "--device", "--compression", "--list-papers"}) {
+    only->excludes(app_.get_option(option));
+  }
+}
+
+void ArgumentParser::AddEncryption() {
+  const auto encrypt = [this](const std::string& file) {
+    line_.passwordFile = PathFromUtf8(file);
+    if (!line_.finish.encryption) line_.finish.encryption.emplace();
+  };
+  auto* option = app_.add_option_function<std::string>(
+      "--encrypt", encrypt, "Encrypt with the password in a file, or ask for one (AES-256)");
+  option->type_name("FILE|-")->group("Finished PDF");
+  const auto add = [this, option](const char* name, bool Encryption::*permission, const char* description) {
+    const auto forbid = [this, permission] {
+      if (!line_.finish.encryption) line_.finish.encryption.emplace();
+      (*line_.finish.encryption).*permission = false;
+    };
+    app_.add_flag_callback(name, forbid, description)->needs(option)->group("Finished PDF");
+  };
+  add("--no-printing", &Encryption::mayPrint, "Ask readers not to print it");
+  add("--no-copying", &Encryption::mayCopy, "Ask readers not to copy from it");
 }
 
 void ArgumentParser::AddMessages() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "hdiplot/dxf/dxf_reader.h"
+#include "hdiplot/finish/finish.h"
 #include "hdiplot/plot/plot_options.h"
 #include "hdiplot/system/progress.h"
 
@@ -26,7 +27,7 @@ enum class Verbosity { kQuiet, kNormal, kVerbose };
 }
 
 struct CommandLine {
-  std::vector<std::filesystem::path> inputs;  // drawings, or one trace
+  std::vector<std::filesystem::path> inputs;  // drawings, one trace, or with `finishOnly` one PDF
   bool isTrace = false;
   bool listPapers = false;            // and plot nothing; no inputs then
   bool list = false;                  // print what the drawings contain, and plot nothing
@@ -41,6 +42,10 @@ struct CommandLine {
   std::filesystem::path module;
   std::string compression;  // empty: the device's setting
   bool open = false;
+  bool finishOnly = false;             // plot nothing
+  FinishOptions finish;                // but for bookmarks, the password and the date
+  std::optional<bool> bookmarks;       // default: for several pages of drawings
+  std::filesystem::path passwordFile;  // "-": the terminal; for `finish.encryption`
   Verbosity verbosity = Verbosity::kNormal;
 };
 
@@ -73,5 +78,6 @@ void SettleOutputs(CommandLine& line);
 [[nodiscard]] ExitStatus PlotDrawings(const CommandLine& line);
 [[nodiscard]] ExitStatus ListDrawings(const CommandLine& line);
 [[nodiscard]] ExitStatus ListPapers(const CommandLine& line);
+[[nodiscard]] ExitStatus FinishExistingPdf(const CommandLine& line);
 
 }  // namespace hdiplot

@@ -83,6 +83,10 @@ std::string FormatSummary(const PlotSummary& summary) {
   return text + fmt::format(", {:.2f} s", summary.seconds);
 }
 
+std::string FormatFinished(const std::filesystem::path& file, uint64_t bytes) {
+  return PathText(file) + ": " + Size(bytes);
+}
+
 std::string FormatCounts(const std::map<std::string, uint64_t>& counts) {
   std::vector<std::pair<std::string, uint64_t>> types(counts.begin(), counts.end());
   std::ranges::stable_sort(types, std::ranges::greater(), &std::pair<std::string, uint64_t>::second);

@@ -44,6 +44,9 @@ struct PlotSummary {
 // "plan.pdf: 3 pages, 12,345 objects, 234 KB, 0.12 s"
 [[nodiscard]] std::string FormatSummary(const PlotSummary& summary);
 
+// "plan.pdf: 234 KB"
+[[nodiscard]] std::string FormatFinished(const std::filesystem::path& file, uint64_t bytes);
+
 // "1,200 LINE, 3 TEXT", the most frequent first.
 [[nodiscard]] std::string FormatCounts(const std::map<std::string, uint64_t>& counts);
 

@@ -1,6 +1,7 @@
 // Playing a trace from the command line.
 #include <fmt/format.h>
 
+#include "hdiplot/command/finishing.h"
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/printing.h"
@@ -26,7 +27,7 @@ ExitStatus PlotTrace(const CommandLine& line) {
   Trace trace = ReadTrace(line.inputs.front());
   if (!line.device.empty()) trace.job.device = hdi::ToUtf16(line.device);
   const Module module(line.module);
-  Job job(module.Driver(trace.job.device), trace.job, line);
+  Job job(module.Driver(trace.job.device), trace.job, line, ResolveFinish(line, {}));
 
   progress.Start(trace.calls.size());
   for (size_t i = 0; i < trace.calls.size(); ++i) {

@@ -5,13 +5,12 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <string>
-#include <string_view>
-#include <utility>
-
 #include <qpdf/QPDFEFStreamObjectHelper.hh>
 #include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
 #include <qpdf/QPDFFileSpecObjectHelper.hh>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/text.h"
@@ -39,7 +38,8 @@ std::string MimeType(const fs::path& file) {
       {".xml", "application/xml"},
   }};
   const std::string extension = LowerCase(PathText(file.extension()));
-  const auto type = std::ranges::find(kTypes, extension, &std::pair<std::string_view, std::string_view>::first);
+  const auto type =
+      std::ranges::find(kTypes, extension, &std::pair<std::string_view, std::string_view>::first);
   return std::string(type != kTypes.end() ? type->second : "application/octet-stream");
 }
 
@@ -67,8 +67,8 @@ std::string DateOf(const fs::path& file, std::optional<int64_t> latestDate) {
 std::string FreeName(QPDFEmbeddedFileDocumentHelper& files, const fs::path& file) {
   std::string name = CleanText(PathText(file.filename()));
   for (int number = 2; files.getEmbeddedFile(name) != nullptr; ++number) {
-    name = CleanText(PathText(file.stem()) + " (" + std::to_string(number) + ")" +
-                     PathText(file.extension()));
+    name =
+        CleanText(PathText(file.stem()) + " (" + std::to_string(number) + ")" + PathText(file.extension()));
   }
   return name;
 }

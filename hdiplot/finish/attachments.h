@@ -4,13 +4,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-
 #include <qpdf/QPDF.hh>
 
 namespace hdiplot {
 
-// Embeds `file` as a source of the document. Its date is that of its last change, `latestDate` at most. Throws
-// FileError when it cannot be read.
+// Embeds `file` as a source of the document. Its date is that of its last change, `latestDate` at most.
+// Throws FileError when it cannot be read.
 void Attach(QPDF& pdf, const std::filesystem::path& file, std::optional<int64_t> latestDate);
 
 }  // namespace hdiplot

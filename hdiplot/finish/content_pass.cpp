@@ -124,14 +124,29 @@ class ContentPass {
       throw NoPdfA(fmt::format("the content has the operator \"{}\"", name));
     }
     switch (code) {
-      case Code("q"): levels_.push_back({token.begin, 0, text_}); break;
-      case Code("Q"): Restore(token); break;
-      case Code("Tc"): text_.characterSpace = NumberIn(Text(Argument(1))); break;
-      case Code("Tf"): SetFont(); break;
-      case Code("Tr"): text_.renderMode = static_cast<int>(NumberIn(Text(Argument(1)))); break;
-      case Code("Tj"): Show(token); break;
-      case Code("TJ"): ShowArray(); break;
-      default: break;
+      case Code("q"):
+        levels_.push_back({token.begin, 0, text_});
+        break;
+      case Code("Q"):
+        Restore(token);
+        break;
+      case Code("Tc"):
+        text_.characterSpace = NumberIn(Text(Argument(1)));
+        break;
+      case Code("Tf"):
+        SetFont();
+        break;
+      case Code("Tr"):
+        text_.renderMode = static_cast<int>(NumberIn(Text(Argument(1))));
+        break;
+      case Code("Tj"):
+        Show(token);
+        break;
+      case Code("TJ"):
+        ShowArray();
+        break;
+      default:
+        break;
     }
   }
 
@@ -160,8 +175,8 @@ class ContentPass {
       height_ = std::max(height_, level.height);
     }
     if (height_ > kDeepestNesting) {
-      throw NoPdfA(fmt::format("the content nests graphics states {} deep, more than {}", height_,
-                               kDeepestNesting));
+      throw NoPdfA(
+          fmt::format("the content nests graphics states {} deep, more than {}", height_, kDeepestNesting));
     }
   }
 
@@ -226,7 +241,8 @@ class ContentPass {
     if (error != std::errc() || end != code.data() + code.size()) {
       throw NoPdfA("a hexadecimal string of the content has other characters than digits");
     }
-    if (glyph >= font.glyphCount) throw NoPdfA(fmt::format("the content shows glyph {}, which its font lacks", glyph));
+    if (glyph >= font.glyphCount)
+      throw NoPdfA(fmt::format("the content shows glyph {}, which its font lacks", glyph));
   }
 
   // As TJ takes it: what moves right is negative, in thousandths of the font size.

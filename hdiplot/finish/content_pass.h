@@ -1,4 +1,5 @@
-// Makes a page's content conform to PDF/A (ISO 19005-2:2011): 6.1.13 limits, 6.2.2 operators, 6.2.11.8 glyphs.
+// Makes a page's content conform to PDF/A (ISO 19005-2:2011): 6.1.13 limits, 6.2.2 operators, 6.2.11.8
+// glyphs.
 #pragma once
 
 #include <cstdint>

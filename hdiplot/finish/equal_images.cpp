@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <qpdf/Buffer.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDFObjectHandle.hh>
 
 namespace hdiplot {
 

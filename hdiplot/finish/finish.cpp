@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <new>
-
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 
@@ -25,7 +24,8 @@ std::unique_ptr<QPDF> Open(const std::filesystem::path& file) {
     pdf->processFile(PathText(file).c_str());
   } catch (const QPDFExc& error) {
     const bool isLocked = error.getErrorCode() == qpdf_e_password;
-    throw FileError(file, 0, isLocked ? "is encrypted" : "is no PDF that can be read: " + error.getMessageDetail());
+    throw FileError(file, 0,
+                    isLocked ? "is encrypted" : "is no PDF that can be read: " + error.getMessageDetail());
   }
   if (pdf->isEncrypted()) throw FileError(file, 0, "is encrypted");
   return pdf;

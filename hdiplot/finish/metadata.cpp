@@ -1,9 +1,8 @@
 #include "hdiplot/finish/metadata.h"
 
 #include <array>
-#include <string>
-
 #include <qpdf/QPDFObjectHandle.hh>
+#include <string>
 
 #include "hdiplot/finish/text.h"
 #include "hdiplot/finish/xmp.h"
@@ -101,8 +100,8 @@ void SetMetadata(QPDF& pdf, const FinishOptions& options) {
   SetTexts(information, options.properties);
   SetDates(information, options);
   SetLanguageAndTitle(pdf, information, options.properties);
-  const bool needsPacket = options.properties != Properties() || options.pdfA != PdfA::kNone ||
-                           pdf.getRoot().hasKey("/Metadata");
+  const bool needsPacket =
+      options.properties != Properties() || options.pdfA != PdfA::kNone || pdf.getRoot().hasKey("/Metadata");
   if (needsPacket) SetPacket(pdf, WriteXmp(PacketFor(information, options)));
 }
 

@@ -11,7 +11,8 @@ void SetCompressedData(QPDFObjectHandle stream, std::string_view data) {
   Pl_Flate deflate("deflate", &sink, Pl_Flate::a_deflate);
   deflate.write(reinterpret_cast<const unsigned char*>(data.data()), data.size());
   deflate.finish();
-  stream.replaceStreamData(compressed, QPDFObjectHandle::newName("/FlateDecode"), QPDFObjectHandle::newNull());
+  stream.replaceStreamData(compressed, QPDFObjectHandle::newName("/FlateDecode"),
+                           QPDFObjectHandle::newNull());
 }
 
 }  // namespace hdiplot

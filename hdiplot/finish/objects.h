@@ -2,11 +2,10 @@
 #pragma once
 
 #include <map>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <qpdf/QPDFObjectHandle.hh>
 
 namespace hdiplot {
 

@@ -1,9 +1,8 @@
 #include "hdiplot/finish/outline.h"
 
 #include <algorithm>
-#include <string>
-
 #include <qpdf/QPDFObjectHandle.hh>
+#include <string>
 
 #include "hdiplot/finish/text.h"
 
@@ -33,8 +32,8 @@ std::vector<Entry> Entries(const std::vector<PageName>& names) {
     if (hasSeveralDrawings) {
       while (end < names.size() && names[end].drawing == drawing) ++end;
     }
-    const bool isNested = hasSeveralDrawings && !drawing.empty() &&
-                          (end - page > 1 || names[page].page != drawing);
+    const bool isNested =
+        hasSeveralDrawings && !drawing.empty() && (end - page > 1 || names[page].page != drawing);
     if (isNested) {
       Entry& group = entries.emplace_back(Entry{drawing, page, {}});
       for (; page < end; ++page) group.children.push_back({names[page].page, page, {}});

@@ -1,9 +1,8 @@
 // The outline and the page labels of a document (ISO 32000-1:2008, 12.3.3 and 12.4.2).
 #pragma once
 
-#include <vector>
-
 #include <qpdf/QPDF.hh>
+#include <vector>
 
 #include "hdiplot/finish/finish.h"
 

@@ -1,24 +1,31 @@
 #include "hdiplot/finish/output.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include <qpdf/Pipeline.hh>
+#include <qpdf/QPDFWriter.hh>
 #include <random>
 #include <string>
 
-#include <qpdf/QPDFWriter.hh>
-
-#include "hdiplot/system/errors.h"
-#include "hdiplot/system/files.h"
-#include "hdiplot/system/process.h"
+#include "hdiplot/system/output_file.h"
 
 namespace hdiplot {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-// The owner's password, with which a reader would not mind the permissions. Nobody is to know it.
+// The end of qpdf's pipelines.
+class FileSink : public Pipeline {
+ public:
+  explicit FileSink(FileReplacement& file) : Pipeline("output", nullptr), file_(file) {}
+
+  void write(const unsigned char* bytes, size_t count) override {
+    file_.Write({reinterpret_cast<const char*>(bytes), count});
+  }
+  void finish() override {}
+
+ private:
+  FileReplacement& file_;
+};
+
+// The owner's password, which would lift the restrictions. Nobody is to know it.
 std::string RandomPassword() {
   constexpr int kWords = 8;
   std::random_device device;
@@ -39,7 +46,6 @@ void Encrypt(QPDFWriter& writer, const Encryption& encryption) {
 void SetUp(QPDFWriter& writer, const FinishOptions& options) {
   writer.setDecodeLevel(qpdf_dl_none);
   writer.setRecompressFlate(false);
-  writer.setPreserveEncryption(false);
   writer.setObjectStreamMode(options.compact ? qpdf_o_generate : qpdf_o_preserve);
   writer.setLinearization(options.linearize);
   // ISO 19005-2:2011, 6.1.7.1.
@@ -48,46 +54,22 @@ void SetUp(QPDFWriter& writer, const FinishOptions& options) {
   writer.setDeterministicID(options.sourceDateEpoch && !options.encryption);
 }
 
-// What failed, or empty.
-std::string Write(QPDF& pdf, const fs::path& file, const FinishOptions& options) {
-  FileStream stream = CreateNew(file);
-  if (!stream) return std::strerror(errno);
-  std::string problem;
+}  // namespace
+
+void WritePdf(std::unique_ptr<QPDF> pdf, const std::filesystem::path& output, const FinishOptions& options) {
+  FileReplacement file(output);
+  FileSink sink(file);
   try {
-    QPDFWriter writer(pdf, "output", stream.get(), /*close_file=*/false);
+    QPDFWriter writer(*pdf);
+    writer.setOutputPipeline(&sink);
     SetUp(writer, options);
     writer.write();
   } catch (const std::exception& error) {
-    problem = error.what();
+    file.Fail(error.what());
   }
-  // Some file systems report only here that they had no room.
-  if (std::fclose(stream.release()) != 0 && problem.empty()) problem = std::strerror(errno);
-  return problem;
-}
-
-// A file that is replaced keeps its permissions.
-void CopyPermissions(const fs::path& from, const fs::path& to) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(from, ignored);
-  if (fs::exists(status)) fs::permissions(to, status.permissions(), ignored);
-}
-
-}  // namespace
-
-void WritePdf(std::unique_ptr<QPDF> pdf, const fs::path& output, const FinishOptions& options) {
-  const fs::path place = WithoutLinks(output);
-  const fs::path temporary = place.parent_path() / (".hdiplot." + ProcessNumber() + ".pdf.tmp");
-  std::string problem = Write(*pdf, temporary, options);
-  // An open file cannot be replaced everywhere.
+  // Not every system replaces an open file.
   pdf.reset();
-  if (problem.empty()) {
-    CopyPermissions(place, temporary);
-    problem = MoveOver(temporary, place);
-  }
-  if (problem.empty()) return;
-  std::error_code ignored;
-  fs::remove(temporary, ignored);
-  throw FileError(output, 0, "cannot be written: " + problem);
+  file.Commit();
 }
 
 }  // namespace hdiplot

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <memory>
-
 #include <qpdf/QPDF.hh>
 
 #include "hdiplot/finish/finish.h"

@@ -5,10 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <string_view>
-
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDFObjectHandle.hh>
+#include <string_view>
 
 #include "hdiplot/finish/content_pass.h"
 #include "hdiplot/finish/objects.h"
@@ -102,8 +101,8 @@ class PdfAPass {
     const FontsByName fonts = fonts_.Conform(page.getKey("/Resources").getKeyIfDict("/Font"));
     const uint64_t leftOut = ConformContents(page, fonts);
     if (leftOut > 0) {
-      losses_.push_back(fmt::format("page {}: {} character{} that the fonts lack {} left out", number, leftOut,
-                                    leftOut == 1 ? "" : "s", leftOut == 1 ? "is" : "are"));
+      losses_.push_back(fmt::format("page {}: {} character{} that the fonts lack {} left out", number,
+                                    leftOut, leftOut == 1 ? "" : "s", leftOut == 1 ? "is" : "are"));
     }
   }
 

@@ -1,12 +1,11 @@
-// Makes a PDF of the driver one of PDF/A, level B (ISO 19005-2:2011, ISO 19005-3:2012). The driver's vocabulary
-// is all that is known here: anything else is refused, so that no file claims more than it keeps.
+// Makes a PDF of the driver one of PDF/A, level B (ISO 19005-2:2011, ISO 19005-3:2012). The driver's
+// vocabulary is all that is known here: anything else is refused, so that no file claims more than it keeps.
 #pragma once
 
+#include <qpdf/QPDF.hh>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <qpdf/QPDF.hh>
 
 #include "hdiplot/finish/finish.h"
 

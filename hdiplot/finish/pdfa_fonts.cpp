@@ -5,11 +5,10 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <qpdf/Buffer.hh>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <qpdf/Buffer.hh>
 
 #include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa.h"
@@ -95,8 +94,8 @@ std::vector<double> DictionaryWidths(QPDFObjectHandle font, size_t glyphs) {
   return widths;
 }
 
-// 6.2.11.5: those of the program within one unit, other than of glyph 0, which is never shown. The others stay
-// as they are, as text is placed by them.
+// 6.2.11.5: those of the program within one unit, other than of glyph 0, which is never shown. The others
+// stay as they are, as text is placed by them.
 void ConformWidths(QPDFObjectHandle font, const std::vector<double>& written,
                    const std::vector<double>& advances) {
   bool differs = false;

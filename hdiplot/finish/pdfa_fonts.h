@@ -2,7 +2,6 @@
 #pragma once
 
 #include <map>
-
 #include <qpdf/QPDFObjectHandle.hh>
 
 #include "hdiplot/finish/content_pass.h"

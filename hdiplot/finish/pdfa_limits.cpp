@@ -5,10 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
 #include <vector>
-
-#include <qpdf/QPDFObjectHandle.hh>
 
 #include "hdiplot/finish/objects.h"
 #include "hdiplot/finish/pdfa.h"
@@ -25,9 +24,9 @@ constexpr size_t kMostObjects = 8388607;
 
 // Those of 6.1.7.2 but JPXDecode, whose images have rules of their own.
 void CheckFilters(QPDFObjectHandle dictionary) {
-  constexpr std::array<std::string_view, 7> kFilters = {
-      "/ASCIIHexDecode", "/ASCII85Decode", "/FlateDecode", "/RunLengthDecode",
-      "/CCITTFaxDecode", "/JBIG2Decode",   "/DCTDecode"};
+  constexpr std::array<std::string_view, 7> kFilters = {"/ASCIIHexDecode",  "/ASCII85Decode",  "/FlateDecode",
+                                                        "/RunLengthDecode", "/CCITTFaxDecode", "/JBIG2Decode",
+                                                        "/DCTDecode"};
   for (QPDFObjectHandle filter : ItemsOrOne(dictionary.getKey("/Filter"))) {
     if (filter.isNull()) continue;
     const std::string name = NameOrEmpty(filter);

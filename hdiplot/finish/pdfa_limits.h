@@ -2,9 +2,8 @@
 #pragma once
 
 #include <cstddef>
-#include <string_view>
-
 #include <qpdf/QPDF.hh>
+#include <string_view>
 
 namespace hdiplot {
 

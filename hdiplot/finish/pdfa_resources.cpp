@@ -69,9 +69,9 @@ void CheckXObject(QPDFObjectHandle object) {
 void CheckGraphicsState(QPDFObjectHandle state) {
   CheckKeys(state, "a graphics state", {"Type", "CA", "ca", "BM"});
   QPDFObjectHandle mode = state.getKey("/BM");
-  const Names modes = {"/Normal",     "/Compatible", "/Multiply",   "/Screen",   "/Overlay",   "/Darken",
-                            "/Lighten",    "/ColorDodge", "/ColorBurn",  "/HardLight", "/SoftLight", "/Difference",
-                            "/Exclusion",  "/Hue",        "/Saturation", "/Color",    "/Luminosity"};
+  const Names modes = {"/Normal",    "/Compatible", "/Multiply",   "/Screen",    "/Overlay",   "/Darken",
+                       "/Lighten",   "/ColorDodge", "/ColorBurn",  "/HardLight", "/SoftLight", "/Difference",
+                       "/Exclusion", "/Hue",        "/Saturation", "/Color",     "/Luminosity"};
   if (!mode.isNull() && !Contains(modes, NameOrEmpty(mode))) throw NoPdfA("it has an unknown blend mode");
 }
 

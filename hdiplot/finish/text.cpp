@@ -5,9 +5,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <string>
-
 #include <qpdf/QUtil.hh>
+#include <string>
 
 #include "platform/unicode.h"
 
@@ -42,7 +41,8 @@ bool AppendOffset(std::string_view offset, std::string& date) {
 
 std::string CleanText(std::string_view text) {
   std::u16string units = hdi::ToUtf16(text);
-  std::ranges::replace_if(units, [](char16_t unit) { return !IsXmlUnit(unit); }, kReplacement);
+  std::ranges::replace_if(
+      units, [](char16_t unit) { return !IsXmlUnit(unit); }, kReplacement);
   return hdi::ToUtf8(units);
 }
 

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <qpdf/QPDFObjectHandle.hh>
 #include <string>
 #include <string_view>
-
-#include <qpdf/QPDFObjectHandle.hh>
 
 namespace hdiplot {
 

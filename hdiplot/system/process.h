@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ void SetEnvironmentVariable(const std::string& name, const std::string& value);
 
 // The process's number, for the names of temporary files.
 [[nodiscard]] std::string ProcessNumber();
+
+// Asks on the terminal, without echo. None without a terminal.
+[[nodiscard]] std::optional<std::string> AskForPassword(const std::string& prompt);
 
 // Whether standard error is a terminal with escape sequences.
 [[nodiscard]] bool StandardErrorIsTerminal();

@@ -9,6 +9,7 @@
 // A macro of the system's headers, which would rename our function.
 #undef SetEnvironmentVariable
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -59,6 +60,24 @@ void SetEnvironmentVariable(const std::string& name, const std::string& value) {
 }
 
 std::string ProcessNumber() { return std::to_string(GetCurrentProcessId()); }
+
+std::optional<std::string> AskForPassword(const std::string& prompt) {
+  void* console = GetStdHandle(STD_INPUT_HANDLE);
+  DWORD before = 0;
+  if (GetConsoleMode(console, &before) == 0) return std::nullopt;
+  SetConsoleMode(console, (before | ENABLE_LINE_INPUT) & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
+  std::fputs(prompt.c_str(), stderr);
+  std::array<wchar_t, 256> line{};  // the last stays 0
+  DWORD count = 0;
+  const bool isRead =
+      ReadConsoleW(console, line.data(), static_cast<DWORD>(line.size() - 1), &count, nullptr) != 0;
+  SetConsoleMode(console, before);
+  std::fputc('\n', stderr);
+  if (!isRead) return std::nullopt;
+  while (count > 0 && (line[count - 1] == L'\n' || line[count - 1] == L'\r')) --count;
+  line[count] = L'\0';
+  return hdi::ToUtf8(hdi::Units(line.data()));
+}
 
 bool StandardErrorIsTerminal() {
   void* console = GetStdHandle(STD_ERROR_HANDLE);
