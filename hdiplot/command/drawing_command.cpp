@@ -21,6 +21,7 @@
 #include "hdiplot/device/module.h"
 #include "hdiplot/plot/plot_drawing.h"
 #include "hdiplot/system/names.h"
+#include "hdiplot/system/paths.h"
 #include "hdiplot/system/progress.h"
 #include "hdiplot/system/wildcard.h"
 #include "platform/unicode.h"
@@ -191,7 +192,7 @@ void PrintSkipped(const CommandLine& line, const SkippedByDrawing& skipped) {
 std::vector<PageName> NamesOf(const std::vector<DrawingPage>& pages) {
   std::vector<PageName> names;
   for (const DrawingPage& page : pages) {
-    const std::string& drawing = page.part.drawing->name;
+    const std::string drawing = PathText(PathFromUtf8(page.part.drawing->name).stem());
     names.push_back({drawing, page.part.layout != nullptr ? page.part.layout->name : drawing});
   }
   return names;

@@ -75,6 +75,10 @@ FinishOptions ResolveFinish(const CommandLine& line, const std::vector<PageName>
   if (line.bookmarks.value_or(names.size() > 1 && !asksForFile)) options.bookmarks = names;
   if (options.encryption) options.encryption->password = Password(line.passwordFile);
   options.sourceDateEpoch = SourceDateEpoch();
+  // Found before the plot, as all that is wrong with the command line.
+  for (const fs::path& file : options.attachments) {
+    if (!OpenToRead(file)) throw FileError(file, 0, std::string("cannot be read: ") + std::strerror(errno));
+  }
   return options;
 }
 

@@ -138,10 +138,13 @@ class Document:
 
     @functools.cached_property
     def packet(self) -> dict[str, str | None]:
-        """The properties of the XMP packet by prefix and name. Throws what its reading throws."""
-        data = self.data(self.root.get("/Metadata"))
+        """The properties of the XMP packet by prefix and name, none of one that cannot be read."""
+        try:
+            packet = ElementTree.fromstring(self.data(self.root.get("/Metadata")).decode())
+        except (ElementTree.ParseError, UnicodeDecodeError):
+            return {}
         properties = {}
-        for node in ElementTree.fromstring(data.decode()).iterfind(f"{RDF}RDF/{RDF}Description/*"):
+        for node in packet.iterfind(f"{RDF}RDF/{RDF}Description/*"):
             space, name = node.tag[1:].split("}")
             items = [item.text for item in node.iter(f"{RDF}li")]
             properties[f"{SCHEMAS.get(space, space)}:{name}"] = items[0] if items else node.text
@@ -306,7 +309,7 @@ def dictionary_widths(items: list[Json]) -> dict[int, float]:
 
 @rule("6.2.11.5")
 def widths(document: Document) -> Breaks:
-    fonts_by_name = {font["/BaseFont"]: (cid_font, program) for font, cid_font, _, program in document.cid_fonts()}
+    fonts_by_name = {font.get("/BaseFont"): (cid_font, program) for font, cid_font, _, program in document.cid_fonts()}
     for name, used in document.shown_glyphs():
         cid_font, program = fonts_by_name.get(name, ({}, b""))
         right = advances(program) if program else []
@@ -340,12 +343,8 @@ def actions(document: Document) -> Breaks:
 
 @rule("6.6")
 def metadata(document: Document) -> Breaks:
-    try:
-        properties = document.packet
-    except (ElementTree.ParseError, UnicodeDecodeError) as error:
-        yield error
-        return
-    head = document.data(document.root["/Metadata"])[:100]
+    properties = document.packet
+    head = document.data(document.root.get("/Metadata"))[:100]
     if document.get(document.root, "/Metadata", "/Subtype") != "/XML" or re.search(rb"(bytes|encoding)=", head):
         yield head
     yield from properties.keys() - PROPERTIES.keys() - {"dc:format", "xmp:MetadataDate", "pdfaid:part", "pdfaid:conformance"}
@@ -368,7 +367,7 @@ def attachments(document: Document) -> Breaks:
             continue
         stream = document.get(value, "/EF", "/F")
         has_type = re.fullmatch(r"/[-\w+.]+/[-\w+.]+", stream.get("/Subtype", ""))
-        is_associated = reference.removeprefix("obj:") in associated and document.packet["pdfaid:part"] == "3"
+        is_associated = reference.removeprefix("obj:") in associated and document.packet.get("pdfaid:part") == "3"
         if not has_type or not is_associated or "/ModDate" not in stream.get("/Params", {}):
             yield value
         yield from {"/F", "/UF", "/AFRelationship", "/Desc"} - value.keys()
