@@ -12,13 +12,15 @@ namespace {
 
 using hdiplot::ExitStatus;
 
-ExitStatus Run(const hdiplot::CommandLine& line) {
+// `words`: the arguments.
+ExitStatus Run(const hdiplot::CommandLine& line, const std::vector<std::string>& words) {
   hdiplot::FindInstalledData();
   // The settings record has no field for it; the driver reads the environment.
   if (!line.compression.empty()) hdiplot::SetEnvironmentVariable("HDI_COMPRESSION", line.compression);
   if (line.listPapers) return ListPapers(line);
   if (line.finishOnly) return FinishExistingPdf(line);
   if (line.list) return ListDrawings(line);
+  if (line.each) return PlotEach(line, words);
   return line.isTrace ? PlotTrace(line) : PlotDrawings(line);
 }
 
@@ -28,7 +30,9 @@ ExitStatus ParseAndRun(const std::vector<std::string>& words) {
   for (const std::string& word : words) pointers.push_back(word.c_str());
   const hdiplot::ParsedArguments arguments =
       hdiplot::ParseArguments(static_cast<int>(pointers.size()), pointers.data());
-  const ExitStatus status = arguments.commandLine ? Run(*arguments.commandLine) : arguments.status;
+  const ExitStatus status = arguments.commandLine
+                                ? Run(*arguments.commandLine, {words.begin() + 1, words.end()})
+                                : arguments.status;
   if (hdiplot::FlushStandardOutput()) return status;
   hdiplot::PrintError("standard output: cannot be written");
   const bool hasPlotted =

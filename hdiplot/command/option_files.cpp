@@ -99,7 +99,7 @@ void SettleInputs(CommandLine& line) {
 }
 
 void SettleOutputs(CommandLine& line) {
-  if (line.list || line.inputs.empty()) return;
+  if (line.list || line.each || line.inputs.empty()) return;
   if (line.finishOnly && !line.output) line.output = PathText(line.inputs.front());
   SettleOutput(line);
   if (line.record) line.record = Settled("--record", *line.record, line, ".jsonl");

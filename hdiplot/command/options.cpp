@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 #include <type_traits>
 
 #include "hdiplot/command/printing.h"
@@ -28,6 +29,7 @@ constexpr const char* kExamples = R"(Examples:
   hdiplot plan.dxf                                 plan.pdf in the current directory, A4, as large as fits
   hdiplot plan.dxf -o out --paper A1 --scale 1:100 plan.pdf in the directory out
   hdiplot *.dxf -o set.pdf --paper "ANSI D"        one PDF with a page for each drawing
+  hdiplot *.dxf --each --output-dir out            a PDF for each drawing
   hdiplot drawings -o set.pdf                      the same for all drawings in a directory
   hdiplot plan.dxf --paper 600x300 --margins 10,5,10,5 --background ivory
   hdiplot plan.dxf --layer 'WALL*' --layer DOORS --skip-layer '*_TEXT' --monochrome
@@ -71,6 +73,7 @@ class ArgumentParser {
     app_.set_version_flag("--version", kVersion, "Print the version");
     app_.allow_windows_style_options(false);  // a slash begins a path
     AddFiles();
+    AddEach();
     AddPage();
     AddContent();
     AddList();
@@ -82,6 +85,7 @@ class ArgumentParser {
   // Throws CLI::Error.
   [[nodiscard]] CommandLine Parse(int argc, const char* const* argv) {
     app_.parse(argc, argv);
+    if (!plotOne_.empty()) SelectOne();
     if (line_.inputs.empty() && !line_.listPapers)
       throw CLI::RequiredError("a drawing (.dxf), a directory of drawings or a trace (.jsonl)");
     SettleInputs(line_);
@@ -136,6 +140,9 @@ class ArgumentParser {
   }
 
   void AddFiles();
+  void AddEach();
+  // In a process of a batch: the one drawing and its file in place of all.
+  void SelectOne();
   void AddPage();
   void AddContent();
   void AddList();
@@ -147,6 +154,8 @@ class ArgumentParser {
   CLI::App app_;
   CommandLine line_;
   std::vector<const CLI::Option*> forDrawings_;
+  std::string plotOne_;
+  std::string plotTo_;
 };
 
 void ArgumentParser::AddFiles() {
@@ -170,6 +179,32 @@ void ArgumentParser::AddFiles() {
       ->check(CLI::Range(10, 2400).description(""))
       ->needs(preview);
   app_.add_flag("--results", line_.results, "Print the result of each call of a trace");
+}
+
+void ArgumentParser::AddEach() {
+  auto* each = ForDrawings(app_.add_flag("--each", line_.each, "A PDF for each drawing"));
+  for (const char* option : {"--output", "--record", "--preview"}) each->excludes(app_.get_option(option));
+  ForDrawings(
+      AddPath("--output-dir", line_.outputDirectory, "The directory for them (default: the current one)"))
+      ->type_name("DIR")
+      ->needs(each);
+  line_.jobs = std::max(std::thread::hardware_concurrency(), 1U);
+  ForDrawings(
+      app_.add_option("--jobs", line_.jobs, "Drawings to plot at a time (default: the processor's threads)"))
+      ->type_name("N")
+      ->check(CLI::Range(1, 1024).description(""))
+      ->needs(each);
+  ForDrawings(app_.add_flag("--newer", line_.newer, "Leave out drawings that are older than their PDF"))
+      ->needs(each);
+  // Not shown: how a batch calls the command for one drawing.
+  app_.add_option("--plot-one", plotOne_)->group("")->needs(each);
+  app_.add_option("--plot-to", plotTo_)->group("")->needs(each);
+}
+
+void ArgumentParser::SelectOne() {
+  line_.each = false;
+  line_.inputs = {PathFromUtf8(plotOne_)};
+  line_.output = plotTo_;
 }
 
 void ArgumentParser::AddPage() {

@@ -36,6 +36,10 @@ struct CommandLine {
   std::optional<std::filesystem::path> preview;  // a picture of the first page
   int previewDpi = 100;
   bool results = false;
+  bool each = false;  // a PDF for each drawing, in `outputDirectory`
+  std::filesystem::path outputDirectory = ".";
+  unsigned jobs = 1;                               // so many of them at a time
+  bool newer = false;                              // only those whose PDF is older than the drawing
   Strictness strictness = Strictness::kForgiving;  // with drawings
   PlotOptions plot;                                // of drawings
   std::string device;                              // empty: the trace's, or the first
@@ -76,6 +80,8 @@ void SettleOutputs(CommandLine& line);
 // is printed and shows in the status.
 [[nodiscard]] ExitStatus PlotTrace(const CommandLine& line);
 [[nodiscard]] ExitStatus PlotDrawings(const CommandLine& line);
+// `words`: the arguments, for the processes that plot one drawing each.
+[[nodiscard]] ExitStatus PlotEach(const CommandLine& line, const std::vector<std::string>& words);
 [[nodiscard]] ExitStatus ListDrawings(const CommandLine& line);
 [[nodiscard]] ExitStatus ListPapers(const CommandLine& line);
 [[nodiscard]] ExitStatus FinishExistingPdf(const CommandLine& line);

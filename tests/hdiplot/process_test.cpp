@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
+#include <iterator>
 #include <string>
 
 #include "tests/hdiplot/command.h"
@@ -84,6 +86,25 @@ TEST_F(Process, WhatIsLeftOutIsCountedAndPrintedClean) {
               EndsWith("\nskipped: 1 TYP?[2m" + std::string(33, 'E') + "..., 1 too far off the sheet\n"));
   const std::string several = place.RunReal("a.dxf 'odd\x1b[1m.dxf' -o out.pdf --scale 1:1").out;
   EXPECT_THAT(several, HasSubstr("\nskipped in odd?[1m.dxf: 1 TYP?[2m"));
+}
+
+TEST_F(Process, ABatchPlotsEachDrawingToAFileOfItsOwn) {
+  place.Write("b.dxf", LineDrawing("20"));
+  place.Write("bad.dxf", "nothing\n");
+  const Outcome all = place.RunReal("--each --output-dir out --jobs 2 a.dxf b.dxf bad.dxf");
+  EXPECT_EQ(all.status, 1);
+  EXPECT_THAT(all.out, HasSubstr("out/a.pdf: 1 page, 1 object"));
+  EXPECT_THAT(all.out, EndsWith("\n2 plotted, 1 failed\n"));
+  EXPECT_THAT(all.err, StartsWith("hdiplot: bad.dxf:1: "));
+  for (const char* name : {"out/a.pdf", "out/b.pdf"}) ExpectWholePdf(name);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(place.Path("out")), {}), 2);
+
+  place.Write("b.dxf", LineDrawing("30"));
+  std::filesystem::last_write_time(place.Path("b.dxf"),
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_THAT(place.RunReal("--each --newer --output-dir out a.dxf b.dxf").out,
+              EndsWith("1 plotted, 1 up to date\n"));
+  command::ExpectFailure(place.RunReal("--each out/../a.dxf a.dxf"), "like another drawing");
 }
 
 }  // namespace
