@@ -1,11 +1,10 @@
 #include "hdiplot/dxf/drawing_builder.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
-#include "hdiplot/dxf/attribute_reader.h"
-#include "hdiplot/dxf/hatch_reader.h"
-#include "hdiplot/dxf/image_reader.h"
 #include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/shape_reader.h"
 #include "hdiplot/dxf/table_reader.h"
@@ -15,10 +14,6 @@ namespace {
 
 // Contains the entities of blocks without a name. No block can have this one.
 constexpr const char* kLostBlock = "\n?";
-
-std::string CutTypeName(std::string_view type) {
-  return std::string(type) + " cut off behind " + std::to_string(kLongestText) + " bytes";
-}
 
 }  // namespace
 
@@ -234,7 +229,9 @@ template <typename Text>
 void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                                 Backslash backslash) {
   if (!text) return;
-  if (CutLongText(text->text)) CountSkipped(CutTypeName(entity.type), attributes);
+  if (CutLongText(text->text)) {
+    CountSkipped(fmt::format("{} cut off behind {} bytes", entity.type, kLongestText), attributes);
+  };
   const std::string link = ReplaceFieldCodes(text->text, backslash);
   if (attributes.link.empty() && !link.empty()) attributes.link = names_.Hold(link);
   Entity& added = AddEntity(attributes, std::move(*text), entity.Text(5));

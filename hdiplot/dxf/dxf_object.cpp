@@ -1,5 +1,7 @@
 #include "hdiplot/dxf/dxf_object.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "hdiplot/geometry/curves.h"
@@ -18,7 +20,7 @@ double DxfObject::Angle(int code) const { return Radians(Real(code, 0)); }
 
 const Group& DxfObject::Needed(int code) const {
   if (const Group* group = Find(code)) return *group;
-  throw DxfFault{place, std::string(type) + " has no group " + std::to_string(code)};
+  throw DxfFault{place, fmt::format("{} has no group {}", type, code)};
 }
 
 std::vector<Vec2> DxfObject::Points(int code) const {
@@ -26,7 +28,7 @@ std::vector<Vec2> DxfObject::Points(int code) const {
   std::vector<Vec2> points;
   points.reserve(static_cast<size_t>(count(code)));
   if (count(code + 10) != count(code)) {
-    throw DxfFault{place, std::string(type) + " has points with only one coordinate"};
+    throw DxfFault{place, fmt::format("{} has points with only one coordinate", type)};
   }
   for (const Group& group : groups) {
     if (group.code == code) points.push_back({group.number, 0});
@@ -46,9 +48,8 @@ std::span<const Group> DxfObject::ExtendedOf(std::string_view application) const
 
 void DxfObject::CheckCount(const Group* counting, size_t counted) const {
   if (!counting || counting->Integer() == static_cast<int64_t>(counted)) return;
-  faults.Report({counting->place, "group " + std::to_string(counting->code) + " of " + TypeName(type) +
-                                      " says " + std::to_string(counting->Integer()) + ", but there are " +
-                                      std::to_string(counted)});
+  faults.Report({counting->place, fmt::format("group {} of {} says {}, but there are {}", counting->code,
+                                              TypeName(type), counting->Integer(), counted)});
 }
 
 }  // namespace hdiplot

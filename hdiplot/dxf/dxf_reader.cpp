@@ -8,10 +8,9 @@
 #include <string>
 #include <system_error>
 
-#include "hdiplot/dxf/binary_groups.h"
 #include "hdiplot/dxf/drawing_builder.h"
+#include "hdiplot/dxf/group_source.h"
 #include "hdiplot/dxf/structure_reader.h"
-#include "hdiplot/dxf/text_groups.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/files.h"
 #include "hdiplot/system/paths.h"
@@ -74,9 +73,9 @@ bool StartsLikeDxf(std::string_view text) {
 }
 
 bool HoldsObjects(std::string_view text) {
-  TextGroups groups(text);
-  groups.SkipDamage();
-  return groups.Position() < text.size();
+  const std::unique_ptr<GroupSource> groups = MakeTextGroups(text);
+  groups->SkipDamage();
+  return groups->Position() < text.size();
 }
 
 // Returns the source of the groups in `bytes`. Throws FileError for what is no DXF; strict: also for text
@@ -87,7 +86,7 @@ std::unique_ptr<GroupSource> OpenDxf(const std::filesystem::path& file, std::str
   for (const Signature& other : kOtherFiles) {
     if (bytes.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
   }
-  if (IsBinaryDxf(bytes)) return std::make_unique<BinaryGroups>(bytes);
+  if (IsBinaryDxf(bytes)) return MakeBinaryGroups(bytes);
   constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
   if (!StartsLikeDxf(bytes) && (isStrict || !HoldsObjects(bytes))) {
@@ -95,7 +94,7 @@ std::unique_ptr<GroupSource> OpenDxf(const std::filesystem::path& file, std::str
                     "this is no DXF: the group code 0 should stand here, but it is " +
                         Quoted(bytes.substr(0, bytes.find_first_of("\r\n"))));
   }
-  return std::make_unique<TextGroups>(bytes);
+  return MakeTextGroups(bytes);
 }
 
 FileError ErrorAt(const std::filesystem::path& file, const DxfFault& fault, bool isBinary) {

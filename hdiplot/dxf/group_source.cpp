@@ -1,5 +1,7 @@
 #include "hdiplot/dxf/group_source.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -25,12 +27,13 @@ GroupSource::Step GroupSource::FailAtType(const Group& group) {
 
 GroupSource::Step GroupSource::FailAtNumber(const Group& group, std::string_view written) {
   const bool isReal = FormOf(group.code) == ValueForm::kReal;
-  std::string message = "group " + std::to_string(group.code) + " takes a " + (isReal ? "" : "whole ") +
-                        "number, but its value is " + Quoted(written);
   if (isReal && !std::isnan(group.number)) {
-    message = "the number " + Quoted(written) + " is too large for a drawing";
+    return Fail(Step::kBadValue, group.place,
+                fmt::format("the number {} is too large for a drawing", Quoted(written)));
   }
-  return Fail(Step::kBadValue, group.place, std::move(message));
+  return Fail(Step::kBadValue, group.place,
+              fmt::format("group {} takes a {}number, but its value is {}", group.code,
+                          isReal ? "" : "whole ", Quoted(written)));
 }
 
 }  // namespace hdiplot

@@ -1,10 +1,11 @@
-// The groups of a text DXF (text_groups.h) or a binary one (binary_groups.h).
+// The groups of a DXF, from text (text_groups.cpp) or a binary file (binary_groups.cpp).
 #pragma once
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -90,5 +91,12 @@ class GroupSource {
   ValueCheck check_ = ValueCheck::kNumber;
   DxfFault fault_{};
 };
+
+// Whether the file has the sentinel of a binary DXF.
+[[nodiscard]] bool IsBinaryDxf(std::string_view file);
+
+// The file, which is text or IsBinaryDxf, has to outlive the source.
+[[nodiscard]] std::unique_ptr<GroupSource> MakeTextGroups(std::string_view file);
+[[nodiscard]] std::unique_ptr<GroupSource> MakeBinaryGroups(std::string_view file);
 
 }  // namespace hdiplot

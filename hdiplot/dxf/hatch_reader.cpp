@@ -5,7 +5,7 @@
 // A gradient: 460 the angle in radians, 461 the shift, 452 whether it is one colour with a tint (462), 453
 // the number of colours, 470 the name. Each colour starts with 463 and is an index (63), a true colour (421)
 // or both.
-#include "hdiplot/dxf/hatch_reader.h"
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
@@ -17,9 +17,9 @@
 #include <utility>
 #include <vector>
 
-#include "hdiplot/dxf/attribute_reader.h"
 #include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/shape_reader.h"
+#include "hdiplot/dxf/table_reader.h"
 #include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
@@ -114,10 +114,12 @@ class HatchReader {
 
   const Group& Take(int code) {
     if (At(code)) return Next();
-    const std::string wanted = "group " + std::to_string(code);
-    if (left_.empty()) throw DxfFault{EndPlace(), "HATCH ends where " + wanted + " should stand"};
-    throw DxfFault{left_.front().CodePlace(), "HATCH has group " + std::to_string(left_.front().code) +
-                                                  " where " + wanted + " should stand"};
+    if (left_.empty()) {
+      throw DxfFault{EndPlace(), fmt::format("HATCH ends where group {} should stand", code)};
+    }
+    const Group& other = left_.front();
+    throw DxfFault{other.CodePlace(),
+                   fmt::format("HATCH has group {} where group {} should stand", other.code, code)};
   }
 
   double TakeReal(int code) { return Take(code).number; }
@@ -176,7 +178,7 @@ class HatchReader {
       case 4:
         return ReadSplineEdge();
       default:
-        throw DxfFault{type.place, "HATCH has no edges of the type " + std::to_string(type.Integer())};
+        throw DxfFault{type.place, fmt::format("HATCH has no edges of the type {}", type.Integer())};
     }
   }
 

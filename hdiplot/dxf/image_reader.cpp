@@ -1,8 +1,8 @@
 // Both entities have the same groups: a corner, the sides of one pixel in space, the size in pixels, and a
 // polygon in pixels, counted downwards from the centre of the upper left one.
-#include "hdiplot/dxf/image_reader.h"
-
 #include <algorithm>
+
+#include "hdiplot/dxf/shape_reader.h"
 
 namespace hdiplot {
 namespace {

@@ -73,55 +73,44 @@ Vec2 OriginOf(const DxfObject& settings) {
   return settings.Integer(74, kWholeLayout) == kWholeLayout && isNear ? origin : Vec2{};
 }
 
-// The part of the model that a viewport shows.
-struct View {
-  Vec2 target;
-  Vec3 direction{0, 0, 1};
-  Vec2 center;
-  double height = 0;
-  double twist = 0;  // radians
-  bool isPerspective = false;
-  std::vector<std::string> frozenLayers;  // those given by name
-};
-
 constexpr uint64_t kPerspective = 1;
 
-View ViewOf(const DxfObject& viewport) {
-  View view;
-  view.target = viewport.Point(17);
-  view.direction = {viewport.Real(16, 0), viewport.Real(26, 0), viewport.Real(36, 1)};
-  view.center = viewport.Point(12);
-  view.height = viewport.Real(45, 0);
-  view.twist = viewport.Angle(51);
-  view.isPerspective = (viewport.Flags(90) & kPerspective) != 0;
-  return view;
+// What a view has beside the members of ViewportEntity, which are read into `viewport`.
+struct View {
+  Vec3 direction{0, 0, 1};
+  double height = 0;
+  bool isPerspective = false;
+};
+
+View ReadView(const DxfObject& entity, ViewportEntity& viewport) {
+  viewport.target = entity.Point(17);
+  viewport.viewCenter = entity.Point(12);
+  viewport.twist = entity.Angle(51);
+  const Vec3 direction{entity.Real(16, 0), entity.Real(26, 0), entity.Real(36, 1)};
+  return {direction, entity.Real(45, 0), (entity.Flags(90) & kPerspective) != 0};
 }
 
 // In files up to R14 the view is a list in the extended data: target and direction as points; twist, height
 // and centre as numbers; flags; the names of frozen layers. The twist is in radians, but some programs write
 // degrees.
-View OldViewOf(const DxfObject& viewport, const TextDecoder& decoder) {
-  const std::span<const Group> data = viewport.ExtendedOf("ACAD");
-  View view;
-  if (std::ranges::find(data, "MVIEW", &Group::Value) == data.end()) return view;
+View ReadOldView(const DxfObject& entity, const TextDecoder& decoder, ViewportEntity& viewport) {
+  const std::span<const Group> data = entity.ExtendedOf("ACAD");
+  if (std::ranges::find(data, "MVIEW", &Group::Value) == data.end()) return {};
   const auto nth = [data](int code, size_t index) {
     for (const Group& group : data) {
-      if (group.code == code && index-- == 0) return group;
+      if (group.code == code && index-- == 0) return group.number;
     }
-    return Group{};
+    return 0.0;
   };
-  view.target = {nth(1010, 0).number, nth(1020, 0).number};
-  view.direction = {nth(1010, 1).number, nth(1020, 1).number, nth(1030, 1).number};
-  const double twist = nth(1040, 0).number;
-  view.twist = std::abs(twist) > kWholeTurn ? Radians(twist) : twist;
-  view.height = nth(1040, 1).number;
-  view.center = {nth(1040, 2).number, nth(1040, 3).number};
-  view.isPerspective =
-      (static_cast<uint64_t>(nth(1070, 1).Integer()) & kPerspective) != 0;  // the first one is a version
+  viewport.target = {nth(1010, 0), nth(1020, 0)};
+  viewport.viewCenter = {nth(1040, 2), nth(1040, 3)};
+  const double twist = nth(1040, 0);
+  viewport.twist = std::abs(twist) > kWholeTurn ? Radians(twist) : twist;
   for (const Group& group : data) {
-    if (group.code == 1003) view.frozenLayers.push_back(decoder.DecodeName(group));
+    if (group.code == 1003) viewport.frozenLayers.push_back(decoder.DecodeName(group));
   }
-  return view;
+  const auto flags = static_cast<uint64_t>(static_cast<int64_t>(nth(1070, 1)));  // the first one is a version
+  return {{nth(1010, 1), nth(1020, 1), nth(1030, 1)}, nth(1040, 1), (flags & kPerspective) != 0};
 }
 
 }  // namespace
@@ -159,12 +148,8 @@ ViewportRecord ReadViewport(const DxfObject& entity, bool isFirst, const TextDec
     return record;
   }
 
-  const View view = entity.Find(45) != nullptr ? ViewOf(entity) : OldViewOf(entity, decoder);
+  const View view = entity.Find(45) ? ReadView(entity, viewport) : ReadOldView(entity, decoder, viewport);
   viewport.scale = viewport.height / view.height;
-  viewport.viewCenter = view.center;
-  viewport.target = view.target;
-  viewport.twist = view.twist;
-  viewport.frozenLayers = view.frozenLayers;
   if (!IsScale(viewport.scale)) return record;
 
   const bool isPlan = view.direction.z > 0 && !view.isPerspective &&

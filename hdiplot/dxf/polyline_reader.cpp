@@ -1,9 +1,10 @@
 #include "hdiplot/dxf/polyline_reader.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <set>
-#include <string>
 #include <utility>
 
 #include "hdiplot/dxf/object_plane.h"
@@ -105,8 +106,7 @@ Shape PolylineBuilder::MeshGrid() const {
   const auto countN = static_cast<size_t>(countN_);
   const size_t vertices = outline_.vertices.size();
   if (countM < 2 || countN < 2 || countM > vertices || countN > vertices || countM * countN != vertices) {
-    throw DxfFault{place_, "a mesh of " + std::to_string(countM_) + " by " + std::to_string(countN_) +
-                               " vertices has " + std::to_string(vertices)};
+    throw DxfFault{place_, fmt::format("a mesh of {} by {} vertices has {}", countM_, countN_, vertices)};
   }
   MeshEntity mesh;
   const auto point = [&](size_t m, size_t n) { return outline_.vertices[m * countN + n].point; };
@@ -134,8 +134,8 @@ Shape PolylineBuilder::Polyface() const {
       const int64_t from = std::abs(face.corners[i]);
       const int64_t to = std::abs(face.corners[(i + 1) % corners]);
       if (from > vertices || to > vertices) {
-        faults_.Report({face.place, "a face has the corner " + std::to_string(std::max(from, to)) +
-                                        ", but the mesh has " + std::to_string(vertices) + " vertices"});
+        faults_.Report({face.place, fmt::format("a face has the corner {}, but the mesh has {} vertices",
+                                                std::max(from, to), vertices)});
         break;
       }
       const bool hidden = face.corners[i] < 0;

@@ -2,6 +2,8 @@
 // direction, the others in their own plane.
 #include "hdiplot/dxf/shape_reader.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -39,8 +41,8 @@ int CopiesOf(const DxfObject& insert, int code) {
   constexpr int64_t kMostCopies = 32767;
   const int64_t copies = insert.Integer(code, 1);
   if (copies >= 0 && copies <= kMostCopies) return std::max(1, static_cast<int>(copies));
-  insert.faults.Report({insert.Find(code)->place, "an INSERT cannot have " + std::to_string(copies) +
-                                                      (code == 70 ? " columns" : " rows")});
+  insert.faults.Report({insert.Find(code)->place,
+                        fmt::format("an INSERT cannot have {} {}", copies, code == 70 ? "columns" : "rows")});
   return 1;
 }
 
@@ -58,10 +60,9 @@ void CheckKnots(const SplineEntity& spline, size_t place) {
   const auto degree = static_cast<size_t>(spline.degree);
   const size_t needed = spline.controlPoints.size() + degree + 1;
   if (spline.knots.size() != needed) {
-    throw DxfFault{place, "a spline of degree " + std::to_string(degree) + " with " +
-                              std::to_string(spline.controlPoints.size()) + " control points needs " +
-                              std::to_string(needed) + " knots, but has " +
-                              std::to_string(spline.knots.size())};
+    throw DxfFault{
+        place, fmt::format("a spline of degree {} with {} control points needs {} knots, but has {}", degree,
+                           spline.controlPoints.size(), needed, spline.knots.size())};
   }
   if (!std::ranges::is_sorted(spline.knots)) throw DxfFault{place, "the spline's knots are not in order"};
   if (spline.knots[degree] >= spline.knots[spline.controlPoints.size()]) {
@@ -72,8 +73,8 @@ void CheckKnots(const SplineEntity& spline, size_t place) {
 void CheckWeights(SplineEntity& spline, size_t place) {
   if (spline.weights.empty()) return;
   if (spline.weights.size() != spline.controlPoints.size()) {
-    throw DxfFault{place, "the spline has " + std::to_string(spline.controlPoints.size()) +
-                              " control points, but " + std::to_string(spline.weights.size()) + " weights"};
+    throw DxfFault{place, fmt::format("the spline has {} control points, but {} weights",
+                                      spline.controlPoints.size(), spline.weights.size())};
   }
   if (std::ranges::any_of(spline.weights, [](double weight) { return weight <= 0; })) {
     throw DxfFault{place, "a weight of the spline is not above 0"};
@@ -180,7 +181,7 @@ InsertEntity ReadInsert(const DxfObject& entity, NameCache& names) {
 void CompleteSpline(SplineEntity& spline, size_t place) {
   constexpr int kHighestDegree = 25;
   if (spline.degree < 1 || spline.degree > kHighestDegree) {
-    throw DxfFault{place, "a spline cannot have the degree " + std::to_string(spline.degree)};
+    throw DxfFault{place, fmt::format("a spline cannot have the degree {}", spline.degree)};
   }
   if (spline.controlPoints.empty()) {
     if (spline.fitPoints.size() < 2) throw DxfFault{place, "the spline has no points"};
@@ -190,9 +191,8 @@ void CompleteSpline(SplineEntity& spline, size_t place) {
   }
   const auto degree = static_cast<size_t>(spline.degree);
   if (spline.controlPoints.size() <= degree) {
-    throw DxfFault{place, "a spline of degree " + std::to_string(degree) + " needs " +
-                              std::to_string(degree + 1) + " control points, but has " +
-                              std::to_string(spline.controlPoints.size())};
+    throw DxfFault{place, fmt::format("a spline of degree {} needs {} control points, but has {}", degree,
+                                      degree + 1, spline.controlPoints.size())};
   }
   if (spline.knots.empty()) spline.knots = EvenKnots(spline.controlPoints.size(), degree);
   CheckKnots(spline, place);

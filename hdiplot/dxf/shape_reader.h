@@ -1,5 +1,5 @@
-// Entities of one object whose groups can be in any order: lines, arcs, splines and the like, LEADER and
-// INSERT.
+// The shapes of entities of one object, but for texts, polylines and viewports. HATCH, whose groups depend on
+// their order, is in hatch_reader.cpp, IMAGE and WIPEOUT are in image_reader.cpp.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@
 
 namespace hdiplot {
 
-// All of these throw DxfFault for an entity that has no shape.
+// All of these throw DxfFault for an entity that is incomplete or has no shape. Wrong counts are reported and
+// ignored.
 [[nodiscard]] PointEntity ReadPoint(const DxfObject& entity);
 [[nodiscard]] LineEntity ReadLine(const DxfObject& entity);
 [[nodiscard]] Shape ReadCircle(const DxfObject& entity);
@@ -20,6 +21,9 @@ namespace hdiplot {
 [[nodiscard]] FaceEntity ReadFace(const DxfObject& entity);    // 3DFACE
 [[nodiscard]] SplineEntity ReadSpline(const DxfObject& entity);
 [[nodiscard]] Shape ReadLeader(const DxfObject& entity);
+[[nodiscard]] HatchEntity ReadHatch(const DxfObject& entity);
+[[nodiscard]] ImageEntity ReadImage(const DxfObject& entity);
+[[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& entity);
 [[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, NameCache& names);
 
 // Completes a spline of an entity or a hatch at that place: adds missing knots, drops weights that are all

@@ -1,6 +1,8 @@
 // SECTION ... ENDSEC, which contain TABLE ... ENDTAB and BLOCK ... ENDBLK.
 #include "hdiplot/dxf/structure_reader.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -144,22 +146,21 @@ void StructureReader::LeaveSection() {
 void StructureReader::CloseSection() {
   CloseTableOrBlock();
   if (sectionPlace_ != 0) {
-    Report("the section " + Quoted(sectionName_) + " of " + source_.PlaceName() + " " +
-           std::to_string(sectionPlace_) + " has no ENDSEC");
+    ReportOpen("section " + Quoted(sectionName_), sectionPlace_, "ENDSEC");
   }
   LeaveSection();
 }
 
 void StructureReader::CloseTableOrBlock() {
-  const auto report = [this](const char* what, size_t place, const char* end) {
-    Report(std::string("the ") + what + " of " + source_.PlaceName() + " " + std::to_string(place) +
-           " has no " + end);
-  };
-  if (tablePlace_ != 0) report("table", tablePlace_, "ENDTAB");
+  if (tablePlace_ != 0) ReportOpen("table", tablePlace_, "ENDTAB");
   tablePlace_ = 0;
   if (blockPlace_ == 0) return;
-  report("block", blockPlace_, "ENDBLK");
+  ReportOpen("block", blockPlace_, "ENDBLK");
   EndBlock();
+}
+
+void StructureReader::ReportOpen(const std::string& what, size_t place, const char* end) {
+  Report(fmt::format("the {} of {} {} has no {}", what, source_.PlaceName(), place, end));
 }
 
 void StructureReader::EndBlock() {
@@ -175,7 +176,7 @@ void StructureReader::ReadStrayGroups() {
     return;
   }
   if (section_ == Section::kNone) {
-    faults_.Report({place, "group " + std::to_string(group_.code) + " stands outside of any section"});
+    faults_.Report({place, fmt::format("group {} stands outside of any section", group_.code)});
     if (group_.code == kNameCode && SectionOf(group_.Value()) != Section::kOther) {
       EnterSection(SectionOf(group_.Value()), group_.Value());
     } else if (isVariable) {
@@ -187,8 +188,8 @@ void StructureReader::ReadStrayGroups() {
   } else if (section_ == Section::kEntities) {
     faults_.Report({place, "an entity, group 0, should stand here"});
   } else if (section_ == Section::kTables || section_ == Section::kBlocks) {
-    faults_.Report({place, "group " + std::to_string(group_.code) + " stands outside of any " +
-                               (section_ == Section::kTables ? "table" : "block")});
+    faults_.Report({place, fmt::format("group {} stands outside of any {}", group_.code,
+                                       section_ == Section::kTables ? "table" : "block")});
   }
   const auto isAtNext = [this] {
     return group_.code == kTypeCode || (section_ == Section::kHeader && group_.code == kVariableCode);

@@ -55,6 +55,7 @@ class StructureReader {
   [[nodiscard]] bool AtStart(std::string_view type) const {
     return group_.code == 0 && group_.Value() == type;
   }
+  void ReportOpen(const std::string& what, size_t place, const char* end);
   void Report(std::string message) { faults_.Report({group_.place, std::move(message)}); }
 
   GroupSource& source_;

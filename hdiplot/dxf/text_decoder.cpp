@@ -1,6 +1,8 @@
 // Code pages of the system, and the escapes \U+XXXX and \M+NXXXX.
 #include "hdiplot/dxf/text_decoder.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -186,7 +188,7 @@ std::string TextDecoder::Decode(std::string_view raw) const {
 std::string TextDecoder::DecodeName(const Group& group) const {
   const std::string_view raw = group.Value();
   if (raw.size() <= kLongestName) return Decode(raw);
-  throw DxfFault{group.place, "this name has " + std::to_string(raw.size()) + " characters"};
+  throw DxfFault{group.place, fmt::format("this name has {} characters", raw.size())};
 }
 
 std::string TextDecoder::DecodeFoldedName(const Group& group) const { return FoldedName(DecodeName(group)); }
