@@ -36,9 +36,9 @@ class Drawings : public testing::Test {
       place.Fetch(name);
   }
 
-  // The PDF of the words, which is also that of their recorded trace.
+  // The PDF of the words without an outline, which is also that of their recorded trace.
   [[nodiscard]] std::string Plotted(const std::string& words) const {
-    const Outcome plotted = place.RunReal(words + " -o out.pdf --record out.jsonl");
+    const Outcome plotted = place.RunReal(words + " -o out.pdf --no-bookmarks --record out.jsonl");
     EXPECT_EQ(plotted.status, 0) << plotted.err;
     EXPECT_EQ(place.RunReal("out.jsonl -o again.pdf").status, 0);
     std::string pdf = place.Read("out.pdf");
