@@ -56,7 +56,7 @@ void ConformLayers(QPDFObjectHandle properties) {
   for (QPDFObjectHandle group : ItemsOf(properties.getKey("/OCGs"))) {
     const auto items = order.getArrayAsVector();
     const bool isListed = std::ranges::any_of(
-        items, [&group](QPDFObjectHandle item) { return item.getObjGen() == group.getObjGen(); });
+        items, [&group](const QPDFObjectHandle& item) { return item.getObjGen() == group.getObjGen(); });
     if (!isListed) order.appendItem(group);
   }
 }
@@ -97,7 +97,7 @@ class PdfAPass {
  private:
   void ConformPage(QPDFObjectHandle page, size_t number) {
     CheckPage(page);
-    for (QPDFObjectHandle annotation : ItemsOf(page.getKey("/Annots"))) ConformAnnotation(annotation);
+    for (const QPDFObjectHandle& annotation : ItemsOf(page.getKey("/Annots"))) ConformAnnotation(annotation);
     const FontsByName fonts = fonts_.Conform(page.getKey("/Resources").getKeyIfDict("/Font"));
     const uint64_t leftOut = ConformContents(page, fonts);
     if (leftOut > 0) {

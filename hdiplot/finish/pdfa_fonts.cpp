@@ -82,7 +82,7 @@ std::vector<double> DictionaryWidths(QPDFObjectHandle font, size_t glyphs) {
     if (!items[i].isInteger()) break;
     long long glyph = items[i].getIntValue();
     if (items[i + 1].isArray()) {
-      for (QPDFObjectHandle width : items[i + 1].getArrayAsVector()) set(glyph++, width);
+      for (const QPDFObjectHandle& width : items[i + 1].getArrayAsVector()) set(glyph++, width);
       i += 2;
     } else {
       if (i + 2 >= items.size() || !items[i + 1].isInteger()) break;
@@ -149,7 +149,7 @@ QPDFObjectHandle CidFont(QPDFObjectHandle font) {
   return descendants.getArrayItem(0);
 }
 
-FontFacts ConformFont(QPDFObjectHandle font) {
+FontFacts ConformFont(const QPDFObjectHandle& font) {
   QPDFObjectHandle cidFont = CidFont(font);
   QPDFObjectHandle descriptor = cidFont.getKey("/FontDescriptor");
   QPDFObjectHandle program = descriptor.getKeyIfDict("/FontFile2");
@@ -175,7 +175,7 @@ FontFacts ConformFont(QPDFObjectHandle font) {
 
 }  // namespace
 
-FontsByName PdfAFonts::Conform(QPDFObjectHandle resources) {
+FontsByName PdfAFonts::Conform(const QPDFObjectHandle& resources) {
   FontsByName facts;
   for (auto& [name, font] : EntriesOf(resources)) {
     const auto known = known_.find(font.getObjGen());

@@ -13,7 +13,7 @@ class PdfAFonts {
  public:
   // Makes the fonts of a page's resources conform, and tells what the page's content needs of them. Only
   // embedded composite fonts whose codes are glyph numbers are known; NoPdfA for any other.
-  [[nodiscard]] FontsByName Conform(QPDFObjectHandle resources);
+  [[nodiscard]] FontsByName Conform(const QPDFObjectHandle& resources);
 
  private:
   std::map<QPDFObjGen, FontFacts> known_;
