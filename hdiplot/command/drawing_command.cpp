@@ -225,10 +225,10 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const PaperPlan paper(driver, line.plot);
   ChooseOrientations(pages, line.plot, paper);
   const DrawingPage& first = pages.front();
-  Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line,
-          ResolveFinish(line, NamesOf(pages)));
+  const FinishOptions finish = ResolveFinish(line, NamesOf(pages));
+  Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line);
   const SkippedByDrawing skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
-  const ExitStatus status = Conclude(job, line, start, progress);
+  const ExitStatus status = Conclude(job, line, finish, start, progress);
   PrintSkipped(line, skipped);
   const bool isWhole = std::ranges::all_of(drawings, [](const Drawing& d) { return d.losses.empty(); });
   const bool isPartial =

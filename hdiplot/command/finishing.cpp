@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -66,6 +66,17 @@ ExitStatus Run(const FinishOptions& options, const fs::path& input, const fs::pa
   return losses.empty() ? ExitStatus::kDone : ExitStatus::kPartlyDone;
 }
 
+// Runs the pass on a plotted PDF. One that fails is reported and leaves the PDF.
+ExitStatus FinishPlot(const FinishOptions& options, const fs::path& pdf) {
+  if (!AsksForPass(options)) return ExitStatus::kDone;
+  try {
+    return Run(options, pdf, pdf);
+  } catch (const FileError& error) {
+    PrintError(error.what());
+    return ExitStatus::kNothingDone;
+  }
+}
+
 }  // namespace
 
 FinishOptions ResolveFinish(const CommandLine& line, const std::vector<PageName>& names) {
@@ -82,14 +93,30 @@ FinishOptions ResolveFinish(const CommandLine& line, const std::vector<PageName>
   return options;
 }
 
-ExitStatus FinishPlot(const FinishOptions& options, const fs::path& pdf) {
-  if (!AsksForPass(options)) return ExitStatus::kDone;
-  try {
-    return Run(options, pdf, pdf);
-  } catch (const FileError& error) {
-    PrintError(error.what());
-    return ExitStatus::kNothingDone;
+ExitStatus Conclude(Job& job, const CommandLine& line, const FinishOptions& options, Clock::time_point start,
+                    Progress& progress) {
+  job.Finish();
+  progress.Finish();
+  ExitStatus status = ExitStatus::kDone;
+  const auto finish = [&status](const auto& step) {
+    try {
+      step();
+    } catch (const FileError& error) {
+      PrintError(error.what());
+      status = ExitStatus::kPartlyDone;
+    }
+  };
+  finish([&] { job.FinishRecord(); });
+  finish([&] { job.FinishPreview(line); });
+  PlotSummary summary = job.Summary();
+  // Behind the preview, which cannot be made of an encrypted file.
+  if (!summary.file.empty()) {
+    status = std::max(status, FinishPlot(options, summary.file));
+    summary.bytes = fs::file_size(summary.file);
   }
+  summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  if (std::FILE* stream = SummaryStream(line)) PrintLine(stream, FormatSummary(summary));
+  return status;
 }
 
 ExitStatus FinishExistingPdf(const CommandLine& line) {

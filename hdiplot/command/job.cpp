@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -11,7 +10,6 @@
 #include <vector>
 
 #include "engine/preview.h"
-#include "hdiplot/command/finishing.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/image/png_encoder.h"
 #include "hdiplot/system/errors.h"
@@ -56,9 +54,7 @@ void WritePreview(const fs::path& pdf, const fs::path& file, int dotsPerInch) {
 
 }  // namespace
 
-Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line,
-         const FinishOptions& finish)
-    : finish_(finish) {
+Job::Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line) {
   const auto output = line.output ? std::optional(hdi::ToUtf16(*line.output)) : settings.output;
   file_ = DriverOutput(output, settings.defaultOutput);
   CheckFiles(line);
@@ -90,7 +86,7 @@ void Job::CheckFiles(const CommandLine& line) const {
         "no output file: give one with -o, or as output or defaultOutput in the job line");
   }
   if (line.preview && !file_) throw std::runtime_error("--preview needs an output file: give one with -o");
-  if (!file_ && AsksForPass(finish_)) {
+  if (!file_ && (AsksForPass(line.finish) || line.bookmarks.value_or(false))) {
     throw std::runtime_error("changes to the finished PDF need an output file: give one with -o");
   }
   using Role = std::pair<const char*, fs::path>;
@@ -133,34 +129,6 @@ void Job::FinishRecord() {
 
 void Job::FinishPreview(const CommandLine& line) const {
   if (line.preview) WritePreview(*file_, *line.preview, line.previewDpi);
-}
-
-ExitStatus Job::FinishPdf() {
-  if (!file_) return ExitStatus::kDone;
-  const ExitStatus status = FinishPlot(finish_, *file_);
-  summary_.bytes = fs::file_size(*file_);
-  return status;
-}
-
-ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start, Progress& progress) {
-  job.Finish();
-  progress.Finish();
-  ExitStatus status = ExitStatus::kDone;
-  const auto finish = [&status](const auto& step) {
-    try {
-      step();
-    } catch (const FileError& error) {
-      PrintError(error.what());
-      status = ExitStatus::kPartlyDone;
-    }
-  };
-  finish([&] { job.FinishRecord(); });
-  finish([&] { job.FinishPreview(line); });
-  status = std::max(status, job.FinishPdf());
-  PlotSummary summary = job.Summary();
-  summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  if (std::FILE* stream = SummaryStream(line)) PrintLine(stream, FormatSummary(summary));
-  return status;
 }
 
 std::FILE* SummaryStream(const CommandLine& line) {

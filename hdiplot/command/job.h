@@ -2,7 +2,6 @@
 // trace and preview.
 #pragma once
 
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -11,8 +10,6 @@
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/plot_device.h"
-#include "hdiplot/finish/finish.h"
-#include "hdiplot/system/progress.h"
 #include "hdiplot/trace/trace.h"
 #include "hdiplot/trace/trace_writer.h"
 
@@ -23,8 +20,7 @@ class Job {
   // Puts the settings into the driver's record, opens its device and starts the document. The command line's
   // output overrides that of the settings. Throws a std::runtime_error with a message for the user, before
   // any file is changed, when an output cannot be written or the driver refuses.
-  Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line,
-      const FinishOptions& finish);
+  Job(hdi::HT_Driver& driver, const JobSettings& settings, const CommandLine& line);
 
   [[nodiscard]] PlotDevice& Device() { return *device_; }
 
@@ -38,10 +34,6 @@ class Job {
   // After Finish: writes the picture of the first page, if the command line asks for one. Throws FileError.
   void FinishPreview(const CommandLine& line) const;
 
-  // After Finish and FinishPreview, which does not read what this may encrypt: the pass over the PDF, if
-  // there is one.
-  [[nodiscard]] ExitStatus FinishPdf();
-
   // After Finish; without the time.
   [[nodiscard]] const PlotSummary& Summary() const { return summary_; }
 
@@ -53,15 +45,7 @@ class Job {
   std::optional<TraceWriter> recorder_;
   std::optional<PlotDevice> device_;
   PlotSummary summary_;
-  FinishOptions finish_;
 };
-
-using Clock = std::chrono::steady_clock;
-
-// Finishes the job, the progress bar, the record, the preview and the PDF, and prints the summary with the
-// time since `start`. What cannot be written is reported and shows in the status.
-[[nodiscard]] ExitStatus Conclude(Job& job, const CommandLine& line, Clock::time_point start,
-                                  Progress& progress);
 
 // Where the summary goes: standard output, or standard error when standard output has results; null when
 // quiet.

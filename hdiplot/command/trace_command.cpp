@@ -27,7 +27,8 @@ ExitStatus PlotTrace(const CommandLine& line) {
   Trace trace = ReadTrace(line.inputs.front());
   if (!line.device.empty()) trace.job.device = hdi::ToUtf16(line.device);
   const Module module(line.module);
-  Job job(module.Driver(trace.job.device), trace.job, line, ResolveFinish(line, {}));
+  const FinishOptions finish = ResolveFinish(line, {});
+  Job job(module.Driver(trace.job.device), trace.job, line);
 
   progress.Start(trace.calls.size());
   for (size_t i = 0; i < trace.calls.size(); ++i) {
@@ -35,7 +36,7 @@ ExitStatus PlotTrace(const CommandLine& line) {
     if (line.results) PrintResult(trace.calls[i], result);
     progress.Advance(i + 1);
   }
-  return Conclude(job, line, start, progress);
+  return Conclude(job, line, finish, start, progress);
 }
 
 }  // namespace hdiplot

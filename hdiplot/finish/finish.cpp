@@ -1,7 +1,8 @@
 #include "hdiplot/finish/finish.h"
 
+#include <cerrno>
+#include <cstring>
 #include <memory>
-#include <new>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
 
@@ -12,20 +13,22 @@
 #include "hdiplot/finish/output.h"
 #include "hdiplot/finish/pdfa.h"
 #include "hdiplot/system/errors.h"
+#include "hdiplot/system/files.h"
 
 namespace hdiplot {
 
 namespace {
 
 std::unique_ptr<QPDF> Open(const std::filesystem::path& file) {
+  FileStream stream = OpenToRead(file);
+  if (!stream) throw FileError(file, 0, std::string("cannot be read: ") + std::strerror(errno));
   auto pdf = std::make_unique<QPDF>();
   pdf->setSuppressWarnings(true);
   try {
-    pdf->processFile(PathText(file).c_str());
+    pdf->processFile("input", stream.release(), /*close_file=*/true);
   } catch (const QPDFExc& error) {
     const bool isLocked = error.getErrorCode() == qpdf_e_password;
-    throw FileError(file, 0,
-                    isLocked ? "is encrypted" : "is no PDF that can be read: " + error.getMessageDetail());
+    throw FileError(file, 0, isLocked ? "is encrypted" : "is not a PDF: " + error.getMessageDetail());
   }
   if (pdf->isEncrypted()) throw FileError(file, 0, "is encrypted");
   return pdf;
@@ -52,11 +55,6 @@ void Change(QPDF& pdf, const FinishOptions& options, std::vector<std::string>& l
 
 }  // namespace
 
-bool AsksForPass(const FinishOptions& options) {
-  return options.bookmarks || options.properties != Properties() || options.pdfA != PdfA::kNone ||
-         !options.attachments.empty() || options.compact || options.linearize || options.encryption;
-}
-
 std::string Contradiction(const FinishOptions& options) {
   if (options.pdfA != PdfA::kNone && options.encryption) return "PDF/A excludes encryption";
   if (options.pdfA == PdfA::k2b && !options.attachments.empty()) {
@@ -74,10 +72,10 @@ std::vector<std::string> FinishFile(const std::filesystem::path& input, const st
   } catch (const NoPdfA& reason) {
     const std::string name = options.pdfA == PdfA::k2b ? "PDF/A-2b" : "PDF/A-3b";
     throw FileError(input, 0, "cannot become " + name + ": " + reason.what());
-  } catch (const QPDFExc& error) {
-    throw FileError(input, 0, "is broken: " + error.getMessageDetail());
-  } catch (const std::bad_alloc&) {
-    throw FileError(input, 0, "is too large for this machine's memory");
+  } catch (const FileError&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw FileError(input, 0, std::string("cannot be changed: ") + error.what());
   }
   for (std::string& loss : losses) loss.insert(0, PathText(input) + ": ");
   const std::vector<std::string> repairs = Repairs(*pdf, input);

@@ -52,7 +52,10 @@ struct FinishOptions {
 };
 
 // Whether the options ask for a pass at all.
-[[nodiscard]] bool AsksForPass(const FinishOptions& options);
+[[nodiscard]] inline bool AsksForPass(const FinishOptions& options) {
+  return options.bookmarks || options.properties != Properties() || options.pdfA != PdfA::kNone ||
+         !options.attachments.empty() || options.compact || options.linearize || options.encryption;
+}
 
 // Why the options exclude each other, as a message; empty when they do not.
 [[nodiscard]] std::string Contradiction(const FinishOptions& options);

@@ -87,7 +87,7 @@ class PdfAPass {
     for (size_t i = 0; i < pages.size(); ++i) {
       try {
         ConformPage(pages[i], i + 1);
-      } catch (const NoPdfA& reason) {
+      } catch (const std::runtime_error& reason) {
         throw NoPdfA(fmt::format("page {}: {}", i + 1, reason.what()));
       }
     }
