@@ -85,22 +85,12 @@ class BinaryGroups : public GroupSource {
   }
 
   bool TakeValue(ValueForm form, Group& group) {
-    switch (form) {
-      case ValueForm::kReal:
-        return TakeNumber<double>(group);
-      case ValueForm::kInt8:
-        return TakeNumber<int8_t>(group);
-      case ValueForm::kInt16:
-        return TakeNumber<int16_t>(group);
-      case ValueForm::kInt32:
-        return TakeNumber<int32_t>(group);
-      case ValueForm::kInt64:
-        return TakeNumber<int64_t>(group);
-      case ValueForm::kBytes:
-        return TakeBytes(group);
-      default:
-        return TakeText(group);
-    }
+    if (form == ValueForm::kReal) return TakeNumber<double>(group);
+    if (form == ValueForm::kInt8) return TakeNumber<int8_t>(group);
+    if (form == ValueForm::kInt16) return TakeNumber<int16_t>(group);
+    if (form == ValueForm::kInt32) return TakeNumber<int32_t>(group);
+    if (form == ValueForm::kInt64) return TakeNumber<int64_t>(group);
+    return form == ValueForm::kBytes ? TakeBytes(group) : TakeText(group);
   }
 
   bool TakeText(Group& group) {

@@ -12,8 +12,8 @@
 
 #include "hdiplot/dxf/block_graph.h"
 #include "hdiplot/dxf/field_links.h"
-#include "hdiplot/dxf/name_cache.h"
 #include "hdiplot/dxf/polyline_reader.h"
+#include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/dxf/text_reader.h"
 #include "hdiplot/model/drawing.h"
 

@@ -1,12 +1,12 @@
 #include "hdiplot/dxf/dxf_reader.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "hdiplot/dxf/drawing_builder.h"
 #include "hdiplot/dxf/group_source.h"
@@ -18,22 +18,16 @@
 namespace hdiplot {
 namespace {
 
-using namespace std::string_view_literals;
-
-struct Signature {
-  std::string_view start;
-  std::string_view message;
-};
-
-constexpr std::array kOtherFiles = {
-    Signature{"AC10"sv, "this is a DWG drawing, no DXF; save the drawing as a DXF"sv},
-    Signature{"%PDF"sv, "this is a PDF, no DXF"sv},
-    Signature{"\x89PNG"sv, "this is a PNG image, no DXF"sv},
-    Signature{"\xff\xd8\xff"sv, "this is a JPEG image, no DXF"sv},
-    Signature{"PK\x03\x04"sv, "this is a zip archive, no DXF; take the drawing out of it"sv},
-    Signature{"\x1f\x8b"sv, "this is a compressed file, no DXF; unpack it"sv},
-    Signature{"\xff\xfe"sv, "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"sv},
-    Signature{"\xfe\xff"sv, "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"sv},
+// What other files start with, and what to say of them.
+constexpr std::pair<std::string_view, const char*> kOtherFiles[] = {
+    {"AC10", "this is a DWG drawing, no DXF; save the drawing as a DXF"},
+    {"%PDF", "this is a PDF, no DXF"},
+    {"\x89PNG", "this is a PNG image, no DXF"},
+    {"\xff\xd8\xff", "this is a JPEG image, no DXF"},
+    {"PK\x03\x04", "this is a zip archive, no DXF; take the drawing out of it"},
+    {"\x1f\x8b", "this is a compressed file, no DXF; unpack it"},
+    {"\xff\xfe", "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"},
+    {"\xfe\xff", "this is UTF-16 text; a DXF is ASCII, UTF-8 or in a code page"},
 };
 
 // The content of a file. Unlike a string, it is not zeroed before it is read.
@@ -83,8 +77,8 @@ bool HoldsObjects(std::string_view text) {
 std::unique_ptr<GroupSource> OpenDxf(const std::filesystem::path& file, std::string_view bytes,
                                      bool isStrict) {
   if (bytes.empty()) throw FileError(file, 0, "the file is empty");
-  for (const Signature& other : kOtherFiles) {
-    if (bytes.starts_with(other.start)) throw FileError(file, 0, std::string(other.message));
+  for (const auto& [start, message] : kOtherFiles) {
+    if (bytes.starts_with(start)) throw FileError(file, 0, message);
   }
   if (IsBinaryDxf(bytes)) return MakeBinaryGroups(bytes);
   constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";

@@ -124,11 +124,7 @@ class HatchReader {
 
   double TakeReal(int code) { return Take(code).number; }
 
-  Vec2 TakePoint(int codeX, int codeY) {
-    const double x = TakeReal(codeX);
-    return {x, TakeReal(codeY)};
-  }
-
+  Vec2 TakePoint(int codeX, int codeY) { return {TakeReal(codeX), TakeReal(codeY)}; }
   Vec2 TakePoint(int codeX) { return TakePoint(codeX, codeX + 10); }
 
   std::vector<double> TakeReals(int code) {
@@ -168,18 +164,11 @@ class HatchReader {
 
   HatchEdge ReadEdge() {
     const Group& type = Take(72);
-    switch (type.Integer()) {
-      case 1:
-        return ReadLineEdge();
-      case 2:
-        return ReadArcEdge();
-      case 3:
-        return ReadEllipseEdge();
-      case 4:
-        return ReadSplineEdge();
-      default:
-        throw DxfFault{type.place, fmt::format("HATCH has no edges of the type {}", type.Integer())};
-    }
+    if (type.Integer() == 1) return ReadLineEdge();
+    if (type.Integer() == 2) return ReadArcEdge();
+    if (type.Integer() == 3) return ReadEllipseEdge();
+    if (type.Integer() == 4) return ReadSplineEdge();
+    throw DxfFault{type.place, fmt::format("HATCH has no edges of the type {}", type.Integer())};
   }
 
   HatchEdge ReadLineEdge() {

@@ -1,8 +1,8 @@
 #include "hdiplot/dxf/table_reader.h"
 
-#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 
 namespace hdiplot {
@@ -11,14 +11,14 @@ namespace {
 constexpr double kSurveyFoot = 1200000.0 / 3937;
 
 // Millimetres for each value of $INSUNITS.
-constexpr std::array kMillimetresPerUnit = {
-    1.0,                    // none
+constexpr double kMillimetresPerUnit[] = {
+    1,                      // none
     25.4,                   // inches
     304.8,                  // feet
-    1609344.0,              // miles
-    1.0,                    // millimetres
-    10.0,                   // centimetres
-    1000.0,                 // metres
+    1609344,                // miles
+    1,                      // millimetres
+    10,                     // centimetres
+    1000,                   // metres
     1e6,                    // kilometres
     25.4e-6,                // microinches
     25.4e-3,                // mils
@@ -26,7 +26,7 @@ constexpr std::array kMillimetresPerUnit = {
     1e-7,                   // angstroms
     1e-6,                   // nanometres
     1e-3,                   // microns
-    100.0,                  // decimetres
+    100,                    // decimetres
     1e4,                    // decametres
     1e5,                    // hectometres
     1e12,                   // gigametres
@@ -34,9 +34,9 @@ constexpr std::array kMillimetresPerUnit = {
     9.4607304725808e18,     // light years
     3.0856775814913673e19,  // parsecs
     kSurveyFoot,            // US survey feet
-    kSurveyFoot / 12,       // inches
-    kSurveyFoot * 3,        // yards
-    kSurveyFoot * 5280,     // miles
+    kSurveyFoot / 12,       // US survey inches
+    kSurveyFoot * 3,        // US survey yards
+    kSurveyFoot * 5280,     // US survey miles
 };
 
 // Larger scales and sizes are ignored.
@@ -48,14 +48,9 @@ constexpr int64_t kHeaviestLine = 10000;  // a decimetre; the weights in use end
 EntityAlpha AlphaFrom(int64_t word) {
   constexpr int64_t kByBlock = 1;
   constexpr int64_t kOwn = 2;
-  switch (word >> 24 & 0xff) {
-    case kByBlock:
-      return {EntityAlpha::Kind::kByBlock};
-    case kOwn:
-      return {EntityAlpha::Kind::kOwn, static_cast<uint8_t>(word & 0xff)};
-    default:
-      return {};
-  }
+  const int64_t kind = word >> 24 & 0xff;
+  if (kind == kOwn) return {EntityAlpha::Kind::kOwn, static_cast<uint8_t>(word & 0xff)};
+  return {kind == kByBlock ? EntityAlpha::Kind::kByBlock : EntityAlpha::Kind::kByLayer};
 }
 
 // The first text is the target; a description and places in the target follow.
@@ -148,7 +143,7 @@ void ReadVariable(const DxfObject& variable, Drawing& drawing, TextDecoder& deco
     if (std::fabs(size) <= kLargestScale) drawing.pointSize = size;
   } else if (variable.type == "$INSUNITS") {
     const uint64_t unit = variable.Flags(70);
-    if (unit < kMillimetresPerUnit.size()) drawing.millimetresPerUnit = kMillimetresPerUnit[unit];
+    if (unit < std::size(kMillimetresPerUnit)) drawing.millimetresPerUnit = kMillimetresPerUnit[unit];
   }
 }
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "hdiplot/dxf/dxf_object.h"
-#include "hdiplot/dxf/name_cache.h"
+#include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/model/drawing.h"
 
 namespace hdiplot {

@@ -12,7 +12,6 @@
 #include "hdiplot/dxf/faults.h"
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/code_pages.h"
-#include "hdiplot/system/names.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {

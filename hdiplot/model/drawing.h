@@ -1,9 +1,6 @@
-// A drawing in memory: what a DXF file says, in drawing units and radians, without any thought of paper. The
-// reader makes it, the plotter reads it.
-//
-// Object coordinate systems are resolved here: whatever had an extrusion direction of (0,0,-1) has been
-// mirrored into the drawing's plane, so that all coordinates are seen from above. Angles run
-// counter-clockwise.
+// A drawing in memory, in drawing units and radians, independent of paper. The reader makes it, the plotter
+// reads it. Object coordinate systems are resolved: all coordinates are seen from above, and angles run
+// counter-clockwise. Folded names are lower case (FoldedName of system/names.h).
 #pragma once
 
 #include <array>
@@ -43,7 +40,7 @@ struct EntityAlpha {
   bool operator==(const EntityAlpha&) const = default;
 };
 
-// Line weights in hundredths of a millimetre, and the codes that stand for another place to look.
+// Codes among line weights, which are hundredths of a millimetre.
 inline constexpr int kLineWeightByLayer = -1;
 inline constexpr int kLineWeightByBlock = -2;
 inline constexpr int kLineWeightDefault = -3;
@@ -86,8 +83,7 @@ struct LineEntity {
 
 struct PolyVertex {
   Vec2 point;
-  double bulge =
-      0;  // tangent of a quarter of the arc's angle towards the next vertex, positive counter-clockwise
+  double bulge = 0;  // tan of a quarter of the arc's angle to the next vertex; above 0: counter-clockwise
   double startWidth = 0;
   double endWidth = 0;
 };
@@ -101,7 +97,7 @@ struct MeshEntity {  // POLYLINE as a polygon mesh or polyface, resolved into fa
   std::vector<std::vector<Vec2>> edges;
 };
 
-struct ArcEntity {  // CIRCLE is an arc from 0 to a whole turn; runs counter-clockwise, end above start
+struct ArcEntity {  // counter-clockwise, end above start; CIRCLE: from 0 to a whole turn
   Vec2 center;
   double radius = 0;
   double startAngle = 0;
@@ -132,9 +128,8 @@ struct FaceEntity {  // 3DFACE: corners in order, edge i from corner i to the ne
 using HatchEdge = std::variant<LineEntity, ArcEntity, EllipseEntity, SplineEntity>;
 
 struct HatchLoop {
-  PolylineEntity polyline;  // when it has vertices; else the edges
-  std::vector<HatchEdge>
-      edges;  // end to end; an ArcEntity or EllipseEntity may run either way (end below start)
+  PolylineEntity polyline;       // when it has vertices; else the edges
+  std::vector<HatchEdge> edges;  // end to end; arcs of either direction, clockwise: end below start
 };
 
 struct HatchPatternLine {  // one family of parallel lines, already at the hatch's angle and scale
@@ -144,35 +139,34 @@ struct HatchPatternLine {  // one family of parallel lines, already at the hatch
   std::vector<double> dashes;  // positive dash, negative gap, 0 dot; empty: a continuous line
 };
 
-// Two colours that run into each other over the hatch's box, whose sides are along `right` and `up`.
+// A blend of two colours over the hatch's box, whose sides are along `right` and `up`.
 struct HatchGradient {
   enum class Form : uint8_t { kLinear, kCylinder, kSpherical, kHemispherical, kCurved };
   Form form = Form::kLinear;
-  bool inverted = false;  // the colours have changed places
-  // kLinear and kCurved run from the first colour to the last; the others have the last at their middle.
+  bool inverted = false;  // the colours are swapped
+  // kLinear and kCurved run from the first colour to the last; the others have the last one in the centre.
   EntityColor first;
   EntityColor last;
-  double tint = -1;  // 0 black to 1 white: what the last colour is of the first one; below 0: as `last` says
-  double shift = 0;  // 0 to 1: how far up and to the left the middle has moved, 1 half way
+  double tint = -1;  // the last colour as a shade of the first: 0 black to 1 white; below 0: `last`
+  double shift = 0;  // of the centre, up and to the left: 0 to 1, which is half way
   Vec2 right{1, 0};
   Vec2 up{0, 1};
 };
 
 struct HatchEntity {
   bool solid = false;
-  std::optional<HatchGradient> gradient;  // of one that is solid
+  std::optional<HatchGradient> gradient;  // of a solid one
   std::vector<HatchPatternLine> lines;
   std::vector<HatchLoop> loops;
 };
 
-// How a text stands to its place. The first four are about the base line; kAligned and kFit stretch the text
-// between `place` and `end`, the first in height too.
+// How a text is aligned to its place. kAligned and kFit stretch it between `place` and `end`, the former in
+// height too.
 enum class TextAlign : uint8_t { kLeft, kCenter, kRight, kMiddle, kAligned, kFit };
 enum class TextLine : uint8_t { kBase, kBottom, kMiddle, kTop };  // which line of the text lies on the place
 
-// Strings are UTF-8 with the file's escapes for characters (\U+XXXX, \M+NXXXX) resolved; the codes that
-// format a text stand in it still. Axes are unit vectors, one of them mirrored when the text is seen from
-// behind.
+// Strings are UTF-8 with formatting codes, but without the file's escapes for characters. Axes are unit
+// vectors, one of them mirrored if the text is seen from behind.
 struct TextEntity {             // TEXT, ATTRIB and ATTDEF
   std::string text;             // with %% codes
   Name style{&kStandardStyle};  // folded
@@ -197,32 +191,32 @@ struct MTextEntity {            // MTEXT
   Vec2 right{1, 0};
   Vec2 up{0, 1};
   double height = 1;          // of capitals; above 0
-  double wrapWidth = 0;       // 0: lines end only where the text says so
-  double lineSpacing = 1;     // factor on the usual distance of base lines, 5/3 of the height
+  double wrapWidth = 0;       // 0: no wrapping
+  double lineSpacing = 1;     // in units of 5/3 of the height
   bool exactSpacing = false;  // taller letters do not widen the distance
-  bool vertical = false;      // letters run downwards; else the style says whether they do
+  bool vertical = false;      // letters run downwards; they may by the style, too
 };
 
-// How an image's colours come to the paper.
+// How an image's colours are plotted.
 struct ImageLook {
-  bool transparent = false;  // whether the paper shows through the image where the image says so
-  int brightness = 50;       // 0 to 100, as the next; 50 leaves the image as it is
+  bool transparent = false;  // whether the image's own transparency counts
+  int brightness = 50;       // 0 to 100, like the next; 50: unchanged
   int contrast = 50;
   int fade = 0;       // towards white, 0 to 100
-  bool grey = false;  // which no drawing asks for, but a plot without colours
+  bool grey = false;  // an option of the plot, not of the drawing
   // NOLINTNEXTLINE(modernize-use-nullptr): for a zero that the compiler writes
   auto operator<=>(const ImageLook&) const = default;
 };
 
 struct ImageEntity {       // IMAGE
   std::string definition;  // in Drawing::imageFiles
-  Vec2 corner;             // the lower left one of the image as it was taken
+  Vec2 corner;             // the lower left one of the unrotated image
   Vec2 right;              // from there, the whole lower side
   Vec2 up;                 // the whole left side
-  bool shown = true;       // or only its frame
+  bool shown = true;       // else only its frame
   ImageLook look;
-  std::vector<Vec2> clip;     // the polygon that is seen of it; empty: all
-  bool clipInverted = false;  // the polygon is what is not seen
+  std::vector<Vec2> clip;     // the visible polygon; empty: all of it
+  bool clipInverted = false;  // the polygon is the hidden part
 };
 
 struct WipeoutEntity {                   // WIPEOUT
@@ -235,7 +229,7 @@ struct InsertEntity {    // INSERT, and DIMENSION through its block
   double scaleX = 1;
   double scaleY = 1;
   double rotation = 0;
-  bool mirrored = false;  // the whole insert, its place too, is mirrored in X afterwards (extrusion (0,0,-1))
+  bool mirrored = false;  // the whole insert, with `at`, is mirrored in X afterwards (extrusion (0,0,-1))
   int columns = 1;
   int rows = 1;
   double columnSpacing = 0;
@@ -243,15 +237,15 @@ struct InsertEntity {    // INSERT, and DIMENSION through its block
 };
 
 struct ViewportEntity {    // VIEWPORT
-  bool showsModel = true;  // from above; otherwise it is its border, and its view is not told
-  Vec2 center;             // on the layout, as the size
+  bool showsModel = true;  // from above; else only its border is plotted
+  Vec2 center;             // on the layout, like the size
   double width = 1;
   double height = 1;
   double scale = 1;  // the layout's units on one of the model
-  Vec2 viewCenter;   // what comes to the middle, of the model turned by `twist` about `target`
+  Vec2 viewCenter;   // the point in the centre, of the model rotated by `twist` about `target`
   Vec2 target;
   double twist = 0;                       // radians
-  std::vector<std::string> frozenLayers;  // not seen here
+  std::vector<std::string> frozenLayers;  // in this viewport
   std::vector<HatchLoop> clip;            // the outline, an entity of its own; none: a rectangle
 };
 
@@ -288,7 +282,7 @@ struct LineType {
 struct TextStyle {               // STYLE
   std::string fontFile = "txt";  // a stroke font (.shx or without an extension) or a TrueType file
   std::string bigFontFile;       // stroke font of a large alphabet
-  std::string family;            // of a TrueType font; goes before the file
+  std::string family;            // of a TrueType font; takes precedence over the file
   bool bold = false;
   bool italic = false;
   double height = 0;  // 0: each text has its own
@@ -309,11 +303,11 @@ struct EntityCount {
   uint64_t paper = 0;
 };
 
-// Millimetres, as the layout is seen on it.
+// In millimetres, as oriented for the layout.
 struct LayoutSheet {
   double width = 0;
   double height = 0;
-  double left = 0;  // margins, this and the next three
+  double left = 0;  // margins, like the next three
   double top = 0;
   double right = 0;
   double bottom = 0;
@@ -324,33 +318,33 @@ inline constexpr const char* kActivePaper = "*paper_space";
 
 struct Layout {  // a sheet in paper space
   std::string name;
-  std::string block;                        // holds its entities; kActivePaper: Drawing::entities does, too
+  std::string block;                        // of its entities; kActivePaper: some are in Drawing::entities
   int64_t order = 0;                        // among the drawing's layouts
-  std::optional<LayoutSheet> sheet;         // none: the drawing does not say
+  std::optional<LayoutSheet> sheet;         // none: not in the drawing
   double millimetresPerUnit = 1;            // on paper
   Vec2 origin;                              // millimetres from the lower left corner of the printable area
-  uint64_t viewports = 0;                   // that are shown
-  std::map<std::string, uint64_t> skipped;  // as the drawing's; of the layout alone
+  uint64_t viewports = 0;                   // those shown
+  std::map<std::string, uint64_t> skipped;  // like Drawing::skipped
 };
 
 struct Drawing {
   std::string name;  // the file's name without directories
   Entities entities;
-  std::map<std::string, Layer> layers;            // by name as written; look-ups are without regard to case
+  std::map<std::string, Layer> layers;            // by name as written, compared folded
   std::map<std::string, LineType> lineTypes;      // by folded name
   std::map<std::string, Block> blocks;            // by folded name
-  std::map<std::string, std::string> imageFiles;  // as the drawing names them, by upper-case handle
-  std::filesystem::path folder;                   // that the file is in
+  std::map<std::string, std::string> imageFiles;  // as the drawing names them, by HandleKey
+  std::filesystem::path folder;                   // of the file
   std::map<std::string, TextStyle> textStyles;    // by folded name
-  std::vector<Layout> layouts;    // in their order; one at least when paper space has entities
-  double lineTypeScale = 1;       // $LTSCALE
-  bool paperLineTypes = true;     // $PSLTSCALE: line types in viewports are as long as on paper
-  double millimetresPerUnit = 1;  // from $INSUNITS, 1 when unitless
-  int pointMode = 0;              // $PDMODE
-  double pointSize = 0;           // $PDSIZE
+  std::vector<Layout> layouts;                    // in their order; at least one if paper space has entities
+  double lineTypeScale = 1;                       // $LTSCALE
+  bool paperLineTypes = true;                     // $PSLTSCALE: line types have paper lengths in viewports
+  double millimetresPerUnit = 1;                  // from $INSUNITS, 1 when unitless
+  int pointMode = 0;                              // $PDMODE
+  double pointSize = 0;                           // $PDSIZE
   std::map<std::string, EntityCount, std::less<>> types;  // all entities but those in blocks, by type
-  std::map<std::string, uint64_t> skipped;  // entity types of the model that are not plotted, and how many
-  std::vector<std::string> losses;          // messages on what is wrong in the file
+  std::map<std::string, uint64_t> skipped;  // the model's entities that are not plotted, by type
+  std::vector<std::string> losses;          // messages about faults of the file
   std::shared_ptr<std::unordered_set<std::string>> names =  // of the entities
       std::make_shared<std::unordered_set<std::string>>();
 };
