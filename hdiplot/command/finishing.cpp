@@ -15,7 +15,9 @@
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/files.h"
+#include "hdiplot/system/output_file.h"
 #include "hdiplot/system/process.h"
+#include "platform/unicode.h"
 
 namespace hdiplot {
 
@@ -121,11 +123,12 @@ ExitStatus Conclude(Job& job, const CommandLine& line, const FinishOptions& opti
 
 ExitStatus FinishExistingPdf(const CommandLine& line) {
   const fs::path& input = line.inputs.front();
-  const fs::path output = line.output ? PathFromUtf8(*line.output) : input;
+  const auto output = line.output ? DriverOutput(hdi::ToUtf16(*line.output), u"") : input;
+  if (!output) throw std::runtime_error("--finish: give the name of the output with -o");
   const FinishOptions options = ResolveFinish(line, {});
   if (!AsksForPass(options)) throw std::runtime_error("--finish: no option says what to do to the PDF");
-  const ExitStatus status = Run(options, input, output);
-  if (line.verbosity != Verbosity::kQuiet) PrintLine(stdout, FormatFinished(output, fs::file_size(output)));
+  const ExitStatus status = Run(options, input, *output);
+  if (line.verbosity != Verbosity::kQuiet) PrintLine(stdout, FormatFinished(*output, fs::file_size(*output)));
   return status;
 }
 

@@ -100,7 +100,7 @@ void SettleInputs(CommandLine& line) {
 
 void SettleOutputs(CommandLine& line) {
   if (line.list || line.each || line.inputs.empty()) return;
-  if (line.finishOnly && !line.output) line.output = PathText(line.inputs.front());
+  if (line.finishOnly && !line.output) return;  // in place
   SettleOutput(line);
   if (line.record) line.record = Settled("--record", *line.record, line, ".jsonl");
   if (line.preview) {

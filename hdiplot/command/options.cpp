@@ -335,7 +335,7 @@ void ArgumentParser::AddEncryption() {
 }
 
 void ArgumentParser::AddMessages() {
-  app_.add_flag("--open", line_.open, "Open the PDF in the viewer");
+  app_.add_flag("--open", line_.open, "Open the PDF in the viewer")->excludes(app_.get_option("--finish"));
   auto* quiet =
       AddSetter("-q,--quiet", line_.verbosity, Verbosity::kQuiet, "Print no summary and no progress");
   AddSetter("-v,--verbose", line_.verbosity, Verbosity::kVerbose, "Print what is being done")
