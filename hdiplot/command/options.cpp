@@ -98,6 +98,9 @@ class ArgumentParser {
     }
     const std::string contradiction = Contradiction(line_.finish);
     if (!contradiction.empty()) throw CLI::ValidationError("--pdfa", contradiction);
+    if (line_.each && line_.passwordFile == "-") {
+      throw CLI::ValidationError("--encrypt", "needs a file with --each");
+    }
     SettleOutputs(line_);
     return line_;
   }
