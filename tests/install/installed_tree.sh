@@ -19,6 +19,7 @@ unset HDI_APP_DIR HDI_MODULE
 qpdf --check "$work/diagram.pdf" >/dev/null
 strings=$("$tree/bin/hdiplot" --version)
 grep -q "^hdiplot [0-9.]*$" <<<"$strings"
+grep -q -- " --paper " "$tree/share/bash-completion/completions/hdiplot"
 
 "$cmake" -S "$examples/host" -B "$work/host" "-DCMAKE_PREFIX_PATH=$tree" >>"$work/log"
 "$cmake" --build "$work/host" >>"$work/log"
