@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "hdiplot/dxf/layout_reader.h"
-#include "hdiplot/dxf/object_plane.h"
 #include "hdiplot/dxf/shape_reader.h"
 #include "hdiplot/dxf/table_reader.h"
 
@@ -62,7 +61,8 @@ DrawingBuilder::DrawingBuilder(FaultLog& faults)
       names_(decoder_, *drawing_.names),
       texts_(names_, drawing_.textStyles),
       fields_(decoder_),
-      entities_(&drawing_.entities) {}
+      entities_(&drawing_.entities),
+      handles_(&handlesOf_[entities_]) {}
 
 const DrawingBuilder::TypeRun& DrawingBuilder::RunOf(std::string_view type) {
   if (run_.name != type) {
@@ -102,32 +102,37 @@ void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
 // The name is in groups 2 and 3.
 void DrawingBuilder::OnBlock(const DxfObject& block) {
   constexpr uint64_t kIsExternal = 4 | 8;  // the content is in another file
-  block_ = names_.Hold(kLostBlock);
-  entities_ = &lost_.entities;
+  BeginEntities(names_.Hold(kLostBlock), lost_.entities);
   const Group* written = block.Find(2) ? block.Find(2) : faults_.IsStrict() ? nullptr : block.Find(3);
   const Name name = written ? names_.Folded(*written) : Name(&kNoName);
   if (name.empty()) throw DxfFault{block.place, "the block has no name"};
   if (drawing_.blocks.contains(name)) {
     throw DxfFault{block.place, "there is a block " + Quoted(decoder_.DecodeName(*written)) + " already"};
   }
-  block_ = name;
   Block& added = drawing_.blocks[name];
   added.base = block.Point(10);
-  entities_ = &added.entities;
+  BeginEntities(name, added.entities);
   if ((block.Flags(70) & kIsExternal) != 0) external_.push_back(name);
 }
 
 void DrawingBuilder::OnBlockEnd() {
   FinishPolyline(false);
-  block_ = Name(&kModelName);
-  entities_ = &drawing_.entities;
+  BeginEntities(Name(&kModelName), drawing_.entities);
+}
+
+void DrawingBuilder::BeginEntities(Name block, Entities& entities) {
+  block_ = block;
+  entities_ = &entities;
+  handles_ = &handlesOf_[entities_];
 }
 
 void DrawingBuilder::OnEntitiesEnd() { FinishPolyline(false); }
 
 void DrawingBuilder::OnObject(const DxfObject& object) {
   fields_.Add(object);
+  clips_.Add(object);
   if (object.type == "LAYOUT") AddLayout(object);
+  if (object.type == "SORTENTSTABLE") AddDrawOrder(object);
   if (object.type != "IMAGEDEF") return;
   const Group* file = object.Find(1);
   if (object.Find(5) && file) drawing_.imageFiles[HandleKey(object.Text(5))] = decoder_.Decode(file->Value());
@@ -182,12 +187,7 @@ void DrawingBuilder::FinishPolyline(bool isEnded) {
 void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attributes) {
   InsertEntity insert = ReadInsert(entity, names_);
   insert_.reset();
-  if (entity.Integer(66, 0) != 0) insert_ = attributes;
-  // A block turned out of the drawing's plane cannot be expressed by scales and a rotation.
-  if (PlaneOf(entity).GetKind() == Ocs::Kind::kTilted) {
-    CountSkipped(entity.type, attributes);
-    return;
-  }
+  if (entity.Integer(66, 0) != 0) insert_ = OpenInsert{attributes, entity.Text(5)};
   AddInsertOf(entity, attributes, std::move(insert));
 }
 
@@ -211,6 +211,7 @@ void DrawingBuilder::AddInsertOf(const DxfObject& entity, const Attributes& attr
   const auto copies = static_cast<uint64_t>(insert.columns) * static_cast<uint64_t>(insert.rows);
   graph_.AddInsert(ContainerOf(attributes), insert.block, attributes.visible ? copies : 0);
   Entity& added = AddEntity(attributes, std::move(insert), entity.Text(5));
+  if (!entity.dictionary.empty()) clippedInserts_.push_back({&added, std::string(entity.dictionary)});
   inserts_.push_back(
       {ContainerOf(attributes), &added, entity.place, entity.Text(2), entity.type == "INSERT"});
 }
@@ -247,7 +248,9 @@ void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, 
   };
   const std::string link = ReplaceFieldCodes(text->text, backslash);
   if (attributes.link.empty() && !link.empty()) attributes.link = names_.Hold(link);
-  Entity& added = AddEntity(attributes, std::move(*text), entity.Text(5));
+  // An attribute is drawn with its INSERT.
+  const bool isOfInsert = insert_ && entity.type == "ATTRIB";
+  Entity& added = AddEntity(attributes, std::move(*text), isOfInsert ? insert_->handle : entity.Text(5));
   if (attributes.link.empty() && !entity.dictionary.empty()) {
     unlinkedTexts_.push_back({&added, std::string(entity.dictionary)});
   }
@@ -256,13 +259,14 @@ void DrawingBuilder::AddStrings(const DxfObject& entity, Attributes attributes, 
 // An attribute is an entity of its own, but shares the space, the link and the visibility of its INSERT, and
 // is by block to it.
 void DrawingBuilder::TakeFromInsert(Attributes& attributes) const {
-  attributes.paperSpace = insert_->paperSpace;
-  if (attributes.color.kind == EntityColor::Kind::kByBlock) attributes.color = insert_->color;
-  if (attributes.lineWeight == kLineWeightByBlock) attributes.lineWeight = insert_->lineWeight;
-  if (attributes.alpha.kind == EntityAlpha::Kind::kByBlock) attributes.alpha = insert_->alpha;
-  if (attributes.link.empty()) attributes.link = insert_->link;
-  const bool isFrozen = !frozenLayers_.empty() && frozenLayers_.contains(FoldedName(insert_->layer.Text()));
-  if (!insert_->visible || isFrozen) attributes.visible = false;
+  const Attributes& insert = insert_->attributes;
+  attributes.paperSpace = insert.paperSpace;
+  if (attributes.color.kind == EntityColor::Kind::kByBlock) attributes.color = insert.color;
+  if (attributes.lineWeight == kLineWeightByBlock) attributes.lineWeight = insert.lineWeight;
+  if (attributes.alpha.kind == EntityAlpha::Kind::kByBlock) attributes.alpha = insert.alpha;
+  if (attributes.link.empty()) attributes.link = insert.link;
+  const bool isFrozen = !frozenLayers_.empty() && frozenLayers_.contains(FoldedName(insert.layer.Text()));
+  if (!insert.visible || isFrozen) attributes.visible = false;
 }
 
 void DrawingBuilder::CountSkipped(std::string_view type, const Attributes& attributes) {
@@ -277,14 +281,20 @@ Name DrawingBuilder::ContainerOf(const Attributes& attributes) const {
 Drawing DrawingBuilder::Finish() {
   FinishTexts();
   FinishViewports();
-  FinishInserts();
+  FinishBlockClips();
+  const bool hasUnresolved = FinishInserts();
+  FinishDrawOrder();
+  if (hasUnresolved) {
+    RemoveUnresolved(drawing_.entities);
+    for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
+  }
   FinishLayouts();
   drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
 }
 
-// Removes inserts of missing blocks, and those that make a block contain itself.
-void DrawingBuilder::FinishInserts() {
+// Reports inserts of missing blocks, and those that make a block contain itself.
+bool DrawingBuilder::FinishInserts() {
   std::set<std::string> elsewhere;
   for (const std::string& block : external_) {
     if (drawing_.blocks[block].entities.empty() && drawing_.blocks.erase(block) > 0) elsewhere.insert(block);
@@ -292,7 +302,7 @@ void DrawingBuilder::FinishInserts() {
   const std::set<BlockGraph::Insert> circular = graph_.CircularInserts();
   const std::set<std::string> used = graph_.InsertedBlocks();
   const auto exists = [this](const std::string& block) { return drawing_.blocks.contains(block); };
-  if (circular.empty() && std::ranges::all_of(used, exists)) return;
+  if (circular.empty() && std::ranges::all_of(used, exists)) return false;
   for (const Insert& insert : inserts_) {
     Name& block = std::get<InsertEntity>(insert.entity->shape).block;
     const std::string written = Quoted(decoder_.Decode(insert.block));
@@ -306,8 +316,36 @@ void DrawingBuilder::FinishInserts() {
       }
     }
   }
-  RemoveUnresolved(drawing_.entities);
-  for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
+  return true;
+}
+
+void DrawingBuilder::AddDrawOrder(const DxfObject& object) {
+  std::optional<DrawOrder> order = ReadDrawOrder(object);
+  if (order) drawOrders_.try_emplace(order->owner, std::move(*order));
+}
+
+// Moves entities: pointers to them end here.
+void DrawingBuilder::FinishDrawOrder() {
+  for (const auto& [owner, order] : drawOrders_) {
+    const auto name = blocksByHandle_.find(owner);
+    if (name == blocksByHandle_.end()) continue;
+    const bool isActive = name->second == kModelBlock || name->second == kActivePaper;
+    const auto block = drawing_.blocks.find(name->second);
+    if (block == drawing_.blocks.end() && !isActive) continue;
+    Entities& entities = isActive ? drawing_.entities : block->second.entities;
+    std::vector<size_t> places;
+    for (size_t i = 0; i < entities.size(); ++i) {
+      const bool isOnPaper = entities[i].attributes.paperSpace;
+      if (!isActive || isOnPaper == (name->second == kActivePaper)) places.push_back(i);
+    }
+    SortEntities(entities, handlesOf_[&entities], places, order);
+  }
+}
+
+void DrawingBuilder::FinishBlockClips() {
+  for (const auto& [insert, dictionary] : clippedInserts_) {
+    std::get<InsertEntity>(insert->shape).clip = clips_.Find(dictionary);
+  }
 }
 
 void DrawingBuilder::FinishTexts() {

@@ -7,10 +7,13 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "hdiplot/dxf/block_clips.h"
 #include "hdiplot/dxf/block_graph.h"
+#include "hdiplot/dxf/draw_order.h"
 #include "hdiplot/dxf/field_links.h"
 #include "hdiplot/dxf/polyline_reader.h"
 #include "hdiplot/dxf/text_decoder.h"
@@ -32,7 +35,7 @@ class DrawingBuilder {
   void OnBlockEnd();
   void OnEntity(const DxfObject& entity);  // also VERTEX, ATTRIB and SEQEND
   void OnEntitiesEnd();                    // the end of the ENTITIES section
-  void OnObject(const DxfObject& object);  // of the section OBJECTS; numbers are read of LAYOUT only
+  void OnObject(const DxfObject& object);  // of the section OBJECTS; most come without their numbers
 
   // Whether entities of that type are plotted, or part of one that is.
   [[nodiscard]] bool Plots(std::string_view type);
@@ -70,7 +73,13 @@ class DrawingBuilder {
     std::string_view handle;
   };
 
-  // A viewport or a text, and the handle of its outline or its dictionary, which may follow.
+  // An INSERT whose ATTRIBs follow.
+  struct OpenInsert {
+    Attributes attributes;
+    std::string_view handle;
+  };
+
+  // A viewport, a text or an insert, and the handle of its outline or its dictionary, which may follow.
   struct Reference {
     Entity* entity;
     std::string handle;
@@ -92,6 +101,7 @@ class DrawingBuilder {
   template <typename AnyShape>
   Entity& AddEntity(const Attributes& attributes, AnyShape&& shape, std::string_view handle) {
     Entity& entity = entities_->emplace_back(attributes, std::forward<AnyShape>(shape));
+    handles_->push_back(HandleNumber(handle));
     if (block_.empty() && attributes.paperSpace) hasPaper_ = true;
     if (IsOnSheet(attributes) && !handle.empty()) outlines_[HandleKey(handle)] = &entity;
     return entity;
@@ -101,6 +111,7 @@ class DrawingBuilder {
   void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                   Backslash backslash);
   void AddLayout(const DxfObject& object);
+  void AddDrawOrder(const DxfObject& object);
   void FinishPolyline(bool isEnded);
   void TakeFromInsert(Attributes& attributes) const;
 
@@ -109,7 +120,12 @@ class DrawingBuilder {
   [[nodiscard]] bool IsOnSheet(const Attributes& attributes) const;
   [[nodiscard]] TypeCounts SkippedIn(const std::string& container) const;
 
-  void FinishInserts();
+  void BeginEntities(Name block, Entities& entities);
+
+  // Returns whether there are inserts to be removed.
+  [[nodiscard]] bool FinishInserts();
+  void FinishBlockClips();
+  void FinishDrawOrder();
   void FinishTexts();
   void FinishViewports();
   void FinishLayouts();
@@ -121,6 +137,7 @@ class DrawingBuilder {
   NameCache names_;
   TextReader texts_;
   FieldLinks fields_;
+  BlockClips clips_;
   BlockGraph graph_;
   TypeRun run_;
   std::deque<Insert> inserts_;
@@ -131,13 +148,18 @@ class DrawingBuilder {
   std::map<std::string, Entity*> outlines_;  // entities of layouts
   std::vector<Reference> clippedViewports_;
   std::vector<Reference> unlinkedTexts_;
+  std::vector<Reference> clippedInserts_;           // or those with another dictionary
   std::map<std::string, uint64_t> shownViewports_;  // by container, of those with any viewport
   std::vector<std::string> external_;               // blocks whose content is in another file
   Block lost_;                                      // the content of blocks without a valid name
   Name block_{&kModelName};                         // the current one; empty in the model
   Entities* entities_;                              // its entities
+  // Numbers of the handles of all entities, until they are sorted.
+  std::unordered_map<const Entities*, std::vector<uint64_t>> handlesOf_;
+  std::vector<uint64_t>* handles_;               // of `entities_`
+  std::map<std::string, DrawOrder> drawOrders_;  // by owner
   std::optional<OpenPolyline> polyline_;
-  std::optional<Attributes> insert_;  // of the INSERT whose ATTRIBs follow
+  std::optional<OpenInsert> insert_;
 };
 
 }  // namespace hdiplot

@@ -26,6 +26,7 @@ namespace hdiplot {
 namespace {
 
 constexpr uint64_t kPathIsPolyline = 2;
+constexpr uint64_t kPathIsTextBox = 8;
 
 std::vector<EntityColor> GradientColors(const DxfObject& hatch) {
   constexpr int kColorBegins = 463;
@@ -136,6 +137,7 @@ class HatchReader {
   HatchLoop ReadPath() {
     HatchLoop loop;
     const auto flags = static_cast<uint64_t>(Take(92).Integer());
+    loop.isTextBox = (flags & kPathIsTextBox) != 0;
     if ((flags & kPathIsPolyline) != 0) {
       loop.polyline = ReadPolylinePath();
     } else {

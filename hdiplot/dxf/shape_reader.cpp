@@ -165,12 +165,15 @@ Shape ReadLeader(const DxfObject& entity) {
 InsertEntity ReadInsert(const DxfObject& entity, NameCache& names) {
   InsertEntity insert;
   const Group& block = entity.Needed(2);
-  insert.at = entity.NeededPoint(10);
+  const Vec2 at = entity.NeededPoint(10);
   insert.block = names.Folded(block);
   insert.scaleX = entity.Real(41, 1);
   insert.scaleY = entity.Real(42, 1);
   insert.rotation = entity.Angle(50);
-  insert.mirrored = PlaneOf(entity).GetKind() == Ocs::Kind::kMirrored;
+  const Ocs plane = PlaneOf(entity);
+  insert.at = plane.Project(at, entity.Real(30, 0));
+  insert.right = plane.Project(Vec2{1, 0});
+  insert.up = plane.Project(Vec2{0, 1});
   insert.columns = CopiesOf(entity, 70);
   insert.rows = CopiesOf(entity, 71);
   insert.columnSpacing = entity.Real(44, 0);

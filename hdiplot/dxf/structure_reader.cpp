@@ -18,7 +18,10 @@ constexpr int kFirstExtendedCode = 1000;
 constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE", "STYLE",   "BLOCK_RECORD",
                                             "VPORT", "VIEW",   "UCS",   "APPID", "DIMSTYLE"};
 constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
-constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF"};
+constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT",        "FIELD",
+                                             "IMAGEDEF",   "SORTENTSTABLE", "SPATIAL_FILTER"};
+// Of these, numbers are used.
+constexpr std::string_view kTypesWithNumbers[] = {"LAYOUT", "SPATIAL_FILTER"};
 
 template <typename Types>
 bool IsOneOf(std::string_view type, const Types& types) {
@@ -27,7 +30,7 @@ bool IsOneOf(std::string_view type, const Types& types) {
 
 // Rejects groups whose codes have another meaning in the object itself: those between "{" and "}" of group
 // 102 (links and data of other programs), of an embedded object (from group 101 on), and of a record in an
-// attribute.
+// attribute. The outline of an inverted clip, in a record of its own, is kept.
 class ForeignDataFilter {
  public:
   bool Keeps(const Group& group) {
@@ -35,10 +38,13 @@ class ForeignDataFilter {
     if (group.code == 102) {
       braced_ = group.Value().starts_with('{');
       inDictionary_ = group.Value() == "{ACAD_XDICTIONARY";
+      inOutline_ = embedded_ && group.Value() == BlockClips::kInverted;
       return false;
     }
-    return !braced_ && !embedded_;
+    return inOutline_ || (!braced_ && !embedded_);
   }
+
+  [[nodiscard]] bool IsInOutline() const { return inOutline_; }
 
   // Whether a group that it rejects is the handle of the object's dictionary.
   bool IsDictionary(const Group& group) const { return inDictionary_ && !embedded_ && group.code == 360; }
@@ -47,6 +53,7 @@ class ForeignDataFilter {
   bool braced_ = false;
   bool inDictionary_ = false;
   bool embedded_ = false;
+  bool inOutline_ = false;
 };
 
 }  // namespace
@@ -271,8 +278,7 @@ void StructureReader::ReadObject(std::string_view type) {
       HandOver(&DrawingBuilder::OnEntity, isPolylineMark);
       break;
     case Section::kObjects:
-      // Numbers of most objects are not used.
-      source_.SetValueCheck(type == "LAYOUT" ? ValueCheck::kNumber : ValueCheck::kNone);
+      source_.SetValueCheck(IsOneOf(type, kTypesWithNumbers) ? ValueCheck::kNumber : ValueCheck::kNone);
       HandOver(&DrawingBuilder::OnObject, true);
       source_.SetValueCheck(check_);
       break;
@@ -317,6 +323,8 @@ void StructureReader::CollectObject() {
       continue;
     } else if (filter.IsDictionary(group)) {
       object_.dictionary = group.Value();
+    } else if (filter.IsInOutline()) {
+      source_.SetValueCheck(ValueCheck::kNumber);
     }
     object_.groups.pop_back();
   }

@@ -77,4 +77,11 @@ struct Box {
   }
 };
 
+// The part that both boxes have in common. Empty when there is none.
+[[nodiscard]] inline Box Common(const Box& a, const Box& b) {
+  const Box common{{std::max(a.low.x, b.low.x), std::max(a.low.y, b.low.y)},
+                   {std::min(a.high.x, b.high.x), std::min(a.high.y, b.high.y)}};
+  return common.low.x <= common.high.x && common.low.y <= common.high.y ? common : Box{};
+}
+
 }  // namespace hdiplot

@@ -130,6 +130,7 @@ using HatchEdge = std::variant<LineEntity, ArcEntity, EllipseEntity, SplineEntit
 struct HatchLoop {
   PolylineEntity polyline;       // when it has vertices; else the edges
   std::vector<HatchEdge> edges;  // end to end; arcs of either direction, clockwise: end below start
+  bool isTextBox = false;        // keeps its area clear, in a hole, too
 };
 
 struct HatchPatternLine {  // one family of parallel lines, already at the hatch's angle and scale
@@ -223,17 +224,24 @@ struct WipeoutEntity {                   // WIPEOUT
   std::vector<std::vector<Vec2>> rings;  // filled together by the even-odd rule
 };
 
+struct BlockClip {
+  std::vector<Vec2> outline;  // in the block's coordinates
+  bool isInverted = false;    // what is within the outline is not seen
+};
+
 struct InsertEntity {    // INSERT, and DIMENSION through its block
   Name block{&kNoName};  // folded
   Vec2 at;
   double scaleX = 1;
   double scaleY = 1;
   double rotation = 0;
-  bool mirrored = false;  // the whole insert, with `at`, is mirrored in X afterwards (extrusion (0,0,-1))
+  Vec2 right{1, 0};  // the axes of its plane as seen from above: rotation and scales are within it
+  Vec2 up{0, 1};
   int columns = 1;
   int rows = 1;
   double columnSpacing = 0;
   double rowSpacing = 0;
+  std::shared_ptr<const BlockClip> clip;  // what is seen of the block; null: all
 };
 
 struct ViewportEntity {    // VIEWPORT

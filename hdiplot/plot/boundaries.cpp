@@ -59,17 +59,40 @@ Ring RingOfPolyline(const std::vector<PolyVertex>& vertices, double tolerance) {
   return ring;
 }
 
+Ring RingOf(const HatchLoop& loop, double tolerance) {
+  Ring ring = loop.polyline.vertices.empty() ? RingOfEdges(loop.edges, tolerance)
+                                             : RingOfPolyline(loop.polyline.vertices, tolerance);
+  std::erase_if(ring, [](const Vec2& p) { return !IsFinite(p); });
+  return ring;
+}
+
+std::vector<Ring> MappedRings(std::vector<Ring> rings, const Affine& map) {
+  for (Ring& ring : rings) ring = Mapped(std::move(ring), map);
+  return rings;
+}
+
+// What the rings enclose by the even-odd rule, without the boxes.
+std::vector<Ring> WithoutBoxes(const std::vector<Ring>& rings, const std::vector<Ring>& boxes) {
+  constexpr double kSize = 1e5;  // large for the steps of clipped coordinates
+  const Box box = BoxOf(rings);
+  const double size = std::max(box.Width(), box.Height());
+  if (!(size > 0)) return rings;
+  const Affine map = Affine::Scaling(kSize / size, kSize / size) * Affine::Translation(box.low * -1);
+  std::vector<Ring> cleared = MappedRings(boxes, map);
+  std::erase_if(cleared, [](const Ring& ring) { return BoxOf(ring).Magnitude() > 10 * kSize; });
+  return MappedRings(Without(EvenOddArea(MappedRings(rings, map)), cleared), map.Inverse());
+}
+
 }  // namespace
 
 std::vector<Ring> BoundaryRings(const HatchEntity& hatch, double tolerance) {
   std::vector<Ring> rings;
+  std::vector<Ring> boxes;
   for (const HatchLoop& loop : hatch.loops) {
-    Ring ring = loop.polyline.vertices.empty() ? RingOfEdges(loop.edges, tolerance)
-                                               : RingOfPolyline(loop.polyline.vertices, tolerance);
-    std::erase_if(ring, [](const Vec2& p) { return !IsFinite(p); });
-    if (ring.size() > 2) rings.push_back(std::move(ring));
+    Ring ring = RingOf(loop, tolerance);
+    if (ring.size() > 2) (loop.isTextBox ? boxes : rings).push_back(std::move(ring));
   }
-  return rings;
+  return boxes.empty() ? rings : WithoutBoxes(rings, boxes);
 }
 
 Ring FrameOf(const ImageEntity& image) { return Parallelogram(image.corner, image.right, image.up); }

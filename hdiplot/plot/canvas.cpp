@@ -50,14 +50,8 @@ void Canvas::UseFill(Rgb color) {
 
 // The part of the area within the box of the clip. Empty when that is not plottable.
 Box Canvas::Seen(const Box& area) const {
-  Box seen = area;
-  if (!clips_.empty()) {
-    const Box view = BoxOf(clips_.back());
-    seen.low = {std::max(area.low.x, view.low.x), std::max(area.low.y, view.low.y)};
-    seen.high = {std::min(area.high.x, view.high.x), std::min(area.high.y, view.high.y)};
-  }
-  const bool isThere = seen.low.x <= seen.high.x && seen.low.y <= seen.high.y;
-  return isThere && IsPlottable(seen.low) && IsPlottable(seen.high) ? seen : Box{};
+  const Box seen = clips_.empty() ? area : Common(area, BoxOf(clips_.back()));
+  return IsPlottable(seen.low) && IsPlottable(seen.high) ? seen : Box{};
 }
 
 void Canvas::SetPen(const Pen& pen) {

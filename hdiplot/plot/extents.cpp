@@ -1,5 +1,7 @@
 #include "hdiplot/plot/extents.h"
 
+#include <limits>
+
 #include "hdiplot/geometry/splines.h"
 #include "hdiplot/plot/boundaries.h"
 #include "hdiplot/plot/polyline.h"
@@ -18,6 +20,12 @@ class ExtentsSink final : public ShapeSink {
     meter_.Add(viewport, map);
     return false;
   }
+  bool BeginClip(const BlockClip& clip, const Affine& map) override {
+    constexpr double kFar = std::numeric_limits<double>::max();
+    meter_.BeginClip(clip.isInverted ? Box{{-kFar, -kFar}, {kFar, kFar}} : BoxOf(Mapped(clip.outline, map)));
+    return true;
+  }
+  void EndClip() override { meter_.EndClip(); }
 
   [[nodiscard]] const Box& Extents() const { return meter_.Extents(); }
 
@@ -30,6 +38,20 @@ class ExtentsSink final : public ShapeSink {
 void ShapeMeter::Add(const Shape& shape, const Affine& map) {
   map_ = map;
   std::visit([this](const auto& form) { AddForm(form); }, shape);
+}
+
+void ShapeMeter::BeginClip(const Box& clip) {
+  clips_.push_back({clip, box_});
+  box_ = {};
+}
+
+void ShapeMeter::EndClip() {
+  const Clip clip = clips_.back();
+  clips_.pop_back();
+  const Box seen = Common(box_, clip.within);
+  box_ = clip.before;
+  box_.Add(seen.low);
+  box_.Add(seen.high);
 }
 
 void ShapeMeter::AddPoints(const std::vector<Vec2>& points) {

@@ -26,7 +26,16 @@ class ShapeMeter {
 
   void Clear() { box_ = {}; }
 
+  // Of what is added in between, only the part within `clip` counts. Clips nest.
+  void BeginClip(const Box& clip);
+  void EndClip();
+
  private:
+  struct Clip {
+    Box within;
+    Box before;  // the extents when it began
+  };
+
   void AddPoint(Vec2 p, double around = 0) { box_.Add(map_(p), around); }
   void AddPoints(const std::vector<Vec2>& points);
   void AddArc(const ConicArc& arc, double around = 0);
@@ -52,6 +61,7 @@ class ShapeMeter {
   TextSetter texts_;
   Affine map_;  // of the shape that is being added
   Box box_;
+  std::vector<Clip> clips_;
   std::vector<Cubic> cubics_;
 };
 

@@ -15,6 +15,8 @@ namespace {
 bool IsClipped(const Shape& shape) {
   const auto* image = std::get_if<ImageEntity>(&shape);
   const auto* hatch = std::get_if<HatchEntity>(&shape);
+  const auto* insert = std::get_if<InsertEntity>(&shape);
+  if (insert != nullptr) return insert->clip != nullptr;
   return (image != nullptr && !image->clip.empty()) || (hatch != nullptr && hatch->gradient);
 }
 
@@ -43,7 +45,13 @@ class PlotSink final : public ShapeSink {
   void EndViewport() override {
     plotter_.SetScale(scale_);
     canvas_.EndView();
-    isInView_ = false;
+    --views_;
+  }
+  bool BeginClip(const BlockClip& clip, const Affine& map) override;
+  void EndClip() override {
+    linked_.EndClip();
+    canvas_.EndView();
+    --views_;
   }
 
   [[nodiscard]] uint64_t TooFarOff() const { return tooFarOff_; }
@@ -58,14 +66,14 @@ class PlotSink final : public ShapeSink {
   EntityPlotter plotter_;
   ShapeMeter linked_;
   Progress& progress_;
-  bool isInView_ = false;
+  size_t views_ = 0;                    // that are open: viewports and clips
   std::optional<std::string> cutLink_;  // the target of the open link, of clipped shapes
   uint64_t tooFarOff_ = 0;
 };
 
 // The driver ignores clips when it measures a link, so clipped shapes get a link of the visible area.
 void PlotSink::BeginLink(const std::string& target, const Shape& shape) {
-  if (isInView_ || IsClipped(shape)) {
+  if (views_ > 0 || IsClipped(shape)) {
     cutLink_ = target;
     linked_.Clear();
   } else {
@@ -125,7 +133,21 @@ bool PlotSink::BeginViewport(const ViewportEntity& viewport, const Affine& map) 
   scale.pointSize = PointSizeInDots(drawing_.pointSize, scale.dotsPerUnit, canvas_.GetSheet());
   plotter_.SetScale(scale);
   viewScales_.push_back(scale.dotsPerUnit);
-  isInView_ = true;
+  ++views_;
+  return true;
+}
+
+bool PlotSink::BeginClip(const BlockClip& clip, const Affine& map) {
+  const Ring ring = Mapped(clip.outline, map);
+  if (!std::ranges::all_of(ring, [](Vec2 p) { return Canvas::IsPlottable(p); })) {
+    ++tooFarOff_;
+    return false;
+  }
+  const Sheet& sheet = canvas_.GetSheet();
+  const Box around{{-sheet.width, -sheet.height}, {2 * sheet.width, 2 * sheet.height}};
+  if (!canvas_.BeginView(clip.isInverted ? Without({CornersOf(around)}, {ring}) : Area{ring})) return false;
+  linked_.BeginClip(clip.isInverted ? around : BoxOf(ring));
+  ++views_;
   return true;
 }
 

@@ -92,16 +92,19 @@ void DrawingWalk::VisitInsert(const InsertEntity& insert, const Affine& map, con
 
 void DrawingWalk::VisitCopies(const InsertEntity& insert, const Block& block, const Affine& map,
                               const Style& style) {
-  const Affine mirror = insert.mirrored ? Affine::Scaling(-1, 1) : Affine{};
+  const Affine plane = Affine::OfAxes(insert.right, insert.up, insert.at);
   // The array's columns and rows turn with the insert and are not scaled.
-  const Affine place = map * mirror * Affine::Translation(insert.at) * Affine::Rotation(insert.rotation);
+  const Affine place = map * plane * Affine::Rotation(insert.rotation);
   const Affine form =
       Affine::Scaling(insert.scaleX, insert.scaleY) * Affine::Translation({-block.base.x, -block.base.y});
   for (int row = 0; row < std::max(insert.rows, 1); ++row) {
     for (int column = 0; column < std::max(insert.columns, 1); ++column) {
       if (!TakeFromBlocks()) return;  // empty blocks count, as they take time
       const Vec2 offset{column * insert.columnSpacing, row * insert.rowSpacing};
-      VisitBlock(block, place * Affine::Translation(offset) * form, style);
+      const Affine copy = place * Affine::Translation(offset) * form;
+      if (insert.clip && !sink_.BeginClip(*insert.clip, copy)) continue;
+      VisitBlock(block, copy, style);
+      if (insert.clip) sink_.EndClip();
     }
   }
 }

@@ -35,6 +35,10 @@ class ShapeSink {
     return false;
   }
   virtual void EndViewport() {}
+  // Of what is put in between, only the part within the clip is seen; `map` takes the clip's coordinates.
+  // False if that is nothing; then EndClip is not called. Clips nest.
+  virtual bool BeginClip(const BlockClip& clip, const Affine& map) = 0;
+  virtual void EndClip() = 0;
   // After each entity of the drawing itself: how many of them are done.
   virtual void Done(size_t entities) { static_cast<void>(entities); }
 };
