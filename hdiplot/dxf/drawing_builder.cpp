@@ -54,6 +54,9 @@ const DrawingBuilder::EntityType DrawingBuilder::kEntityTypes[] = {
     {"WIPEOUT", &DrawingBuilder::AddShape<ReadWipeout>},
     {"VIEWPORT", &DrawingBuilder::AddViewport},
     {"DIMENSION", &DrawingBuilder::AddDimension},
+    {"ARC_DIMENSION", &DrawingBuilder::AddDimension},
+    {"LARGE_RADIAL_DIMENSION", &DrawingBuilder::AddDimension},
+    {"ACAD_TABLE", &DrawingBuilder::AddTable},
 };
 
 DrawingBuilder::DrawingBuilder(FaultLog& faults)
@@ -74,7 +77,10 @@ const DrawingBuilder::TypeRun& DrawingBuilder::RunOf(std::string_view type) {
 
 bool DrawingBuilder::Plots(std::string_view type) { return RunOf(type).type != nullptr; }
 
-void DrawingBuilder::OnVariable(const DxfObject& variable) { ReadVariable(variable, drawing_, decoder_); }
+void DrawingBuilder::OnVariable(const DxfObject& variable) {
+  ReadVariable(variable, drawing_, decoder_);
+  ReadDimensionVariable(variable, decoder_, dimensionVariables_);
+}
 
 void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
   const std::string handle = HandleKey(entry.Text(5));
@@ -96,6 +102,10 @@ void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
     const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
     std::optional<TextStyle> style = ReadStyle(entry, decoder_);
     if (style && !name.empty()) drawing_.textStyles[name] = *std::move(style);
+    if (!handle.empty()) textStylesByHandle_[handle] = name;
+  } else if (entry.type == "DIMSTYLE") {
+    const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
+    ReadDimensionStyle(entry, decoder_, dimensionStyles_[name]);
   }
 }
 
@@ -191,29 +201,15 @@ void DrawingBuilder::AddInsert(const DxfObject& entity, const Attributes& attrib
   AddInsertOf(entity, attributes, std::move(insert));
 }
 
-// The graphics of a dimension are an anonymous block in the drawing's coordinates. Group 12 moves it, in a
-// dimension that was copied from another.
-void DrawingBuilder::AddDimension(const DxfObject& entity, const Attributes& attributes) {
-  const Group* block = entity.Find(2);
-  if (!block) {
-    CountSkipped(entity.type, attributes);
-    return;
-  }
-  InsertEntity insert;
-  insert.block = names_.Folded(*block);
-  insert.at = entity.Point(12);
-  AddInsertOf(entity, attributes, std::move(insert));
-}
-
-void DrawingBuilder::AddInsertOf(const DxfObject& entity, const Attributes& attributes,
-                                 InsertEntity&& insert) {
+Entity& DrawingBuilder::AddInsertOf(const DxfObject& entity, const Attributes& attributes,
+                                    InsertEntity&& insert) {
   // A hidden insert shows nothing, but may close a circle.
   const auto copies = static_cast<uint64_t>(insert.columns) * static_cast<uint64_t>(insert.rows);
   graph_.AddInsert(ContainerOf(attributes), insert.block, attributes.visible ? copies : 0);
   Entity& added = AddEntity(attributes, std::move(insert), entity.Text(5));
   if (!entity.dictionary.empty()) clippedInserts_.push_back({&added, std::string(entity.dictionary)});
-  inserts_.push_back(
-      {ContainerOf(attributes), &added, entity.place, entity.Text(2), entity.type == "INSERT"});
+  inserts_.push_back({ContainerOf(attributes), &added, entity.place, entity.Text(2), entity.type});
+  return added;
 }
 
 void DrawingBuilder::AddHatch(const DxfObject& entity, const Attributes& attributes) {
@@ -282,6 +278,7 @@ Drawing DrawingBuilder::Finish() {
   FinishTexts();
   FinishViewports();
   FinishBlockClips();
+  FinishDimensions();
   const bool hasUnresolved = FinishInserts();
   FinishDrawOrder();
   if (hasUnresolved) {
@@ -310,8 +307,11 @@ bool DrawingBuilder::FinishInserts() {
       faults_.Report({insert.place, "the block " + written + " contains itself"});
       block = Name(&kNoName);
     } else if (!exists(block) && insert.entity->attributes.visible) {
-      graph_.AddSkipped(insert.within, insert.isInsert ? "INSERT" : "DIMENSION");
-      if (insert.isInsert && !elsewhere.contains(block) && !faults_.IsStrict()) {
+      const std::string of = insert.block.empty()        ? " without a block"
+                             : elsewhere.contains(block) ? " of the external block " + written
+                                                         : " of the missing block " + written;
+      graph_.AddSkipped(insert.within, std::string(insert.type) + of);
+      if (insert.type == "INSERT" && !elsewhere.contains(block) && !faults_.IsStrict()) {
         faults_.Report({insert.place, "the block " + written + " of this INSERT is not there"});
       }
     }

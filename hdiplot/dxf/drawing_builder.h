@@ -13,6 +13,7 @@
 
 #include "hdiplot/dxf/block_clips.h"
 #include "hdiplot/dxf/block_graph.h"
+#include "hdiplot/dxf/dimension_block.h"
 #include "hdiplot/dxf/draw_order.h"
 #include "hdiplot/dxf/field_links.h"
 #include "hdiplot/dxf/polyline_reader.h"
@@ -58,13 +59,19 @@ class DrawingBuilder {
     EntityCount* count = nullptr;      // null: not counted yet
   };
 
-  // An INSERT, whose block may be missing, or a DIMENSION.
+  // An INSERT, or another entity that is drawn through a block; which may be missing.
   struct Insert {
     Name within;  // as BlockGraph names it
     Entity* entity;
     size_t place;            // as in DxfFault
-    std::string_view block;  // the name in the file
-    bool isInsert;
+    std::string_view block;  // the name in the file; empty: none
+    std::string_view type;
+  };
+
+  // An entity whose block was not there when it was read.
+  struct MeasuredDimension {
+    Entity* entity;
+    Dimension dimension;
   };
 
   struct OpenPolyline {
@@ -94,6 +101,7 @@ class DrawingBuilder {
   void AddMText(const DxfObject& entity, const Attributes& attributes);
   void AddInsert(const DxfObject& entity, const Attributes& attributes);
   void AddDimension(const DxfObject& entity, const Attributes& attributes);
+  void AddTable(const DxfObject& entity, const Attributes& attributes);
   void AddPolyline(const DxfObject& entity, const Attributes& attributes);
   void AddHatch(const DxfObject& entity, const Attributes& attributes);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
@@ -106,7 +114,7 @@ class DrawingBuilder {
     if (IsOnSheet(attributes) && !handle.empty()) outlines_[HandleKey(handle)] = &entity;
     return entity;
   }
-  void AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
+  Entity& AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
   template <typename Text>
   void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                   Backslash backslash);
@@ -122,6 +130,9 @@ class DrawingBuilder {
 
   void BeginEntities(Name block, Entities& entities);
 
+  void FinishDimensions();
+  [[nodiscard]] DimensionParts PartsOf(const DimensionStyle& style);
+  [[nodiscard]] Name ArrowOf(const std::string& handle);
   // Returns whether there are inserts to be removed.
   [[nodiscard]] bool FinishInserts();
   void FinishBlockClips();
@@ -141,10 +152,14 @@ class DrawingBuilder {
   BlockGraph graph_;
   TypeRun run_;
   std::deque<Insert> inserts_;
+  DimensionStyle dimensionVariables_;                      // of the header
+  std::map<std::string, DimensionStyle> dimensionStyles_;  // by folded name
+  std::deque<MeasuredDimension> dimensions_;
   bool hasPaper_ = false;                              // entities of paper space outside of blocks
   std::set<std::string> frozenLayers_;                 // folded names
-  std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next two
+  std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next three
   std::map<std::string, std::string> blocksByHandle_;
+  std::map<std::string, std::string> textStylesByHandle_;
   std::map<std::string, Entity*> outlines_;  // entities of layouts
   std::vector<Reference> clippedViewports_;
   std::vector<Reference> unlinkedTexts_;
