@@ -6,7 +6,7 @@
 #include <cmath>
 #include <utility>
 
-#include "hdiplot/dxf/attribute_reader.h"
+#include "hdiplot/dxf/table_reader.h"
 #include "hdiplot/dxf/dimension_text.h"
 #include "hdiplot/geometry/curves.h"
 
