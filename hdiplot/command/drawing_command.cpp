@@ -87,6 +87,36 @@ std::vector<DrawingPage> AllPages(const std::vector<Drawing>& drawings, const Pl
   return all;
 }
 
+// Whether nothing is plotted on the page: the extents are those of all shapes that are.
+bool IsBlank(const DrawingPage& page) { return page.part.extents.Empty(); }
+
+void PrintCut(const std::string& drawing, const CutPage& cut) {
+  PrintError(fmt::format(
+      "{}: cut off: at this scale it is {:.0f} x {:.0f} mm, and the page shows {:.0f} x {:.0f} mm", drawing,
+      cut.width, cut.height, cut.seenWidth, cut.seenHeight));
+}
+
+// Missing fonts, each once.
+class FontReport {
+ public:
+  explicit FontReport(bool isVerbose) : isVerbose_(isVerbose) {}
+
+  void Add(const std::string& name, const std::string& substitute) {
+    if (isVerbose_)
+      PrintLine(stderr, fmt::format("font \"{}\" is not installed; using \"{}\"", name, substitute));
+    missing_.push_back(fmt::format("{} by {}", name, substitute));
+  }
+  // In one line, unless that has been told by then.
+  void Print(std::FILE* stream) const {
+    if (stream == nullptr || isVerbose_ || missing_.empty()) return;
+    PrintLine(stream, "fonts replaced: " + Listed(missing_, std::identity()));
+  }
+
+ private:
+  bool isVerbose_;
+  std::vector<std::string> missing_;
+};
+
 JobSettings SettingsFor(const CommandLine& line, const Drawing& first, const PaperPlan& paper,
                         Orientation orientation) {
   JobSettings job;
@@ -158,6 +188,10 @@ SkippedByDrawing PlotPages(const CommandLine& line, const std::vector<DrawingPag
     const Sheet sheet = MakeSheet(device);
     const PlottedPage plotted = PlotDrawing(page.part, line.plot, sheet, fonts, images, device, progress);
     measure.Add(plotted, sheet);
+    if (plotted.cut) {
+      progress.Finish();
+      PrintCut(page.part.drawing->name, *plotted.cut);
+    }
     if (skipped.empty() || skipped.back().first != page.part.drawing) {
       skipped.emplace_back(page.part.drawing, SkippedCounts());
     }
@@ -203,10 +237,10 @@ std::vector<PageName> NamesOf(const std::vector<DrawingPage>& pages) {
 ExitStatus PlotDrawings(const CommandLine& line) {
   const Clock::time_point start = Clock::now();
   Progress progress(ProgressFor(line.verbosity));
-  FontBook fonts(ReadFontMap(line.plot), [&](const std::string& message) {
-    if (line.verbosity != Verbosity::kVerbose) return;
+  FontReport fontReport(line.verbosity == Verbosity::kVerbose);
+  FontBook fonts(ReadFontMap(line.plot), [&](const std::string& name, const std::string& substitute) {
     progress.Finish();
-    PrintLine(stderr, message);
+    fontReport.Add(name, substitute);
   });
   ImageBook images([&](const std::string& message) {
     progress.Finish();
@@ -218,7 +252,11 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   CheckLayerPatterns(line.plot.layers, drawings);
   size_t withoutPages = 0;
   std::vector<DrawingPage> pages = AllPages(drawings, line.plot, fonts, withoutPages);
-  if (pages.empty()) return ExitStatus::kNothingDone;
+  for (const DrawingPage& page : pages) {
+    if (IsBlank(page)) PrintError(NothingToPlot(page));
+  }
+  // A blank plot would replace an earlier one for nothing.
+  if (std::ranges::all_of(pages, IsBlank)) return ExitStatus::kNothingDone;
 
   const Module module(line.module);
   hdi::HT_Driver& driver = module.Driver(hdi::ToUtf16(line.device));
@@ -230,9 +268,10 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const SkippedByDrawing skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, finish, start, progress);
   PrintSkipped(line, skipped);
+  fontReport.Print(SummaryStream(line));
   const bool isWhole = std::ranges::all_of(drawings, [](const Drawing& d) { return d.losses.empty(); });
-  const bool isPartial =
-      !isWhole || drawings.size() < line.inputs.size() || withoutPages > 0 || images.HasUnusable();
+  const bool isPartial = !isWhole || drawings.size() < line.inputs.size() || withoutPages > 0 ||
+                         images.HasUnusable() || std::ranges::any_of(pages, IsBlank);
   return isPartial ? ExitStatus::kPartlyDone : status;
 }
 

@@ -92,4 +92,17 @@ std::map<std::string, uint64_t> SkippedOn(const DrawingPage& page) {
   return skipped;
 }
 
+std::string NothingToPlot(const DrawingPage& page) {
+  const Layout* layout = page.part.layout;
+  std::map<std::string, uint64_t> there;
+  for (const auto& [type, count] : page.part.drawing->types) {
+    const uint64_t entities = layout == nullptr ? count.model : count.paper;
+    if (entities > 0) there[type] = entities;
+  }
+  const std::string where =
+      page.part.drawing->name + (layout == nullptr ? "" : fmt::format(", layout \"{}\"", layout->name));
+  if (there.empty()) return where + ": there is nothing to plot";
+  return where + ": there is nothing to plot of " + FormatCounts(there);
+}
+
 }  // namespace hdiplot

@@ -39,4 +39,7 @@ void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& opti
 // What the reader skipped of what the page shows, by type.
 [[nodiscard]] std::map<std::string, uint64_t> SkippedOn(const DrawingPage& page);
 
+// The message for a page without anything to plot: what the drawing has in its place.
+[[nodiscard]] std::string NothingToPlot(const DrawingPage& page);
+
 }  // namespace hdiplot

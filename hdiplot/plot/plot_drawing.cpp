@@ -175,6 +175,16 @@ bool FitsSheet(const Box& extents, const Affine& map, const Sheet& sheet) {
   return whole.Contains(map(extents.low), kOverhang) && whole.Contains(map(extents.high), kOverhang);
 }
 
+// None for a drawing that is cut by less than is seen.
+std::optional<CutPage> CutOf(const Box& extents, double dotsPerUnit, const Sheet& sheet) {
+  constexpr double kOverhang = 0.1;  // millimetres
+  const double unit = dotsPerUnit / sheet.dotsPerMillimetre;
+  const CutPage cut{extents.Width() * unit, extents.Height() * unit, sheet.width / sheet.dotsPerMillimetre,
+                    sheet.height / sheet.dotsPerMillimetre};
+  const bool isCut = cut.width > cut.seenWidth + kOverhang || cut.height > cut.seenHeight + kOverhang;
+  return isCut ? std::optional(cut) : std::nullopt;
+}
+
 }  // namespace
 
 PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet,
@@ -193,10 +203,13 @@ PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, con
   } else if (HasClips(part)) {
     canvas.PrepareClips();
   }
+  PlottedPage page;
+  if (options.scale && !part.extents.Empty()) page.cut = CutOf(part.extents, map.LargestScale(), sheet);
   PlotSink sink(drawing, fonts, images, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
   walk.Run(map, layout);
-  PlottedPage page{sink.ViewScales(), {walk.Unwalked(), sink.TooFarOff()}};
+  page.dotsPerUnit = sink.ViewScales();
+  page.leftOut = {walk.Unwalked(), sink.TooFarOff()};
   if (page.dotsPerUnit.empty() && !part.extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};
   return page;
 }

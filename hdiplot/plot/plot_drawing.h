@@ -19,10 +19,19 @@ struct LeftOut {
       0;  // shapes with a part that is not plottable: too far off the sheet or without a size
 };
 
+// In millimetres on paper.
+struct CutPage {
+  double width = 0;  // of the drawing
+  double height = 0;
+  double seenWidth = 0;  // of the sheet within its margins
+  double seenHeight = 0;
+};
+
 struct PlottedPage {
   // Of the drawing, or of the model in each viewport. None when nothing is plotted.
   std::vector<double> dotsPerUnit;
   LeftOut leftOut;
+  std::optional<CutPage> cut;  // of a drawing that is larger than the sheet at the scale of the options
 };
 
 // Makes the calls that draw `part` on `sheet`; the caller starts and ends the page. Shows the part's entities

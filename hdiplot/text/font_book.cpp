@@ -165,7 +165,7 @@ const StrokeFont& FontBook::Strokes(const MappedFont& font, const std::string& b
 
 void FontBook::ReportMissing(const std::string& name, const std::string& standIn) {
   if (!report_ || !reported_.insert(FoldedName(name)).second) return;
-  report_("font \"" + name + "\" is not installed; using \"" + standIn + "\"");
+  report_(name, standIn);
 }
 
 }  // namespace hdiplot

@@ -25,8 +25,8 @@ struct PlotFont {
 
 class FontBook final : public FontSource {
  public:
-  // Called once for each missing font.
-  using Report = std::function<void(const std::string& message)>;
+  // Called once for each missing font, with its substitute.
+  using Report = std::function<void(const std::string& name, const std::string& substitute)>;
 
   explicit FontBook(FontMap map = {}, Report report = {});
 

@@ -117,7 +117,8 @@ def main():
     # The command is another process, so threads are enough.
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         plots = list(pool.map(plot, [FOLDER / f"{name}.dxf" for name in names]))
-        drawings = [] if arguments.names else [*FOLDER.glob("*.dxf"), *EXAMPLES.glob("*.dxf")]
+        plotted = [file for file in FOLDER.glob("*.dxf") if file.with_suffix(".jsonl").exists()]
+        drawings = [] if arguments.names else [*plotted, *EXAMPLES.glob("*.dxf")]
         differ = [drawing.name for drawing, differs in zip(drawings, pool.map(binary_differs, drawings)) if differs]
     failed = 0
     for name, results in zip(names, plots):

@@ -110,7 +110,7 @@ TEST(StrokeFont, DrawsLettersBeyondAscii) {
 
 TEST(FontBook, GivesOneFontForAChoiceAndNamesStandInsOnce) {
   std::vector<std::string> messages;
-  FontBook book({}, [&](const std::string& message) { messages.push_back(message); });
+  FontBook book({}, [&](const std::string& name, const std::string& by) { messages.push_back(name + ", " + by); });
   const FontChoice arial{"Arial", "", "", true, false};
   const PlotFont font = book.Find(arial);
   ASSERT_NE(font.outline, nullptr);
@@ -118,8 +118,7 @@ TEST(FontBook, GivesOneFontForAChoiceAndNamesStandInsOnce) {
   EXPECT_EQ(&book.FontFor({"", "arialbd.ttf", "", false, false}), font.outline);
   EXPECT_EQ(&book.FontFor(arial), font.outline);
   EXPECT_EQ(book.Find({"", "mystery.shx", "", false, false}).outline, nullptr);
-  EXPECT_THAT(messages, ElementsAre("font \"Arial\" is not installed; using \"Liberation Sans\"",
-                                    "font \"mystery.shx\" is not installed; using \"rowmans\""));
+  EXPECT_THAT(messages, ElementsAre("Arial, Liberation Sans", "mystery.shx, rowmans"));
 }
 
 TEST(FontBook, TakesTheFontThatIsInTheFileOfAStyle) {
