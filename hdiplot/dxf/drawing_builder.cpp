@@ -57,6 +57,13 @@ const DrawingBuilder::EntityType DrawingBuilder::kEntityTypes[] = {
     {"ARC_DIMENSION", &DrawingBuilder::AddDimension},
     {"LARGE_RADIAL_DIMENSION", &DrawingBuilder::AddDimension},
     {"ACAD_TABLE", &DrawingBuilder::AddTable},
+    {"RAY", &DrawingBuilder::AddShape<ReadRay>},
+    {"XLINE", &DrawingBuilder::AddShape<ReadRay>},
+    {"3DLINE", &DrawingBuilder::AddShape<ReadLine>},
+    {"HELIX", &DrawingBuilder::AddShape<ReadHelix>},
+    {"MESH", &DrawingBuilder::AddShape<ReadMesh>},
+    {"MLINE", &DrawingBuilder::AddMLine},
+    {"MPOLYGON", &DrawingBuilder::AddMPolygon},
 };
 
 DrawingBuilder::DrawingBuilder(FaultLog& faults)
@@ -143,6 +150,7 @@ void DrawingBuilder::OnObject(const DxfObject& object) {
   clips_.Add(object);
   if (object.type == "LAYOUT") AddLayout(object);
   if (object.type == "SORTENTSTABLE") AddDrawOrder(object);
+  if (object.type == "MLINESTYLE") mlineStyles_[HandleKey(object.Text(5))] = ReadMLineStyle(object, names_);
   if (object.type != "IMAGEDEF") return;
   const Group* file = object.Find(1);
   if (object.Find(5) && file) drawing_.imageFiles[HandleKey(object.Text(5))] = decoder_.Decode(file->Value());
@@ -276,6 +284,7 @@ Name DrawingBuilder::ContainerOf(const Attributes& attributes) const {
 
 Drawing DrawingBuilder::Finish() {
   FinishTexts();
+  FinishMLines();
   FinishViewports();
   FinishBlockClips();
   FinishDimensions();

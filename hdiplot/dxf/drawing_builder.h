@@ -16,6 +16,7 @@
 #include "hdiplot/dxf/dimension_block.h"
 #include "hdiplot/dxf/draw_order.h"
 #include "hdiplot/dxf/field_links.h"
+#include "hdiplot/dxf/mline_reader.h"
 #include "hdiplot/dxf/polyline_reader.h"
 #include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/dxf/text_reader.h"
@@ -86,6 +87,12 @@ class DrawingBuilder {
     std::string_view handle;
   };
 
+  struct PendingMLine {  // until all styles are known
+    MLine line;
+    Attributes attributes;
+    Entities* parts;
+  };
+
   // A viewport, a text or an insert, and the handle of its outline or its dictionary, which may follow.
   struct Reference {
     Entity* entity;
@@ -105,6 +112,8 @@ class DrawingBuilder {
   void AddPolyline(const DxfObject& entity, const Attributes& attributes);
   void AddHatch(const DxfObject& entity, const Attributes& attributes);
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
+  void AddMLine(const DxfObject& entity, const Attributes& attributes);
+  void AddMPolygon(const DxfObject& entity, const Attributes& attributes);
 
   template <typename AnyShape>
   Entity& AddEntity(const Attributes& attributes, AnyShape&& shape, std::string_view handle) {
@@ -115,6 +124,8 @@ class DrawingBuilder {
     return entity;
   }
   Entity& AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
+  // Adds an entity that is made of others. Returns the block for these, in which by block means the entity.
+  Entities& AddComposite(const Attributes& attributes, std::string_view handle);
   template <typename Text>
   void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                   Backslash backslash);
@@ -138,6 +149,7 @@ class DrawingBuilder {
   void FinishBlockClips();
   void FinishDrawOrder();
   void FinishTexts();
+  void FinishMLines();
   void FinishViewports();
   void FinishLayouts();
   void RemoveUnresolved(Entities& entities) const;
@@ -164,6 +176,9 @@ class DrawingBuilder {
   std::vector<Reference> clippedViewports_;
   std::vector<Reference> unlinkedTexts_;
   std::vector<Reference> clippedInserts_;           // or those with another dictionary
+  std::map<std::string, MLineStyle> mlineStyles_;  // by HandleKey
+  std::vector<PendingMLine> mlines_;
+  size_t composites_ = 0;
   std::map<std::string, uint64_t> shownViewports_;  // by container, of those with any viewport
   std::vector<std::string> external_;               // blocks whose content is in another file
   Block lost_;                                      // the content of blocks without a valid name

@@ -86,9 +86,10 @@ class HatchReader {
   explicit HatchReader(const DxfObject& object)
       : object_(object), left_(object.groups), plane_(PlaneOf(object)), elevation_(object.Real(30, 0)) {}
 
-  HatchEntity Read() {
+  // `solidCode`: the group that says whether the fill is solid.
+  HatchEntity Read(int solidCode) {
     HatchEntity hatch;
-    hatch.solid = object_.Integer(70, 0) != 0;
+    hatch.solid = object_.Integer(solidCode, 0) != 0;
     while (!left_.empty() && !At(91)) Next();
     const Group& paths = Take(91);
     while (At(92)) hatch.loops.push_back(ReadPath());
@@ -278,6 +279,8 @@ class HatchReader {
 
 }  // namespace
 
-HatchEntity ReadHatch(const DxfObject& object) { return HatchReader(object).Read(); }
+HatchEntity ReadHatch(const DxfObject& object) { return HatchReader(object).Read(70); }
+
+HatchEntity ReadMPolygon(const DxfObject& object) { return HatchReader(object).Read(71); }
 
 }  // namespace hdiplot

@@ -90,6 +90,10 @@ PointEntity ReadPoint(const DxfObject& entity) { return {entity.NeededPoint(10)}
 
 LineEntity ReadLine(const DxfObject& entity) { return {entity.NeededPoint(10), entity.NeededPoint(11)}; }
 
+RayEntity ReadRay(const DxfObject& entity) {
+  return {entity.NeededPoint(10), entity.NeededPoint(11), entity.type == "XLINE"};
+}
+
 Shape ReadCircle(const DxfObject& entity) {
   const Vec2 center = entity.NeededPoint(10);
   return ProjectArcEntity(PlaneOf(entity), center, entity.Real(30, 0), RadiusOf(entity), {0, kWholeTurn});
@@ -145,6 +149,15 @@ SplineEntity ReadSpline(const DxfObject& entity) {
   entity.CheckCount(entity.Find(74), spline.fitPoints.size());
   CompleteSpline(spline, entity.place);
   return spline;
+}
+
+// A spline, and behind it the helix that it was made from, in groups of the same codes.
+SplineEntity ReadHelix(const DxfObject& entity) {
+  const auto mark = std::ranges::find_if(
+      entity.groups, [](const Group& group) { return group.code == 100 && group.Value() == "AcDbHelix"; });
+  DxfObject spline = entity;
+  spline.groups.erase(spline.groups.begin() + (mark - entity.groups.begin()), spline.groups.end());
+  return ReadSpline(spline);
 }
 
 Shape ReadLeader(const DxfObject& entity) {

@@ -1,5 +1,6 @@
-// The shapes of entities of one object, but for texts, polylines and viewports. HATCH, whose groups depend on
-// their order, is in hatch_reader.cpp, IMAGE and WIPEOUT are in image_reader.cpp.
+// The shapes of entities of one object, but for texts, polylines and viewports. HATCH and MPOLYGON,
+// whose groups depend on their order, are in hatch_reader.cpp, MESH is in mesh_reader.cpp, IMAGE and WIPEOUT
+// are in image_reader.cpp.
 #pragma once
 
 #include <cstddef>
@@ -16,12 +17,18 @@ namespace hdiplot {
 [[nodiscard]] LineEntity ReadLine(const DxfObject& entity);
 [[nodiscard]] Shape ReadCircle(const DxfObject& entity);
 [[nodiscard]] Shape ReadArc(const DxfObject& entity);
+[[nodiscard]] RayEntity ReadRay(const DxfObject& entity);  // and XLINE
 [[nodiscard]] EllipseEntity ReadEllipse(const DxfObject& entity);
 [[nodiscard]] SolidEntity ReadSolid(const DxfObject& entity);  // and TRACE
 [[nodiscard]] FaceEntity ReadFace(const DxfObject& entity);    // 3DFACE
 [[nodiscard]] SplineEntity ReadSpline(const DxfObject& entity);
+[[nodiscard]] SplineEntity ReadHelix(const DxfObject& entity);
 [[nodiscard]] Shape ReadLeader(const DxfObject& entity);
+[[nodiscard]] MeshEntity ReadMesh(
+    const DxfObject& entity);  // the edges of a subdivision surface's control mesh
 [[nodiscard]] HatchEntity ReadHatch(const DxfObject& entity);
+// The boundaries and the fill; neither solid nor with lines when there is none.
+[[nodiscard]] HatchEntity ReadMPolygon(const DxfObject& entity);
 [[nodiscard]] ImageEntity ReadImage(const DxfObject& entity);
 [[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& entity);
 [[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, NameCache& names);

@@ -18,10 +18,10 @@ constexpr int kFirstExtendedCode = 1000;
 constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE", "STYLE",   "BLOCK_RECORD",
                                             "VPORT", "VIEW",   "UCS",   "APPID", "DIMSTYLE"};
 constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
-constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT",        "FIELD",
-                                             "IMAGEDEF",   "SORTENTSTABLE", "SPATIAL_FILTER"};
+constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF", "SORTENTSTABLE",
+                                             "SPATIAL_FILTER", "MLINESTYLE"};
 // Of these, numbers are used.
-constexpr std::string_view kTypesWithNumbers[] = {"LAYOUT", "SPATIAL_FILTER"};
+constexpr std::string_view kTypesWithNumbers[] = {"LAYOUT", "SPATIAL_FILTER", "MLINESTYLE"};
 
 template <typename Types>
 bool IsOneOf(std::string_view type, const Types& types) {

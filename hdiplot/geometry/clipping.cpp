@@ -1,6 +1,7 @@
 #include "hdiplot/geometry/clipping.h"
 
 #include <cmath>
+#include <limits>
 #include <polyclipping/clipper.hpp>
 
 namespace hdiplot {
@@ -57,6 +58,25 @@ Area Combined(ClipperLib::ClipType operation, ClipperLib::PolyFillType rule, con
 std::optional<Segment> ClippedToSquare(const Segment& segment, double limit) {
   const auto inBand = ClippedToBand(segment, &Vec2::x, limit);
   return inBand ? ClippedToBand(*inBand, &Vec2::y, limit) : std::nullopt;
+}
+
+std::optional<Segment> ClippedRay(Vec2 base, Vec2 direction, bool isWhole, const Box& box) {
+  constexpr double kEndless = std::numeric_limits<double>::infinity();
+  double from = isWhole ? -kEndless : 0;
+  double to = kEndless;
+  for (double Vec2::*const axis : {&Vec2::x, &Vec2::y}) {
+    const double step = direction.*axis;
+    if (step == 0) {
+      if (base.*axis < box.low.*axis || base.*axis > box.high.*axis) return std::nullopt;
+      continue;
+    }
+    const double low = (box.low.*axis - base.*axis) / step;
+    const double high = (box.high.*axis - base.*axis) / step;
+    from = std::max(from, std::min(low, high));
+    to = std::min(to, std::max(low, high));
+  }
+  if (!(from <= to) || !std::isfinite(from) || !std::isfinite(to)) return std::nullopt;
+  return Segment{base + direction * from, base + direction * to};
 }
 
 Ring CornersOf(const Box& box) {

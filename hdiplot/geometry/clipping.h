@@ -16,6 +16,10 @@ struct Segment {
 // The part of `segment` within `limit` of both axes. None when nothing is left.
 [[nodiscard]] std::optional<Segment> ClippedToSquare(const Segment& segment, double limit);
 
+// The part within `box` of the line through `base` along `direction`; `isWhole`: backwards as well. None when
+// nothing is left, or when there is no direction.
+[[nodiscard]] std::optional<Segment> ClippedRay(Vec2 base, Vec2 direction, bool isWhole, const Box& box);
+
 using Ring = std::vector<Vec2>;  // closed from its last point to its first
 
 // What its rings, which may cross themselves and each other, enclose by the nonzero winding rule.

@@ -116,6 +116,12 @@ struct PointEntity {
   Vec2 point;
 };
 
+struct RayEntity {  // RAY, and XLINE, which runs both ways
+  Vec2 base;
+  Vec2 direction;  // of any length; none when it is seen end-on
+  bool isWhole = false;
+};
+
 struct SolidEntity {  // SOLID and TRACE, corners in drawing order around the area; three or four
   std::vector<Vec2> corners;
 };
@@ -229,7 +235,9 @@ struct BlockClip {
   bool isInverted = false;    // what is within the outline is not seen
 };
 
-struct InsertEntity {    // INSERT, and DIMENSION through its block
+// INSERT, DIMENSION through its block, and entities made of others, which the reader gives a block of their
+// own.
+struct InsertEntity {
   Name block{&kNoName};  // folded
   Vec2 at;
   double scaleX = 1;
@@ -258,8 +266,8 @@ struct ViewportEntity {    // VIEWPORT
 };
 
 using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
-                           PointEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity,
-                           ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
+                           PointEntity, RayEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity,
+                           MTextEntity, ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
 
 // Kept small, as drawings have very many.
 struct Entity {

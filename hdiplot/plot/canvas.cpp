@@ -48,6 +48,8 @@ void Canvas::UseFill(Rgb color) {
   brush_ = color;
 }
 
+Box Canvas::Visible() const { return clips_.empty() ? BoxOf(sheet_) : BoxOf(clips_.back()); }
+
 // The part of the area within the box of the clip. Empty when that is not plottable.
 Box Canvas::Seen(const Box& area) const {
   const Box seen = clips_.empty() ? area : Common(area, BoxOf(clips_.back()));

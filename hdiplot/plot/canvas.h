@@ -36,6 +36,8 @@ class Canvas {
   Canvas(PlotDevice& device, const Sheet& sheet) : device_(device), sheet_(sheet) {}
 
   [[nodiscard]] const Sheet& GetSheet() const { return sheet_; }
+  // The box of the current view, or the sheet.
+  [[nodiscard]] Box Visible() const;
   [[nodiscard]] static bool IsPlottable(Vec2 p) {
     return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kFarthest;
   }

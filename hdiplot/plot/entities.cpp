@@ -88,6 +88,13 @@ void EntityPlotter::Draw(const PointEntity& point) {
   DrawPointFigure(map_(point.point));
 }
 
+void EntityPlotter::Draw(const RayEntity& ray) {
+  const auto seen = ClippedRay(map_(ray.base), map_.Direction(ray.direction), ray.isWhole, canvas_.Visible());
+  if (!seen) return;
+  UseStyle();
+  canvas_.Line(seen->from, seen->to);
+}
+
 // The low bits of the mode are a figure, two higher ones a circle and a square around it.
 void EntityPlotter::DrawPointFigure(Vec2 at) {
   constexpr int kFigure = 0xF;

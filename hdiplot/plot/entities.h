@@ -52,6 +52,7 @@ class EntityPlotter {
   void Draw(const EllipseEntity& ellipse);
   void Draw(const SplineEntity& spline);
   void Draw(const PointEntity& point);
+  void Draw(const RayEntity& ray);
   void Draw(const SolidEntity& solid);
   void Draw(const FaceEntity& face);
   void Draw(const TextEntity& text);

@@ -44,6 +44,7 @@ class ShapeMeter {
   void AddForm(const ArcEntity& arc);
   void AddForm(const EllipseEntity& ellipse);
   void AddForm(const PointEntity& point);
+  void AddForm(const RayEntity& /*ray*/) {}  // endless
   void AddForm(const SolidEntity& solid);
   void AddForm(const TextEntity& text);
   void AddForm(const MTextEntity& mtext);

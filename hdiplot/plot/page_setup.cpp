@@ -71,13 +71,12 @@ Affine LayoutToDots(const Layout& layout, const Sheet& sheet) {
 
 Affine DrawingToDots(const Box& extents, double millimetresPerUnit, const PlotOptions& options,
                      const Sheet& sheet) {
-  if (extents.Empty()) return {};
   const double trueSize = millimetresPerUnit * sheet.dotsPerMillimetre;
   const double fitting = FittingScale(extents, sheet);
   const double scale = options.scale            ? trueSize / *options.scale
                        : std::isfinite(fitting) ? fitting
                                                 : trueSize;
-  const Vec2 middle = Between(extents.low, extents.high, 0.5);
+  const Vec2 middle = extents.Empty() ? Vec2{} : Between(extents.low, extents.high, 0.5);
   return Affine::Translation({sheet.width / 2, sheet.height / 2}) * Affine::Scaling(scale, -scale) *
          Affine::Translation(middle * -1);
 }
