@@ -4,18 +4,37 @@ namespace hdiplot {
 
 namespace {
 
-bool IsStraight(const PolySegment& segment) { return !segment.arc && segment.from != segment.to; }
+// A side of a segment at one of its ends.
+struct SideEnd {
+  Vec2 at;
+  Vec2 along;  // of length 1
+};
 
-// From the corner of two straight segments to its left outline point, for a half width of 1. The left normal
-// of `own` when the corner is too sharp.
-Vec2 MiterOffset(const PolySegment& before, const PolySegment& behind, const PolySegment& own) {
-  const Vec2 first = TurnedLeft(Unit(before.to - before.from));
-  const Vec2 second = TurnedLeft(Unit(behind.to - behind.from));
-  const Vec2 sum = first + second;
-  // |sum| is 2 cos of half the turn, and the miter is as long as 1 over that cosine.
-  const double squared = Dot(sum, sum);
-  if (squared * kSharpestMiter * kSharpestMiter < 4) return TurnedLeft(Unit(own.to - own.from));
-  return sum * (2 / squared);
+Vec2 DirectionAt(const PolySegment& segment, bool atEnd) {
+  if (!segment.arc) return Unit(segment.to - segment.from);
+  const ConicArc& arc = *segment.arc;
+  return Unit(arc.DerivativeAt(atEnd ? arc.end : arc.start)) * (arc.Span() < 0 ? -1 : 1);
+}
+
+// `side`: 1 to the left, -1 to the right. The sides of a straight segment run towards each other when its
+// width changes.
+SideEnd SideAt(const PolySegment& segment, bool atEnd, double side) {
+  const Vec2 normal = TurnedLeft(DirectionAt(segment, atEnd)) * (side / 2);
+  const Vec2 at = atEnd ? segment.to + normal * segment.endWidth : segment.from + normal * segment.startWidth;
+  if (segment.arc) return {at, DirectionAt(segment, atEnd)};
+  return {at, Unit(segment.to - segment.from + normal * (segment.endWidth - segment.startWidth))};
+}
+
+// Where the sides of two segments meet that have one width at their joint. None when the corner is too sharp.
+std::optional<Vec2> MiterPoint(const PolySegment& before, const PolySegment& behind, double side) {
+  const SideEnd first = SideAt(before, true, side);
+  const SideEnd second = SideAt(behind, false, side);
+  const double turn = Cross(first.along, second.along);
+  if (std::abs(turn) < 1e-9)
+    return Dot(first.along, second.along) > 0 ? std::optional(first.at) : std::nullopt;
+  const Vec2 meeting = first.at + first.along * (Cross(second.at - first.at, second.along) / turn);
+  const bool isSharp = Length(meeting - before.to) > kSharpestMiter * before.endWidth / 2;
+  return isSharp ? std::nullopt : std::optional(meeting);
 }
 
 std::optional<size_t> Neighbour(const PolylineEntity& polyline, size_t index, bool behind) {
@@ -31,9 +50,25 @@ std::optional<size_t> Neighbour(const PolylineEntity& polyline, size_t index, bo
 // Both sides of a segment, point by point from its start to its end.
 class Sides {
  public:
-  void Add(Vec2 at, Vec2 offset) {
-    left_.push_back(at + offset);
-    right_.push_back(at - offset);
+  void Add(Vec2 at, Vec2 offset) { AddPoints(at + offset, at - offset); }
+  void AddPoints(Vec2 left, Vec2 right) {
+    left_.push_back(left);
+    right_.push_back(right);
+  }
+  // The start, or else the end, of segment `index`, mitered with its neighbour there.
+  void AddEnd(const PolylineEntity& polyline, size_t index, bool atEnd) {
+    const PolySegment own = SegmentOf(polyline, index);
+    const auto other = Neighbour(polyline, index, atEnd);
+    if (other) {
+      const PolySegment next = SegmentOf(polyline, *other);
+      const PolySegment& before = atEnd ? own : next;
+      const PolySegment& behind = atEnd ? next : own;
+      const bool isWhole = HasDirection(next) && before.endWidth == behind.startWidth;
+      const auto left = isWhole ? MiterPoint(before, behind, 1) : std::nullopt;
+      const auto right = isWhole ? MiterPoint(before, behind, -1) : std::nullopt;
+      if (left && right) return AddPoints(*left, *right);
+    }
+    AddPoints(SideAt(own, atEnd, 1).at, SideAt(own, atEnd, -1).at);
   }
 
   // Up the left side and down the right one.
@@ -43,11 +78,14 @@ class Sides {
   }
 
  private:
+  static bool HasDirection(const PolySegment& segment) { return segment.arc || segment.from != segment.to; }
+
   std::vector<Vec2> left_;
   std::vector<Vec2> right_;
 };
 
-std::vector<Vec2> BendOutline(const PolySegment& segment, double tolerance) {
+std::vector<Vec2> BendOutline(const PolylineEntity& polyline, size_t index, const PolySegment& segment,
+                              double tolerance) {
   const ConicArc& arc = *segment.arc;
   const double startHalf = segment.startWidth / 2;
   const double endHalf = segment.endWidth / 2;
@@ -60,32 +98,20 @@ std::vector<Vec2> BendOutline(const PolySegment& segment, double tolerance) {
   AppendFlattened(rim, tolerance, steps);
   const double side = arc.Span() > 0 ? -1 : 1;  // the centre is to the left of a counter-clockwise arc
   Sides sides;
-  for (size_t i = 0; i <= steps.size(); ++i) {
+  sides.AddEnd(polyline, index, false);
+  for (size_t i = 1; i < steps.size(); ++i) {
     const double part = static_cast<double>(i) / static_cast<double>(steps.size());
     const Vec2 at = arc.At(arc.start + arc.Span() * part);
     sides.Add(at, Unit(at - arc.center) * (side * (startHalf + (endHalf - startHalf) * part)));
   }
+  sides.AddEnd(polyline, index, true);
   return std::move(sides).Outline();
 }
 
-std::vector<Vec2> BarOutline(const PolylineEntity& polyline, size_t index, const PolySegment& segment) {
-  Vec2 startOffset = TurnedLeft(Unit(segment.to - segment.from));
-  Vec2 endOffset = startOffset;
-  if (const auto other = Neighbour(polyline, index, false)) {
-    const PolySegment before = SegmentOf(polyline, *other);
-    if (IsStraight(before) && before.endWidth == segment.startWidth) {
-      startOffset = MiterOffset(before, segment, segment);
-    }
-  }
-  if (const auto other = Neighbour(polyline, index, true)) {
-    const PolySegment behind = SegmentOf(polyline, *other);
-    if (IsStraight(behind) && behind.startWidth == segment.endWidth) {
-      endOffset = MiterOffset(segment, behind, segment);
-    }
-  }
+std::vector<Vec2> BarOutline(const PolylineEntity& polyline, size_t index) {
   Sides sides;
-  sides.Add(segment.from, startOffset * (segment.startWidth / 2));
-  sides.Add(segment.to, endOffset * (segment.endWidth / 2));
+  sides.AddEnd(polyline, index, false);
+  sides.AddEnd(polyline, index, true);
   return std::move(sides).Outline();
 }
 
@@ -124,7 +150,7 @@ double LargestWidth(const PolylineEntity& polyline) {
 
 std::vector<Vec2> SegmentOutline(const PolylineEntity& polyline, size_t index, double tolerance) {
   const PolySegment segment = SegmentOf(polyline, index);
-  return segment.arc ? BendOutline(segment, tolerance) : BarOutline(polyline, index, segment);
+  return segment.arc ? BendOutline(polyline, index, segment, tolerance) : BarOutline(polyline, index);
 }
 
 }  // namespace hdiplot

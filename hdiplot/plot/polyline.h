@@ -24,8 +24,8 @@ struct PolySegment {
 
 [[nodiscard]] double LargestWidth(const PolylineEntity& polyline);
 
-// The outline of a segment with a width, as a ring. Two straight segments of the same width at their common
-// point get a mitered joint; a corner sharper than kSharpestMiter is cut off square.
+// The outline of a segment with a width, as a ring. Segments of the same width at their common point get
+// a mitered joint, also where the width changes; a corner sharper than kSharpestMiter is cut off square.
 [[nodiscard]] std::vector<Vec2> SegmentOutline(const PolylineEntity& polyline, size_t index,
                                                double tolerance);
 
