@@ -93,7 +93,7 @@ class Batch {
       if (run.status == 0 || run.status == 1) fs::rename(part, item.pdf);
     } catch (const std::system_error& error) {
       run = {static_cast<int>(ExitStatus::kNothingDone), "",
-             fmt::format("hdiplot: {}: {}\n", PathText(item.pdf), error.what())};
+             fmt::format("hdiplot: {}: {}\n", PathText(item.pdf), error.what()), false};
     }
     std::error_code ignored;
     fs::remove(part, ignored);

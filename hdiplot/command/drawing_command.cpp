@@ -17,6 +17,7 @@
 #include "hdiplot/command/job.h"
 #include "hdiplot/command/options.h"
 #include "hdiplot/command/paper_plan.h"
+#include "hdiplot/command/plot_style_book.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/device/module.h"
 #include "hdiplot/plot/plot_drawing.h"
@@ -34,7 +35,7 @@ namespace {
 std::vector<Drawing> ReadDrawings(const CommandLine& line, Progress& progress) {
   std::vector<Drawing> drawings;
   for (const auto& file : line.inputs) {
-    if (auto drawing = ReadOrReport(file, line.strictness, progress)) drawings.push_back(std::move(*drawing));
+    if (auto drawing = ReadOrReport(file, line, progress)) drawings.push_back(std::move(*drawing));
   }
   return drawings;
 }
@@ -176,17 +177,19 @@ class MeasureScale {
 
 // Returns what is skipped, by the reader and in plotting.
 SkippedByDrawing PlotPages(const CommandLine& line, const std::vector<DrawingPage>& pages,
-                           const PaperPlan& paper, FontBook& fonts, ImageBook& images, PlotDevice& device,
-                           Progress& progress) {
+                           const PaperPlan& paper, PlotStyleBook& styles, FontBook& fonts, ImageBook& images,
+                           PlotDevice& device, Progress& progress) {
   SkippedByDrawing skipped;
   MeasureScale measure;
-  const auto changes = RecordChanges(pages, paper);
+  PlotOptions options = line.plot;
+  const auto changes = RecordChanges(pages, options, paper);
   for (size_t i = 0; i < pages.size(); ++i) {
     const DrawingPage& page = pages[i];
     device.Make(call::StartPage{changes[i]});
     const uint64_t before = device.ObjectCount();
     const Sheet sheet = MakeSheet(device);
-    const PlottedPage plotted = PlotDrawing(page.part, line.plot, sheet, fonts, images, device, progress);
+    options.plotStyles = styles.Of(page.part);
+    const PlottedPage plotted = PlotDrawing(page.part, options, sheet, fonts, images, device, progress);
     measure.Add(plotted, sheet);
     if (plotted.cut) {
       progress.Finish();
@@ -246,6 +249,10 @@ ExitStatus PlotDrawings(const CommandLine& line) {
     progress.Finish();
     PrintError(message);
   });
+  PlotStyleBook styles(line.plotStyles, [&](const std::string& message) {
+    progress.Finish();
+    PrintError(message);
+  });
   const std::vector<Drawing> drawings = ReadDrawings(line, progress);
   if (drawings.empty()) return ExitStatus::kNothingDone;
 
@@ -265,13 +272,14 @@ ExitStatus PlotDrawings(const CommandLine& line) {
   const DrawingPage& first = pages.front();
   const FinishOptions finish = ResolveFinish(line, NamesOf(pages));
   Job job(driver, SettingsFor(line, *first.part.drawing, paper, first.orientation), line);
-  const SkippedByDrawing skipped = PlotPages(line, pages, paper, fonts, images, job.Device(), progress);
+  const SkippedByDrawing skipped =
+      PlotPages(line, pages, paper, styles, fonts, images, job.Device(), progress);
   const ExitStatus status = Conclude(job, line, finish, start, progress);
   PrintSkipped(line, skipped);
   fontReport.Print(SummaryStream(line));
   const bool isWhole = std::ranges::all_of(drawings, [](const Drawing& d) { return d.losses.empty(); });
   const bool isPartial = !isWhole || drawings.size() < line.inputs.size() || withoutPages > 0 ||
-                         images.HasUnusable() || std::ranges::any_of(pages, IsBlank);
+                         images.HasUnusable() || styles.HasUnusable() || std::ranges::any_of(pages, IsBlank);
   return isPartial ? ExitStatus::kPartlyDone : status;
 }
 

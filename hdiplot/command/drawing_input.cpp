@@ -2,16 +2,34 @@
 
 #include <exception>
 
+#include "hdiplot/command/dwg_converter.h"
 #include "hdiplot/command/printing.h"
 #include "hdiplot/system/errors.h"
 #include "hdiplot/system/names.h"
+#include "hdiplot/system/paths.h"
 
 namespace hdiplot {
 
-std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, Strictness strictness,
+namespace {
+
+Drawing ReadDwg(const std::filesystem::path& file, const CommandLine& line, Progress& progress) {
+  const ConvertedDwg converted(file, line.dwgConverter);
+  Drawing drawing = ReadDxf(converted.Dxf(), line.strictness, progress);
+  drawing.name = PathText(file.filename());
+  drawing.folder = file.parent_path();
+  const std::string temporary = PathText(converted.Dxf());
+  for (std::string& loss : drawing.losses) {
+    if (loss.starts_with(temporary)) loss.replace(0, temporary.size(), PathText(file));
+  }
+  return drawing;
+}
+
+}  // namespace
+
+std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, const CommandLine& line,
                                     Progress& progress) {
   try {
-    Drawing drawing = ReadDxf(file, strictness, progress);
+    Drawing drawing = IsDwg(file) ? ReadDwg(file, line, progress) : ReadDxf(file, line.strictness, progress);
     if (!drawing.losses.empty()) progress.Finish();
     for (const std::string& loss : drawing.losses) PrintError(loss);
     return drawing;

@@ -7,12 +7,14 @@
 #include <span>
 #include <string>
 
+#include "hdiplot/command/options.h"
 #include "hdiplot/dxf/dxf_reader.h"
 
 namespace hdiplot {
 
-// The drawing in the file, or none when it cannot be read. What is wrong is printed.
-[[nodiscard]] std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, Strictness strictness,
+// The drawing in the file, a DXF or, by way of a converter, a DWG; none when it cannot be read. What is wrong
+// is printed.
+[[nodiscard]] std::optional<Drawing> ReadOrReport(const std::filesystem::path& file, const CommandLine& line,
                                                   Progress& progress);
 
 struct ListedLayer {

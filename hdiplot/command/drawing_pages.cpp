@@ -62,12 +62,12 @@ void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& opti
 }
 
 std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<DrawingPage>& pages,
-                                                        const PaperPlan& paper) {
+                                                        const PlotOptions& options, const PaperPlan& paper) {
   const bool anyOwn = std::ranges::any_of(pages, &DrawingPage::hasOwnSheet);
   std::vector<std::optional<FieldSettings>> changes;
   for (const DrawingPage& page : pages) {
     if (page.hasOwnSheet) {
-      changes.emplace_back(SheetChanges(*page.part.layout->sheet));
+      changes.emplace_back(SheetChanges(PlottedSheet(*page.part.layout->sheet, options)));
     } else {
       // After a page with its own sheet the record has that sheet's paper, so all of it is set.
       changes.push_back(anyOwn ? paper.WholePageChanges(page.orientation)

@@ -31,6 +31,7 @@ void ChooseOrientations(std::vector<DrawingPage>& pages, const PlotOptions& opti
 
 // The changes of the driver's record for each page.
 [[nodiscard]] std::vector<std::optional<FieldSettings>> RecordChanges(const std::vector<DrawingPage>& pages,
+                                                                      const PlotOptions& options,
                                                                       const PaperPlan& paper);
 
 // The page's paper for messages.

@@ -61,7 +61,7 @@ ExitStatus ListDrawings(const CommandLine& line) {
   size_t listed = 0;
   size_t complete = 0;
   for (const auto& file : line.inputs) {
-    const auto drawing = ReadOrReport(file, line.strictness, progress);
+    const auto drawing = ReadOrReport(file, line, progress);
     if (!drawing) continue;
     progress.Finish();
     PrintDrawing(*drawing);

@@ -233,7 +233,14 @@ void ArgumentParser::AddPage() {
       ->check(CLI::Range(72, 4800).description(""));
   ForDrawings(app_.add_flag("--keep-fractions", plot.keepFractions,
                             "Exact lengths: coordinates are not rounded to whole dots"));
-  ForDrawings(app_.add_flag("--monochrome", plot.monochrome, "Everything in black"));
+  auto* monochrome = ForDrawings(app_.add_flag("--monochrome", plot.monochrome, "Everything in black"));
+  ForDrawings(app_.add_flag("--gray,--grey", plot.grey, "Everything in shades of grey"))
+      ->excludes(monochrome);
+  ForDrawings(AddPath("--plot-style", line_.plotStyles,
+                      "Plot styles (CTB, STB), or \"none\" (default: the layout's, when they are beside the "
+                      "drawing)"));
+  ForDrawings(app_.add_flag("--printer-margins", plot.printerMargins,
+                            "Cut sheets at the margins of the plotter that they name"));
   ForDrawings(app_.add_option_function("--background", Into(plot.background, "--background", ParseColor),
                                        "Colour of the page"))
       ->type_name("COLOR");
@@ -257,6 +264,9 @@ void ArgumentParser::AddContent() {
       ->type_name("NAME|all|sheets|model");
   ForDrawings(AddSetter("--strict", line_.strictness, Strictness::kStrict,
                         "Refuse a drawing with any fault, and plot nothing of it"));
+  ForDrawings(app_.add_option("--dwg-converter", line_.dwgConverter,
+                              "What makes a DXF of a DWG (default: $HDI_DWG_CONVERTER, or dwg2dxf)"))
+      ->type_name("'COMMAND {in} {out}'");
 }
 
 void ArgumentParser::AddList() {

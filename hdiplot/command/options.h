@@ -38,11 +38,13 @@ struct CommandLine {
   bool results = false;
   bool each = false;  // a PDF for each drawing, in `outputDirectory`
   std::filesystem::path outputDirectory = ".";
-  unsigned jobs = 1;                               // so many of them at a time
-  bool newer = false;                              // only those whose PDF is older than the drawing
-  Strictness strictness = Strictness::kForgiving;  // with drawings
-  PlotOptions plot;                                // of drawings
-  std::string device;                              // empty: the trace's, or the first
+  unsigned jobs = 1;                                // so many of them at a time
+  bool newer = false;                               // only those whose PDF is older than the drawing
+  Strictness strictness = Strictness::kForgiving;   // with drawings
+  std::string dwgConverter;                         // a command with {in} and {out}; empty: the usual one
+  std::optional<std::filesystem::path> plotStyles;  // a file, or "none"; default: that of each layout
+  PlotOptions plot;                                 // of drawings
+  std::string device;                               // empty: the trace's, or the first
   std::filesystem::path module;
   std::string compression;  // empty: the device's setting
   bool open = false;

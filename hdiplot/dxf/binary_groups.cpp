@@ -63,6 +63,7 @@ class BinaryGroups : public GroupSource {
 
   [[nodiscard]] size_t Position() const override { return at_; }
   [[nodiscard]] size_t Place() const override { return at_; }
+  [[nodiscard]] bool IsBinary() const override { return true; }
   [[nodiscard]] const char* PlaceName() const override { return "byte"; }
 
  private:

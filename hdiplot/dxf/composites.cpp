@@ -1,9 +1,11 @@
 // The part of the builder for entities that are made of others: they become inserts of blocks of their own.
 #include <utility>
 
-#include "hdiplot/dxf/attribute_reader.h"
 #include "hdiplot/dxf/drawing_builder.h"
+#include "hdiplot/dxf/proxy_bytes.h"
+#include "hdiplot/dxf/proxy_graphics.h"
 #include "hdiplot/dxf/shape_reader.h"
+#include "hdiplot/dxf/table_reader.h"
 
 namespace hdiplot {
 
@@ -13,6 +15,16 @@ Entities& DrawingBuilder::AddComposite(const Attributes& attributes, std::string
   Entities& parts = drawing_.blocks[insert.block].entities;
   AddEntity(attributes, std::move(insert), handle);
   return parts;
+}
+
+bool DrawingBuilder::AddProxyGraphics(const DxfObject& entity, const Attributes& attributes) {
+  const std::optional<std::string> bytes = ProxyBytesOf(entity);
+  if (!bytes) return false;
+  const ProxyTables tables{names_, layersInOrder_, lineTypesInOrder_, drawing_.textStyles};
+  Entities parts = ReadProxyGraphics(*bytes, attributes, tables);
+  if (parts.empty()) return false;
+  AddComposite(attributes, entity.Text(5)) = std::move(parts);
+  return true;
 }
 
 void DrawingBuilder::AddMLine(const DxfObject& entity, const Attributes& attributes) {

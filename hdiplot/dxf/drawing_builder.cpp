@@ -96,13 +96,18 @@ void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
     if (name.empty()) throw DxfFault{entry.place, "the layer has no name"};
     const Layer layer = ReadLayer(entry, decoder_);
     drawing_.layers[name] = layer;
+    drawing_.layers[name].plotStyle = HandleKey(entry.Text(390));  // a name in the end
     if (layer.frozen) frozenLayers_.insert(FoldedName(name));
     if (!handle.empty()) layersByHandle_[handle] = name;
+    layersInOrder_.push_back(names_.Hold(name));
   } else if (entry.type == "BLOCK_RECORD") {
     const Group* name = entry.Find(2);
     if (!handle.empty() && name) blocksByHandle_[handle] = decoder_.DecodeFoldedName(*name);
+  } else if (entry.type == "VIEW") {
+    AddView(entry);
   } else if (entry.type == "LTYPE") {
     const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
+    lineTypesInOrder_.push_back(names_.Hold(name));
     const bool isPlaceholder = name.empty() || name == kByLayer || name == kByBlock;
     if (!isPlaceholder) drawing_.lineTypes[name] = ReadLineType(entry);
   } else if (entry.type == "STYLE") {
@@ -150,6 +155,8 @@ void DrawingBuilder::OnObject(const DxfObject& object) {
   clips_.Add(object);
   if (object.type == "LAYOUT") AddLayout(object);
   if (object.type == "SORTENTSTABLE") AddDrawOrder(object);
+  if (object.type == "ACDBDICTIONARYWDFLT") AddPlotStyleNames(object);
+  if (object.type == "RASTERVARIABLES") drawing_.framesImages = object.Integer(70, 0) == 1;
   if (object.type == "MLINESTYLE") mlineStyles_[HandleKey(object.Text(5))] = ReadMLineStyle(object, names_);
   if (object.type != "IMAGEDEF") return;
   const Group* file = object.Find(1);
@@ -167,7 +174,8 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
     insert_.reset();
     return;
   }
-  const Attributes attributes = ReadAttributes(entity, names_);
+  Attributes attributes = ReadAttributes(entity, names_);
+  attributes.plotStyle = PlotStyleOf(entity);
   const TypeRun& run = RunOf(entity.type);
   if (block_.empty()) {
     if (!run.count) run_.count = &drawing_.types[std::string(entity.type)];
@@ -175,7 +183,7 @@ void DrawingBuilder::OnEntity(const DxfObject& entity) {
   }
   if (run.type) {
     (this->*run.type->add)(entity, attributes);
-  } else {
+  } else if (!AddProxyGraphics(entity, attributes)) {
     CountSkipped(entity.type, attributes);
   }
 }
@@ -295,6 +303,7 @@ Drawing DrawingBuilder::Finish() {
     for (auto& [name, block] : drawing_.blocks) RemoveUnresolved(block.entities);
   }
   FinishLayouts();
+  FinishPlotStyles();
   drawing_.skipped = SkippedIn(kModelName);
   return std::move(drawing_);
 }
@@ -366,10 +375,14 @@ void DrawingBuilder::FinishTexts() {
 // The entities of layouts are in blocks or, for the active one, in the section ENTITIES. Handles lead from a
 // layout to its block, and from a viewport to layers and its outline.
 void DrawingBuilder::AddLayout(const DxfObject& object) {
-  std::optional<LayoutRecord> record = ReadLayout(object, decoder_);
+  std::optional<LayoutRecord> record = ReadLayout(object, decoder_, views_);
   if (!record) return;
   const auto block = blocksByHandle_.find(record->blockHandle);
-  if (block == blocksByHandle_.end() || block->second == kModelBlock) return;
+  if (block == blocksByHandle_.end()) return;
+  if (block->second == kModelBlock) {
+    drawing_.modelStyleSheet = record->layout.setup.styleSheet;
+    return;
+  }
   record->layout.block = block->second;
   const bool isKnown =
       std::ranges::find(drawing_.layouts, block->second, &Layout::block) != drawing_.layouts.end();

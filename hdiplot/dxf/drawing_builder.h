@@ -16,6 +16,7 @@
 #include "hdiplot/dxf/dimension_block.h"
 #include "hdiplot/dxf/draw_order.h"
 #include "hdiplot/dxf/field_links.h"
+#include "hdiplot/dxf/layout_reader.h"
 #include "hdiplot/dxf/mline_reader.h"
 #include "hdiplot/dxf/polyline_reader.h"
 #include "hdiplot/dxf/text_decoder.h"
@@ -124,6 +125,8 @@ class DrawingBuilder {
     return entity;
   }
   Entity& AddInsertOf(const DxfObject& entity, const Attributes& attributes, InsertEntity&& insert);
+  // Adds the entity as its proxy graphics show it. False when it has none that can be used.
+  bool AddProxyGraphics(const DxfObject& entity, const Attributes& attributes);
   // Adds an entity that is made of others. Returns the block for these, in which by block means the entity.
   Entities& AddComposite(const Attributes& attributes, std::string_view handle);
   template <typename Text>
@@ -131,6 +134,11 @@ class DrawingBuilder {
                   Backslash backslash);
   void AddLayout(const DxfObject& object);
   void AddDrawOrder(const DxfObject& object);
+  void AddView(const DxfObject& entry);
+  void AddPlotStyleNames(const DxfObject& dictionary);
+  // The value for Attributes::plotStyle.
+  [[nodiscard]] uint16_t PlotStyleOf(const DxfObject& entity);
+  void FinishPlotStyles();
   void FinishPolyline(bool isEnded);
   void TakeFromInsert(Attributes& attributes) const;
 
@@ -179,6 +187,11 @@ class DrawingBuilder {
   std::map<std::string, MLineStyle> mlineStyles_;  // by HandleKey
   std::vector<PendingMLine> mlines_;
   size_t composites_ = 0;
+  NamedViews views_;
+  std::map<std::string, uint16_t> plotStyles_;             // of entities, by HandleKey, as the next
+  std::map<std::string, std::string> plotStylesByHandle_;  // folded names
+  std::vector<Name> layersInOrder_;
+  std::vector<Name> lineTypesInOrder_;              // folded, as the table has them
   std::map<std::string, uint64_t> shownViewports_;  // by container, of those with any viewport
   std::vector<std::string> external_;               // blocks whose content is in another file
   Block lost_;                                      // the content of blocks without a valid name

@@ -31,6 +31,7 @@ class DxfObject {
   FaultLog& faults;  // of the whole file
   std::vector<Group> groups;
   std::vector<Group> extended;  // codes from 1000, of all applications
+  bool isBinary = false;        // of the file: bytes are as they are, not in hexadecimal digits
   std::string_view dictionary;  // handle of the extension dictionary; empty: none
 
   void Clear() {

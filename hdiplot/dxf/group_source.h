@@ -46,6 +46,8 @@ class GroupSource {
   [[nodiscard]] virtual size_t Position() const = 0;
   [[nodiscard]] virtual size_t Place() const = 0;
 
+  [[nodiscard]] virtual bool IsBinary() const = 0;
+
   // The unit of a place in messages: "line" or "byte".
   [[nodiscard]] virtual const char* PlaceName() const = 0;
 

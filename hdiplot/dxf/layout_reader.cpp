@@ -57,20 +57,89 @@ std::optional<LayoutSheet> SheetOf(const DxfObject& settings) {
   return sheet;
 }
 
-double MillimetresPerUnitOf(const DxfObject& settings) {
-  constexpr int64_t kInches = 0;
-  const double scale = settings.Real(142, 1) / settings.Real(143, 1);
-  const double unit = settings.Integer(72, 1) == kInches ? kMillimetresPerInch : 1;
-  return IsScale(scale) ? scale * unit : unit;
+// Group 70 of plot settings.
+constexpr uint64_t kIsCentred = 4;
+constexpr uint64_t kHasStandardScale = 16;
+constexpr uint64_t kHasPlotStyles = 32;
+constexpr uint64_t kScalesWeights = 64;
+constexpr uint64_t kHasWeights = 128;
+constexpr uint64_t kUsualFlags = kHasPlotStyles | kHasWeights;
+
+// Paper units on one of the drawing, for each value of group 75: none, which is to fit; inches on a foot;
+// and scales like 1:10.
+constexpr std::array kStandardScales = {
+    0.0,      1.0 / 1536, 1.0 / 768, 1.0 / 384, 1.0 / 192, 1.0 / 128, 1.0 / 96, 1.0 / 64, 1.0 / 48,
+    1.0 / 32, 1.0 / 24,   1.0 / 16,  1.0 / 12,  1.0 / 4,   1.0 / 2,   1.0,      1.0,      1.0 / 2,
+    1.0 / 4,  1.0 / 8,    1.0 / 10,  1.0 / 16,  1.0 / 20,  1.0 / 30,  1.0 / 40, 1.0 / 50, 1.0 / 100,
+    2.0,      4.0,        8.0,       10.0,      100.0,     1000.0};
+
+// Paper units on one of the drawing.
+double PaperScaleOf(const DxfObject& settings) {
+  const auto standard = static_cast<size_t>(std::max<int64_t>(settings.Integer(75, 0), 0));
+  const bool isStandard = (settings.Flags(70) & kHasStandardScale) != 0 &&
+                          standard < kStandardScales.size() && kStandardScales[standard] > 0;
+  const double scale = isStandard ? kStandardScales[standard] : settings.Real(142, 1) / settings.Real(143, 1);
+  return IsScale(scale) ? scale : 1;
 }
 
-// The drawing's origin, from the lower left corner of the printable area. Valid for plots of the whole layout
-// only.
+double MillimetresPerUnitOf(const DxfObject& settings) {
+  constexpr int64_t kInches = 0;
+  const double unit = settings.Integer(72, 1) == kInches ? kMillimetresPerInch : 1;
+  return PaperScaleOf(settings) * unit;
+}
+
+// The offset of what is plotted from the lower left corner of the printable area.
 Vec2 OriginOf(const DxfObject& settings) {
-  constexpr int64_t kWholeLayout = 5;
   const Vec2 origin{settings.Real(46, 0), settings.Real(47, 0)};
   const bool isNear = std::abs(origin.x) <= kLargestSheet && std::abs(origin.y) <= kLargestSheet;
-  return settings.Integer(74, kWholeLayout) == kWholeLayout && isNear ? origin : Vec2{};
+  return isNear ? origin : Vec2{};
+}
+
+Vec2 PointIn(std::span<const Group> part, int code) {
+  const Group* x = FindIn(part, code);
+  const Group* y = FindIn(part, code + 10);
+  return {x != nullptr ? x->number : 0, y != nullptr ? y->number : 0};
+}
+
+// What is plotted, in `setup`. `part` is that of the layout itself.
+void ReadArea(const DxfObject& settings, std::span<const Group> part, const TextDecoder& decoder,
+              const NamedViews& views, PageSetup& setup) {
+  enum : int64_t { kDisplay = 0, kExtents = 1, kLimits = 2, kView = 3, kWindow = 4, kWholeLayout = 5 };
+  using Area = PageSetup::Area;
+  const int64_t type = settings.Integer(74, kWholeLayout);
+  if (type == kDisplay || type == kExtents) setup.area = Area::kExtents;
+  Box box;
+  if (type == kLimits) {
+    box.Add(PointIn(part, 10));
+    box.Add(PointIn(part, 11));
+  } else if (type == kWindow) {
+    box.Add({settings.Real(48, 0), settings.Real(49, 0)});
+    box.Add({settings.Real(140, 0), settings.Real(141, 0)});
+  } else if (const Group* name = settings.Find(6); type == kView && name != nullptr) {
+    const auto view = views.find(decoder.DecodeFoldedName(*name));
+    if (view != views.end()) box = view->second;
+  }
+  if (!(box.Width() > 0 && box.Height() > 0)) return;
+  setup.area = Area::kBox;
+  setup.box = box;
+}
+
+PageSetup SetupOf(const DxfObject& settings, std::span<const Group> part, const TextDecoder& decoder,
+                  const NamedViews& views) {
+  const uint64_t flags = settings.Flags(70, kUsualFlags);
+  PageSetup setup;
+  ReadArea(settings, part, decoder, views, setup);
+  setup.isCentred = (flags & kIsCentred) != 0;
+  setup.isFitted = (flags & kHasStandardScale) != 0 && settings.Integer(75, 0) == 0;
+  // Plot styles include the weights.
+  if ((flags & (kHasWeights | kHasPlotStyles)) == 0) {
+    setup.weightFactor = 0;
+  } else if ((flags & kScalesWeights) != 0) {
+    setup.weightFactor = PaperScaleOf(settings);
+  }
+  const Group* sheet = settings.Find(7);
+  if (sheet != nullptr && (flags & kHasPlotStyles) != 0) setup.styleSheet = decoder.DecodeName(*sheet);
+  return setup;
 }
 
 constexpr uint64_t kPerspective = 1;
@@ -115,7 +184,8 @@ View ReadOldView(const DxfObject& entity, const TextDecoder& decoder, ViewportEn
 
 }  // namespace
 
-std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecoder& decoder) {
+std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecoder& decoder,
+                                       const NamedViews& views) {
   const std::span<const Group> part = LayoutPart(object);
   const Group* name = FindIn(part, 1);
   const Group* block = FindIn(part, 330);
@@ -128,6 +198,7 @@ std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecode
   record.layout.sheet = SheetOf(object);
   record.layout.millimetresPerUnit = MillimetresPerUnitOf(object);
   record.layout.origin = OriginOf(object);
+  record.layout.setup = SetupOf(object, part, decoder, views);
   return record;
 }
 

@@ -1,6 +1,7 @@
 // The sheets of a DXF: LAYOUT objects, and the VIEWPORT entities that show the model on them.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,8 +17,12 @@ struct LayoutRecord {
   std::string blockHandle;  // HandleKey of the record of the block with the layout's entities
 };
 
+// What views by name show, by folded name. Only those that look down on the drawing and are not turned.
+using NamedViews = std::map<std::string, Box>;
+
 // None for an object that does not name its block.
-[[nodiscard]] std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecoder& decoder);
+[[nodiscard]] std::optional<LayoutRecord> ReadLayout(const DxfObject& object, const TextDecoder& decoder,
+                                                     const NamedViews& views);
 
 enum class ViewportUse {
   kNone,       // the sheet itself, or no valid view

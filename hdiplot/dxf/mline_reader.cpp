@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <optional>
+#include <span>
 #include <utility>
 
-#include "hdiplot/dxf/attribute_reader.h"
+#include "hdiplot/dxf/table_reader.h"
 
 namespace hdiplot {
 namespace {

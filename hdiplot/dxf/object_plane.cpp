@@ -77,4 +77,15 @@ PolylineEntity ProjectPolyline(const Ocs& plane, PolylineEntity polyline, double
   return seen;
 }
 
+ArcEntity CircleThrough(Vec2 a, Vec2 b, Vec2 c) {
+  const Vec2 toB = b - a;
+  const Vec2 toC = c - a;
+  const double twice = 2 * Cross(toB, toC);
+  if (std::abs(twice) < 1e-12 * Length(toB) * Length(toC)) return {};
+  const double squareB = Dot(toB, toB);
+  const double squareC = Dot(toC, toC);
+  const Vec2 center{(toC.y * squareB - toB.y * squareC) / twice, (toB.x * squareC - toC.x * squareB) / twice};
+  return {a + center, Length(center), 0, kWholeTurn};
+}
+
 }  // namespace hdiplot

@@ -21,4 +21,7 @@ Shape ProjectArcEntity(const Ocs& plane, Vec2 center, double elevation, double r
 // Bulges change their sign in a mirrored plane, and become chords in a tilted one.
 PolylineEntity ProjectPolyline(const Ocs& plane, PolylineEntity polyline, double elevation);
 
+// The circle through three points. Without a radius when they are in a line.
+ArcEntity CircleThrough(Vec2 a, Vec2 b, Vec2 c);
+
 }  // namespace hdiplot

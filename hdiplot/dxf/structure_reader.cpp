@@ -18,10 +18,12 @@ constexpr int kFirstExtendedCode = 1000;
 constexpr std::string_view kTableTypes[] = {"TABLE", "ENDTAB", "LAYER", "LTYPE", "STYLE",   "BLOCK_RECORD",
                                             "VPORT", "VIEW",   "UCS",   "APPID", "DIMSTYLE"};
 constexpr std::string_view kBlockTypes[] = {"BLOCK", "ENDBLK"};
-constexpr std::string_view kObjectTypes[] = {"DICTIONARY", "LAYOUT", "FIELD", "IMAGEDEF", "SORTENTSTABLE",
-                                             "SPATIAL_FILTER", "MLINESTYLE"};
+constexpr std::string_view kObjectTypes[] = {"DICTIONARY",      "LAYOUT",         "FIELD",
+                                             "IMAGEDEF",        "SORTENTSTABLE",  "MLINESTYLE",
+                                             "RASTERVARIABLES", "SPATIAL_FILTER", "ACDBDICTIONARYWDFLT"};
 // Of these, numbers are used.
-constexpr std::string_view kTypesWithNumbers[] = {"LAYOUT", "SPATIAL_FILTER", "MLINESTYLE"};
+constexpr std::string_view kTypesWithNumbers[] = {"LAYOUT", "SPATIAL_FILTER", "MLINESTYLE",
+                                                  "RASTERVARIABLES"};
 
 template <typename Types>
 bool IsOneOf(std::string_view type, const Types& types) {
@@ -60,7 +62,9 @@ class ForeignDataFilter {
 
 StructureReader::StructureReader(GroupSource& source, DrawingBuilder& builder, FaultLog& faults,
                                  Progress& progress)
-    : source_(source), builder_(builder), faults_(faults), progress_(progress), object_(faults) {}
+    : source_(source), builder_(builder), faults_(faults), progress_(progress), object_(faults) {
+  object_.isBinary = source.IsBinary();
+}
 
 StructureReader::Section StructureReader::SectionOf(std::string_view name) {
   for (const Section section :

@@ -60,11 +60,6 @@ std::string LinkOf(const DxfObject& entity, const TextDecoder& decoder) {
   return target != nullptr ? decoder.DecodeText(target->Value(), Backslash::kItself) : std::string();
 }
 
-// Hundredths of a millimetre, or one of the codes in drawing.h.
-int LineWeight(int64_t weight, int fallback) {
-  return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int>(weight) : fallback;
-}
-
 // Group 62 is negative where the layer is off.
 EntityColor LayerColor(const DxfObject& entry, EntityColor fallback) {
   if (const Group* color = entry.Find(420)) return TrueColor(*color);
@@ -79,6 +74,10 @@ uint8_t LayerAlpha(const DxfObject& entry) {
 }
 
 }  // namespace
+
+int16_t LineWeight(int64_t weight, int16_t fallback) {
+  return weight >= kLineWeightDefault && weight <= kHeaviestLine ? static_cast<int16_t>(weight) : fallback;
+}
 
 EntityColor IndexedColor(int64_t index) {
   if (index == 0) return {EntityColor::Kind::kByBlock};

@@ -21,6 +21,9 @@ void ReadVariable(const DxfObject& variable, Drawing& drawing, TextDecoder& deco
 // An index of group 62 or 63: 0 is by block, 256 and whatever is invalid by layer.
 [[nodiscard]] EntityColor IndexedColor(int64_t index);
 
+// Hundredths of a millimetre, or one of the codes in drawing.h; `fallback` for any other number.
+[[nodiscard]] int16_t LineWeight(int64_t weight, int16_t fallback);
+
 // Groups 420 and 421.
 [[nodiscard]] EntityColor TrueColor(const Group& group);
 

@@ -88,6 +88,7 @@ class TextGroups : public GroupSource {
 
   [[nodiscard]] size_t Position() const override { return cursor_.at; }
   [[nodiscard]] size_t Place() const override { return cursor_.line; }
+  [[nodiscard]] bool IsBinary() const override { return false; }
   [[nodiscard]] const char* PlaceName() const override { return "line"; }
 
  private:

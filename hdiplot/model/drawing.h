@@ -65,12 +65,17 @@ inline const std::string kByBlock = "byblock";
 inline const std::string kStandardStyle = "standard";
 inline const std::string kNoName;
 
+// Values of Attributes::plotStyle. Higher ones are indexes in Drawing::plotStyles.
+inline constexpr uint16_t kPlotStyleByLayer = 0;
+inline constexpr uint16_t kPlotStyleByBlock = 1;
+
 struct Attributes {
   Name layer{&kLayerZero};
   EntityColor color;
   Name lineType{&kByLayer};  // folded
   double lineTypeScale = 1;
-  int lineWeight = kLineWeightByLayer;
+  int16_t lineWeight = kLineWeightByLayer;
+  uint16_t plotStyle = kPlotStyleByLayer;
   EntityAlpha alpha;
   bool visible = true;
   bool paperSpace = false;
@@ -289,6 +294,7 @@ struct Layer {
   bool frozen = false;
   bool plottable = true;
   uint8_t alpha = 255;
+  std::string plotStyle;  // folded name; empty: none
 };
 
 struct LineType {
@@ -332,13 +338,25 @@ struct LayoutSheet {
 
 inline constexpr const char* kActivePaper = "*paper_space";
 
+// What a layout wants of its plot.
+struct PageSetup {
+  enum class Area : uint8_t { kLayout, kExtents, kBox };
+  Area area = Area::kLayout;
+  Box box;                  // of kBox: a window, the limits or a view, in the layout's units
+  bool isCentred = false;   // on the printable area, if not kLayout
+  bool isFitted = false;    // as large as the paper allows, if not kLayout
+  double weightFactor = 1;  // of line weights; 0: all lines are as thin as possible
+  std::string styleSheet;   // a file of plot styles; empty: none
+};
+
 struct Layout {  // a sheet in paper space
   std::string name;
-  std::string block;                        // of its entities; kActivePaper: some are in Drawing::entities
-  int64_t order = 0;                        // among the drawing's layouts
-  std::optional<LayoutSheet> sheet;         // none: not in the drawing
-  double millimetresPerUnit = 1;            // on paper
-  Vec2 origin;                              // millimetres from the lower left corner of the printable area
+  std::string block;                 // of its entities; kActivePaper: some are in Drawing::entities
+  int64_t order = 0;                 // among the drawing's layouts
+  std::optional<LayoutSheet> sheet;  // none: not in the drawing
+  double millimetresPerUnit = 1;     // on paper
+  Vec2 origin;                       // millimetres from the lower left corner of the printable area
+  PageSetup setup;
   uint64_t viewports = 0;                   // those shown
   std::map<std::string, uint64_t> skipped;  // like Drawing::skipped
 };
@@ -352,6 +370,9 @@ struct Drawing {
   std::map<std::string, std::string> imageFiles;  // as the drawing names them, by HandleKey
   std::filesystem::path folder;                   // of the file
   std::map<std::string, TextStyle> textStyles;    // by folded name
+  std::vector<std::string> plotStyles{{}, {}};    // folded names, from index 2 on
+  std::string modelStyleSheet;                    // as PageSetup::styleSheet
+  bool framesImages = false;                      // images have frames
   std::vector<Layout> layouts;                    // in their order; at least one if paper space has entities
   double lineTypeScale = 1;                       // $LTSCALE
   bool paperLineTypes = true;                     // $PSLTSCALE: line types have paper lengths in viewports

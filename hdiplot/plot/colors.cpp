@@ -63,11 +63,31 @@ Rgb TrueColor(uint32_t value) {
   return {static_cast<uint8_t>(value >> 16), static_cast<uint8_t>(value >> 8), static_cast<uint8_t>(value)};
 }
 
-Ink::Ink(const std::optional<Rgb>& background, bool monochrome) : monochrome_(monochrome) {
-  const Rgb sheet = background.value_or(kWhite);
-  // Luma with the weights of ITU-R BT.601, in thousandths.
-  const int luma = 299 * sheet.red + 587 * sheet.green + 114 * sheet.blue;
-  foreground_ = luma < 128'000 ? kWhite : Rgb{0, 0, 0};
+Ink::Ink(const PlotOptions& options) : isMonochrome_(options.monochrome), isGrey_(options.grey) {
+  const Rgb sheet = options.background.value_or(kWhite);
+  constexpr uint8_t kDark = 128;
+  foreground_ = GreyOf(sheet).red < kDark ? kWhite : Rgb{0, 0, 0};
+  const PlotStyles* styles = options.plotStyles.get();
+  for (uint32_t index = 0; index < kColors; ++index) {
+    const bool hasStyle = styles != nullptr && !styles->areNamed;
+    palette_[index] = OfOwn(hasStyle ? styles->byIndex[index].Plotted(Base(index)) : Base(index));
+  }
+}
+
+Ink::Ink(const PlotOptions& options, const PlotStyle& style) : Ink(options) {
+  style_ = &style;
+  for (uint32_t index = 0; index < kColors; ++index) palette_[index] = OfOwn(Base(index));
+}
+
+Rgb Ink::OfOwn(Rgb color) const {
+  if (isMonochrome_) return foreground_;
+  if (style_ != nullptr) color = style_->Plotted(color);
+  return isGrey_ ? GreyOf(color) : color;
+}
+
+Rgb Ink::ShadeOf(const EntityColor& color) const {
+  if (!isMonochrome_) return Of(color);
+  return GreyOf(color.kind == EntityColor::Kind::kTrue ? TrueColor(color.value) : Base(color.value));
 }
 
 }  // namespace hdiplot

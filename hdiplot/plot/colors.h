@@ -1,10 +1,12 @@
 // The colours of a drawing, and those of the plot.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <optional>
 
+#include "hdiplot/model/drawing.h"
 #include "hdiplot/plot/plot_options.h"
+#include "hdiplot/plot/plot_styles.h"
 
 namespace hdiplot {
 
@@ -19,21 +21,38 @@ inline constexpr uint32_t kForegroundIndex = 7;
 
 // Maps a drawing's colours to those of the plot. The foreground contrasts with the sheet: black on white
 // paper and light backgrounds, white on dark ones; a monochrome plot has no other colour. Any other white
-// stays white: drawings use it as a mask.
+// stays white: drawings use it as a mask. Plot styles come before greys.
 class Ink {
  public:
-  Ink(const std::optional<Rgb>& background, bool monochrome);
+  // With the options' plot styles of colours.
+  explicit Ink(const PlotOptions& options);
+  // With a plot style for all colours.
+  Ink(const PlotOptions& options, const PlotStyle& style);
 
-  [[nodiscard]] Rgb Foreground() const { return foreground_; }
-  [[nodiscard]] bool IsMonochrome() const { return monochrome_; }
   [[nodiscard]] Rgb OfIndex(uint32_t index) const {
-    return monochrome_ || index == kForegroundIndex ? foreground_ : IndexColor(index);
+    return index < kColors ? palette_[index] : OfOwn(IndexColor(index));
   }
-  [[nodiscard]] Rgb OfTrueColor(uint32_t value) const { return monochrome_ ? foreground_ : TrueColor(value); }
+  [[nodiscard]] Rgb OfTrueColor(uint32_t value) const { return OfOwn(TrueColor(value)); }
+  // Of an index or a true colour.
+  [[nodiscard]] Rgb Of(const EntityColor& color) const {
+    return color.kind == EntityColor::Kind::kTrue ? OfTrueColor(color.value) : OfIndex(color.value);
+  }
+  // The same for shades that are to be told apart, such as those of a gradient: in a monochrome plot greys.
+  [[nodiscard]] Rgb ShadeOf(const EntityColor& color) const;
 
  private:
+  static constexpr uint32_t kColors = 256;
+
+  [[nodiscard]] Rgb OfOwn(Rgb color) const;
+  [[nodiscard]] Rgb Base(uint32_t index) const {
+    return index == kForegroundIndex ? foreground_ : IndexColor(index);
+  }
+
   Rgb foreground_;
-  bool monochrome_;
+  bool isMonochrome_;
+  bool isGrey_;
+  const PlotStyle* style_ = nullptr;  // for all colours
+  std::array<Rgb, kColors> palette_;
 };
 
 }  // namespace hdiplot

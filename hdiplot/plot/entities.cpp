@@ -26,9 +26,22 @@ void EntityPlotter::Plot(const Shape& shape, const Affine& map, const Style& sty
 }
 
 Stroke EntityPlotter::StrokeOf(const Style& style) const {
-  const double millimetres = style.lineWeight / 100.0;
-  return {style.color, PenWidth(millimetres * canvas_.GetSheet().dotsPerMillimetre), LineEnds::kRound,
-          style.lineType, style.lineTypeScale * scale_.dotsPerLineTypeUnit};
+  const double dotsPerMillimetre = canvas_.GetSheet().dotsPerMillimetre;
+  const auto width = [&](int weight) {
+    return PenWidth(weight / 100.0 * scale_.lineWeightFactor * dotsPerMillimetre);
+  };
+  Stroke stroke{style.color, width(style.lineWeight), LineEnds::kRound, style.lineType,
+                style.lineTypeScale * scale_.dotsPerLineTypeUnit};
+  if (const PlotStyle* plot = style.plotStyle) {
+    if (plot->lineWeight) stroke.width = width(*plot->lineWeight);
+    if (plot->lineType) {
+      stroke.lineType = &*plot->lineType;
+      stroke.lineTypeScale = dotsPerMillimetre;
+    }
+    stroke.ends.caps = plot->ends.value_or(stroke.ends.caps);
+    stroke.ends.joins = plot->joins.value_or(stroke.ends.joins);
+  }
+  return stroke;
 }
 
 void EntityPlotter::Draw(const LineEntity& line) {
@@ -167,6 +180,8 @@ void EntityPlotter::Draw(const HatchEntity& hatch) {
   if (rings.empty()) return;
   if (hatch.gradient) {
     FillGradient(*hatch.gradient, rings, tolerance);
+  } else if (hatch.solid && style_->plotStyle != nullptr && !style_->plotStyle->fill.empty()) {
+    DrawPlotFill(rings);
   } else if (hatch.solid) {
     FillHatch(rings, style_->color);
   } else {
@@ -204,6 +219,18 @@ void EntityPlotter::FillHatch(const std::vector<Ring>& rings, Rgb color) {
     for (const Vec2& p : ring) canvas_.RingPoint(map_(p));
   }
   canvas_.FillRings(hdi::kFillAlternate);
+}
+
+// In the pattern of the plot style.
+void EntityPlotter::DrawPlotFill(const std::vector<Ring>& rings) {
+  const double unit = canvas_.GetSheet().dotsPerMillimetre / map_.LargestScale();
+  HatchEntity hatch;
+  hatch.lines = style_->plotStyle->fill;
+  for (HatchPatternLine& line : hatch.lines) {
+    line.offset = line.offset * unit;
+    for (double& dash : line.dashes) dash *= unit;
+  }
+  DrawPattern(hatch, rings);
 }
 
 void EntityPlotter::DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings) {

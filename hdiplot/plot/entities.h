@@ -21,6 +21,7 @@ struct ShapeScale {
   bool strokeComments = false;     // texts in strokes have comments
   Rgb paper{255, 255, 255};        // the sheet's colour
   bool greyImages = false;         // else in colour
+  double lineWeightFactor = 1;     // 0: all lines are as thin as possible
 };
 
 class EntityPlotter {
@@ -69,6 +70,7 @@ class EntityPlotter {
   [[nodiscard]] bool IsOpaque() const { return style_->alpha == 255; }
   [[nodiscard]] size_t MostBands(const std::vector<Ring>& rings) const;
   void FillGradient(const HatchGradient& gradient, const std::vector<Ring>& rings, double tolerance);
+  void DrawPlotFill(const std::vector<Ring>& rings);
   void DrawPattern(const HatchEntity& hatch, const std::vector<Ring>& rings);
 
   Canvas& canvas_;

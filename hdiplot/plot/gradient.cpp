@@ -107,9 +107,9 @@ void AddRing(Canvas& canvas, const Ring& ring, const Affine& map) {
 }  // namespace
 
 std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, size_t most) {
-  Rgb first = style.Plotted(gradient.first);
-  Rgb last = style.Plotted(gradient.last);
-  if (gradient.tint >= 0 && !style.ink->IsMonochrome()) last = Tinted(first, gradient.tint);
+  Rgb first = style.ink->ShadeOf(style.Resolved(gradient.first));
+  Rgb last = style.ink->ShadeOf(style.Resolved(gradient.last));
+  if (gradient.tint >= 0) last = Tinted(first, gradient.tint);
   if (gradient.inverted) std::swap(first, last);
   const size_t count = std::min({static_cast<size_t>(Difference(first, last)) + 1, most, kMostBands});
   std::vector<Rgb> colors{first};

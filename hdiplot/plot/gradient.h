@@ -10,8 +10,8 @@
 
 namespace hdiplot {
 
-// The colours of the bands in order: as many as differ, up to `most` and 64. A single colour when the
-// gradient is invisible, as in a monochrome plot.
+// The colours of the bands in order: as many as differ, up to `most` and 64. In a monochrome
+// plot they are greys.
 [[nodiscard]] std::vector<Rgb> BandColors(const HatchGradient& gradient, const Style& style, size_t most);
 
 // The outlines of `count` nested convex areas, the first around all of `rings`. A band is the difference of

@@ -95,6 +95,7 @@ void ImagePlotter::Plot(const ImageEntity& image, const Affine& map, const Strok
     canvas_.Bitmap(*record);
     canvas_.Unclip();
   }
+  if (record != nullptr && drawing_.framesImages) DrawFrame(image, map, stroke);
 }
 
 void ImagePlotter::Plot(const WipeoutEntity& wipeout, const Affine& map) {

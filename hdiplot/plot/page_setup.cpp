@@ -19,6 +19,32 @@ double FittingScale(const Box& extents, const Sheet& sheet) {
   return std::min(factor(sheet.width, extents.Width()), factor(sheet.height, extents.Height()));
 }
 
+// How a layout lies on its own sheet.
+struct Placement {
+  double millimetresPerUnit = 1;
+  Vec2 origin;  // the layout's, in millimetres from the lower left corner of the printable area
+};
+
+// Millimetres.
+Vec2 PrintableSize(const LayoutSheet& sheet) {
+  return {sheet.width - sheet.left - sheet.right, sheet.height - sheet.top - sheet.bottom};
+}
+
+Placement PlacementOf(const DrawingPart& part) {
+  const Layout& layout = *part.layout;
+  Placement placement{layout.millimetresPerUnit, layout.origin};
+  const Box area = PlottedArea(part);
+  if (area.Empty()) return placement;
+  const Vec2 printable = PrintableSize(*layout.sheet);
+  const Vec2 size{area.Width(), area.Height()};
+  double& scale = placement.millimetresPerUnit;
+  if (layout.setup.isFitted && (size.x > 0 || size.y > 0))
+    scale = std::min(printable.x / size.x, printable.y / size.y);
+  placement.origin = placement.origin - area.low * scale;
+  if (layout.setup.isCentred) placement.origin = (printable - size * scale) * 0.5 - area.low * scale;
+  return placement;
+}
+
 }  // namespace
 
 Sheet MakeSheet(PlotDevice& device) {
@@ -52,20 +78,35 @@ bool HasOwnSheet(const Layout* layout, const PlotOptions& options) {
   return layout != nullptr && layout->sheet && !isAskedFor;
 }
 
+LayoutSheet PlottedSheet(const LayoutSheet& sheet, const PlotOptions& options) {
+  LayoutSheet plotted = sheet;
+  if (!options.printerMargins) plotted.left = plotted.top = plotted.right = plotted.bottom = 0;
+  return plotted;
+}
+
+Box PlottedArea(const DrawingPart& part) {
+  const PageSetup& setup = part.layout->setup;
+  if (setup.area == PageSetup::Area::kBox) return setup.box;
+  return setup.area == PageSetup::Area::kExtents ? part.extents : Box{};
+}
+
 Box PageExtents(const DrawingPart& part) {
   if (part.layout == nullptr || !part.layout->sheet) return part.extents;
-  const LayoutSheet& sheet = *part.layout->sheet;
-  const double unit = 1 / part.layout->millimetresPerUnit;
-  const Vec2 low = part.layout->origin * -unit;
+  const Placement placement = PlacementOf(part);
+  const double unit = 1 / placement.millimetresPerUnit;
+  const Vec2 low = placement.origin * -unit;
   Box box;
   box.Add(low);
-  box.Add(low + Vec2{sheet.width - sheet.left - sheet.right, sheet.height - sheet.top - sheet.bottom} * unit);
+  box.Add(low + PrintableSize(*part.layout->sheet) * unit);
   return box;
 }
 
-Affine LayoutToDots(const Layout& layout, const Sheet& sheet) {
-  const double scale = layout.millimetresPerUnit * sheet.dotsPerMillimetre;
-  const Vec2 origin = layout.origin * sheet.dotsPerMillimetre;
+Affine LayoutToDots(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet) {
+  const Placement placement = PlacementOf(part);
+  const double scale = placement.millimetresPerUnit * sheet.dotsPerMillimetre;
+  Vec2 origin = placement.origin;
+  if (!options.printerMargins) origin = origin + Vec2{part.layout->sheet->left, part.layout->sheet->bottom};
+  origin = origin * sheet.dotsPerMillimetre;
   return Affine::Translation({origin.x, sheet.mappedHeight - origin.y}) * Affine::Scaling(scale, -scale);
 }
 

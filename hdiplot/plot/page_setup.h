@@ -32,12 +32,19 @@ struct Sheet {
 // Whether the layout is plotted on its own sheet at its own size. Otherwise it is placed like a model.
 [[nodiscard]] bool HasOwnSheet(const Layout* layout, const PlotOptions& options);
 
+// The layout's own sheet as the driver gets it: without margins, which are those of a plotter, unless the
+// options ask for them.
+[[nodiscard]] LayoutSheet PlottedSheet(const LayoutSheet& sheet, const PlotOptions& options);
+
+// What of the layout is plotted on its own sheet, in its units. Empty: all of it.
+[[nodiscard]] Box PlottedArea(const DrawingPart& part);
+
 // The area that is mapped to the sheet, in units of the model or of the layout: the printable area of the
 // layout's own sheet, or the extents.
 [[nodiscard]] Box PageExtents(const DrawingPart& part);
 
-// The map from the layout's units, Y up, to dots, Y down, on its own sheet.
-[[nodiscard]] Affine LayoutToDots(const Layout& layout, const Sheet& sheet);
+// The map from the layout's units, Y up, to dots, Y down, on its own sheet. `part` has a layout with one.
+[[nodiscard]] Affine LayoutToDots(const DrawingPart& part, const PlotOptions& options, const Sheet& sheet);
 
 // The map from drawing units, Y up, to dots, Y down. Centres `extents` on the sheet at the scale in the
 // options; by default at the largest scale that fits, or at 1:1 when the drawing has no extent.

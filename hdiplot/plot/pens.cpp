@@ -38,12 +38,10 @@ Pen PenOf(const Stroke& stroke) {
   Pen pen;
   pen.color = stroke.color;
   pen.width = stroke.width;
-  pen.style = hdi::kPenGeometric;
-  pen.style |= stroke.ends == LineEnds::kRound ? hdi::kPenCapRound | hdi::kPenJoinRound
-                                               : hdi::kPenCapFlat | hdi::kPenJoinMiter;
+  pen.style = hdi::kPenGeometric | stroke.ends.caps | stroke.ends.joins;
   if (stroke.lineType != nullptr) {
     // A dash without a length shows by its round ends only.
-    const uint32_t shortestDash = stroke.ends == LineEnds::kRound ? 0 : 1;
+    const uint32_t shortestDash = stroke.ends.caps == hdi::kPenCapRound ? 0 : 1;
     pen.entries = PenDashes(stroke.lineType->dashes, stroke.lineTypeScale, shortestDash);
   }
   pen.style |= pen.entries.empty() ? hdi::kPenSolid : hdi::kPenUserStyle;

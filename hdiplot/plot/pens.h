@@ -9,7 +9,17 @@
 
 namespace hdiplot {
 
-enum class LineEnds { kRound, kFlat };  // round caps and joins, or flat caps and mitered joins
+// The caps and joins of a pen, as bits of its style.
+struct LineEnds {
+  uint32_t caps;
+  uint32_t joins;
+  bool operator==(const LineEnds&) const = default;
+
+  static const LineEnds kRound;  // both round
+  static const LineEnds kFlat;   // flat caps and mitered joins
+};
+inline constexpr LineEnds LineEnds::kRound{hdi::kPenCapRound, hdi::kPenJoinRound};
+inline constexpr LineEnds LineEnds::kFlat{hdi::kPenCapFlat, hdi::kPenJoinMiter};
 
 struct Stroke {
   Rgb color;

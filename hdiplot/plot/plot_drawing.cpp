@@ -114,7 +114,7 @@ ShapeScale ScaleOf(const Drawing& drawing, const PlotOptions& options, const She
   scale.pointMode = drawing.pointMode;
   scale.pointSize = PointSizeInDots(drawing.pointSize, dotsPerUnit, sheet);
   scale.strokeComments = options.strokeComments;
-  scale.greyImages = options.monochrome;
+  scale.greyImages = options.monochrome || options.grey;
   if (options.background) scale.paper = *options.background;
   return scale;
 }
@@ -193,10 +193,12 @@ PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, con
   const Layout* layout = part.layout;
   progress.Start(EntityCountOf(drawing, layout));
   const double unit = layout != nullptr ? layout->millimetresPerUnit : drawing.millimetresPerUnit;
-  const Affine map = HasOwnSheet(layout, options) ? LayoutToDots(*layout, sheet)
-                                                  : DrawingToDots(PageExtents(part), unit, options, sheet);
+  const bool hasOwnSheet = HasOwnSheet(layout, options);
+  const Affine map = hasOwnSheet ? LayoutToDots(part, options, sheet)
+                                 : DrawingToDots(PageExtents(part), unit, options, sheet);
 
-  const ShapeScale scale = ScaleOf(drawing, options, sheet, map.LargestScale());
+  ShapeScale scale = ScaleOf(drawing, options, sheet, map.LargestScale());
+  if (layout != nullptr) scale.lineWeightFactor = layout->setup.weightFactor;
   Canvas canvas(device, sheet);
   if (!part.extents.Empty() && !FitsSheet(part.extents, map, sheet)) {
     canvas.ClipToSheet();
@@ -207,7 +209,14 @@ PlottedPage PlotDrawing(const DrawingPart& part, const PlotOptions& options, con
   if (options.scale && !part.extents.Empty()) page.cut = CutOf(part.extents, map.LargestScale(), sheet);
   PlotSink sink(drawing, fonts, images, canvas, scale, progress);
   DrawingWalk walk(drawing, options, sink);
-  walk.Run(map, layout);
+  const Box area = hasOwnSheet ? PlottedArea(part) : Box{};
+  const bool isCut = !area.Empty() && !(area.Contains(part.extents.low) && area.Contains(part.extents.high));
+  if (!isCut) {
+    walk.Run(map, layout);
+  } else if (canvas.BeginView({Mapped(CornersOf(area), map)})) {
+    walk.Run(map, layout);
+    canvas.EndView();
+  }
   page.dotsPerUnit = sink.ViewScales();
   page.leftOut = {walk.Unwalked(), sink.TooFarOff()};
   if (page.dotsPerUnit.empty() && !part.extents.Empty()) page.dotsPerUnit = {scale.dotsPerUnit};

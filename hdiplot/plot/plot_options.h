@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -10,6 +11,8 @@
 #include "hdiplot/device/plot_device.h"
 
 namespace hdiplot {
+
+struct PlotStyles;  // plot_styles.h
 
 struct PaperChoice {
   std::string name;  // in the driver's paper list, case-insensitive; empty: A4
@@ -34,6 +37,9 @@ struct PlotOptions {
   int dpi = 600;
   bool keepFractions = false;  // of dots, in coordinates
   bool monochrome = false;
+  bool grey = false;
+  std::shared_ptr<const PlotStyles> plotStyles;  // null: none
+  bool printerMargins = false;                   // layouts are cut at the margins that they name
   std::optional<Rgb> background;
   std::vector<std::string> layers;      // wildcards * and ?, case-insensitive; empty: every layer
   std::vector<std::string> skipLayers;  // the same; overrides `layers`

@@ -24,28 +24,26 @@ bool MatchesAny(const std::vector<std::string>& patterns, std::string_view name)
                      [&](const std::string& pattern) { return MatchesWildcard(pattern, name); });
 }
 
-Rgb PlottedColor(const Ink& ink, const EntityColor& color, Rgb byLayer, Rgb byBlock) {
-  switch (color.kind) {
-    case EntityColor::Kind::kByLayer:
-      return byLayer;
-    case EntityColor::Kind::kByBlock:
-      return byBlock;
-    case EntityColor::Kind::kIndex:
-      return ink.OfIndex(color.value);
-    case EntityColor::Kind::kTrue:
-      return ink.OfTrueColor(color.value);
-  }
-  return byLayer;
+// Where nothing else is said.
+constexpr EntityColor kForeground{EntityColor::Kind::kIndex, kForegroundIndex};
+
+EntityColor ResolvedColor(const EntityColor& color, const EntityColor& byLayer, const EntityColor& byBlock) {
+  if (color.kind == EntityColor::Kind::kByLayer) return byLayer;
+  return color.kind == EntityColor::Kind::kByBlock ? byBlock : color;
 }
 
 }  // namespace
 
-Rgb Style::Plotted(const EntityColor& own) const { return PlottedColor(*ink, own, layer->color, byBlock); }
+EntityColor Style::Resolved(const EntityColor& part) const {
+  return ResolvedColor(part, layer->color, byBlock);
+}
 
 StyleResolver::StyleResolver(const Drawing& drawing, const PlotOptions& options,
                              const std::vector<std::string>& frozen)
     : drawing_(drawing),
-      ink_(options.background, options.monochrome),
+      options_(options),
+      plotStyles_(options.plotStyles.get()),
+      ink_(options),
       wanted_(FoldedPatterns(options.layers)),
       unwanted_(FoldedPatterns(options.skipLayers)) {
   for (const std::string& name : frozen) frozen_.insert(FoldedName(name));
@@ -60,8 +58,10 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
   if (insert != nullptr && style.layer->isZero) style.layer = insert->layer;
 
   style.ink = &ink_;
-  style.byBlock = insert != nullptr ? insert->color : ink_.Foreground();
-  style.color = style.Plotted(attributes.color);
+  style.byBlock = insert != nullptr ? insert->own : kForeground;
+  style.own = style.Resolved(attributes.color);
+  if (plotStyles_ != nullptr) ResolvePlotStyle(attributes, insert, style);
+  style.color = style.ink->Of(style.own);
 
   switch (attributes.lineWeight) {
     case kLineWeightByLayer:
@@ -96,6 +96,34 @@ Style StyleResolver::Resolve(const Attributes& attributes, const Style* insert) 
   return style;
 }
 
+void StyleResolver::ResolvePlotStyle(const Attributes& attributes, const Style* insert, Style& style) {
+  if (!plotStyles_->areNamed) {
+    const bool hasIndex =
+        style.own.kind == EntityColor::Kind::kIndex && style.own.value < plotStyles_->byIndex.size();
+    if (hasIndex) style.plotStyle = &plotStyles_->byIndex[style.own.value];
+    return;
+  }
+  if (attributes.plotStyle == kPlotStyleByLayer) {
+    style.plotStyle = style.layer->plotStyle;
+  } else if (attributes.plotStyle == kPlotStyleByBlock) {
+    style.plotStyle = insert != nullptr ? insert->plotStyle : nullptr;
+  } else {
+    style.plotStyle = FindPlotStyle(drawing_.plotStyles[attributes.plotStyle]);
+  }
+  if (style.plotStyle == nullptr) return;
+  auto found = namedInks_.find(style.plotStyle);
+  if (found == namedInks_.end()) {
+    found = namedInks_.emplace(style.plotStyle, Ink(options_, *style.plotStyle)).first;
+  }
+  style.ink = &found->second;
+}
+
+const PlotStyle* StyleResolver::FindPlotStyle(const std::string& name) const {
+  if (plotStyles_ == nullptr || name.empty()) return nullptr;
+  const auto found = plotStyles_->byName.find(name);
+  return found != plotStyles_->byName.end() ? &found->second : nullptr;
+}
+
 const LayerStyle& StyleResolver::FindLayer(const std::string& name) {
   if (lastLayer_ == nullptr || lastLayer_->first != name) {
     auto found = layers_.find(name);
@@ -112,8 +140,8 @@ LayerStyle StyleResolver::MakeLayer(const std::string& name) {
   const Layer& layer = *found->second.layer;
   LayerStyle style;
   style.name = hdi::ToUtf16(found->second.name);
-  const Rgb foreground = ink_.Foreground();
-  style.color = PlottedColor(ink_, layer.color, foreground, foreground);
+  style.color = ResolvedColor(layer.color, kForeground, kForeground);
+  style.plotStyle = FindPlotStyle(layer.plotStyle);
   style.lineWeight = layer.lineWeight < 0 ? kDefaultLineWeight : layer.lineWeight;
   style.lineType = FindLineType(layer.lineType);
   style.alpha = layer.alpha;

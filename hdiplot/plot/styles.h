@@ -16,10 +16,11 @@ namespace hdiplot {
 
 // A layer as the plot sees it.
 struct LayerStyle {
-  std::u16string name;  // in one spelling for all entities
-  Rgb color;
-  int lineWeight = 0;                  // hundredths of a millimetre
-  const LineType* lineType = nullptr;  // null: continuous
+  std::u16string name;                   // in one spelling for all entities
+  EntityColor color;                     // an index or a true colour
+  int lineWeight = 0;                    // hundredths of a millimetre
+  const LineType* lineType = nullptr;    // null: continuous
+  const PlotStyle* plotStyle = nullptr;  // of those that have names
   uint8_t alpha = 255;
   bool frozen = false;  // also hides the contents of blocks inserted on it
   bool plotted = true;  // on, plottable and selected
@@ -34,11 +35,15 @@ struct Style {
   const LineType* lineType = nullptr;  // null: continuous
   double lineTypeScale = 1;            // the entity's own
   uint8_t alpha = 255;
-  Rgb byBlock;
+  EntityColor own;  // of the drawing: an index or a true colour, as the next
+  EntityColor byBlock;
   const Ink* ink = nullptr;
+  const PlotStyle* plotStyle = nullptr;  // null: none
 
-  // The plotted form of a colour within the entity, such as that of a part of a text.
-  [[nodiscard]] Rgb Plotted(const EntityColor& own) const;
+  // A colour within the entity, such as that of a part of a text: an index or a true colour, or its plotted
+  // form.
+  [[nodiscard]] EntityColor Resolved(const EntityColor& part) const;
+  [[nodiscard]] Rgb Plotted(const EntityColor& part) const { return ink->Of(Resolved(part)); }
 };
 
 class StyleResolver {
@@ -56,9 +61,14 @@ class StyleResolver {
   [[nodiscard]] LayerStyle MakeLayer(const std::string& name);
   [[nodiscard]] bool IsAskedFor(std::string_view foldedName) const;
   [[nodiscard]] const LineType* FindLineType(const std::string& name) const;
+  void ResolvePlotStyle(const Attributes& attributes, const Style* insert, Style& style);
+  [[nodiscard]] const PlotStyle* FindPlotStyle(const std::string& name) const;
 
   const Drawing& drawing_;
+  const PlotOptions& options_;
+  const PlotStyles* plotStyles_;  // null: none
   Ink ink_;
+  std::map<const PlotStyle*, Ink> namedInks_;
   std::vector<std::string> wanted_;    // folded patterns
   std::vector<std::string> unwanted_;  // folded patterns
   std::set<std::string> frozen_;       // folded names

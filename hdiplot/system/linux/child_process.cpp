@@ -2,11 +2,18 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <cstdlib>
+#include <mutex>
+#include <sstream>
 #include <system_error>
 #include <thread>
 
@@ -65,9 +72,74 @@ class SpawnActions {
   posix_spawn_file_actions_t actions_;
 };
 
+// Makes the child the first of a group, which can be ended as a whole.
+class SpawnAttributes {
+ public:
+  explicit SpawnAttributes(bool isGroup) {
+    posix_spawnattr_init(&attributes_);
+    if (isGroup) posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP);
+  }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
+
+  [[nodiscard]] const posix_spawnattr_t* Get() const { return &attributes_; }
+
+ private:
+  posix_spawnattr_t attributes_;
+};
+
+// Ends a group of processes after some time, unless it is destroyed before.
+class Watchdog {
+ public:
+  Watchdog(pid_t group, unsigned seconds) {
+    if (seconds > 0) thread_ = std::thread([this, group, seconds] { Watch(group, seconds); });
+  }
+  Watchdog(const Watchdog&) = delete;
+  Watchdog& operator=(const Watchdog&) = delete;
+  ~Watchdog() { (void)Stop(); }
+
+  // Whether it has ended the group. The group's first process must not be waited for before.
+  bool Stop() {
+    {
+      const std::lock_guard lock(mutex_);
+      isOver_ = true;
+    }
+    changed_.notify_all();
+    if (thread_.joinable()) thread_.join();
+    return hasEnded_;
+  }
+
+ private:
+  void Watch(pid_t group, unsigned seconds) {
+    std::unique_lock lock(mutex_);
+    if (changed_.wait_for(lock, std::chrono::seconds(seconds), [this] { return isOver_; })) return;
+    hasEnded_ = true;
+    kill(-group, SIGKILL);
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool isOver_ = false;
+  bool hasEnded_ = false;
+  std::thread thread_;
+};
+
 }  // namespace
 
-ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::string>& words) {
+std::filesystem::path FindProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return access(name.c_str(), X_OK) == 0 ? name : std::string();
+  const char* const path = std::getenv("PATH");
+  std::istringstream directories(path != nullptr ? path : "/usr/bin:/bin");
+  for (std::string directory; std::getline(directories, directory, ':');) {
+    std::filesystem::path file = std::filesystem::path(directory) / name;
+    if (access(file.c_str(), X_OK) == 0) return file;
+  }
+  return {};
+}
+
+ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
+                  const ChildLimits& limits) {
   std::vector<std::string> all{program.string()};
   all.insert(all.end(), words.begin(), words.end());
   std::vector<char*> arguments;
@@ -79,8 +151,15 @@ ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::s
   Pipe messages;
   pid_t child = 0;
   const SpawnActions actions(output, messages);
-  const int failure = posix_spawn(&child, program.c_str(), actions.Get(), nullptr, arguments.data(), environ);
+  const SpawnAttributes attributes(limits.seconds > 0);
+  const int failure =
+      posix_spawn(&child, program.c_str(), actions.Get(), attributes.Get(), arguments.data(), environ);
   if (failure != 0) throw std::system_error(failure, std::generic_category(), program.string());
+  Watchdog watchdog(child, limits.seconds);
+  if (limits.bytes > 0) {
+    const rlimit memory{limits.bytes, limits.bytes};
+    prlimit(child, RLIMIT_AS, &memory, nullptr);
+  }
   output.CloseWriter();
   messages.CloseWriter();
 
@@ -88,6 +167,10 @@ ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::s
   std::thread reader([&] { messages.ReadAll(run.messages); });
   output.ReadAll(run.output);
   reader.join();
+  siginfo_t ended{};
+  while (waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+  }
+  run.wasTooSlow = watchdog.Stop();
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }

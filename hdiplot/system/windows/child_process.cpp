@@ -65,13 +65,38 @@ std::mutex& StartMutex() {
   return mutex;
 }
 
+// A group for the child and what it starts.
+Handle LimitedGroup(const ChildLimits& limits) {
+  Handle group(CreateJobObjectW(nullptr, nullptr));
+  if (!group) Fail("job object");
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION information{};
+  if (limits.bytes > 0) {
+    information.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_PROCESS_MEMORY;
+    information.ProcessMemoryLimit = static_cast<SIZE_T>(limits.bytes);
+  }
+  SetInformationJobObject(group.get(), JobObjectExtendedLimitInformation, &information, sizeof information);
+  return group;
+}
+
 }  // namespace
 
-ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::string>& words) {
+std::filesystem::path FindProgram(const std::string& name) {
+  constexpr DWORD kLongest = 32768;
+  std::wstring file(kLongest, L'\0');
+  const std::u16string wide = hdi::ToUtf16(name);
+  const DWORD length = SearchPathW(nullptr, hdi::Wide(wide.c_str()), L".exe", kLongest, file.data(), nullptr);
+  if (length == 0 || length >= kLongest) return {};
+  file.resize(length);
+  return file;
+}
+
+ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
+                  const ChildLimits& limits) {
   std::u16string line = Quoted(program.u16string());
   for (const std::string& word : words) line += u' ' + Quoted(hdi::ToUtf16(word));
 
   Handle process;
+  const Handle group = LimitedGroup(limits);
   std::unique_lock lock(StartMutex());
   Pipe output;
   Pipe messages;
@@ -81,20 +106,28 @@ ChildRun RunChild(const std::filesystem::path& program, const std::vector<std::s
   start.hStdOutput = output.writer.get();
   start.hStdError = messages.writer.get();
   PROCESS_INFORMATION started{};
-  if (CreateProcessW(program.c_str(), hdi::Wide(line.data()), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                     &start, &started) == 0) {
+  if (CreateProcessW(program.c_str(), hdi::Wide(line.data()), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
+                     nullptr, nullptr, &start, &started) == 0) {
     Fail(program.string());
   }
   process.reset(started.hProcess);
+  AssignProcessToJobObject(group.get(), process.get());
+  ResumeThread(started.hThread);
   CloseHandle(started.hThread);
   output.writer.reset();
   messages.writer.reset();
   lock.unlock();
 
   ChildRun run;
+  std::thread watchdog([&] {
+    const DWORD most = limits.seconds > 0 ? limits.seconds * 1000 : INFINITE;
+    run.wasTooSlow = WaitForSingleObject(process.get(), most) == WAIT_TIMEOUT;
+    if (run.wasTooSlow) TerminateJobObject(group.get(), 1);
+  });
   std::thread reader([&] { messages.ReadAll(run.messages); });
   output.ReadAll(run.output);
   reader.join();
+  watchdog.join();
   WaitForSingleObject(process.get(), INFINITE);
   DWORD status = 0;
   GetExitCodeProcess(process.get(), &status);
