@@ -6,8 +6,8 @@
 #include <cmath>
 #include <utility>
 
-#include "hdiplot/dxf/table_reader.h"
 #include "hdiplot/dxf/dimension_text.h"
+#include "hdiplot/dxf/table_reader.h"
 #include "hdiplot/geometry/curves.h"
 
 namespace hdiplot {
@@ -133,18 +133,19 @@ class DimensionDrawing {
     return style_.textHorizontal != 0 ? Vec2{1, 0} : Readable(along);
   }
 
-  // Puts the text at `middle` or above it, or where the dimension says. Returns half the length of the gap
-  // that it needs in a line through `middle` along `along`; 0 if it is clear of the line.
+  [[nodiscard]] double TextWidth() const { return EstimatedWidth(text_) * height_; }
+
+  // Puts the text on the line through `middle` or above it, or where the dimension says. Returns half the
+  // length of the gap that it needs in the line; 0 if it is clear of the line.
   double PlaceText(Vec2 middle, Vec2 along) {
     const Vec2 right = TextDirection(along);
     const Vec2 up = TurnedLeft(Readable(along));
-    if (style_.textAbove != 0) middle = middle + up * (gap_ + height_ / 2);
-    const Vec2 place = dimension_.textMiddle.value_or(middle);
+    const Vec2 usual = style_.textAbove != 0 ? middle + up * (gap_ + height_ / 2) : middle;
+    const Vec2 place = dimension_.textMiddle.value_or(usual);
     AddText(place, right, kMiddleCenter);
-    const double away = std::abs(Dot(place - middle, up)) + (style_.textAbove != 0 ? height_ : 0);
-    if (text_.empty() || away > height_ / 2) return 0;
-    const double width = EstimatedWidth(text_) * height_;
-    return std::abs(Dot(right, along)) * width / 2 + std::abs(Cross(right, along)) * height_ / 2 + gap_;
+    const bool isClear = std::abs(Dot(place - middle, up)) > height_ / 2;
+    if (text_.empty() || isClear) return 0;
+    return std::abs(Dot(right, along)) * TextWidth() / 2 + std::abs(Cross(right, along)) * height_ / 2 + gap_;
   }
 
   // A straight line with the text in it.
@@ -274,7 +275,9 @@ class DimensionDrawing {
       return;
     }
     AddArrow(tip, along * -1.0, parts_.arrow2);
-    AddDimensionLine(tip, tip + along * std::max(beyond, 2 * arrowSize_));
+    if (style_.hasInnerLine != 0) AddLine(from, tip, lineLook_);
+    const double under = style_.textAbove != 0 ? TextWidth() / 2 : 0;
+    AddDimensionLine(tip, tip + along * std::max(beyond + under, 2 * arrowSize_));
   }
 
   void DrawOrdinate() {
@@ -291,10 +294,13 @@ class DimensionDrawing {
     const Vec2 second = dimension_.second - along * knee;
     AddLine(start, first, extensionLook_);
     AddLine(first, second, extensionLook_);
-    AddLine(second, dimension_.second, extensionLook_);
+    const bool isAbove = style_.textAbove != 0;
+    const Vec2 end = dimension_.second + along * (isAbove ? TextWidth() + 2 * gap_ : 0);
+    AddLine(second, end, extensionLook_);
     const Vec2 right = Readable(along);
-    const bool startsThere = Dot(right, along) > 0;
-    AddText(dimension_.second + along * gap_, right, startsThere ? kMiddleLeft : kMiddleRight);
+    const Vec2 above = TurnedLeft(right) * (isAbove ? gap_ + height_ / 2 : 0);
+    AddText(dimension_.second + along * gap_ + above, right,
+            Dot(right, along) > 0 ? kMiddleLeft : kMiddleRight);
   }
 
   static constexpr int kMiddleLeft = 4;

@@ -25,6 +25,7 @@ struct DimensionStyle {
   double gap = 0.09;  // around the text; below 0: with a frame
   double textAbove = 0;
   double textHorizontal = 1;
+  double hasInnerLine = 0;  // a radius, even if its text is outside
   double hidesExtension1 = 0;
   double hidesExtension2 = 0;
   double hidesLine1 = 0;

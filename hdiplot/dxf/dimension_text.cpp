@@ -47,16 +47,16 @@ char SeparatorOf(const DimensionStyle& style) {
   return separator > ' ' ? static_cast<char>(separator) : '.';
 }
 
-// To the nearest 1/2^decimals.
-std::string Fraction(double value, int decimals, bool hidesZero) {
+// To the nearest 1/2^decimals. `hasWhole`: with a zero before a mere fraction.
+std::string Fraction(double value, int decimals, bool hasWhole) {
   const int64_t parts = int64_t{1} << decimals;
   const int64_t count = std::llround(value * static_cast<double>(parts));
   const int64_t whole = count / parts;
   const int64_t rest = count % parts;
-  if (rest == 0) return whole == 0 && hidesZero ? "" : std::to_string(whole);
+  if (rest == 0) return std::to_string(whole);
   const int64_t divisor = std::gcd(rest, parts);
   const std::string fraction = fmt::format("\\S{}/{};", rest / divisor, parts / divisor);
-  return whole == 0 ? fraction : fmt::format("{} {}", whole, fraction);
+  return whole == 0 && !hasWhole ? fraction : fmt::format("{} {}", whole, fraction);
 }
 
 // The low bits of `zeros` say whether zero feet (0 and 3) and zero inches (0 and 2) are left out.
@@ -72,7 +72,7 @@ std::string FeetAndInches(double inches, bool isDecimal, int decimals, const Dim
   if (hidesInches) return text;
   if (!hidesFeet) text += '-';
   text += isDecimal ? Decimal(rest, decimals, ZerosOf(style), SeparatorOf(style))
-                    : Fraction(rest, decimals, false);
+                    : Fraction(rest, decimals, !hidesFeet);
   return text + '"';
 }
 
