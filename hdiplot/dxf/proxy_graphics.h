@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hdiplot/dxf/name_cache.h"
+#include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/model/drawing.h"
 
 namespace hdiplot {

@@ -12,6 +12,7 @@ drawing, and of the examples, must give exactly the same trace.
 import argparse
 import concurrent.futures
 import dataclasses
+import itertools
 import json
 import math
 import os
@@ -57,10 +58,10 @@ def plot(drawing):
 
 
 def binary_differs(drawing):
-    """Whether one of the binary forms, beside the images that drawings refer to, gives another trace."""
+    """Whether one of the binary forms, beside the files that drawings refer to, gives another trace."""
     text = plot(drawing)["jsonl"]
     with tempfile.TemporaryDirectory() as place:
-        for file in drawing.parent.glob("*.png"):
+        for file in itertools.chain(*map(drawing.parent.glob, ("*.png", "*.ctb", "*.stb"))):
             os.symlink(file, os.path.join(place, file.name))
         binary = pathlib.Path(place, drawing.name)
         for wide in (False, True):

@@ -107,4 +107,23 @@ TEST_F(Process, ABatchPlotsEachDrawingToAFileOfItsOwn) {
   command::ExpectFailure(place.RunReal("--each out/../a.dxf a.dxf"), "like another drawing");
 }
 
+TEST_F(Process, ADwgIsPlottedByWayOfAConverter) {
+  place.Write("plan.dwg", "AC1032 and more");
+  place.Write("convert", "#!/bin/sh\ncp a.dxf \"$1\" && test -s \"$2\"\n");
+  place.Write("refuse", "#!/bin/sh\necho unknown version >&2\nexit 3\n");
+  for (const char* script : {"convert", "refuse"}) {
+    std::filesystem::permissions(place.Path(script), std::filesystem::perms::owner_all);
+  }
+  std::filesystem::create_directory(place.Path("temporary"));
+  const std::string in = "TMPDIR=temporary ";
+  EXPECT_EQ(place.RunReal("plan.dwg --dwg-converter './convert {out} {in}'", in).status, 0);
+  ExpectWholePdf("plan.pdf");
+  EXPECT_EQ(place.RunReal("plan.dwg --list", in + "HDI_DWG_CONVERTER='./convert {out} {in}'").status, 0);
+  command::ExpectFailure(place.RunReal("plan.dwg --dwg-converter './refuse {out} {in}'", in),
+                         "made no DXF: unknown version");
+  command::ExpectFailure(place.RunReal("plan.dwg --dwg-converter ./convert"), "{in} and {out}");
+  command::ExpectFailure(place.RunReal("plan.dwg", "PATH=/nowhere"), "install LibreDWG");
+  EXPECT_TRUE(std::filesystem::is_empty(place.Path("temporary")));
+}
+
 }  // namespace
