@@ -114,9 +114,9 @@ TEST(Broken, DeepAndWideNestingEnds) {
   EXPECT_EQ(ErrorOf(File("", "", chain, "")), "");
   std::string powers;
   for (int i = 0; i < 100; ++i) powers += block(i, "|70 100");
-  powers += "0 BLOCK|2 B100|0 XLINE|10 0|0 ENDBLK";
+  powers += "0 BLOCK|2 B100|0 BODY|10 0|0 ENDBLK";
   const Drawing drawing = dxf_writing::Read(File("", "", powers, "0 INSERT|2 B0|10 0|20 0"));
-  EXPECT_EQ(drawing.skipped.at("XLINE"), UINT64_MAX);
+  EXPECT_EQ(drawing.skipped.at("BODY"), UINT64_MAX);
 }
 
 }  // namespace
