@@ -19,6 +19,38 @@ namespace hdiplot {
 // number.
 [[nodiscard]] std::optional<std::string> ProxyBytesOf(const DxfObject& entity);
 
+// The types of records that are used.
+enum class ProxyRecord : uint32_t {
+  kExtents = 1,
+  kCircle = 2,
+  kCircleOfPoints = 3,
+  kArc = 4,
+  kArcOfPoints = 5,
+  kPolyline = 6,
+  kPolygon = 7,
+  kMesh = 8,
+  kShell = 9,
+  kText = 10,
+  kStyledText = 11,
+  kXLine = 12,
+  kRay = 13,
+  kColor = 14,
+  kLayer = 16,
+  kLineType = 18,
+  kFill = 20,
+  kTrueColor = 22,
+  kLineWeight = 23,
+  kLineTypeScale = 24,
+  kPushMatrix = 29,
+  kPushOtherMatrix = 30,
+  kPopMatrix = 31,
+  kPolylineInPlane = 32,
+  kLwPolyline = 33,
+  kWideText = 36,
+  kStyledWideText = 38,
+};
+inline constexpr uint32_t kHighestProxyRecord = 38;
+
 // Thrown for a record that is too short or holds a value that cannot be.
 struct ProxyDamage {};
 

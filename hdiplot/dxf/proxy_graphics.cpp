@@ -19,37 +19,6 @@
 namespace hdiplot {
 namespace {
 
-enum class Record : uint32_t {
-  kExtents = 1,
-  kCircle = 2,
-  kCircleOfPoints = 3,
-  kArc = 4,
-  kArcOfPoints = 5,
-  kPolyline = 6,
-  kPolygon = 7,
-  kMesh = 8,
-  kShell = 9,
-  kText = 10,
-  kStyledText = 11,
-  kXLine = 12,
-  kRay = 13,
-  kColor = 14,
-  kLayer = 16,
-  kLineType = 18,
-  kFill = 20,
-  kTrueColor = 22,
-  kLineWeight = 23,
-  kLineTypeScale = 24,
-  kPushMatrix = 29,
-  kPushOtherMatrix = 30,
-  kPopMatrix = 31,
-  kPolylineInPlane = 32,
-  kLwPolyline = 33,
-  kWideText = 36,
-  kStyledWideText = 38,
-};
-constexpr uint32_t kHighestRecord = 38;
-
 Vec3 Normalized(Vec3 v) {
   const double length = Length(v);
   return length > 0 ? v / length : v;
@@ -73,78 +42,78 @@ class ProxyReader {
     while (all.Left() > 0) {
       const uint32_t size = all.Word();
       const uint32_t type = all.Word();
-      if (size < kHead || type == 0 || type > kHighestRecord) throw ProxyDamage{};
+      if (size < kHead || type == 0 || type > kHighestProxyRecord) throw ProxyDamage{};
       ProxyBytes content(all.Take(size - kHead));
-      ReadRecord(static_cast<Record>(type), content);
+      ReadRecord(static_cast<ProxyRecord>(type), content);
     }
     return std::move(parts_);
   }
 
  private:
-  void ReadRecord(Record type, ProxyBytes& bytes) {
+  void ReadRecord(ProxyRecord type, ProxyBytes& bytes) {
     switch (type) {
-      case Record::kCircle:
+      case ProxyRecord::kCircle:
         return ReadCircle(bytes);
-      case Record::kCircleOfPoints:
+      case ProxyRecord::kCircleOfPoints:
         return ReadThroughPoints(bytes, true);
-      case Record::kArc:
+      case ProxyRecord::kArc:
         return ReadArc(bytes);
-      case Record::kArcOfPoints:
+      case ProxyRecord::kArcOfPoints:
         return ReadThroughPoints(bytes, false);
-      case Record::kPolyline:
-      case Record::kPolylineInPlane:
+      case ProxyRecord::kPolyline:
+      case ProxyRecord::kPolylineInPlane:
         return AddPolyline(ReadPoints(bytes), false);
-      case Record::kPolygon:
+      case ProxyRecord::kPolygon:
         return AddPolyline(ReadPoints(bytes), true);
-      case Record::kLwPolyline:
+      case ProxyRecord::kLwPolyline:
         return ReadLwPolyline(ProxyBits(bytes.Take(bytes.Left())));
-      case Record::kMesh:
+      case ProxyRecord::kMesh:
         return ReadMesh(bytes);
-      case Record::kShell:
+      case ProxyRecord::kShell:
         return ReadShell(bytes);
-      case Record::kText:
-      case Record::kWideText:
-        return ReadText(bytes, type == Record::kWideText);
-      case Record::kStyledText:
-      case Record::kStyledWideText:
-        return ReadStyledText(bytes, type == Record::kStyledWideText);
-      case Record::kXLine:
-      case Record::kRay:
-        return ReadRay(bytes, type == Record::kXLine);
+      case ProxyRecord::kText:
+      case ProxyRecord::kWideText:
+        return ReadText(bytes, type == ProxyRecord::kWideText);
+      case ProxyRecord::kStyledText:
+      case ProxyRecord::kStyledWideText:
+        return ReadStyledText(bytes, type == ProxyRecord::kStyledWideText);
+      case ProxyRecord::kXLine:
+      case ProxyRecord::kRay:
+        return ReadRay(bytes, type == ProxyRecord::kXLine);
       default:
         ReadAttribute(type, bytes);
     }
   }
 
-  void ReadAttribute(Record type, ProxyBytes& bytes) {
+  void ReadAttribute(ProxyRecord type, ProxyBytes& bytes) {
     switch (type) {
-      case Record::kColor:
+      case ProxyRecord::kColor:
         own_.color = IndexedColor(bytes.Word());
         break;
-      case Record::kTrueColor:
+      case ProxyRecord::kTrueColor:
         own_.color = ColorOf(bytes.Word());
         break;
-      case Record::kLayer:
+      case ProxyRecord::kLayer:
         if (const uint32_t index = bytes.Word(); index < tables_.layers.size())
           own_.layer = tables_.layers[index];
         break;
-      case Record::kLineType:
+      case ProxyRecord::kLineType:
         own_.lineType = LineTypeOf(bytes.Word());
         break;
-      case Record::kFill:
+      case ProxyRecord::kFill:
         isFilled_ = bytes.Word() != 0;
         break;
-      case Record::kLineWeight:
+      case ProxyRecord::kLineWeight:
         own_.lineWeight = LineWeight(static_cast<int32_t>(bytes.Word()), kLineWeightByLayer);
         break;
-      case Record::kLineTypeScale:
+      case ProxyRecord::kLineTypeScale:
         own_.lineTypeScale = bytes.Real();
         break;
-      case Record::kPushMatrix:
-      case Record::kPushOtherMatrix:
+      case ProxyRecord::kPushMatrix:
+      case ProxyRecord::kPushOtherMatrix:
         maps_.push_back(maps_.back().After(ReadMap(bytes)));
         break;
-      case Record::kPopMatrix:
+      case ProxyRecord::kPopMatrix:
         if (maps_.size() == 1) throw ProxyDamage{};
         maps_.pop_back();
         break;

@@ -123,7 +123,10 @@ TEST_F(Process, ADwgIsPlottedByWayOfAConverter) {
                          "made no DXF: unknown version");
   command::ExpectFailure(place.RunReal("plan.dwg --dwg-converter ./convert"), "{in} and {out}");
   command::ExpectFailure(place.RunReal("plan.dwg", "PATH=/nowhere"), "install LibreDWG");
-  EXPECT_TRUE(std::filesystem::is_empty(place.Path("temporary")));
+  // The driver has a directory of its own there.
+  for (const auto& left : std::filesystem::directory_iterator(place.Path("temporary"))) {
+    EXPECT_THAT(left.path().filename().string(), testing::Not(StartsWith("hdiplot-")));
+  }
 }
 
 }  // namespace
