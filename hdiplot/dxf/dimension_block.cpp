@@ -78,7 +78,7 @@ class DimensionDrawing {
     Attributes look;
     look.color = IndexedColor(std::llround(color));
     look.lineType = Name(&kByBlock);
-    look.lineWeight = static_cast<int>(std::clamp(weight, -3.0, 211.0));
+    look.lineWeight = static_cast<int16_t>(std::clamp(weight, -3.0, 211.0));
     look.alpha.kind = EntityAlpha::Kind::kByBlock;
     return look;
   }
