@@ -37,13 +37,12 @@ struct HandleField {
 };
 
 constexpr HandleField kHandles[] = {
-    {340, &DimensionStyle::textStyle},
-    {342, &DimensionStyle::arrow},
-    {343, &DimensionStyle::arrow1},
-    {344, &DimensionStyle::arrow2},
+    {340, &DimensionStyle::textStyle}, {341, &DimensionStyle::leaderArrow}, {342, &DimensionStyle::arrow},
+    {343, &DimensionStyle::arrow1},    {344, &DimensionStyle::arrow2},
 };
 
 constexpr int kAround = 3;
+constexpr int kArrowName = 5;
 constexpr double kLargest = 1e12;
 
 // `code` is that of the table; the value's own differs in an override.
@@ -55,6 +54,7 @@ void SetValue(int code, const Group& value, const TextDecoder& decoder, Dimensio
   }
   const auto handle = std::ranges::find(kHandles, code, &HandleField::code);
   if (handle != std::end(kHandles)) style.*handle->value = HandleKey(value.Value());
+  if (code == kArrowName) style.arrowName = decoder.Decode(value.Value());
   if (code == kAround) style.around = decoder.DecodeText(value.Raw(), Backslash::kStartsCode);
 }
 

@@ -47,6 +47,8 @@ struct DimensionStyle {
   std::string textStyle;    // HandleKey
   std::string arrow;        // HandleKey of a block's record, like the next two; empty: a filled arrowhead
   std::string arrow1, arrow2;
+  std::string leaderArrow;  // HandleKey
+  std::string arrowName;    // of a block, in files without such handles
 };
 
 // Sets the values of an entry of the table.

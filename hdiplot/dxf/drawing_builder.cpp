@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "hdiplot/dxf/layout_reader.h"
+#include "hdiplot/dxf/mtext_extras.h"
 #include "hdiplot/dxf/shape_reader.h"
 #include "hdiplot/dxf/table_reader.h"
 
@@ -49,7 +50,10 @@ const DrawingBuilder::EntityType DrawingBuilder::kEntityTypes[] = {
     {"SOLID", &DrawingBuilder::AddShape<ReadSolid>},
     {"TRACE", &DrawingBuilder::AddShape<ReadSolid>},
     {"3DFACE", &DrawingBuilder::AddShape<ReadFace>},
-    {"LEADER", &DrawingBuilder::AddShape<ReadLeader>},
+    {"LEADER", &DrawingBuilder::AddLeader},
+    {"MULTILEADER", &DrawingBuilder::AddMultiLeader},
+    {"TOLERANCE", &DrawingBuilder::AddTolerance},
+    {"SHAPE", &DrawingBuilder::AddSymbol},
     {"IMAGE", &DrawingBuilder::AddShape<ReadImage>},
     {"WIPEOUT", &DrawingBuilder::AddShape<ReadWipeout>},
     {"VIEWPORT", &DrawingBuilder::AddViewport},
@@ -109,10 +113,12 @@ void DrawingBuilder::OnTableEntry(const DxfObject& entry) {
     const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
     lineTypesInOrder_.push_back(names_.Hold(name));
     const bool isPlaceholder = name.empty() || name == kByLayer || name == kByBlock;
-    if (!isPlaceholder) drawing_.lineTypes[name] = ReadLineType(entry);
+    if (!isPlaceholder) drawing_.lineTypes[name] = ReadLineType(entry, decoder_);
+    if (!handle.empty()) lineTypesByHandle_[handle] = name;
   } else if (entry.type == "STYLE") {
     const std::string name = decoder_.DecodeFoldedName(entry.Needed(2));
     std::optional<TextStyle> style = ReadStyle(entry, decoder_);
+    if (!style) shapeFiles_.insert_or_assign(handle, decoder_.Decode(entry.Text(3)));
     if (style && !name.empty()) drawing_.textStyles[name] = *std::move(style);
     if (!handle.empty()) textStylesByHandle_[handle] = name;
   } else if (entry.type == "DIMSTYLE") {
@@ -237,7 +243,21 @@ void DrawingBuilder::AddHatch(const DxfObject& entity, const Attributes& attribu
   AddEntity(attributes, std::move(hatch), entity.Text(5));
 }
 
+void DrawingBuilder::AddSymbol(const DxfObject& entity, const Attributes& attributes) {
+  MeshEntity symbol = ReadSymbol(entity);
+  if (symbol.edges.empty()) {
+    CountSkipped(entity.type, attributes);
+  } else {
+    AddEntity(attributes, std::move(symbol), entity.Text(5));
+  }
+}
+
 void DrawingBuilder::AddText(const DxfObject& entity, const Attributes& attributes) {
+  if (!block_.empty() && entity.type == "ATTDEF" && entity.Find(5)) {
+    if (auto definition = texts_.ReadDefinition(entity)) {
+      definitions_.insert_or_assign(HandleKey(entity.Text(5)), Entity(attributes, *std::move(definition)));
+    }
+  }
   AddStrings(entity, attributes, texts_.ReadText(entity, !block_.empty()), Backslash::kItself);
 }
 
@@ -247,8 +267,21 @@ void DrawingBuilder::AddAttribute(const DxfObject& entity, const Attributes& att
   AddText(entity, own);
 }
 
+// Up to R2013 the further columns of a text follow as texts of their own. Where they have a content, the
+// first one does not flow into them.
 void DrawingBuilder::AddMText(const DxfObject& entity, const Attributes& attributes) {
-  AddStrings(entity, attributes, texts_.ReadMText(entity), Backslash::kStartsCode);
+  std::optional<MTextEntity> text = texts_.ReadMText(entity);
+  if (!text) return;
+  if (!linkedColumns_.empty()) {
+    const auto linked = linkedColumns_.find(HandleKey(entity.Text(5)));
+    if (linked != linkedColumns_.end()) linked->second->columns.reset();
+  }
+  if (text->extras && text->extras->columns) {
+    for (const std::string_view handle : LinkedColumnsOf(entity)) {
+      linkedColumns_[HandleKey(handle)] = text->extras;
+    }
+  }
+  AddStrings(entity, attributes, std::move(text), Backslash::kStartsCode);
 }
 
 template <typename Text>
@@ -291,6 +324,8 @@ Name DrawingBuilder::ContainerOf(const Attributes& attributes) const {
 }
 
 Drawing DrawingBuilder::Finish() {
+  FinishLineTypes();
+  FinishArrows();
   FinishTexts();
   FinishMLines();
   FinishViewports();

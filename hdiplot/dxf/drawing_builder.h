@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -18,6 +19,7 @@
 #include "hdiplot/dxf/field_links.h"
 #include "hdiplot/dxf/layout_reader.h"
 #include "hdiplot/dxf/mline_reader.h"
+#include "hdiplot/dxf/multileader_reader.h"
 #include "hdiplot/dxf/polyline_reader.h"
 #include "hdiplot/dxf/text_decoder.h"
 #include "hdiplot/dxf/text_reader.h"
@@ -115,6 +117,10 @@ class DrawingBuilder {
   void AddViewport(const DxfObject& entity, const Attributes& attributes);
   void AddMLine(const DxfObject& entity, const Attributes& attributes);
   void AddMPolygon(const DxfObject& entity, const Attributes& attributes);
+  void AddLeader(const DxfObject& entity, const Attributes& attributes);
+  void AddMultiLeader(const DxfObject& entity, const Attributes& attributes);
+  void AddTolerance(const DxfObject& entity, const Attributes& attributes);
+  void AddSymbol(const DxfObject& entity, const Attributes& attributes);
 
   template <typename AnyShape>
   Entity& AddEntity(const Attributes& attributes, AnyShape&& shape, std::string_view handle) {
@@ -129,6 +135,14 @@ class DrawingBuilder {
   bool AddProxyGraphics(const DxfObject& entity, const Attributes& attributes);
   // Adds an entity that is made of others. Returns the block for these, in which by block means the entity.
   Entities& AddComposite(const Attributes& attributes, std::string_view handle);
+  [[nodiscard]] std::string BlockOf(std::string_view record) const;
+  [[nodiscard]] DimensionStyle DimensionStyleOf(const DxfObject& entity);
+  void AddArrow(const std::string& block, double size, const Attributes& own, std::vector<Vec2>& points,
+                Entities& parts);
+  void AddLineOf(const MultiLeader& leader, const MultiLeaderBranch& branch, const MultiLeaderLine& line,
+                 Attributes own, Entities& parts);
+  void AddContentOf(const MultiLeader& leader, const DxfObject& entity, const Attributes& attributes,
+                    Entities& parts);
   template <typename Text>
   void AddStrings(const DxfObject& entity, Attributes attributes, std::optional<Text>&& text,
                   Backslash backslash);
@@ -156,6 +170,9 @@ class DrawingBuilder {
   [[nodiscard]] bool FinishInserts();
   void FinishBlockClips();
   void FinishDrawOrder();
+  void FinishLineTypes();
+  [[nodiscard]] bool IsUsed(const std::string& lineType) const;
+  void FinishArrows();
   void FinishTexts();
   void FinishMLines();
   void FinishViewports();
@@ -177,13 +194,15 @@ class DrawingBuilder {
   std::deque<MeasuredDimension> dimensions_;
   bool hasPaper_ = false;                              // entities of paper space outside of blocks
   std::set<std::string> frozenLayers_;                 // folded names
-  std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next three
+  std::map<std::string, std::string> layersByHandle_;  // names, by HandleKey as the next five
   std::map<std::string, std::string> blocksByHandle_;
   std::map<std::string, std::string> textStylesByHandle_;
+  std::map<std::string, std::string> shapeFiles_;
+  std::map<std::string, std::string> lineTypesByHandle_;
   std::map<std::string, Entity*> outlines_;  // entities of layouts
   std::vector<Reference> clippedViewports_;
   std::vector<Reference> unlinkedTexts_;
-  std::vector<Reference> clippedInserts_;           // or those with another dictionary
+  std::vector<Reference> clippedInserts_;          // or those with another dictionary
   std::map<std::string, MLineStyle> mlineStyles_;  // by HandleKey
   std::vector<PendingMLine> mlines_;
   size_t composites_ = 0;
@@ -191,7 +210,10 @@ class DrawingBuilder {
   std::map<std::string, uint16_t> plotStyles_;             // of entities, by HandleKey, as the next
   std::map<std::string, std::string> plotStylesByHandle_;  // folded names
   std::vector<Name> layersInOrder_;
-  std::vector<Name> lineTypesInOrder_;              // folded, as the table has them
+  std::vector<Name> lineTypesInOrder_;                                 // folded, as the table has them
+  std::map<std::string, Entity> definitions_;                          // texts of attributes in blocks
+  std::set<std::string> arrows_;                                       // blocks of arrowheads that are used
+  std::map<std::string, std::shared_ptr<MTextExtras>> linkedColumns_;  // of the first one, by handle
   std::map<std::string, uint64_t> shownViewports_;  // by container, of those with any viewport
   std::vector<std::string> external_;               // blocks whose content is in another file
   Block lost_;                                      // the content of blocks without a valid name

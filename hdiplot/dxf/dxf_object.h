@@ -32,11 +32,13 @@ class DxfObject {
   std::vector<Group> groups;
   std::vector<Group> extended;  // codes from 1000, of all applications
   bool isBinary = false;        // of the file: bytes are as they are, not in hexadecimal digits
+  std::vector<Group> embedded;  // from group 101 on, of an MTEXT
   std::string_view dictionary;  // handle of the extension dictionary; empty: none
 
   void Clear() {
     groups.clear();
     extended.clear();
+    embedded.clear();
     dictionary = {};
   }
 

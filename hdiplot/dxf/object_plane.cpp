@@ -27,6 +27,7 @@ void AppendChords(const PolyVertex& from, const ConicArc& arc, std::vector<PolyV
 PolylineEntity WithChords(const PolylineEntity& polyline) {
   PolylineEntity chords;
   chords.closed = polyline.closed;
+  chords.continuousPattern = polyline.continuousPattern;
   const size_t count = polyline.vertices.size();
   for (size_t i = 0; i < count; ++i) {
     const PolyVertex& vertex = polyline.vertices[i];

@@ -19,6 +19,7 @@ constexpr uint64_t kInSpace = 8;
 constexpr uint64_t kMesh = 16;
 constexpr uint64_t kClosedN = 32;
 constexpr uint64_t kPolyface = 64;
+constexpr uint64_t kContinuousPattern = 128;  // of LWPOLYLINE, too
 
 // Group 70 of VERTEX.
 constexpr uint64_t kFrame = 16;  // a control point of a fitted curve or surface, not on it
@@ -33,6 +34,7 @@ using EdgeKey = std::pair<int64_t, int64_t>;
 PolylineEntity ReadLwPolyline(const DxfObject& object) {
   PolylineEntity polyline;
   polyline.closed = (object.Flags(70) & kClosed) != 0;
+  polyline.continuousPattern = (object.Flags(70) & kContinuousPattern) != 0;
   const double width = object.Real(43, 0);  // of vertices without their own
   polyline.vertices.reserve(static_cast<size_t>(std::ranges::count(object.groups, 10, &Group::code)));
   size_t ordinates = 0;
@@ -64,6 +66,7 @@ PolylineEntity ReadLwPolyline(const DxfObject& object) {
 PolylineBuilder::PolylineBuilder(const DxfObject& polyline)
     : flags_(polyline.Flags(70)), place_(polyline.place), faults_(polyline.faults) {
   outline_.closed = Has(kClosed);
+  outline_.continuousPattern = Has(kContinuousPattern);
   const bool isSmooth = Has(kSplineFit);  // a smooth mesh has counts of its own
   countM_ = polyline.Integer(isSmooth ? 73 : 71, 0);
   countN_ = polyline.Integer(isSmooth ? 74 : 72, 0);

@@ -1,5 +1,5 @@
-// LINE, POINT, ELLIPSE, SPLINE, 3DFACE and LEADER are in world coordinates whatever their extrusion
-// direction, the others in their own plane.
+// LINE, POINT, ELLIPSE, SPLINE and 3DFACE are in world coordinates whatever their extrusion direction, the
+// others in their own plane.
 #include "hdiplot/dxf/shape_reader.h"
 
 #include <fmt/format.h>
@@ -12,6 +12,9 @@
 #include <vector>
 
 #include "hdiplot/dxf/object_plane.h"
+#include "hdiplot/geometry/standard_shapes.h"
+#include "hdiplot/geometry/transform.h"
+#include "hdiplot/system/ascii_case.h"
 
 namespace hdiplot {
 namespace {
@@ -160,19 +163,17 @@ SplineEntity ReadHelix(const DxfObject& entity) {
   return ReadSpline(spline);
 }
 
-Shape ReadLeader(const DxfObject& entity) {
-  constexpr int64_t kCurved = 1;
-  (void)entity.NeededPoint(10);
-  std::vector<Vec2> points = entity.Points(10);
-  entity.CheckCount(entity.Find(76), points.size());
-  if (entity.Integer(72, 0) == kCurved && points.size() > 2) {
-    SplineEntity curve;
-    curve.fitPoints = std::move(points);
-    return curve;
+MeshEntity ReadSymbol(const DxfObject& entity) {
+  MeshEntity symbol{StandardShape(std::string_view(UpperCase(entity.Text(2))))};
+  const Ocs plane = PlaneOf(entity);
+  const Vec2 at = entity.NeededPoint(10);
+  const double size = entity.Real(40, 1);
+  const Affine form = Affine::Rotation(entity.Angle(50)) *
+                      Affine{size * entity.Real(41, 1), 0, size * std::tan(entity.Angle(51)), size, 0, 0};
+  for (auto& stroke : symbol.edges) {
+    for (Vec2& p : stroke) p = plane.Project(at + form(p), entity.Real(30, 0));
   }
-  PolylineEntity polyline;
-  for (const Vec2& point : points) polyline.vertices.push_back({point, 0, 0, 0});
-  return polyline;
+  return symbol;
 }
 
 InsertEntity ReadInsert(const DxfObject& entity, NameCache& names) {

@@ -23,7 +23,6 @@ namespace hdiplot {
 [[nodiscard]] FaceEntity ReadFace(const DxfObject& entity);    // 3DFACE
 [[nodiscard]] SplineEntity ReadSpline(const DxfObject& entity);
 [[nodiscard]] SplineEntity ReadHelix(const DxfObject& entity);
-[[nodiscard]] Shape ReadLeader(const DxfObject& entity);
 [[nodiscard]] MeshEntity ReadMesh(
     const DxfObject& entity);  // the edges of a subdivision surface's control mesh
 [[nodiscard]] HatchEntity ReadHatch(const DxfObject& entity);
@@ -31,6 +30,8 @@ namespace hdiplot {
 [[nodiscard]] HatchEntity ReadMPolygon(const DxfObject& entity);
 [[nodiscard]] ImageEntity ReadImage(const DxfObject& entity);
 [[nodiscard]] WipeoutEntity ReadWipeout(const DxfObject& entity);
+// SHAPE. Without edges if the shape is not known.
+[[nodiscard]] MeshEntity ReadSymbol(const DxfObject& entity);
 [[nodiscard]] InsertEntity ReadInsert(const DxfObject& entity, NameCache& names);
 
 // Completes a spline of an entity or a hatch at that place: adds missing knots, drops weights that are all

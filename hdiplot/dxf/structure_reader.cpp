@@ -47,6 +47,7 @@ class ForeignDataFilter {
   }
 
   [[nodiscard]] bool IsInOutline() const { return inOutline_; }
+  [[nodiscard]] bool IsEmbedded() const { return embedded_; }
 
   // Whether a group that it rejects is the handle of the object's dictionary.
   bool IsDictionary(const Group& group) const { return inDictionary_ && !embedded_ && group.code == 360; }
@@ -329,6 +330,8 @@ void StructureReader::CollectObject() {
       object_.dictionary = group.Value();
     } else if (filter.IsInOutline()) {
       source_.SetValueCheck(ValueCheck::kNumber);
+    } else if (filter.IsEmbedded() && object_.type == "MTEXT") {
+      object_.embedded.push_back(group);
     }
     object_.groups.pop_back();
   }

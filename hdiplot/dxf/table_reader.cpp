@@ -73,6 +73,45 @@ uint8_t LayerAlpha(const DxfObject& entry) {
   return word != nullptr ? AlphaFrom(word->Integer()).value : EntityAlpha().value;
 }
 
+// Groups after the dash that the sign follows.
+void ReadSign(const Group& group, const TextDecoder& decoder, LineTypeSign& sign) {
+  constexpr uint64_t kUpright = 1;
+  switch (group.code) {
+    case 9:
+      sign.text = decoder.DecodeText(group.Raw(), Backslash::kItself);
+      break;
+    case 44:
+      sign.offset.x = group.number;
+      break;
+    case 45:
+      sign.offset.y = group.number;
+      break;
+    case 46:
+      sign.scale = group.number;
+      break;
+    case 50:
+      sign.rotation = Radians(group.number);
+      break;
+    case 74:
+      sign.upright = (static_cast<uint64_t>(group.Integer()) & kUpright) != 0;
+      break;
+    case 75:
+      sign.shape = static_cast<int>(group.Integer());
+      break;
+    case 340:
+      sign.style = HandleKey(group.Value());
+      break;
+    default:
+      break;
+  }
+}
+
+void AddSign(LineTypeSign&& sign, LineType& lineType) {
+  if (lineType.dashes.empty() || (sign.text.empty() && sign.shape == 0)) return;
+  sign.element = lineType.dashes.size() - 1;
+  lineType.signs.push_back(std::move(sign));
+}
+
 }  // namespace
 
 int16_t LineWeight(int64_t weight, int16_t fallback) {
@@ -146,11 +185,18 @@ void ReadVariable(const DxfObject& variable, Drawing& drawing, TextDecoder& deco
   }
 }
 
-LineType ReadLineType(const DxfObject& entry) {
+LineType ReadLineType(const DxfObject& entry, const TextDecoder& decoder) {
   LineType lineType;
+  LineTypeSign sign;
   for (const Group& group : entry.groups) {
-    if (group.code == 49) lineType.dashes.push_back(group.number);
+    if (group.code == 49) {
+      AddSign(std::exchange(sign, {}), lineType);
+      lineType.dashes.push_back(group.number);
+    } else {
+      ReadSign(group, decoder, sign);
+    }
   }
+  AddSign(std::move(sign), lineType);
   entry.CheckCount(entry.Find(73), lineType.dashes.size());
   return lineType;
 }

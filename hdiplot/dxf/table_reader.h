@@ -16,7 +16,8 @@ void ReadVariable(const DxfObject& variable, Drawing& drawing, TextDecoder& deco
 
 [[nodiscard]] Attributes ReadAttributes(const DxfObject& entity, NameCache& names);
 
-[[nodiscard]] LineType ReadLineType(const DxfObject& entry);
+// The signs have the handles of their styles for names.
+[[nodiscard]] LineType ReadLineType(const DxfObject& entry, const TextDecoder& decoder);
 
 // An index of group 62 or 63: 0 is by block, 256 and whatever is invalid by layer.
 [[nodiscard]] EntityColor IndexedColor(int64_t index);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "hdiplot/dxf/mtext_extras.h"
 #include "hdiplot/dxf/object_plane.h"
 
 namespace hdiplot {
@@ -39,7 +40,7 @@ constexpr double kEdgeOn = 1e-6;
 
 // The form of the letters, in a style or a text; only the code of the slant differs.
 template <typename Lettering>
-void ReadForm(const DxfObject& object, int obliqueCode, Lettering& lettering) {
+void ReadLettering(const DxfObject& object, int obliqueCode, Lettering& lettering) {
   const uint64_t flags = object.Flags(71);
   const double width = object.Real(41, 1);
   lettering.backwards = ((flags & kBackwards) != 0) != (width < 0);
@@ -133,17 +134,22 @@ const Group* ShownText(const DxfObject& object, bool inBlock) {
   return (flags & kConstant) != 0 ? object.Find(kValue) : nullptr;
 }
 
-// The direction (11) and the rotation (50) are alternatives; the last one counts.
+// The direction (11) and the rotation (50) are alternatives; the last one counts. With neither, the direction
+// is the X axis of the drawing, not that of the text's plane.
 std::optional<SeenAxes> AxesOfMText(const DxfObject& object, const Ocs& plane) {
   double rotation = 0;
-  bool hasDirection = false;
+  int last = 0;
   for (const Group& group : object.groups) {
     if (group.code == 50) rotation = group.number;
-    if (group.code == 11 || group.code == 50) hasDirection = group.code == 11;
+    if (group.code == 11 || group.code == 50) last = group.code;
   }
-  const Vec3 direction = object.SpacePoint(11);
+  Vec3 direction = object.SpacePoint(11);
+  if (last == 0 && plane.GetKind() == Ocs::Kind::kMirrored) {
+    direction = {1, 0, 0};
+    last = 11;
+  }
   const double length = Length(direction);
-  if (!hasDirection || !(length > 0)) return SeenIn(plane, Direction(Radians(rotation)));
+  if (last != 11 || !(length > 0)) return SeenIn(plane, Direction(Radians(rotation)));
   const Vec3 up = plane.MinorDirection(direction / length);
   const Vec3 left = plane.MinorDirection(up);  // in the plane, even where the direction is not
   const double inPlane = Length(up);
@@ -170,7 +176,7 @@ std::optional<TextStyle> ReadStyle(const DxfObject& entry, const TextDecoder& de
   if (const Group* file = entry.Find(4)) style.bigFontFile = decoder.DecodeName(*file);
   style.height = std::max(entry.Real(40, 0), 0.0);
   style.vertical = (flags & kVertical) != 0;
-  ReadForm(entry, 50, style);
+  ReadLettering(entry, 50, style);
   // A TrueType family is a name followed by flags. Data of other programs have other groups.
   const auto family = std::ranges::adjacent_find(entry.extended, [](const Group& name, const Group& flag) {
     return name.code == 1000 && flag.code == 1071;
@@ -187,8 +193,17 @@ std::optional<TextEntity> TextReader::ReadText(const DxfObject& object, bool inB
   (void)object.NeededPoint(10);
   const Group* shown = ShownText(object, inBlock);
   if (!shown) return {};
+  return ReadForm(object, names_.Decoder().DecodeText(shown->Raw(), Backslash::kItself));
+}
+
+std::optional<TextEntity> TextReader::ReadDefinition(const DxfObject& object) const {
+  const bool isShown = (object.Flags(70) & (kHidden | kConstant)) == 0;
+  return isShown ? ReadForm(object, std::string(object.Text(2))) : std::nullopt;
+}
+
+std::optional<TextEntity> TextReader::ReadForm(const DxfObject& object, std::string&& shown) const {
   TextEntity text;
-  text.text = names_.Decoder().DecodeText(shown->Raw(), Backslash::kItself);
+  text.text = std::move(shown);
   const Ocs plane = PlaneOf(object);
   const Placing placing = PlacingOf(object);
   const auto axes = SeenIn(plane, placing.right);
@@ -200,7 +215,7 @@ std::optional<TextEntity> TextReader::ReadText(const DxfObject& object, bool inB
   text.line = placing.line;
   text.right = axes->right;
   text.up = axes->up;
-  ReadForm(object, 51, text);
+  ReadLettering(object, 51, text);
   text.height = HeightOf(object, text.style) * axes->across;
   if (plane.GetKind() == Ocs::Kind::kTilted) {
     const double stretch = axes->along / axes->across;
@@ -232,7 +247,10 @@ std::optional<MTextEntity> TextReader::ReadMText(const DxfObject& object) const 
   const double spacing = object.Real(44, 1);
   if (spacing > 0) text.lineSpacing = std::clamp(spacing, kClosestLines, kWidestLines);
   text.exactSpacing = object.Integer(73, 1) == 2;
-  text.vertical = object.Integer(72, 1) == 3;
+  constexpr int64_t kAcross = 1;
+  constexpr int64_t kByStyle = 5;
+  text.horizontal = object.Integer(72, kByStyle) == kAcross;
+  text.extras = ReadMTextExtras(object, axes->across);
   return text;
 }
 

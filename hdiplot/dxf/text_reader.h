@@ -28,9 +28,12 @@ class TextReader {
 
   // A TEXT, ATTRIB or ATTDEF. None if nothing of it is visible, like the next.
   [[nodiscard]] std::optional<TextEntity> ReadText(const DxfObject& object, bool inBlock) const;
+  // An ATTDEF as the texts of its attributes look.
+  [[nodiscard]] std::optional<TextEntity> ReadDefinition(const DxfObject& object) const;
   [[nodiscard]] std::optional<MTextEntity> ReadMText(const DxfObject& object) const;
 
  private:
+  [[nodiscard]] std::optional<TextEntity> ReadForm(const DxfObject& object, std::string&& shown) const;
   Name StyleOf(const DxfObject& object) const;
   double HeightOf(const DxfObject& object, const std::string& style) const;
 

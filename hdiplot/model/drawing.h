@@ -96,6 +96,7 @@ struct PolyVertex {
 struct PolylineEntity {  // LWPOLYLINE and the two-dimensional and curve-fitted POLYLINE
   std::vector<PolyVertex> vertices;
   bool closed = false;
+  bool continuousPattern = false;  // of a line type, around corners; else it starts anew at each of them
 };
 
 struct MeshEntity {  // POLYLINE as a polygon mesh or polyface, resolved into faces' edges
@@ -195,6 +196,29 @@ struct TextEntity {             // TEXT, ATTRIB and ATTDEF
   bool upsideDown = false;
 };
 
+// The columns that a paragraph text flows through. Lengths are in drawing units.
+struct MTextColumns {
+  double width = 0;
+  double gutter = 0;
+  size_t count = 0;             // 0: as many as the text needs
+  std::vector<double> heights;  // by column, the last one for all further ones; 0: no limit
+  bool reversed = false;        // from right to left
+};
+
+// What is drawn around a paragraph text, and below it.
+struct MTextPanel {
+  bool masked = false;              // hides what lies below, with `fill`
+  std::optional<EntityColor> fill;  // none: the paper
+  bool framed = false;
+  double margin = 0;  // around the text, in heights of its capitals
+};
+
+// What few paragraph texts have.
+struct MTextExtras {
+  std::optional<MTextColumns> columns;
+  MTextPanel panel;
+};
+
 struct MTextEntity {            // MTEXT
   std::string text;             // with formatting codes
   Name style{&kStandardStyle};  // folded
@@ -202,11 +226,22 @@ struct MTextEntity {            // MTEXT
   int attachment = 1;  // 1 to 9: top left, top centre, top right, middle left, ... bottom right
   Vec2 right{1, 0};
   Vec2 up{0, 1};
-  double height = 1;          // of capitals; above 0
-  double wrapWidth = 0;       // 0: no wrapping
-  double lineSpacing = 1;     // in units of 5/3 of the height
-  bool exactSpacing = false;  // taller letters do not widen the distance
-  bool vertical = false;      // letters run downwards; they may by the style, too
+  double height = 1;                    // of capitals; above 0
+  double wrapWidth = 0;                 // 0: no wrapping
+  double lineSpacing = 1;               // in units of 5/3 of the height
+  bool exactSpacing = false;            // taller letters do not widen the distance
+  bool horizontal = false;              // even if the style runs downwards
+  std::shared_ptr<MTextExtras> extras;  // null for most
+};
+
+struct ToleranceEntity {        // TOLERANCE: rows of boxes
+  std::string text;             // rows apart by "^J", boxes by "%%v"
+  Name style{&kStandardStyle};  // folded
+  Vec2 place;                   // the middle of the first row's left side
+  Vec2 right{1, 0};
+  Vec2 up{0, 1};
+  double height = 1;  // of capitals; above 0
+  double gap = 0.5;   // between the text and its box
 };
 
 // How an image's colours are plotted.
@@ -270,9 +305,10 @@ struct ViewportEntity {    // VIEWPORT
   std::vector<HatchLoop> clip;            // the outline, an entity of its own; none: a rectangle
 };
 
-using Shape = std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity,
-                           PointEntity, RayEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity,
-                           MTextEntity, ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
+using Shape =
+    std::variant<LineEntity, PolylineEntity, MeshEntity, ArcEntity, EllipseEntity, SplineEntity, PointEntity,
+                 RayEntity, SolidEntity, FaceEntity, HatchEntity, TextEntity, MTextEntity, ToleranceEntity,
+                 ImageEntity, WipeoutEntity, ViewportEntity, InsertEntity>;
 
 // Kept small, as drawings have very many.
 struct Entity {
@@ -297,8 +333,22 @@ struct Layer {
   std::string plotStyle;  // folded name; empty: none
 };
 
+// A text or a shape in a line type.
+struct LineTypeSign {
+  size_t element = 0;  // of the dashes, at whose end it is
+  std::string text;
+  std::string style = kStandardStyle;      // of the text, folded
+  int shape = 0;                           // number of a shape, if there is no text
+  std::vector<std::vector<Vec2>> strokes;  // of the shape, in its units; none: it is not known
+  double scale = 1;                        // height of the text's capitals, or units of the shape
+  double rotation = 0;                     // radians, from the line or, if `upright`, from the X axis
+  bool upright = false;
+  Vec2 offset;  // along the line and to its left
+};
+
 struct LineType {
   std::vector<double> dashes;  // positive dash, negative gap, 0 dot, in drawing units; empty: continuous
+  std::vector<LineTypeSign> signs;
 };
 
 struct TextStyle {               // STYLE

@@ -29,6 +29,19 @@ Box BoxAround(const Sheet& sheet) {
   return {{-sheet.width, -sheet.height}, {2 * sheet.width, 2 * sheet.height}};
 }
 
+// Of the outlines of glyphs: no more digits than a dot needs.
+Vec2 OnPartOfDot(Vec2 p) {
+  constexpr double kParts = 10;
+  return {std::round(p.x * kParts) / kParts, std::round(p.y * kParts) / kParts};
+}
+
+// Whether a curve's control points are at one and two thirds of it.
+bool IsStraight(std::span<const Vec2> curve) {
+  constexpr double kOff = 1e-3;  // dots
+  return Length(curve[1] - Between(curve[0], curve[3], 1.0 / 3)) <= kOff &&
+         Length(curve[2] - Between(curve[0], curve[3], 2.0 / 3)) <= kOff;
+}
+
 }  // namespace
 
 void Canvas::UseStroke(const Stroke& stroke) {
@@ -263,9 +276,24 @@ void Canvas::BeginArea() {
 }
 
 void Canvas::AreaCurve(std::span<const Vec2> points) {
-  points_.clear();
-  for (const Vec2& p : points) points_.push_back(HostPoint(p));
-  device_.Make(call::PolyBezier{points_});
+  const size_t sides = points.size() / 3;
+  const auto isStraight = [&](size_t side) { return IsStraight(points.subspan(side * 3, 4)); };
+  const auto end = [&](size_t side) {
+    const bool meetsLine = isStraight(side % sides) || isStraight((side + sides - 1) % sides);
+    const Vec2 p = points[side % sides * 3];
+    return meetsLine ? OnWholeDot(p) : OnPartOfDot(p);
+  };
+  if (sides == 0) return;
+  BeginPath(end(0));
+  for (size_t i = 0; i < sides; ++i) {
+    const Vec2* curve = &points[i * 3];
+    if (isStraight(i)) {
+      LineTo(end(i + 1));
+    } else {
+      CurveTo(OnPartOfDot(curve[1]), OnPartOfDot(curve[2]), end(i + 1));
+    }
+  }
+  EndPath();
 }
 
 void Canvas::FillArea() {

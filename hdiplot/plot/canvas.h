@@ -106,7 +106,8 @@ class Canvas {
   void FillRings(uint32_t fillMode);
 
   // An area of closed curves from BeginArea to FillArea, filled by the nonzero winding rule. A curve is its
-  // start and three points for each cubic; all of them must be plottable.
+  // start and three points for each cubic, closed; all of them must be plottable. Straight sides, which have
+  // their control points at one and two thirds, become lines.
   void BeginArea();
   void AreaCurve(std::span<const Vec2> points);
   void FillArea();

@@ -1,12 +1,14 @@
 #include "hdiplot/plot/entities.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 #include "hdiplot/geometry/splines.h"
 #include "hdiplot/plot/gradient.h"
 #include "hdiplot/plot/hatch_pattern.h"
+#include "hdiplot/plot/polyline.h"
 #include "hdiplot/plot/walk.h"
 
 namespace hdiplot {
@@ -44,13 +46,59 @@ Stroke EntityPlotter::StrokeOf(const Style& style) const {
   return stroke;
 }
 
+// A path with signs has its pattern from its start: it does not continue another one.
+void EntityPlotter::UseStyle() {
+  const Stroke stroke = StrokeOf(*style_);
+  canvas_.UseStroke(stroke);
+  if (LineTypeSigns::AreIn(stroke)) canvas_.SeparatePath();
+}
+
 void EntityPlotter::Draw(const LineEntity& line) {
   UseStyle();
   canvas_.Line(map_(line.start), map_(line.end));
+  DrawSigns(line);
 }
 
 void EntityPlotter::Draw(const PolylineEntity& polyline) {
-  polylines_.Plot(polyline, map_, StrokeOf(*style_));
+  const Stroke stroke = StrokeOf(*style_);
+  if (LineTypeSigns::AreIn(stroke)) canvas_.SeparatePath();
+  polylines_.Plot(polyline, map_, stroke);
+  DrawSigns(polyline);
+}
+
+void EntityPlotter::DrawSigns(const LineEntity& line) {
+  const Stroke stroke = StrokeOf(*style_);
+  if (!LineTypeSigns::AreIn(stroke)) return;
+  signs_.Draw(std::array{map_(line.start), map_(line.end)}, stroke, *style_);
+}
+
+void EntityPlotter::DrawSigns(const PolylineEntity& polyline) {
+  const Stroke stroke = StrokeOf(*style_);
+  if (!LineTypeSigns::AreIn(stroke)) return;
+  std::vector<Vec2> points;
+  for (size_t i = 0; i < SegmentCount(polyline); ++i) {
+    const PolySegment segment = SegmentOf(polyline, i);
+    if (!polyline.continuousPattern) points.clear();
+    if (points.empty()) points.push_back(map_(segment.from));
+    if (segment.arc) AppendFlat(*segment.arc, points);
+    points.push_back(map_(segment.to));
+    if (!polyline.continuousPattern) signs_.Draw(points, stroke, *style_);
+  }
+  if (polyline.continuousPattern) signs_.Draw(points, stroke, *style_);
+}
+
+void EntityPlotter::DrawSigns(const ConicArc& arc) {
+  const Stroke stroke = StrokeOf(*style_);
+  if (!LineTypeSigns::AreIn(stroke)) return;
+  std::vector<Vec2> points;
+  AppendFlat(arc, points);
+  signs_.Draw(points, stroke, *style_);
+}
+
+// Chords of about two degrees, to place signs along an arc.
+void EntityPlotter::AppendFlat(const ConicArc& arc, std::vector<Vec2>& points) const {
+  const int pieces = 2 + static_cast<int>(std::abs(arc.Span()) / kWholeTurn * 180);
+  for (int i = 0; i <= pieces; ++i) points.push_back(map_(arc.At(arc.start + arc.Span() * i / pieces)));
 }
 
 void EntityPlotter::Draw(const MeshEntity& mesh) {
@@ -65,11 +113,13 @@ void EntityPlotter::Draw(const MeshEntity& mesh) {
 void EntityPlotter::Draw(const ArcEntity& arc) {
   UseStyle();
   canvas_.Arc(Transformed(ConicOf(arc), map_));
+  DrawSigns(ConicOf(arc));
 }
 
 void EntityPlotter::Draw(const EllipseEntity& ellipse) {
   UseStyle();
   canvas_.Arc(Transformed(ellipse, map_));
+  DrawSigns(ellipse);
 }
 
 void EntityPlotter::Draw(const SplineEntity& spline) {
@@ -170,8 +220,28 @@ void EntityPlotter::Draw(const TextEntity& text) { DrawText(texts_.Set(text)); }
 
 void EntityPlotter::Draw(const MTextEntity& text) { DrawText(texts_.Set(text)); }
 
+void EntityPlotter::Draw(const ToleranceEntity& tolerance) { DrawText(texts_.Set(tolerance)); }
+
 void EntityPlotter::DrawText(const TextBlock& block) {
+  if (block.panel) DrawPanel(*block.panel, map_ * block.frame);
   textPlotter_.Plot(block, map_, *style_, StrokeOf(*style_).width);
+}
+
+// A mask without colours is as the paper, or the text on it would not show.
+void EntityPlotter::DrawPanel(const TextPanel& panel, const Affine& map) {
+  points_.clear();
+  for (const Vec2 corner : CornersOf(panel.area)) points_.push_back(map(corner));
+  if (panel.look.masked) {
+    const bool isPaper = !panel.look.fill || style_->ink->IsMonochrome();
+    canvas_.UseFill(isPaper ? scale_.paper : style_->Plotted(*panel.look.fill));
+    canvas_.BeginRing();
+    for (const Vec2& p : points_) canvas_.RingPoint(p);
+    canvas_.FillRings(hdi::kFillAlternate);
+  }
+  if (!panel.look.framed) return;
+  UseStyle();
+  points_.push_back(points_.front());
+  canvas_.Polyline(points_);
 }
 
 void EntityPlotter::Draw(const HatchEntity& hatch) {

@@ -5,6 +5,7 @@
 #include "hdiplot/plot/boundaries.h"
 #include "hdiplot/plot/canvas.h"
 #include "hdiplot/plot/image_plotter.h"
+#include "hdiplot/plot/line_type_signs.h"
 #include "hdiplot/plot/polyline_plotter.h"
 #include "hdiplot/plot/styles.h"
 #include "hdiplot/plot/text_plotter.h"
@@ -34,6 +35,7 @@ class EntityPlotter {
         polylines_(canvas),
         texts_(drawing, fonts),
         textPlotter_(canvas, fonts, scale.strokeComments),
+        signs_(canvas, texts_, textPlotter_),
         imagePlotter_(canvas, drawing, images, scale.paper, scale.greyImages) {}
 
   // Replaces the scale: shapes of the model in a viewport have one of their own.
@@ -44,7 +46,11 @@ class EntityPlotter {
 
  private:
   [[nodiscard]] Stroke StrokeOf(const Style& style) const;
-  void UseStyle() { canvas_.UseStroke(StrokeOf(*style_)); }
+  void UseStyle();
+  void DrawSigns(const LineEntity& line);
+  void DrawSigns(const PolylineEntity& polyline);
+  void DrawSigns(const ConicArc& arc);
+  void AppendFlat(const ConicArc& arc, std::vector<Vec2>& points) const;
 
   void Draw(const LineEntity& line);
   void Draw(const PolylineEntity& polyline);
@@ -58,6 +64,7 @@ class EntityPlotter {
   void Draw(const FaceEntity& face);
   void Draw(const TextEntity& text);
   void Draw(const MTextEntity& text);
+  void Draw(const ToleranceEntity& tolerance);
   void Draw(const HatchEntity& hatch);
   void Draw(const ImageEntity& image) { imagePlotter_.Plot(image, map_, StrokeOf(*style_)); }
   void Draw(const WipeoutEntity& wipeout) { imagePlotter_.Plot(wipeout, map_); }
@@ -65,6 +72,7 @@ class EntityPlotter {
   void Draw(const InsertEntity& /*insert*/) {}
 
   void DrawText(const TextBlock& block);
+  void DrawPanel(const TextPanel& panel, const Affine& map);
   void DrawPointFigure(Vec2 at);
   void FillHatch(const std::vector<Ring>& rings, Rgb color);
   [[nodiscard]] bool IsOpaque() const { return style_->alpha == 255; }
@@ -78,6 +86,7 @@ class EntityPlotter {
   PolylinePlotter polylines_;
   TextSetter texts_;
   TextPlotter textPlotter_;
+  LineTypeSigns signs_;
   ImagePlotter imagePlotter_;
   Affine map_;  // of the current shape, like the next
   const Style* style_ = nullptr;

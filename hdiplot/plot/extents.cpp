@@ -89,6 +89,8 @@ void ShapeMeter::AddForm(const TextEntity& text) { AddBlock(texts_.Set(text)); }
 
 void ShapeMeter::AddForm(const MTextEntity& text) { AddBlock(texts_.Set(text)); }
 
+void ShapeMeter::AddForm(const ToleranceEntity& tolerance) { AddBlock(texts_.Set(tolerance)); }
+
 void ShapeMeter::AddForm(const FaceEntity& face) { AddPoints(face.corners); }
 
 void ShapeMeter::AddForm(const MeshEntity& mesh) {

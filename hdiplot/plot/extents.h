@@ -48,6 +48,7 @@ class ShapeMeter {
   void AddForm(const SolidEntity& solid);
   void AddForm(const TextEntity& text);
   void AddForm(const MTextEntity& mtext);
+  void AddForm(const ToleranceEntity& tolerance);
   void AddForm(const FaceEntity& face);
   void AddForm(const MeshEntity& mesh);
   void AddForm(const ImageEntity& image);

@@ -9,12 +9,15 @@ namespace {
 
 bool IsGap(double element) { return element < 0; }
 
+bool HasBothKinds(const std::vector<double>& dashes) {
+  return std::ranges::any_of(dashes, IsGap) && !std::ranges::all_of(dashes, IsGap);
+}
+
 // The pattern rotated to a dash that follows a gap, adjacent elements of one kind added up. `dashes` must
 // hold both kinds.
 std::vector<double> Alternating(const std::vector<double>& dashes) {
   const size_t count = dashes.size();
-  size_t start = 0;
-  while (IsGap(dashes[start]) || !IsGap(dashes[(start + count - 1) % count])) ++start;
+  const size_t start = FirstDash(dashes);
   std::vector<double> lengths;
   for (size_t i = 0; i < count; ++i) {
     const double element = dashes[(start + i) % count];
@@ -29,6 +32,24 @@ std::vector<double> Alternating(const std::vector<double>& dashes) {
 }
 
 }  // namespace
+
+size_t FirstDash(const std::vector<double>& dashes) {
+  if (!HasBothKinds(dashes)) return 0;
+  const size_t count = dashes.size();
+  size_t start = 0;
+  while (IsGap(dashes[start]) || !IsGap(dashes[(start + count - 1) % count])) ++start;
+  return start;
+}
+
+double PatternLength(const Stroke& stroke) {
+  if (stroke.lineType == nullptr) return 0;
+  const Pen pen = PenOf(stroke);
+  double length = 0;
+  for (const uint32_t entry : pen.entries) length += entry;
+  if (!pen.entries.empty() || HasBothKinds(stroke.lineType->dashes)) return length;
+  for (const double element : stroke.lineType->dashes) length += std::abs(element) * stroke.lineTypeScale;
+  return length;
+}
 
 uint32_t PenWidth(double dots) {
   return dots > 1 ? static_cast<uint32_t>(std::min(std::round(dots), 1e6)) : 1;
@@ -53,8 +74,7 @@ std::vector<uint32_t> PenDashes(const std::vector<double>& dashes, double scale,
   for (const double element : dashes) length += std::abs(element) * scale;
   // The upper bound keeps the entries within 32 bits.
   if (!(length >= kShortestPattern && length < 1e9)) return {};
-  const auto gaps = std::count_if(dashes.begin(), dashes.end(), IsGap);
-  if (gaps == 0 || gaps == static_cast<std::ptrdiff_t>(dashes.size())) return {};
+  if (!HasBothKinds(dashes)) return {};
 
   std::vector<uint32_t> entries;
   double end = 0;       // of the element, exactly

@@ -38,6 +38,13 @@ struct Stroke {
 // A pattern shorter than this, in dots, becomes a solid line: its dashes would not be discernible.
 inline constexpr double kShortestPattern = 6;
 
+// The dash of a line type that a pen's pattern starts with: the first one behind a gap, or behind none. 0 for
+// a line type without gaps or without dashes.
+[[nodiscard]] size_t FirstDash(const std::vector<double>& dashes);
+
+// In dots, as a pen has it. 0 for a continuous line.
+[[nodiscard]] double PatternLength(const Stroke& stroke);
+
 // The entries of a user-style pen for a line type's `dashes` (positive dash, negative gap, 0 dot) at `scale`
 // dots a unit: dash, gap, dash, gap. A pattern that starts with a gap is rotated to its first dash, and
 // adjacent elements of one kind are joined. Dashes are at least `shortestDash` dots, gaps at least one;

@@ -24,7 +24,9 @@ void PolylinePlotter::Plot(const PolylineEntity& polyline, const Affine& map, co
     return;
   }
   const auto width = ConstantWidth(polyline);
-  if (width == 0) {
+  if (width == 0 && stroke.lineType != nullptr && count > 1 && !polyline.continuousPattern) {
+    PlotSegments(polyline, map, stroke);
+  } else if (width == 0) {
     canvas_.UseStroke(stroke);
     StrokeRun(polyline, {0, count, polyline.closed ? RunEnd::kClosed : RunEnd::kOpen}, map);
   } else if (width && map.IsSimilarity()) {
@@ -32,6 +34,34 @@ void PolylinePlotter::Plot(const PolylineEntity& polyline, const Affine& map, co
   } else {
     PlotTapered(polyline, map, stroke);
   }
+}
+
+// The pattern starts anew at each vertex; segments that are shorter than it are continuous.
+void PolylinePlotter::PlotSegments(const PolylineEntity& polyline, const Affine& map, const Stroke& stroke) {
+  const double pattern = PatternLength(stroke);
+  Stroke solid = stroke;
+  solid.lineType = nullptr;
+  const size_t count = SegmentCount(polyline);
+  size_t shortOnes = 0;  // just before `i`
+  const auto strokeShort = [&](size_t end) {
+    if (shortOnes == 0) return;
+    canvas_.UseStroke(solid);
+    StrokeRun(polyline, {end - shortOnes, shortOnes, RunEnd::kOpen}, map);
+    shortOnes = 0;
+  };
+  for (size_t i = 0; i < count; ++i) {
+    const PolySegment segment = SegmentOf(polyline, i);
+    const double chord = Length(map(segment.to) - map(segment.from));
+    if (chord < pattern && !segment.arc) {
+      ++shortOnes;
+      continue;
+    }
+    strokeShort(i);
+    canvas_.UseStroke(stroke);
+    canvas_.SeparatePath();
+    StrokeRun(polyline, {i, 1, RunEnd::kOpen}, map);
+  }
+  strokeShort(count);
 }
 
 void PolylinePlotter::PlotWide(const PolylineEntity& polyline, const Affine& map, Stroke stroke,

@@ -29,6 +29,7 @@ class PolylinePlotter {
     RunEnd end;
   };
 
+  void PlotSegments(const PolylineEntity& polyline, const Affine& map, const Stroke& stroke);
   void PlotWide(const PolylineEntity& polyline, const Affine& map, Stroke stroke, double width);
   void PlotTapered(const PolylineEntity& polyline, const Affine& map, const Stroke& stroke);
   void FillSegment(const PolylineEntity& polyline, size_t index, const Affine& map);

@@ -194,20 +194,23 @@ void TextPlotter::DrawGlyphs(const Line& line, std::u16string_view visual, doubl
         if (HasComment(line)) NoteDrawn(line);
       }
     } else if (outlines != nullptr) {
-      DrawOutline(line, outlines->Outline(unit), along);
+      const auto form = strokes != nullptr ? strokes->BigFormOf(unit) : StrokeFont::BigForm{};
+      const Affine glyphMap =
+          Affine::Translation({along, form.rise}) * Affine::Scaling(form.scale, form.scale);
+      DrawOutline(line, outlines->Outline(unit), line.map * glyphMap);
     }
     along += line.measure.Advance(unit) * line.piece.look.tracking;
   }
 }
 
 void TextPlotter::DrawOutline(const Line& line, const std::vector<hdi::GlyphContour>& contours,
-                              double along) {
+                              const Affine& map) {
   if (contours.empty()) return;
   canvas_.UseFill(line.color);
   canvas_.BeginArea();
   for (const hdi::GlyphContour& contour : contours) {
     points_.clear();
-    for (const hdi::GlyphPoint& p : contour) points_.push_back(line.map({p.x + along, p.y}));
+    for (const hdi::GlyphPoint& p : contour) points_.push_back(map({p.x, p.y}));
     canvas_.AreaCurve(points_);
     if (HasComment(line)) NoteDrawn(line);
   }

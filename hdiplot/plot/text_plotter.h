@@ -54,7 +54,7 @@ class TextPlotter {
   [[nodiscard]] bool ShowText(const Line& line, std::u16string_view text, double along);
   void HideText(const Line& line, std::u16string_view text, double along);
   void DrawGlyphs(const Line& line, std::u16string_view visual, double along);
-  void DrawOutline(const Line& line, const std::vector<hdi::GlyphContour>& contours, double along);
+  void DrawOutline(const Line& line, const std::vector<hdi::GlyphContour>& contours, const Affine& map);
   [[nodiscard]] bool HasComment(const Line& line) const { return comments_ && line.font.stroke != nullptr; }
   void NoteWords(const TextPiece& piece);
   void NoteDrawn(const Line& line);

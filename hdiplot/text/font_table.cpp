@@ -86,6 +86,7 @@ constexpr OutlineFileEntry kOutlineFiles[] = {
 
 constexpr StrokeFileEntry kStrokeFiles[] = {
     {"txt", "rowmans"},
+    {"gdt", "rowmans"},
     {"standard", "rowmans"},
     {"simplex", "rowmans"},
     {"romans", "rowmans"},

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <deque>
 
+#include "hdiplot/text/font_map.h"
+#include "hdiplot/text/mtext_columns.h"
 #include "hdiplot/text/mtext_lines.h"
+#include "hdiplot/text/mtext_vertical.h"
 #include "hdiplot/text/text_parts.h"
 
 namespace hdiplot {
@@ -19,6 +22,8 @@ struct Line {
   const std::vector<TextAtom>* atoms = nullptr;
   TextLineRange range;
   bool isLast = false;
+  bool startsColumn = false;  // by a break in the text
+  size_t column = 0;          // that it is in
   double indent = 0;
   std::vector<double> xs{};  // where the atoms begin, and the end of the last
   double stretch = 1;        // factor on the letter spacing
@@ -125,7 +130,8 @@ class MTextLayout {
         fonts_(fonts),
         start_(StartLook(style, entity.height, style.widthFactor, style.oblique)),
         height_(start_.height),
-        boxWidth_(std::isfinite(entity.wrapWidth) ? std::max(entity.wrapWidth, 0.0) : 0),
+        flow_(entity.extras && entity.extras->columns ? &*entity.extras->columns : nullptr),
+        boxWidth_(BoxWidthOf(entity)),
         column_((std::clamp(entity.attachment, 1, 9) - 1) % 3),
         row_((std::clamp(entity.attachment, 1, 9) - 1) / 3) {}
 
@@ -133,16 +139,29 @@ class MTextLayout {
     paragraphs_ = ParseMText(entity_.text, start_);
     for (const MTextParagraph& paragraph : paragraphs_) AddLines(paragraph);
     SettleBoxWidth();
-    for (Line& line : lines_) PlaceAcross(line);
-    PlaceDown();
     TextBlock block;
     block.frame = Affine::OfAxes(entity_.right, entity_.up, entity_.place);
+    Box area = PlaceDown();
+    for (Line& line : lines_) {
+      PlaceAcross(line);
+      area.Add({line.xs.front(), line.y});
+      area.Add({line.xs.back(), line.y});
+    }
+    if (entity_.extras && (entity_.extras->panel.masked || entity_.extras->panel.framed)) {
+      block.panel = PanelAround(area);
+    }
     PieceWriter writer(block, fonts_);
     for (const Line& line : lines_) writer.Write(line);
     return block;
   }
 
  private:
+  static double BoxWidthOf(const MTextEntity& entity) {
+    const bool hasColumns = entity.extras && entity.extras->columns;
+    const double width = hasColumns ? entity.extras->columns->width : entity.wrapWidth;
+    return std::isfinite(width) ? std::max(width, 0.0) : 0;
+  }
+
   void AddLines(const MTextParagraph& paragraph) {
     const std::vector<TextAtom>& atoms = atoms_.emplace_back(MeasureAtoms(paragraph, fonts_));
     const ParagraphFormat& format = paragraph.format;
@@ -150,6 +169,7 @@ class MTextLayout {
     for (const TextLineRange& range : BreakLines(atoms, format, height_, boxWidth_)) {
       Line line{.paragraph = &paragraph, .atoms = &atoms, .range = range, .indent = indent};
       line.isLast = range.next == atoms.size();
+      line.startsColumn = paragraph.startsColumn && range.begin == 0;
       MeasureAcross(line);
       MeasureDown(line);
       lines_.push_back(std::move(line));
@@ -221,7 +241,7 @@ class MTextLayout {
   void PlaceAcross(Line& line) const {
     const double rightEdge = boxWidth_ - line.paragraph->format.right * height_;
     const double room = rightEdge - line.xs.back();
-    double shift = -boxWidth_ * column_ / 2;
+    double shift = LeftEdge() + flow_.LeftOf(line.column, boxWidth_);
     switch (AlignOf(line)) {
       case ParagraphAlign::kCenter:
         shift += room / 2;
@@ -290,23 +310,42 @@ class MTextLayout {
     return foot;
   }
 
-  // The text reaches from the capitals of the first line to the descenders of the last.
-  void PlaceDown() {
-    double y = -lines_.front().ascent;
-    lines_.front().y = y;
-    for (size_t i = 1; i < lines_.size(); ++i) {
-      y -= Distance(lines_[i - 1], lines_[i]);
-      lines_[i].y = y;
+  [[nodiscard]] double LeftEdge() const { return -flow_.Width(boxWidth_) * column_ / 2; }
+
+  // The text reaches from the capitals of the first line to the descenders of the last, or of the lowest one
+  // in columns. Returns the area of its box.
+  Box PlaceDown() {
+    double y = 0;
+    double depth = 0;
+    for (size_t i = 0; i < lines_.size(); ++i) {
+      Line& line = lines_[i];
+      y = i == 0 ? -line.ascent : y - Distance(lines_[i - 1], line);
+      if (i > 0 && flow_.IsEnded(-y, line.startsColumn)) {
+        flow_.Next();
+        y = -line.ascent;
+      }
+      line.y = y;
+      line.column = flow_.Index();
+      depth = std::max(depth, FootOf(line) - y);
     }
-    const double shift = (FootOf(lines_.back()) - y) * row_ / 2;
+    const double shift = depth * row_ / 2;
     for (Line& line : lines_) line.y += shift;
+    const double left = LeftEdge();
+    return {{left, shift - depth}, {left + flow_.Width(boxWidth_), shift}};
+  }
+
+  [[nodiscard]] TextPanel PanelAround(const Box& area) const {
+    const MTextPanel& look = entity_.extras->panel;
+    const Vec2 margin = Vec2{1, 1} * (look.margin * height_);
+    return {{area.low - margin, area.high + margin}, look};
   }
 
   const MTextEntity& entity_;
   FontSource& fonts_;
   TextLook start_;
-  double height_;    // of the whole text's capitals
-  double boxWidth_;  // 0: not known yet
+  double height_;  // of the whole text's capitals
+  ColumnFlow flow_;
+  double boxWidth_;  // of a column; 0: not known yet
   int column_;
   int row_;
   std::vector<MTextParagraph> paragraphs_;
@@ -314,59 +353,12 @@ class MTextLayout {
   std::vector<Line> lines_;
 };
 
-// In heights of the text's capitals: the distance from foot to head of horizontal lines.
-constexpr double kColumnGap = 2.0 / 3;
-// The side bearing of a letter, in heights. Columns are aligned by their ink.
-constexpr double kWhite = 1.0 / 7;
-
-TextColumn ColumnOf(const MTextParagraph& paragraph, FontSource& fonts) {
-  TextColumn column;
-  for (const MTextSpan& span : paragraph.spans) {
-    if (span.stack) {
-      column.Add(LayOutStack(*span.stack, span.look, span.level, fonts), span.look);
-    } else {
-      const bool isTab = span.text == u"\t";
-      column.Add(isTab ? u" " : std::u16string_view(span.text), fonts.FontFor(span.look.font), span.look);
-    }
-  }
-  return column;
-}
-
-// Each paragraph is a column, whatever the entity's width; the first is the leftmost. Lines along the text,
-// indents, tab stops and alignment do not apply.
-TextBlock LayOutVerticalMText(const MTextEntity& entity, const TextStyle& style, FontSource& fonts) {
-  const TextLook start = StartLook(style, entity.height, style.widthFactor, style.oblique);
-  std::vector<TextColumn> columns;
-  double widest = 0;
-  double longest = 0;
-  for (const MTextParagraph& paragraph : ParseMText(entity.text, start)) {
-    const TextColumn& column = columns.emplace_back(ColumnOf(paragraph, fonts));
-    widest = std::max(widest, column.Width());
-    longest = std::max(longest, column.Length());
-  }
-  widest = std::max(widest - 2 * kWhite * start.height, 0.0);
-  const double gap = kColumnGap * start.height;
-  const double distance = (widest + gap) * (entity.lineSpacing > 0 ? UsableFactor(entity.lineSpacing) : 1);
-  const auto count = static_cast<double>(columns.size());
-  // Every column is as wide as the distance, the last one too, less the default gap.
-  const double boxWidth = std::max(count * distance - gap, (count - 1) * distance + widest);
-
-  const int place = std::clamp(entity.attachment, 1, 9) - 1;
-  TextBlock block;
-  block.frame = Affine::OfAxes(entity.right, entity.up, entity.place);
-  const int row = place / 3;
-  Vec2 top{widest / 2 - boxWidth * (place % 3) / 2, longest * row / 2};
-  for (const TextColumn& column : columns) {
-    column.WriteTo(block, top);
-    top.x += distance;
-  }
-  return block;
-}
-
 }  // namespace
 
 TextBlock LayOutMText(const MTextEntity& entity, const TextStyle& style, FontSource& fonts) {
-  if (entity.vertical || style.vertical) return LayOutVerticalMText(entity, style, fonts);
+  const bool isStrokeFont = style.family.empty() && !IsOutlineFontFile(style.fontFile);
+  const bool isVertical = style.vertical && isStrokeFont && !entity.horizontal;
+  if (isVertical) return LayOutVerticalMText(entity, style, fonts);
   return MTextLayout(entity, style, fonts).Build();
 }
 

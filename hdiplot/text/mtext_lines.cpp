@@ -8,13 +8,6 @@ namespace {
 constexpr double kUsualTab = 4;         // in heights
 constexpr double kRoundingRoom = 1e-9;  // of a line's width, the tolerance for a word that just fits
 
-// Characters that allow a line break before and after: ideographs, kana and their punctuation. The surrogates
-// are those of the ideographic planes.
-bool IsIdeograph(char16_t unit) {
-  return (unit >= 0x2e80 && unit < 0xa000) || (unit >= 0xf900 && unit < 0xfb00) ||
-         (unit >= 0xff00 && unit < 0xfff0) || (unit >= 0xd840 && unit < 0xd890);
-}
-
 bool Contains(std::u16string_view set, char16_t unit) { return set.find(unit) != std::u16string_view::npos; }
 
 bool IsBreakBetween(char16_t before, char16_t after) {

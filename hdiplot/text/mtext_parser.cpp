@@ -7,6 +7,7 @@
 #include "hdiplot/system/ascii_case.h"
 #include "hdiplot/system/split.h"
 #include "hdiplot/text/text_parts.h"
+#include "hdiplot/text/tolerance_signs.h"
 #include "platform/unicode.h"
 
 namespace hdiplot {
@@ -226,9 +227,12 @@ class Parser {
     const char16_t code = Take();
     switch (code) {
       case u'P':
-      case u'N':
       case u'X':
         return NewParagraph();
+      case u'N':
+        NewParagraph();
+        paragraphs_.back().startsColumn = true;
+        break;
       case u'~':
         return Append(u'\u00a0');
       case u'L':
@@ -380,7 +384,7 @@ class Parser {
   void Append(char16_t unit) {
     if (!IsPrinted(unit)) return;
     if (!spanOpen_) AddSpan();
-    paragraphs_.back().spans.back().text += unit;
+    paragraphs_.back().spans.back().text += hasSigns_ ? ToleranceSign(unit) : unit;
     spanOpen_ = true;
   }
 
@@ -388,6 +392,7 @@ class Parser {
     spanOpen_ = false;
     MTextSpan& span = paragraphs_.back().spans.emplace_back();
     span.look = state_.look;
+    hasSigns_ = IsToleranceFont(span.look.font.fontFile);
     span.marks = state_.marks;
     span.level = state_.level;
     return span;
@@ -406,6 +411,7 @@ class Parser {
   std::vector<State> groups_;
   size_t deeperGroups_ = 0;
   std::vector<MTextParagraph> paragraphs_;
+  bool hasSigns_ = false;  // letters of the last span are signs of tolerances
   bool spanOpen_ = false;  // further characters go to the last span
 };
 

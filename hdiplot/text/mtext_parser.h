@@ -51,7 +51,8 @@ struct ParagraphFormat {
 struct MTextParagraph {
   ParagraphFormat format;
   std::vector<MTextSpan> spans;
-  double endHeight = 1;  // at the paragraph's end: the height of an empty one
+  bool startsColumn = false;  // by a column break before it
+  double endHeight = 1;       // at the paragraph's end: the height of an empty one
 };
 
 // Unknown codes lose their backslash, and unmatched braces are ignored: every text can be parsed. Returns at

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "hdiplot/geometry/clipping.h"
+#include "hdiplot/text/text_codes.h"
+#include "hdiplot/text/tolerance_signs.h"
 
 namespace hdiplot {
 
@@ -113,7 +115,14 @@ bool StrokeFont::Exists(const std::string& hersheyName) {
 double StrokeFont::Advance(char16_t unit) const {
   const StrokeGlyph* glyph = Strokes(unit);
   if (glyph != nullptr) return glyph->advance;
-  return bigFont_ != nullptr ? bigFont_->Advance(unit) : kBlank;
+  return bigFont_ != nullptr ? bigFont_->Advance(unit) * BigFormOf(unit).scale : kBlank;
+}
+
+// The ideographs of a shape font stand on the base line, and their em is as high as the capitals.
+StrokeFont::BigForm StrokeFont::BigFormOf(char16_t unit) const {
+  constexpr double kBelowBaseLine = 0.12;  // of an ideograph's em, in outline fonts
+  if (bigFont_ == nullptr || !IsIdeograph(unit)) return {};
+  return {1 / bigFont_->EmSize(), kBelowBaseLine};
 }
 
 const StrokeGlyph* StrokeFont::Strokes(char16_t unit) const {
@@ -134,12 +143,13 @@ const StrokeGlyph* StrokeFont::Strokes(char16_t unit) const {
 }
 
 std::unique_ptr<StrokeGlyph> StrokeFont::Make(char16_t unit) const {
+  if (auto sign = DrawnSign(unit)) return std::make_unique<StrokeGlyph>(std::move(*sign));
   const char ascii = unit < 0x80 ? static_cast<char>(unit) : AsciiLookalike(unit);
   if (ascii != 0) {
     auto glyph = GlyphAt(own_, ascii);
     return glyph != nullptr ? std::move(glyph) : GlyphAt(latin_, ascii);
   }
-  if (auto sign = DrawnSign(unit)) return std::make_unique<StrokeGlyph>(std::move(*sign));
+  if (auto sign = DrawnToleranceSign(unit)) return std::make_unique<StrokeGlyph>(std::move(*sign));
   if (auto glyph = GlyphAt(greek_, GreekPlace(unit))) return glyph;
   if (auto glyph = GlyphAt(cyrillic_, CyrillicPlace(unit))) return glyph;
   if (auto glyph = GlyphAt(transliterated_, TransliteratedPlace(unit))) return glyph;

@@ -27,6 +27,12 @@ class StrokeFont final : public TextFont {
   // Null when `unit` has no strokes; BigFont draws it.
   [[nodiscard]] const StrokeGlyph* Strokes(char16_t unit) const;
   [[nodiscard]] const OutlineFont* BigFont() const { return bigFont_; }
+  // How the big font draws a character: enlarged by `scale`, and raised by heights of capitals.
+  struct BigForm {
+    double scale = 1;
+    double rise = 0;
+  };
+  [[nodiscard]] BigForm BigFormOf(char16_t unit) const;
 
  private:
   using Alphabet = std::vector<StrokeGlyph>;  // from the space on

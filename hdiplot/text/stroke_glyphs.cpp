@@ -134,6 +134,8 @@ std::vector<StrokeGlyph> ReadHersheyFont(std::string_view name) {
 
 std::optional<StrokeGlyph> DrawnSign(char16_t unit) {
   switch (unit) {
+    case u'^':  // an arrow in the Hershey fonts
+      return StrokeGlyph{0.8, {{{0.15, 0.7}, {0.4, 1}, {0.65, 0.7}}}};
     case 0x00B0:  // degree
       return StrokeGlyph{0.6, {Circle({0.3, 0.82}, 0.17)}};
     case 0x00B1:  // plus-minus

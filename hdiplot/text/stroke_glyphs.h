@@ -19,7 +19,7 @@ struct StrokeGlyph {
 // there is no such font. For a broken file, the glyphs up to that place.
 [[nodiscard]] std::vector<StrokeGlyph> ReadHersheyFont(std::string_view name);
 
-// Degree, plus-minus, diameter and a few more; none for any other unit.
+// Degree, plus-minus, diameter, circumflex and a few more; none for any other unit.
 [[nodiscard]] std::optional<StrokeGlyph> DrawnSign(char16_t unit);
 
 // Adds the accent, a combining character, above or below the middle of the glyph's strokes. False for an

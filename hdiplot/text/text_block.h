@@ -69,15 +69,24 @@ struct TextRule {
   double height = 1;
 };
 
+// Drawn below a text, over its margins too.
+struct TextPanel {
+  Box area;
+  MTextPanel look;
+};
+
 // In drawing units, Y up. `frame` takes them to the entity's coordinates; it rotates and mirrors.
 struct TextBlock {
   std::vector<TextPiece> pieces;
   std::vector<TextRule> rules;
   Affine frame;
+  std::optional<TextPanel> panel;
 };
 
 // `style` is that of the entity, or the standard one if the drawing has none of that name.
 [[nodiscard]] TextBlock LayOutText(const TextEntity& entity, const TextStyle& style, FontSource& fonts);
 [[nodiscard]] TextBlock LayOutMText(const MTextEntity& entity, const TextStyle& style, FontSource& fonts);
+[[nodiscard]] TextBlock LayOutTolerance(const ToleranceEntity& entity, const TextStyle& style,
+                                        FontSource& fonts);
 
 }  // namespace hdiplot

@@ -41,6 +41,13 @@ struct PercentCode {
 // Whether a character is text; control characters are not.
 [[nodiscard]] inline bool IsPrinted(char16_t unit) { return unit >= 0x20 && unit != 0x7f; }
 
+// Ideographs, kana and their punctuation, which have one width and allow a line break around them. The
+// surrogates are those of the ideographic planes.
+[[nodiscard]] inline bool IsIdeograph(char16_t unit) {
+  return (unit >= 0x2e80 && unit < 0xa000) || (unit >= 0xf900 && unit < 0xfb00) ||
+         (unit >= 0xff00 && unit < 0xfff0) || (unit >= 0xd840 && unit < 0xd890);
+}
+
 // Removes a number from the start of the text. None, and nothing removed, if there is no number.
 [[nodiscard]] std::optional<double> TakeNumber(std::u16string_view& text);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hdiplot/geometry/clipping.h"
 #include "hdiplot/text/text_parts.h"
 #include "hdiplot/text/text_shaping.h"
 #include "platform/unicode.h"
@@ -32,6 +33,10 @@ TextBlock TextSetter::Set(const MTextEntity& text) {
   MTextEntity joined = text;
   joined.text = Joined(text.text, style);
   return LayOutMText(joined, style, fonts_);
+}
+
+TextBlock TextSetter::Set(const ToleranceEntity& tolerance) {
+  return LayOutTolerance(tolerance, StyleOf(tolerance.style), fonts_);
 }
 
 // To be called before the layout: joined letters have other widths. Codes in the text separate letters.
@@ -77,6 +82,9 @@ Box BoxOf(const TextBlock& block, const Affine& map, FontSource& fonts) {
   for (const TextRule& rule : block.rules) {
     box.Add(whole(rule.from));
     box.Add(whole(rule.to));
+  }
+  if (block.panel) {
+    for (const Vec2 corner : CornersOf(block.panel->area)) box.Add(whole(corner));
   }
   return box;
 }

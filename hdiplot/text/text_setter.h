@@ -16,6 +16,7 @@ class TextSetter {
 
   [[nodiscard]] TextBlock Set(const TextEntity& text);
   [[nodiscard]] TextBlock Set(const MTextEntity& text);
+  [[nodiscard]] TextBlock Set(const ToleranceEntity& tolerance);
 
  private:
   [[nodiscard]] const TextStyle& StyleOf(const std::string& name) const;
