@@ -35,7 +35,7 @@ struct MultiLeader {
   std::map<int64_t, std::string_view> arrows;      // of lines with another one, by index
   EntityColor color{EntityColor::Kind::kByBlock};  // of the lines
   std::string_view lineType;                       // handle
-  int lineWeight = kLineWeightByBlock;
+  int16_t lineWeight = kLineWeightByBlock;
   std::vector<MultiLeaderBranch> branches;
   std::optional<MTextEntity> text;  // its style is the standard one
   std::string_view textStyle;       // handle

@@ -227,13 +227,13 @@ void EntityPlotter::DrawText(const TextBlock& block) {
   textPlotter_.Plot(block, map_, *style_, StrokeOf(*style_).width);
 }
 
-// A mask without colours is as the paper, or the text on it would not show.
+// A mask of a monochrome plot is grey, or the text on it would not show.
 void EntityPlotter::DrawPanel(const TextPanel& panel, const Affine& map) {
   points_.clear();
   for (const Vec2 corner : CornersOf(panel.area)) points_.push_back(map(corner));
   if (panel.look.masked) {
-    const bool isPaper = !panel.look.fill || style_->ink->IsMonochrome();
-    canvas_.UseFill(isPaper ? scale_.paper : style_->Plotted(*panel.look.fill));
+    const auto& fill = panel.look.fill;
+    canvas_.UseFill(fill ? style_->ink->ShadeOf(style_->Resolved(*fill)) : scale_.paper);
     canvas_.BeginRing();
     for (const Vec2& p : points_) canvas_.RingPoint(p);
     canvas_.FillRings(hdi::kFillAlternate);
