@@ -94,15 +94,16 @@ std::map<std::string, uint64_t> SkippedOn(const DrawingPage& page) {
 
 std::string NothingToPlot(const DrawingPage& page) {
   const Layout* layout = page.part.layout;
-  std::map<std::string, uint64_t> there;
+  std::map<std::string, uint64_t> there;  // as far as the drawing counts its entities by type
   for (const auto& [type, count] : page.part.drawing->types) {
-    const uint64_t entities = layout == nullptr ? count.model : count.paper;
+    const uint64_t onPaper = layout != nullptr && layout->block == kActivePaper ? count.paper : 0;
+    const uint64_t entities = layout == nullptr ? count.model : onPaper;
     if (entities > 0) there[type] = entities;
   }
   const std::string where =
       page.part.drawing->name + (layout == nullptr ? "" : fmt::format(", layout \"{}\"", layout->name));
   if (there.empty()) return where + ": there is nothing to plot";
-  return where + ": there is nothing to plot of " + FormatCounts(there);
+  return fmt::format("{}: there is nothing to plot; it has {}", where, FormatCounts(there));
 }
 
 }  // namespace hdiplot
