@@ -79,10 +79,11 @@ class MLineMaker {
   }
 
   void DrawLine(size_t element) {
-    PolylineEntity run;
+    const PolylineEntity empty{.vertices = {}, .continuousPattern = true};
+    PolylineEntity run = empty;
     const auto flush = [&] {
-      if (run.vertices.size() > 1) Add(std::exchange(run, {}), element);
-      run = {};
+      if (run.vertices.size() > 1) Add(std::exchange(run, empty), element);
+      run = empty;
     };
     bool isWhole = true;
     for (size_t i = 0; i < SegmentCount(); ++i) {
