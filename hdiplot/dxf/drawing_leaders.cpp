@@ -85,7 +85,8 @@ void DrawingBuilder::AddLeader(const DxfObject& entity, const Attributes& attrib
   Attributes own = ByBlockAttributes();
   own.lineTypeScale = attributes.lineTypeScale;
   if (style.lineColor != 0) own.color = IndexedColor(static_cast<int64_t>(style.lineColor));
-  if (style.lineWeight != kLineWeightByBlock) own.lineWeight = static_cast<int16_t>(std::clamp(style.lineWeight, -3.0, 211.0));
+  if (style.lineWeight != kLineWeightByBlock)
+    own.lineWeight = static_cast<int16_t>(std::clamp(style.lineWeight, -3.0, 211.0));
   Entities& parts = AddComposite(attributes, entity.Text(5));
   if (entity.Integer(71, 1) != 0) {
     std::string arrow = BlockOf(style.leaderArrow);

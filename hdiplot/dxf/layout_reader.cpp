@@ -124,9 +124,16 @@ void ReadArea(const DxfObject& settings, std::span<const Group> part, const Text
   setup.box = box;
 }
 
+bool HasText(const DxfObject& settings, int code) {
+  const Group* group = settings.Find(code);
+  return group != nullptr && !group->Value().empty();
+}
+
 PageSetup SetupOf(const DxfObject& settings, std::span<const Group> part, const TextDecoder& decoder,
                   const NamedViews& views) {
-  const uint64_t flags = settings.Flags(70, kUsualFlags);
+  // Programs that know of no page setup write a layout without a plotter, a paper and flags.
+  const bool isSetUp = settings.Flags(70) != 0 || HasText(settings, 2) || HasText(settings, 4);
+  const uint64_t flags = isSetUp ? settings.Flags(70, kUsualFlags) : kUsualFlags;
   PageSetup setup;
   ReadArea(settings, part, decoder, views, setup);
   setup.isCentred = (flags & kIsCentred) != 0;

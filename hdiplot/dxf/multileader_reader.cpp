@@ -97,7 +97,8 @@ class MultiLeaderReader {
         leader_.form = static_cast<MultiLeader::Form>(std::clamp<int64_t>(group.Integer(), 0, 2));
         break;
       case 171:
-        leader_.lineWeight = static_cast<int16_t>(std::clamp<int64_t>(group.Integer(), kLineWeightDefault, 211));
+        leader_.lineWeight =
+            static_cast<int16_t>(std::clamp<int64_t>(group.Integer(), kLineWeightDefault, 211));
         break;
       case 291:
         leader_.hasLanding = group.number != 0;

@@ -110,7 +110,8 @@ TEST(StrokeFont, DrawsLettersBeyondAscii) {
 
 TEST(FontBook, GivesOneFontForAChoiceAndNamesStandInsOnce) {
   std::vector<std::string> messages;
-  FontBook book({}, [&](const std::string& name, const std::string& by) { messages.push_back(name + ", " + by); });
+  FontBook book(
+      {}, [&](const std::string& name, const std::string& by) { messages.push_back(name + ", " + by); });
   const FontChoice arial{"Arial", "", "", true, false};
   const PlotFont font = book.Find(arial);
   ASSERT_NE(font.outline, nullptr);
