@@ -55,8 +55,9 @@ class TraceReader {
     constexpr int kEvenOdd = 1;
     if (call == "DevSetAlpha") return line.at("alpha") == kOpaque;
     if (call == "DevSetFillMode") return line.at("mode") == kEvenOdd;
-    return line.contains("job") || call == "DevStartPage" || call == "DevEndPage" || call == "DevGetCaps" ||
-           call == "DevSetLayer" || call == "DevSetLineScale";
+    // DevBeginPath separates two paths that meet, which in a scene are separate anyway.
+    return line.contains("job") || call == "DevBeginPath" || call == "DevStartPage" || call == "DevEndPage" ||
+           call == "DevGetCaps" || call == "DevSetLayer" || call == "DevSetLineScale";
   }
 
   void AddStep(Step::Kind kind, size_t index, size_t count = 0) {
