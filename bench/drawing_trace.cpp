@@ -55,7 +55,7 @@ class TraceReader {
     constexpr int kEvenOdd = 1;
     if (call == "DevSetAlpha") return line.at("alpha") == kOpaque;
     if (call == "DevSetFillMode") return line.at("mode") == kEvenOdd;
-    // DevBeginPath separates two paths that meet, which in a scene are separate anyway.
+    // DevBeginPath separates two paths that meet, which scenes do not join.
     return line.contains("job") || call == "DevBeginPath" || call == "DevStartPage" || call == "DevEndPage" ||
            call == "DevGetCaps" || call == "DevSetLayer" || call == "DevSetLineScale";
   }
