@@ -83,7 +83,7 @@ ExitStatus FinishPlot(const FinishOptions& options, const fs::path& pdf) {
 
 FinishOptions ResolveFinish(const CommandLine& line, const std::vector<PageName>& names) {
   FinishOptions options = line.finish;
-  // Without a file that is known there is no pass that nobody asked for.
+  // A file that only the driver knows gets no default outline.
   const bool asksForFile = line.output && EqualWithoutCase(*line.output, "file:");
   if (line.bookmarks.value_or(names.size() > 1 && !asksForFile)) options.bookmarks = names;
   if (options.encryption) options.encryption->password = Password(line.passwordFile);

@@ -23,7 +23,7 @@ std::optional<Dimension> ReadDimension(const DxfObject& entity,
   dimension.second = entity.Point(14);
   dimension.third = entity.Point(15);
   dimension.arc = plane.Project(entity.SpacePoint(16));
-  // The origin stands for a place that nobody has computed.
+  // Writers leave the origin where they have not computed the place.
   if (entity.Point(11) != Vec2{}) dimension.textMiddle = plane.Project(entity.SpacePoint(11));
   dimension.direction = Unit(plane.Project(Direction(entity.Angle(50))));
   dimension.oblique = entity.Angle(52);
